@@ -1,0 +1,55 @@
+# What `cmake --install` gives, and the name under which clients link the component: zuPolicyManager::zuPolicyManager, the
+# same inside this tree and outside it.
+include(CMakePackageConfigHelpers)
+
+add_library(zuPolicyManager INTERFACE)
+add_library(zuPolicyManager::zuPolicyManager ALIAS zuPolicyManager)
+target_include_directories(zuPolicyManager INTERFACE ${PROJECT_SOURCE_DIR}/include)
+target_compile_features(zuPolicyManager INTERFACE cxx_std_20)
+
+if(WIN32)
+    # Clients reach the component through the system's runtime; they never link it.
+    target_link_libraries(zuPolicyManager INTERFACE ole32 oleaut32)
+    set(moduleFolder ${CMAKE_INSTALL_BINDIR})
+else()
+    # A client calls nothing of the component by name: it only needs it in the process, where it announces its classes.
+    target_link_libraries(zuPolicyManager INTERFACE
+        -Wl,--push-state,--no-as-needed zuPolicyManager64 -Wl,--pop-state zucomrt)
+    set(moduleFolder ${CMAKE_INSTALL_LIBDIR})
+    install(TARGETS zucomrt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(zucomrt PROPERTIES INSTALL_RPATH "$ORIGIN")
+    set_target_properties(zupolicy PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+endif()
+
+install(TARGETS zuPolicyManager64
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS zupolicy RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+# The component looks for its texts beside itself and nowhere else.
+install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/AgentRes.dll DESTINATION ${moduleFolder})
+install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/0407/AgentRes.dll DESTINATION ${moduleFolder}/0407)
+
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/zuPolicyManager DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/zuPolicyManager)
+configure_package_config_file(cmake/zuPolicyManagerConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/zuPolicyManagerConfig.cmake
+    INSTALL_DESTINATION ${packageFolder}
+    PATH_VARS CMAKE_INSTALL_INCLUDEDIR CMAKE_INSTALL_LIBDIR)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zuPolicyManagerConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${PROJECT_BINARY_DIR}/zuPolicyManagerConfig.cmake
+    ${PROJECT_BINARY_DIR}/zuPolicyManagerConfigVersion.cmake
+    DESTINATION ${packageFolder})
+
+if(NOT WIN32)
+    file(RELATIVE_PATH includeFromPc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /${CMAKE_INSTALL_INCLUDEDIR})
+    set(ZUPM_PC_INCLUDEDIR "\${pcfiledir}/${includeFromPc}")
+    configure_file(cmake/zuPolicyManager.pc.in ${PROJECT_BINARY_DIR}/zuPolicyManager.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/zuPolicyManager.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
+
+# The first client of that name, built along so that it cannot fall behind.
+add_subdirectory(examples/cpp)

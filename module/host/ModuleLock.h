@@ -1,0 +1,22 @@
+/// What keeps the module loaded: its live objects and its server locks.
+#pragma once
+
+namespace zupm {
+
+/// Counts one more, or one less, reason to keep the module loaded.
+void LockModule() noexcept;
+void UnlockModule() noexcept;
+/// True while there is such a reason.
+[[nodiscard]] bool IsModuleLocked() noexcept;
+
+/// One such reason, for the life of an object. The forms of our classes have it as their first base, so that it goes
+/// after the class itself.
+class ModuleReference {
+public:
+    ModuleReference() noexcept { LockModule(); }
+    ~ModuleReference() { UnlockModule(); }
+    ModuleReference(const ModuleReference&) = delete;
+    ModuleReference& operator=(const ModuleReference&) = delete;
+};
+
+}  // namespace zupm

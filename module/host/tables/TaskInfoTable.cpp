@@ -1,0 +1,24 @@
+#include "module/host/DispatchThunk.h"
+#include "module/host/tables/InterfaceTables.h"
+
+namespace zupm {
+
+namespace {
+
+constexpr Member kMembers[] = {
+    MethodRow<&ITaskInfo::GetFirst, u"pbstrSoftwareID", u"pbstrTaskID">(
+        1, u"GetFirst", "Goes to the first task and returns its software ID and task ID"),
+    MethodRow<&ITaskInfo::GetNext, u"pbstrSoftwareID", u"pbstrTaskID">(
+        2, u"GetNext", "Goes to the next task and returns its software ID and task ID"),
+};
+
+constexpr InterfaceDescription kInterface{IID_ITaskInfo, u"ITaskInfo", kMembers};
+
+}  // namespace
+
+const InterfaceDescription& TaskInfoInterface() noexcept
+{
+    return kInterface;
+}
+
+}  // namespace zupm

@@ -1,0 +1,32 @@
+/// Whole files: reading one, and replacing one so that a reader sees the old or the new text and nothing between.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "zuPolicyManager/Results.h"
+
+namespace zupm {
+
+/// The largest file that is read: offsets into a document are 32 bits wide, and the parser's index is signed.
+inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
+
+/// Reads a regular file whole into `bytes` (left empty on failure).
+/// FileNotFound, PathNotFound, AccessDenied (also for a folder), NotSupported (a device, pipe or socket: never opened
+/// in a way that could wait), FileTooLarge, InvalidName (an empty path, an embedded null, an unpaired surrogate),
+/// InputOutputError, OutOfMemory.
+[[nodiscard]] result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcept;
+
+/// Replaces the file at `path` by `bytes` in one step, or creates it.
+///
+/// A temporary file beside the target (exclusive, unguessable name, readable by its owner alone until it has the
+/// target's permissions) is written, flushed to the disk and renamed over it, and the folder is flushed. Permissions,
+/// owner and extended attributes are kept; a symbolic link stays and its target is replaced; a target that may not be
+/// written is refused. A target that is no regular file is written directly. On failure the old file is as it was and
+/// no temporary is left; only when flushing the folder fails (InputOutputError) the new file is in place, and a loss of
+/// power may bring the old one back.
+/// The codes of ReadWholeFile, and WriteProtected, DiskFull, QuotaExceeded, SharingViolation, NameTooLong.
+[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes) noexcept;
+
+}  // namespace zupm

@@ -1,0 +1,71 @@
+#include "platform/common/Decimal.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace zupm {
+
+namespace {
+
+bool IsBlank(char16_t unit)
+{
+    return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+}
+
+std::u16string Format(std::uint64_t magnitude, bool negative)
+{
+    char16_t text[std::numeric_limits<std::uint64_t>::digits10 + 2];
+    char16_t* const end = std::end(text);
+    char16_t* at = end;
+    do {
+        *--at = static_cast<char16_t>(u'0' + magnitude % 10);
+        magnitude /= 10;
+    } while (magnitude != 0);
+    if (negative) {
+        *--at = u'-';
+    }
+    return {at, end};
+}
+
+}  // namespace
+
+std::int64_t ParseInt64(std::u16string_view text) noexcept
+{
+    constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
+    auto at = std::find_if_not(text.begin(), text.end(), IsBlank);
+    const bool negative = at != text.end() && *at == u'-';
+    if (at != text.end() && (*at == u'-' || *at == u'+')) {
+        ++at;
+    }
+    // The smallest value's magnitude is one more than the largest value's.
+    const std::uint64_t limit = negative ? kLargest + 1 : kLargest;
+    std::uint64_t magnitude = 0;
+    for (; at != text.end() && *at >= u'0' && *at <= u'9'; ++at) {
+        const auto digit = static_cast<std::uint64_t>(*at - u'0');
+        if (magnitude > (limit - digit) / 10) {
+            magnitude = limit;
+            break;
+        }
+        magnitude = magnitude * 10 + digit;
+    }
+    return static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+}
+
+std::int32_t ParseInt32(std::u16string_view text) noexcept
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(ParseInt64(text), Limits::min(), Limits::max()));
+}
+
+std::u16string FormatUnsigned(std::uint64_t value)
+{
+    return Format(value, false);
+}
+
+std::u16string FormatSigned(std::int64_t value)
+{
+    const auto bits = static_cast<std::uint64_t>(value);
+    return value < 0 ? Format(0 - bits, true) : Format(bits, false);
+}
+
+}  // namespace zupm

@@ -1,0 +1,16 @@
+/// What a file is besides its bytes.
+#pragma once
+
+#include <sys/stat.h>
+
+#include "zuPolicyManager/Results.h"
+
+namespace zupm::native {
+
+/// Gives the open file `to`, created for its owner alone, the owner, group, extended attributes (access lists
+/// included) and mode of the open file `from`, whose status is given. At no moment may anybody open `to` who may not
+/// open `from`. Fails when something can neither be kept nor is unknown to the file system: AccessDenied when the owner
+/// cannot be given to the file.
+[[nodiscard]] result::Code CopyMetadata(int from, const struct stat& status, int to);
+
+}  // namespace zupm::native

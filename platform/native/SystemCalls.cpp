@@ -1,0 +1,61 @@
+#include "platform/native/SystemCalls.h"
+
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+
+namespace zupm::native {
+
+namespace {
+
+int OpenAt(int folder, const char* path, int flags, mode_t mode)
+{
+    return ::openat(folder, path, flags, mode);
+}
+
+constinit std::atomic<const SystemCalls*> g_calls{&kSystemCalls};
+
+}  // namespace
+
+constinit const SystemCalls kSystemCalls = {
+    .openat = OpenAt,
+    .close = ::close,
+    .fstat = ::fstat,
+    .fstatat = ::fstatat,
+    .readlink = ::readlink,
+    .read = ::read,
+    .write = ::write,
+    .poll = ::poll,
+    .fsync = ::fsync,
+    .fchown = ::fchown,
+    .fchmod = ::fchmod,
+    .flistxattr = ::flistxattr,
+    .fgetxattr = ::fgetxattr,
+    .fsetxattr = ::fsetxattr,
+    .fremovexattr = ::fremovexattr,
+    .renameat = ::renameat,
+    .unlinkat = ::unlinkat,
+    .getrandom = ::getrandom,
+};
+
+const SystemCalls& Calls() noexcept
+{
+    return *g_calls.load(std::memory_order_acquire);
+}
+
+void ReplaceSystemCalls(const SystemCalls* calls) noexcept
+{
+    g_calls.store(calls == nullptr ? &kSystemCalls : calls, std::memory_order_release);
+}
+
+bool WasInterrupted() noexcept
+{
+    return errno == EINTR;
+}
+
+}  // namespace zupm::native

@@ -1,0 +1,57 @@
+/// The system calls behind files, one by one, so that tests can make each of them fail.
+#pragma once
+
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstddef>
+
+namespace zupm::native {
+
+/// One function per system call, with the system's own signature, result and errno.
+struct SystemCalls {
+    int (*openat)(int folder, const char* path, int flags, mode_t mode);
+    int (*close)(int file);
+    int (*fstat)(int file, struct stat* status);
+    int (*fstatat)(int folder, const char* path, struct stat* status, int flags);
+    ssize_t (*readlink)(const char* path, char* target, std::size_t capacity);
+    ssize_t (*read)(int file, void* bytes, std::size_t count);
+    ssize_t (*write)(int file, const void* bytes, std::size_t count);
+    int (*poll)(pollfd* files, nfds_t count, int timeout);
+    int (*fsync)(int file);
+    int (*fchown)(int file, uid_t user, gid_t group);
+    int (*fchmod)(int file, mode_t mode);
+    ssize_t (*flistxattr)(int file, char* names, std::size_t capacity);
+    ssize_t (*fgetxattr)(int file, const char* name, void* value, std::size_t capacity);
+    int (*fsetxattr)(int file, const char* name, const void* value, std::size_t size, int flags);
+    int (*fremovexattr)(int file, const char* name);
+    int (*renameat)(int oldFolder, const char* oldName, int newFolder, const char* newName);
+    int (*unlinkat)(int folder, const char* name, int flags);
+    ssize_t (*getrandom)(void* bytes, std::size_t count, unsigned flags);
+};
+
+/// The system's own.
+extern const SystemCalls kSystemCalls;
+
+/// The calls that this process uses now.
+[[nodiscard]] const SystemCalls& Calls() noexcept;
+
+/// Uses other calls from now on; null goes back to the system's. For tests.
+void ReplaceSystemCalls(const SystemCalls* calls) noexcept;
+
+/// Whether the last call failed because a signal came.
+[[nodiscard]] bool WasInterrupted() noexcept;
+
+/// Calls again as long as a signal interrupts; gives -1 with errno, or the result.
+template <class Call>
+auto Retry(Call call) noexcept
+{
+    auto result = call();
+    while (result < 0 && WasInterrupted()) {
+        result = call();
+    }
+    return result;
+}
+
+}  // namespace zupm::native

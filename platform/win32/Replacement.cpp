@@ -1,0 +1,298 @@
+#include "platform/win32/Replacement.h"
+
+#include <windows.h>
+
+#include <bcrypt.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "platform/win32/Errors.h"
+#include "platform/win32/Handle.h"
+#include "platform/win32/Paths.h"
+#include "platform/win32/Wide.h"
+
+namespace zupm::win32 {
+
+namespace {
+
+constexpr std::uint32_t kLongestWait = 1000;
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD kKeptAttributes =
+    FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+constexpr std::size_t kPiece = std::size_t{16} << 20;
+
+/// What is known of the file that is to be replaced.
+struct Target {
+    std::u16string path;
+    bool exists = false;
+    bool isRegular = true;
+    DWORD attributes = 0;
+    /// Its access list as a security descriptor; empty when the file system has none or does not tell.
+    std::vector<std::byte> security;
+};
+
+result::Code WriteAll(HANDLE file, std::string_view bytes) noexcept
+{
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        const auto piece = static_cast<DWORD>(std::min(bytes.size(), kPiece));
+        if (WriteFile(file, bytes.data(), piece, &written, nullptr) == 0) {
+            return CodeFromLastError();
+        }
+        if (written == 0) {
+            return result::DiskFull;
+        }
+        bytes.remove_prefix(written);
+    }
+    return result::Success;
+}
+
+/// Devices and pipes cannot be replaced: the bytes go into them.
+result::Code WriteDirectly(const std::u16string& path, std::string_view bytes) noexcept
+{
+    const Handle file = OwnFile(
+        CreateFileW(Wide(path), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file == nullptr ? CodeFromLastError() : WriteAll(file.get(), bytes);
+}
+
+/// Follows symbolic links, so that the link stays and the file that it names is replaced.
+result::Code FollowLinks(Target& target)
+{
+    const Handle file = OwnFile(CreateFileW(Wide(target.path), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                            FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (file == nullptr) {
+        return CodeFromLastError();
+    }
+    std::u16string real(MAX_PATH, u'\0');
+    for (;;) {
+        const DWORD length = GetFinalPathNameByHandleW(file.get(), WideBuffer(real), static_cast<DWORD>(real.size()),
+                                                       FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+        if (length == 0) {
+            return CodeFromLastError();
+        }
+        const bool fits = length < real.size();
+        real.resize(length);
+        if (fits) {
+            break;
+        }
+    }
+    target.path = std::move(real);
+    target.attributes = GetFileAttributesW(Wide(target.path));
+    return target.attributes == INVALID_FILE_ATTRIBUTES ? CodeFromLastError() : result::Success;
+}
+
+void ReadAccessList(Target& target)
+{
+    DWORD needed = 0;
+    GetFileSecurityW(Wide(target.path), DACL_SECURITY_INFORMATION, nullptr, 0, &needed);
+    target.security.resize(needed);
+    if (needed == 0 ||
+        GetFileSecurityW(Wide(target.path), DACL_SECURITY_INFORMATION, target.security.data(), needed, &needed) == 0) {
+        target.security.clear();
+    }
+}
+
+/// A file that may not be written may not be replaced either, although the folder's rights would allow it.
+result::Code CheckWritable(const Target& target) noexcept
+{
+    if ((target.attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
+        return result::AccessDenied;
+    }
+    const Handle file = OwnFile(CreateFileW(Wide(target.path), FILE_WRITE_DATA, kShareAll, nullptr, OPEN_EXISTING,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    // A reader that shares deletion but not writing is no obstacle: the replacement itself decides.
+    if (file == nullptr && GetLastError() != ERROR_SHARING_VIOLATION) {
+        return CodeFromLastError();
+    }
+    return result::Success;
+}
+
+result::Code Inspect(Target& target)
+{
+    if (NamesDevice(target.path)) {
+        target.isRegular = false;
+        return result::Success;
+    }
+    target.attributes = GetFileAttributesW(Wide(target.path));
+    if (target.attributes == INVALID_FILE_ATTRIBUTES) {
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND ? result::Success : CodeFromError(error);
+    }
+    target.exists = true;
+    if ((target.attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        if (const result::Code code = FollowLinks(target); code < 0) {
+            return code;
+        }
+    }
+    if (const result::Code code = CheckWritable(target); code < 0) {
+        return code;
+    }
+    ReadAccessList(target);
+    return result::Success;
+}
+
+result::Code UnguessableName(std::u16string& name)
+{
+    std::array<unsigned char, 16> random{};
+    if (BCryptGenRandom(nullptr, random.data(), static_cast<ULONG>(random.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG) <
+        0) {
+        return result::InputOutputError;
+    }
+    constexpr std::u16string_view kDigits = u"0123456789abcdef";
+    name = u"~";
+    for (const unsigned char byte : random) {
+        name += kDigits[byte >> 4U];
+        name += kDigits[byte & 15U];
+    }
+    name += u".tmp";
+    return result::Success;
+}
+
+/// The new text in a file of its own beside the target.
+///
+/// Lifetime  The file is deleted with the object unless Keep was called.
+class Temporary {
+public:
+    Temporary() = default;
+    ~Temporary()
+    {
+        if (!m_path.empty()) {
+            DeleteFileW(Wide(m_path));
+        }
+    }
+    Temporary(const Temporary&) = delete;
+    Temporary& operator=(const Temporary&) = delete;
+
+    /// Creates the file with the target's access list from the start, so that nobody reads it who may not read the
+    /// target, and brings the bytes to the disk.
+    [[nodiscard]] result::Code Write(Target& target, std::string_view bytes);
+
+    void Keep() noexcept { m_path.clear(); }
+    [[nodiscard]] const std::u16string& Path() const noexcept { return m_path; }
+
+private:
+    std::u16string m_path;
+};
+
+result::Code Temporary::Write(Target& target, std::string_view bytes)
+{
+    std::u16string name;
+    if (const result::Code code = UnguessableName(name); code < 0) {
+        return code;
+    }
+    std::u16string path = FolderOf(target.path) + name;
+    SECURITY_ATTRIBUTES attributes{sizeof(SECURITY_ATTRIBUTES), target.security.data(), FALSE};
+    Handle file = OwnFile(CreateFileW(Wide(path), GENERIC_WRITE, 0, target.security.empty() ? nullptr : &attributes,
+                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file == nullptr) {
+        return CodeFromLastError();
+    }
+    m_path = std::move(path);
+    if (const result::Code code = WriteAll(file.get(), bytes); code < 0) {
+        return code;
+    }
+    if (FlushFileBuffers(file.get()) == 0) {
+        return CodeFromLastError();
+    }
+    file.reset();
+    if (target.exists && (target.attributes & kKeptAttributes) != 0) {
+        SetFileAttributesW(Wide(m_path), target.attributes & kKeptAttributes);
+    }
+    return result::Success;
+}
+
+/// True for the errors of a file that another process has open at the moment (a scanner, a backup, a reader that does
+/// not share deletion).
+bool MayPass(DWORD error) noexcept
+{
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED ||
+           error == ERROR_UNABLE_TO_REMOVE_REPLACED || error == ERROR_USER_MAPPED_FILE;
+}
+
+/// One attempt in one step: readers find the old file or the new one. ERROR_SUCCESS or why not.
+DWORD MoveOver(const Target& target, const Temporary& temporary) noexcept
+{
+    const bool isMoved =
+        MoveFileExW(Wide(temporary.Path()), Wide(target.path), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    return isMoved ? ERROR_SUCCESS : GetLastError();
+}
+
+/// For a target that somebody keeps open: works beside readers that share deletion, but may leave the name missing for
+/// a moment. Without a backup name, with which that moment would be longer.
+DWORD ReplaceHeldFile(const Target& target, Temporary& temporary) noexcept
+{
+    if (ReplaceFileW(Wide(target.path), Wide(temporary.Path()), nullptr, 0, nullptr, nullptr) != 0) {
+        return ERROR_SUCCESS;
+    }
+    const DWORD error = GetLastError();
+    if (error == ERROR_UNABLE_TO_MOVE_REPLACEMENT) {
+        temporary.Keep();  // half a replacement: the old file is gone, and this is the only copy of its successor
+    }
+    return error;
+}
+
+result::Code MoveIntoPlace(const Target& target, Temporary& temporary) noexcept
+{
+    Patience patience;
+    DWORD error = MoveOver(target, temporary);
+    while (error != ERROR_SUCCESS && MayPass(error) && patience.Wait()) {
+        error = MoveOver(target, temporary);
+    }
+    if (error != ERROR_SUCCESS && MayPass(error) && target.exists) {
+        error = ReplaceHeldFile(target, temporary);
+    }
+    if (error != ERROR_SUCCESS) {
+        return CodeFromError(error);
+    }
+    temporary.Keep();
+    return result::Success;
+}
+
+/// Makes the new name last through a loss of power, where the file system lets a folder be flushed.
+void FlushFolder(const std::u16string& folder) noexcept
+{
+    const Handle handle = OwnFile(CreateFileW(Wide(folder), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
+                                              FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (handle != nullptr) {
+        FlushFileBuffers(handle.get());
+    }
+}
+
+}  // namespace
+
+bool Patience::Wait() noexcept
+{
+    if (m_waited >= kLongestWait) {
+        return false;
+    }
+    Sleep(m_next);
+    m_waited += m_next;
+    m_next = std::min(m_next * 2, std::uint32_t{100});
+    return true;
+}
+
+result::Code ReplaceFull(const std::u16string& full, std::string_view bytes)
+{
+    Target target;
+    target.path = full;
+    if (const result::Code code = Inspect(target); code < 0) {
+        return code;
+    }
+    if (!target.isRegular) {
+        return WriteDirectly(target.path, bytes);
+    }
+    Temporary temporary;
+    if (const result::Code code = temporary.Write(target, bytes); code < 0) {
+        return code;
+    }
+    if (const result::Code code = MoveIntoPlace(target, temporary); code < 0) {
+        return code;
+    }
+    FlushFolder(FolderOf(target.path));
+    return result::Success;
+}
+
+}  // namespace zupm::win32

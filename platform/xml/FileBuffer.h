@@ -1,0 +1,24 @@
+/// Documents' texts in files.
+#pragma once
+
+#include <string_view>
+
+#include "platform/xml/UtfEncodings.h"
+#include "platform/xml/XmlText.h"
+
+namespace AdvXMLParser {
+
+/// Reads a whole file as text. With `detect` the encoding is found out (signature, then declaration, else UTF-8) and
+/// told; without, `encoding` says what it is. `buffer` and `encoding` are unchanged on failure.
+/// Throws ReadWriteException: the code of reading the file, or 0x80070459 when the bytes are not valid in their
+/// encoding. No other file is opened.
+void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect);
+
+/// Writes a document's text in an encoding, in one step: a reader sees the old file or the new one, and on failure the
+/// old one is intact. With `writeSignature` the signed encodings get their signature. A character that ISO-8859-1
+/// cannot hold is written as a character reference in values, and a CDATA section is split around it.
+/// Throws ReadWriteException: the code of writing the file, or 0x80070459 when the encoding cannot hold a character of
+/// a name, comment, processing instruction or DOCTYPE.
+void WriteBufferToFile(std::u16string_view path, const XmlText& text, UTF_ENCODINGS encoding, bool writeSignature);
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,18 @@
+/// Where something is in a text, as people count.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace AdvXMLParser {
+
+/// Counted from 1; a column counts characters, and CR LF, CR and LF each end a line.
+struct Position {
+    std::uint32_t line = 1;
+    std::uint32_t column = 1;
+};
+
+[[nodiscard]] Position PositionOf(std::string_view utf8, std::size_t offset) noexcept;
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,98 @@
+/// Storage of element records.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace AdvXMLParser {
+
+/// One element, as offsets into its tree's text. What lies between `before` and `content` (what precedes the element,
+/// and its start tag) is contiguous, and so is what lies between `tail` and the end of the end tag.
+struct ElementRecord {
+    std::uint32_t before = 0;   ///< where the text between the preceding markup and the start tag begins
+    std::uint32_t start = 0;    ///< the start tag's '<'
+    std::uint32_t content = 0;  ///< behind the start tag
+    std::uint32_t tail = 0;     ///< behind the last child
+    std::uint32_t end = 0;      ///< the end tag's '<'; equal to `content` for an empty-element tag
+    std::uint32_t parent = 0;
+    std::uint32_t firstChild = 0;
+    std::uint32_t next = 0;        ///< 0 for the last child
+    std::uint32_t previous = 0;    ///< for the first child: the last child
+    std::uint32_t generation = 0;  ///< counts how often the record was freed
+};
+
+/// Records by index, in chunks that double and never move.
+///
+/// Errors    Reserve throws std::bad_alloc and has changed nothing then; nothing else throws.
+class RecordStore {
+public:
+    [[nodiscard]] ElementRecord& operator[](std::uint32_t index) noexcept
+    {
+        const Place place = PlaceOf(index);
+        return m_chunks[place.chunk][place.offset];
+    }
+    [[nodiscard]] const ElementRecord& operator[](std::uint32_t index) const noexcept
+    {
+        const Place place = PlaceOf(index);
+        return m_chunks[place.chunk][place.offset];
+    }
+
+    /// Makes the next `count` calls of Acquire succeed.
+    void Reserve(std::size_t count)
+    {
+        for (std::size_t needed = m_used + count; m_capacity < needed;) {
+            const std::size_t size = kFirstChunk << m_chunkCount;
+            m_chunks[m_chunkCount] = std::make_unique_for_overwrite<ElementRecord[]>(size);
+            ++m_chunkCount;
+            m_capacity += size;
+        }
+    }
+
+    /// A record with all offsets and links 0; its generation tells it from earlier users of the same index.
+    [[nodiscard]] std::uint32_t Acquire() noexcept
+    {
+        if (m_firstFree == 0) {
+            const auto index = static_cast<std::uint32_t>(m_used++);
+            (*this)[index] = ElementRecord{};
+            return index;
+        }
+        const std::uint32_t index = m_firstFree;
+        ElementRecord& record = (*this)[index];
+        m_firstFree = record.next;
+        record = ElementRecord{.generation = record.generation};
+        return index;
+    }
+
+    void Free(std::uint32_t index) noexcept
+    {
+        ElementRecord& record = (*this)[index];
+        record = ElementRecord{.next = m_firstFree, .generation = record.generation + 1};
+        m_firstFree = index;
+    }
+
+private:
+    static constexpr std::size_t kFirstChunk = 16;
+    static constexpr int kFirstChunkBits = 5;  // bit width of kFirstChunk
+
+    struct Place {
+        std::size_t chunk;
+        std::size_t offset;
+    };
+    static Place PlaceOf(std::uint32_t index) noexcept
+    {
+        const std::size_t shifted = index + kFirstChunk;
+        const auto chunk = static_cast<std::size_t>(std::bit_width(shifted) - kFirstChunkBits);
+        return {chunk, shifted - (kFirstChunk << chunk)};
+    }
+
+    std::array<std::unique_ptr<ElementRecord[]>, 29> m_chunks;
+    std::size_t m_chunkCount = 0;
+    std::size_t m_capacity = 0;
+    std::size_t m_used = 0;
+    std::uint32_t m_firstFree = 0;  ///< index 0 is the document's and is never freed
+};
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,35 @@
+/// Attributes of a start tag.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace AdvXMLParser {
+
+/// One attribute as it stands in a start tag; offsets are offsets of the tag.
+struct AttributeSpan {
+    std::string_view name;
+    std::string_view value;  ///< raw, without the quotes
+    std::size_t valueOffset = 0;
+    std::size_t end = 0;  ///< behind the closing quote
+    char quote = '"';
+};
+
+/// Gives the attributes of a well-formed start tag in order.
+class TagScanner {
+public:
+    explicit TagScanner(std::string_view tag) noexcept;
+
+    /// The next attribute, or nothing.
+    [[nodiscard]] std::optional<AttributeSpan> Next() noexcept;
+
+private:
+    std::string_view m_tag;
+    std::size_t m_at;
+};
+
+/// Where a further attribute goes: behind the last one, or behind the name.
+[[nodiscard]] std::size_t AttributeInsertOffset(std::string_view tag) noexcept;
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,155 @@
+#include "policy/CPolicyProduct.h"
+
+#include "module/host/Strings.h"
+#include "platform/xml/Document.h"
+
+namespace zupm {
+
+using AdvXMLParser::Document;
+using AdvXMLParser::Element;
+
+CPolicyProduct::CPolicyProduct() : m_section(u"invalid"), m_data(this) {}
+
+HRESULT CPolicyProduct::FinalConstruct() noexcept
+{
+    return Call(kCreation, [&]() -> result::Code {
+        const result::Code code = ResourceModuleUse::EnsureLoaded();
+        return code < 0 ? code : BindToEmptyProduct();
+    });
+}
+
+result::Code CPolicyProduct::BindToEmptyProduct()
+{
+    constexpr std::u16string_view kSoftwareId = u"SoftwareID";
+    const CriticalSectionLock lock(m_lock);
+    if (m_isBound) {
+        return result::Success;
+    }
+    m_isBound = true;
+    const Document detached(u"Policy");
+    const Element product = detached.GetRoot().CreateElement(u"Product");
+    SetAttribute(product, u"SoftwareID", kSoftwareId);
+    return m_data.Initialize(detached.GetRoot(), kSoftwareId);
+}
+
+HRESULT CPolicyProduct::get_SoftwareID(BSTR* pVal) noexcept
+{
+    return Call(u"CPolicyProduct::get_SoftwareID()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        return StoreString(pVal, m_data.GetSoftwareId());
+    });
+}
+
+HRESULT CPolicyProduct::put_SoftwareID(BSTR newVal) noexcept
+{
+    return Call(u"CPolicyProduct::put_SoftwareID()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        // The put succeeds whatever the data says: an object whose binding failed keeps its ID silently.
+        static_cast<void>(m_data.SetSoftwareId(TextOf(newVal)));
+        return result::Success;
+    });
+}
+
+HRESULT CPolicyProduct::get_PolicyData(BSTR* pVal) noexcept
+{
+    return Call(u"CPolicyProduct::get_PolicyData()", [&]() -> result::Code {
+        if (pVal == nullptr) {
+            return result::BadArgument;
+        }
+        const CriticalSectionLock lock(m_lock);
+        std::u16string text;
+        const result::Code code = m_data.GetXmlText(text);
+        return code < 0 ? code : StoreString(pVal, text);
+    });
+}
+
+HRESULT CPolicyProduct::put_Section(BSTR newVal) noexcept
+{
+    return Call(u"CPolicyProduct::put_Section()", [&]() -> result::Code {
+        m_section.Set(TextOf(newVal));
+        return result::Success;
+    });
+}
+
+HRESULT CPolicyProduct::GetSetting(BSTR strName, BSTR* pstrValue) noexcept
+{
+    return Call(u"CPolicyProduct::GetSetting()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        return ReadSetting(*m_section.Get(), strName, pstrValue);
+    });
+}
+
+HRESULT CPolicyProduct::PutSetting(BSTR strName, BSTR strValue) noexcept
+{
+    return Call(u"CPolicyProduct::PutSetting()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        return m_data.PutSectionSetting(*m_section.Get(), TextOf(strName), TextOf(strValue));
+    });
+}
+
+HRESULT CPolicyProduct::GetSectionSetting(BSTR strSectionName, BSTR strName, BSTR* pstrValue) noexcept
+{
+    return Call(u"CPolicyProduct::GetSectionSetting()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        return ReadSetting(TextOf(strSectionName), strName, pstrValue);
+    });
+}
+
+HRESULT CPolicyProduct::PutSectionSetting(BSTR strSectionName, BSTR strName, BSTR strValue) noexcept
+{
+    return Call(u"CPolicyProduct::PutSectionSetting()", [&]() -> result::Code {
+        return m_data.PutSectionSetting(TextOf(strSectionName), TextOf(strName), TextOf(strValue));
+    });
+}
+
+HRESULT CPolicyProduct::RemoveSetting(BSTR strSectionName, BSTR strName) noexcept
+{
+    return Call(u"CPolicyProduct::RemoveSetting()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        return m_data.RemoveSetting(TextOf(strSectionName), TextOf(strName));
+    });
+}
+
+HRESULT CPolicyProduct::RemoveSection(BSTR strSectionName) noexcept
+{
+    return Call(u"CPolicyProduct::RemoveSection()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        return m_data.RemoveSection(TextOf(strSectionName));
+    });
+}
+
+result::Code CPolicyProduct::ReadSetting(std::u16string_view section, BSTR name, BSTR* slot)
+{
+    if (slot == nullptr) {
+        return result::BadArgument;
+    }
+    std::u16string value;
+    const result::Code code = m_data.GetSectionSetting(section, TextOf(name), value);
+    if (code >= 0) {
+        // Memory running out here goes unreported: the slot is null then.
+        static_cast<void>(StoreString(slot, value));
+    }
+    return code;
+}
+
+result::Code CPolicyProduct::BindToFileElement(const Element& policy, std::u16string_view softwareId)
+{
+    const CriticalSectionLock lock(m_lock);
+    m_isBound = true;
+    return m_data.Initialize(policy, softwareId);
+}
+
+result::Code CPolicyProduct::BindFromXmlText(std::u16string_view xml, std::u16string& detail)
+{
+    const CriticalSectionLock lock(m_lock);
+    m_isBound = true;
+    return m_data.Initialize(xml, detail);
+}
+
+result::Code CPolicyProduct::WriteIntoFileElement(const Element& target, std::uint64_t& version)
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_data.WriteBack(target, version);
+}
+
+}  // namespace zupm

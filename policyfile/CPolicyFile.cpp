@@ -1,0 +1,132 @@
+// Loading, writing, the properties and blank objects.
+#include "policyfile/CPolicyFile.h"
+
+#include <new>
+
+#include "module/host/Strings.h"
+#include "platform/common/Decimal.h"
+#include "platform/xml/Exceptions.h"
+#include "platform/xml/FileBuffer.h"
+
+namespace zupm {
+
+namespace {
+
+/// Wherever the class may be served from: in process, handler, local and remote server.
+constexpr DWORD kAnyServer = 0x17;
+
+/// The properties give the platform's code where other getters give the component's own.
+result::Code StoreProperty(BSTR* slot, std::u16string_view text) noexcept
+{
+    const result::Code code = StoreString(slot, text);
+    return code == result::AllocationFailed ? result::OutOfMemory : code;
+}
+
+}  // namespace
+
+CPolicyFile::CPolicyFile() : m_data(m_properties) {}
+
+HRESULT CPolicyFile::FinalConstruct() noexcept
+{
+    return Call(kCreation, [] { return ResourceModuleUse::EnsureLoaded(); });
+}
+
+HRESULT CPolicyFile::InitializeFile(BSTR strPolicyFile, LONG bReadOnly) noexcept
+{
+    return Call(u"CPolicyFile::InitializeFile()", [&](std::u16string& detail) -> result::Code {
+        std::u16string path = TextOf(strPolicyFile);
+        const CriticalSectionLock lock(m_lock);
+        m_readOnly = bReadOnly;
+        return m_data.InitializeFile(std::move(path), detail);
+    });
+}
+
+HRESULT CPolicyFile::WriteFile(BSTR strPolicyFile, LONG /*bUseInternal*/) noexcept
+{
+    return Call(u"CPolicyFile::WriteFile()", [&]() -> result::Code {
+        const std::u16string path = TextOf(strPolicyFile);
+        const CriticalSectionLock lock(m_lock);
+        if (!m_data.HasDocument()) {
+            return result::NotInitialised;
+        }
+        try {
+            m_data.StampVersions();
+            WriteBufferToFile(path, m_data.GenerateXml(), m_data.Encoding(), true);
+            return result::Success;
+        } catch (const AdvXMLParser::ReadWriteException& error) {
+            return error.GetErrorCode();
+        }
+    });
+}
+
+HRESULT CPolicyFile::WriteFileBuffer(BSTR* pbstrFileBuffer) noexcept
+{
+    return Call(u"CPolicyFile::WriteFileBuffer()", [&]() -> result::Code {
+        if (pbstrFileBuffer == nullptr) {
+            return result::BadArgument;
+        }
+        const CriticalSectionLock lock(m_lock);
+        if (!m_data.HasDocument()) {
+            ClearString(pbstrFileBuffer);
+            return result::Success;
+        }
+        try {
+            // Memory running out goes unreported: the slot is null then.
+            static_cast<void>(StoreString(pbstrFileBuffer, m_data.GenerateXml().Wide()));
+        } catch (const std::bad_alloc&) {
+            ClearString(pbstrFileBuffer);
+        }
+        return result::Success;
+    });
+}
+
+HRESULT CPolicyFile::get_VersionTask(BSTR* pVal) noexcept
+{
+    return Call(u"CPolicyFile::get_VersionTask()",
+                [&]() -> result::Code { return StoreProperty(pVal, FormatUnsigned(m_properties.taskVersion)); });
+}
+
+HRESULT CPolicyFile::get_VersionPolicy(BSTR* pVal) noexcept
+{
+    return Call(u"CPolicyFile::get_VersionPolicy()",
+                [&]() -> result::Code { return StoreProperty(pVal, FormatUnsigned(m_properties.policyVersion)); });
+}
+
+HRESULT CPolicyFile::get_PolicyAssignmentList(BSTR* pVal) noexcept
+{
+    return Call(u"CPolicyFile::get_PolicyAssignmentList()",
+                [&]() -> result::Code { return StoreProperty(pVal, *m_properties.assignmentList.Get()); });
+}
+
+HRESULT CPolicyFile::CreateTask(IPolicyTask** pTask) noexcept
+{
+    return Call(u"CPolicyFile::CreateTask()", [&]() -> result::Code {
+        // The platform's result is dropped, other than in CreatePolicy: callers look at the slot, if they gave one.
+        static_cast<void>(
+            CoCreateInstance(CLSID_PolicyTask, nullptr, kAnyServer, IID_IPolicyTask, reinterpret_cast<void**>(pTask)));
+        return result::Success;
+    });
+}
+
+HRESULT CPolicyFile::CreatePolicy(IPolicyProduct** pPolicy) noexcept
+{
+    return Call(u"CPolicyFile::CreatePolicy()", [&]() -> result::Code {
+        if (pPolicy == nullptr) {
+            return result::BadArgument;
+        }
+        return CoCreateInstance(CLSID_PolicyProduct, nullptr, kAnyServer, IID_IPolicyProduct,
+                                reinterpret_cast<void**>(pPolicy));
+    });
+}
+
+result::Code CPolicyFile::CheckWritable() const noexcept
+{
+    return m_readOnly != 0 ? result::ReadOnly : result::Success;
+}
+
+result::Code CPolicyFile::CheckInitialised() const noexcept
+{
+    return m_data.IsInitialised() ? result::Success : result::NotInitialised;
+}
+
+}  // namespace zupm

@@ -1,0 +1,95 @@
+/// The object of coclass PolicyFile.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "module/host/DualObject.h"
+#include "module/host/ResourceModuleUse.h"
+#include "module/host/tables/InterfaceTables.h"
+#include "platform/CriticalSection.h"
+#include "policyfile/CPolicyFileData.h"
+#include "policyfile/PolicyFileProperties.h"
+
+namespace zupm {
+
+class CTaskInfo;
+
+/// The policy file as an object: a locked shell around CPolicyFileData, and the edits that take product and task
+/// objects in and hand them out.
+///
+/// Lifetime  Counted; objects handed out hold nothing of it.
+/// Threads   The object's lock serialises everything except the three properties (replaced whole) and the creation of
+///           blank objects (which touches no member). It is held across calls into incoming objects; one that calls
+///           back on the same thread finds the object between two steps of an edit, but never freed memory.
+/// Errors    An edit checks read-only first. It empties the index concerned before it changes the document and rebuilds
+///           it last: after a failure in between the index stays empty, and nothing is rolled back.
+class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile> {
+public:
+    static constexpr std::u16string_view kCoclass = u"PolicyFile";
+    static constexpr std::u16string_view kCreation = u"CPolicyFile::FinalConstruct()";
+    static const InterfaceDescription& Description() noexcept { return PolicyFileInterface(); }
+
+    CPolicyFile();
+
+    /// Loads the resource module.
+    HRESULT FinalConstruct() noexcept;
+
+    HRESULT AddTask(IUnknown* pTask, LONG bOverwrite) noexcept override;
+    HRESULT AddPolicy(IUnknown* pPolicy, LONG bOverwrite) noexcept override;
+    HRESULT GetTask(BSTR strSoftwareID, BSTR strTaskID, IUnknown** pTask) noexcept override;
+    HRESULT GetPolicy(BSTR strSoftwareID, IUnknown** pPolicy) noexcept override;
+    HRESULT RemovePolicy(BSTR strSoftwareID) noexcept override;
+    HRESULT RemoveTask(BSTR strSoftwareID, BSTR strTaskID) noexcept override;
+    HRESULT InitializeFile(BSTR strPolicyFile, LONG bReadOnly) noexcept override;
+    HRESULT WriteFile(BSTR strPolicyFile, LONG bUseInternal) noexcept override;
+    HRESULT GetTaskInfo(IUnknown** pTaskInfo) noexcept override;
+    HRESULT CreateTask(IPolicyTask** pTask) noexcept override;
+    HRESULT CreatePolicy(IPolicyProduct** pPolicy) noexcept override;
+    HRESULT WriteFileBuffer(BSTR* pbstrFileBuffer) noexcept override;
+    HRESULT get_VersionTask(BSTR* pVal) noexcept override;
+    HRESULT get_VersionPolicy(BSTR* pVal) noexcept override;
+    HRESULT get_PolicyAssignmentList(BSTR* pVal) noexcept override;
+
+protected:
+    ~CPolicyFile() = default;
+
+private:
+    [[nodiscard]] result::Code CheckWritable() const noexcept ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code CheckInitialised() const noexcept ZUPM_REQUIRES(m_lock);
+
+    /// The edits, after their checks.
+    [[nodiscard]] result::Code PutPolicy(IPolicyProduct& incoming, std::u16string& detail) ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code PutTask(IPolicyTask& incoming, std::u16string& detail) ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code DropPolicy(std::u16string_view softwareId) ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code DropTask(std::u16string_view softwareId, std::u16string_view taskId)
+        ZUPM_REQUIRES(m_lock);
+
+    /// A copy of the indexed reference, which outlives the index; empty, with Success, when there is none.
+    /// AllocationFailed.
+    [[nodiscard]] result::Code CopyPolicyRef(std::u16string_view softwareId, std::unique_ptr<CPolicyRef>& copy) const
+        ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code CopyTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
+                                           std::unique_ptr<CTaskRef>& copy) const ZUPM_REQUIRES(m_lock);
+
+    /// Write a copy of what an incoming object holds into the document, and take its new version over.
+    [[nodiscard]] result::Code WriteProduct(IPolicyProduct& incoming, const AdvXMLParser::Element& policy,
+                                            std::u16string& detail) ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code WriteTask(IPolicyTask& incoming, const AdvXMLParser::Element& group,
+                                         std::u16string& detail) ZUPM_REQUIRES(m_lock);
+
+    [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)
+        ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
+
+    ResourceModuleUse m_resources;
+    CCriticalSection m_lock;
+    PolicyFileProperties m_properties;
+    CPolicyFileData m_data ZUPM_GUARDED_BY(m_lock);
+    std::int32_t m_readOnly ZUPM_GUARDED_BY(m_lock) = 1;
+};
+
+}  // namespace zupm

@@ -1,0 +1,108 @@
+/// The model of a policy file.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/xml/Document.h"
+#include "platform/xml/UtfEncodings.h"
+#include "platform/xml/XmlText.h"
+#include "policyfile/PolicyFileProperties.h"
+#include "settings/CElementRef.h"
+#include "zuPolicyManager/Results.h"
+
+namespace zupm {
+
+/// The document of a policy file and two indexes of references into it: products by software ID, tasks by software ID
+/// and task ID.
+///
+/// Lifetime   Owns the document; references and handles are valid until DeinitializeFile.
+/// Threads    None of its own; the owning CPolicyFile holds its lock around every call.
+/// Errors     Result codes. Filling and emptying an index turns any exception into Unexpected and keeps what was
+///            inserted; everything else lets exceptions of memory and of characters that XML cannot hold pass out.
+/// Invariants Every reference in the indexes points into a document that this object keeps alive.
+class CPolicyFileData {
+public:
+    using PolicyIndex = std::map<std::u16string, std::unique_ptr<CPolicyRef>, std::less<>>;
+    using TaskMap = std::map<std::u16string, std::unique_ptr<CTaskRef>, std::less<>>;
+    using TaskIndex = std::map<std::u16string, std::unique_ptr<TaskMap>, std::less<>>;
+    using Documents = std::vector<std::shared_ptr<AdvXMLParser::Document>>;
+
+    /// `properties` outlives the data.
+    explicit CPolicyFileData(PolicyFileProperties& properties) noexcept : m_properties(properties) {}
+    virtual ~CPolicyFileData();
+    CPolicyFileData(const CPolicyFileData&) = delete;
+    CPolicyFileData& operator=(const CPolicyFileData&) = delete;
+
+    /// Closes what is loaded and loads another file. FileNotFound and the other codes of reading; SyntaxError with
+    /// "file:line:column: reason" in `detail`; AllocationFailed (no document); Unexpected (while indexing). Only a
+    /// result that is not negative makes the object initialised.
+    [[nodiscard]] result::Code InitializeFile(std::u16string path, std::u16string& detail);
+    /// Empties the indexes and frees the document. Path, versions, assignment list and encoding stay. Always Success.
+    result::Code DeinitializeFile() noexcept;
+
+    [[nodiscard]] bool IsInitialised() const noexcept { return m_initialised; }
+    [[nodiscard]] bool HasDocument() const noexcept { return m_document != nullptr; }
+    [[nodiscard]] const TaskIndex& Tasks() const noexcept { return m_tasks; }
+
+    /// Every document that a handle of now may point into; whoever holds the list keeps them alive.
+    [[nodiscard]] Documents HoldDocuments() const;
+
+    /// Adds what the document holds to an index; of equal keys the first counts and the others are logged. Unexpected.
+    [[nodiscard]] result::Code InitializePolicyMap() noexcept;
+    [[nodiscard]] result::Code InitializeTaskMap() noexcept;
+    /// Empties an index.
+    [[nodiscard]] result::Code DeinitializePolicyMap() noexcept;
+    [[nodiscard]] result::Code DeinitializeTaskMap() noexcept;
+
+    /// NotInitialised, PolicyNotFound; `found` is written on success only and stays valid until the index is emptied.
+    [[nodiscard]] result::Code FindPolicyRef(std::u16string_view softwareId, const CPolicyRef*& found) const noexcept;
+    /// NotInitialised, TaskNotFound, NotCreated (a software ID without a map); `found` is null then.
+    [[nodiscard]] result::Code FindTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
+                                           const CTaskRef*& found) const noexcept;
+
+    /// Appends an empty "TaskGroup" with a "Task" to the first "TaskRoot". ElementMissing, NotCreated,
+    /// AllocationFailed. The index is the caller's to rebuild.
+    [[nodiscard]] result::Code CreateTaskSlot(std::unique_ptr<CTaskRef>& slot);
+    /// Appends a "Product" with that ID to the first "Policy". Codes and index as for CreateTaskSlot.
+    [[nodiscard]] result::Code CreateProductSlot(std::u16string_view softwareId, std::unique_ptr<CPolicyRef>& slot);
+
+    /// The largest "TaskVersion" of all groups, at least 0. Compared without sign: a negative one is larger than any
+    /// positive one. Always Success.
+    [[nodiscard]] result::Code GetHighestTaskVersion(std::uint64_t& version) const;
+
+    /// Brings the version attributes up to date and gives groups without a "Path" the default one.
+    void StampVersions();
+
+    /// The document's text; there must be one.
+    [[nodiscard]] AdvXMLParser::XmlText GenerateXml() const { return m_document->GenerateXML(false); }
+    /// The encoding of the last file that was read.
+    [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
+
+private:
+    [[nodiscard]] result::Code Initialize(std::u16string& detail);
+    [[nodiscard]] result::Code LoadDocument();
+    void ReplaceDocument(std::unique_ptr<AdvXMLParser::Document> document);
+    void ReadProperties();
+
+    /// The document element; null without a document.
+    [[nodiscard]] AdvXMLParser::Element Root() const noexcept;
+    void AddPolicy(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product);
+    void AddTasks(const AdvXMLParser::Element& group);
+
+    std::shared_ptr<AdvXMLParser::Document> m_document;
+    Documents m_retired;  ///< documents of failed loads, which entries of the indexes still point into
+    std::u16string m_path;
+    bool m_initialised = false;
+    PolicyFileProperties& m_properties;
+    AdvXMLParser::UTF_ENCODINGS m_encoding = AdvXMLParser::UTF_ENCODINGS::Utf8;
+    TaskIndex m_tasks;
+    PolicyIndex m_policies;
+};
+
+}  // namespace zupm

@@ -1,0 +1,84 @@
+// Places for new entries, and the version attributes.
+#include <algorithm>
+#include <new>
+
+#include "platform/common/Decimal.h"
+#include "policyfile/CPolicyFileData.h"
+#include "policyfile/ElementWalks.h"
+#include "settings/Elements.h"
+
+namespace zupm {
+
+using AdvXMLParser::Attribute;
+using AdvXMLParser::Element;
+using AdvXMLParser::ElementChildren;
+
+result::Code CPolicyFileData::CreateTaskSlot(std::unique_ptr<CTaskRef>& slot)
+{
+    Element taskRoot = FirstChildNamed(Root(), u"TaskRoot");
+    if (taskRoot.IsNull()) {
+        return result::ElementMissing;
+    }
+    Element group = taskRoot.AddElementInto(u"TaskGroup");
+    if (group.IsNull()) {
+        return result::NotCreated;
+    }
+    const Element task = group.CreateElement(u"Task");
+    if (task.IsNull()) {
+        return result::NotCreated;
+    }
+    slot.reset(new (std::nothrow) CTaskRef(group, task));
+    return slot ? result::Success : result::AllocationFailed;
+}
+
+result::Code CPolicyFileData::CreateProductSlot(std::u16string_view softwareId, std::unique_ptr<CPolicyRef>& slot)
+{
+    Element policy = FirstPolicy(Root());
+    if (policy.IsNull()) {
+        return result::ElementMissing;
+    }
+    Element product = policy.AddElementInto(u"Product");
+    if (product.IsNull()) {
+        return result::NotCreated;
+    }
+    Attribute attribute = product.CreateAttribute(u"SoftwareID");
+    if (attribute.IsNull()) {
+        return result::NotCreated;
+    }
+    attribute.SetText(softwareId);
+    slot.reset(new (std::nothrow) CPolicyRef(policy, product));
+    return slot ? result::Success : result::AllocationFailed;
+}
+
+result::Code CPolicyFileData::GetHighestTaskVersion(std::uint64_t& version) const
+{
+    std::uint64_t highest = 0;
+    ForEachTaskGroup(Root(), [&](const Element& group) {
+        if (const Attribute attribute = group.GetAttribute(u"TaskVersion"); !attribute.IsNull()) {
+            highest = std::max(highest, static_cast<std::uint64_t>(ParseInt64(attribute.GetText())));
+        }
+    });
+    version = highest;
+    return result::Success;
+}
+
+void CPolicyFileData::StampVersions()
+{
+    for (const Element child : ElementChildren(Root())) {
+        if (child.NameIs(u"TaskRoot")) {
+            std::uint64_t version = 0;
+            static_cast<void>(GetHighestTaskVersion(version));
+            m_properties.taskVersion = version;
+            SetAttribute(child, u"version", FormatUnsigned(version));
+        } else if (child.NameIs(u"PolicyRoot")) {
+            SetAttribute(child, u"version", FormatUnsigned(m_properties.policyVersion));
+            ForEachChild(child, u"PolicyGroup", [](const Element& group) {
+                if (group.GetAttribute(u"Path").IsNull()) {
+                    SetAttribute(group, u"Path", kDefaultPath);
+                }
+            });
+        }
+    }
+}
+
+}  // namespace zupm

@@ -1,0 +1,238 @@
+// Adding and removing policies and tasks.
+#include <algorithm>
+#include <new>
+
+#include "module/host/ComPtr.h"
+#include "module/host/ObjectForms.h"
+#include "module/host/Strings.h"
+#include "policy/CPolicyProduct.h"
+#include "policyfile/CPolicyFile.h"
+#include "settings/Elements.h"
+#include "task/CPolicyTask.h"
+
+namespace zupm {
+
+using AdvXMLParser::Element;
+
+namespace {
+
+/// The interface of an incoming object; empty when the object is null or lacks it.
+template <class Interface>
+ComPtr<Interface> InterfaceOf(IUnknown* object, REFIID iid) noexcept
+{
+    ComPtr<Interface> incoming;
+    if (object == nullptr || FAILED(object->QueryInterface(iid, incoming.PutVoid()))) {
+        return {};
+    }
+    return incoming;
+}
+
+}  // namespace
+
+HRESULT CPolicyFile::AddPolicy(IUnknown* pPolicy, LONG /*bOverwrite*/) noexcept
+{
+    return Call(u"CPolicyFile::AddPolicy()", [&](std::u16string& detail) -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        if (const result::Code code = CheckWritable(); code < 0) {
+            return code;
+        }
+        if (const result::Code code = CheckInitialised(); code < 0) {
+            return code;
+        }
+        const auto incoming = InterfaceOf<IPolicyProduct>(pPolicy, IID_IPolicyProduct);
+        return incoming ? PutPolicy(*incoming, detail) : result::BadArgument;
+    });
+}
+
+HRESULT CPolicyFile::AddTask(IUnknown* pTask, LONG /*bOverwrite*/) noexcept
+{
+    return Call(u"CPolicyFile::AddTask()", [&](std::u16string& detail) -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        if (const result::Code code = CheckWritable(); code < 0) {
+            return code;
+        }
+        if (pTask == nullptr) {
+            return result::BadArgument;
+        }
+        if (const result::Code code = CheckInitialised(); code < 0) {
+            return code;
+        }
+        const auto incoming = InterfaceOf<IPolicyTask>(pTask, IID_IPolicyTask);
+        return incoming ? PutTask(*incoming, detail) : result::BadArgument;
+    });
+}
+
+result::Code CPolicyFile::PutPolicy(IPolicyProduct& incoming, std::u16string& detail)
+{
+    Bstr idText;
+    if (const result::Code code = incoming.get_SoftwareID(idText.Put()); code < 0) {
+        return code;
+    }
+    const std::u16string softwareId = idText.Text();
+    RequireXmlText(softwareId);
+    // The incoming object is asked once more below and may have this file load another document then.
+    const CPolicyFileData::Documents documents = m_data.HoldDocuments();
+    std::unique_ptr<CPolicyRef> place;
+    if (const result::Code code = CopyPolicyRef(softwareId, place); code < 0) {
+        return code;
+    }
+    if (const result::Code code = m_data.DeinitializePolicyMap(); code < 0) {
+        return code;
+    }
+    if (!place) {
+        if (const result::Code code = m_data.CreateProductSlot(softwareId, place); code < 0) {
+            return code;
+        }
+    }
+    place->GetProduct().Delete();
+    const result::Code code = WriteProduct(incoming, place->GetElement(), detail);
+    return code < 0 ? code : m_data.InitializePolicyMap();
+}
+
+result::Code CPolicyFile::WriteProduct(IPolicyProduct& incoming, const Element& policy, std::u16string& detail)
+{
+    Bstr xml;
+    if (const result::Code code = incoming.get_PolicyData(xml.Put()); code < 0) {
+        return code;
+    }
+    ComPtr<CPolicyProduct> product;
+    if (const result::Code code = CreatePlain(product); code < 0) {
+        return code;
+    }
+    if (const result::Code code = product->BindFromXmlText(xml.Text(), detail); code < 0) {
+        return code;
+    }
+    // The new version replaces the old one even when it is smaller, other than a task's.
+    std::uint64_t version = m_properties.policyVersion;
+    const result::Code code = product->WriteIntoFileElement(policy, version);
+    m_properties.policyVersion = version;
+    return code;
+}
+
+result::Code CPolicyFile::PutTask(IPolicyTask& incoming, std::u16string& detail)
+{
+    Bstr softwareText;
+    if (const result::Code code = incoming.get_SoftwareID(softwareText.Put()); code < 0) {
+        return code;
+    }
+    Bstr taskText;
+    if (const result::Code code = incoming.get_TaskID(taskText.Put()); code < 0) {
+        return code;
+    }
+    const CPolicyFileData::Documents documents = m_data.HoldDocuments();  // as for policies
+    std::unique_ptr<CTaskRef> place;
+    if (const result::Code code = CopyTaskRef(softwareText.Text(), taskText.Text(), place); code < 0) {
+        return code;
+    }
+    if (const result::Code code = m_data.DeinitializeTaskMap(); code < 0) {
+        return code;
+    }
+    if (!place) {
+        if (const result::Code code = m_data.CreateTaskSlot(place); code < 0) {
+            return code;
+        }
+    }
+    place->GetElement().Delete();
+    const result::Code code = WriteTask(incoming, place->GetGroup(), detail);
+    return code < 0 ? code : m_data.InitializeTaskMap();
+}
+
+result::Code CPolicyFile::WriteTask(IPolicyTask& incoming, const Element& group, std::u16string& detail)
+{
+    Bstr xml;
+    if (const result::Code code = incoming.get_TaskData(xml.Put()); code < 0) {
+        return code;
+    }
+    ComPtr<CPolicyTask> task;
+    if (const result::Code code = CreatePlain(task); code < 0) {
+        return code;
+    }
+    if (const result::Code code = task->BindFromText(xml.Text(), detail); code < 0) {
+        return code;
+    }
+    std::uint64_t version = 0;
+    const result::Code code = task->CopyIntoFile(group, version);
+    m_properties.taskVersion = std::max(m_properties.taskVersion.load(), version);
+    return code;
+}
+
+HRESULT CPolicyFile::RemovePolicy(BSTR strSoftwareID) noexcept
+{
+    return Call(u"CPolicyFile::RemovePolicy()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        if (const result::Code code = CheckWritable(); code < 0) {
+            return code;
+        }
+        const result::Code code = CheckInitialised();
+        return code < 0 ? code : DropPolicy(TextOf(strSoftwareID));
+    });
+}
+
+result::Code CPolicyFile::DropPolicy(std::u16string_view softwareId)
+{
+    std::unique_ptr<CPolicyRef> place;
+    if (const result::Code code = CopyPolicyRef(softwareId, place); code < 0) {
+        return code;
+    }
+    if (!place) {
+        return result::PolicyNotFound;
+    }
+    if (const result::Code code = m_data.DeinitializePolicyMap(); code < 0) {
+        return code;
+    }
+    // The "Policy" around it stays, with its attributes and whatever else it holds.
+    place->GetProduct().Delete();
+    return m_data.InitializePolicyMap();
+}
+
+HRESULT CPolicyFile::RemoveTask(BSTR strSoftwareID, BSTR strTaskID) noexcept
+{
+    return Call(u"CPolicyFile::RemoveTask()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        if (const result::Code code = CheckWritable(); code < 0) {
+            return code;
+        }
+        const result::Code code = CheckInitialised();
+        return code < 0 ? code : DropTask(TextOf(strSoftwareID), TextOf(strTaskID));
+    });
+}
+
+result::Code CPolicyFile::DropTask(std::u16string_view softwareId, std::u16string_view taskId)
+{
+    std::unique_ptr<CTaskRef> place;
+    if (const result::Code code = CopyTaskRef(softwareId, taskId, place); code < 0) {
+        return code;
+    }
+    if (!place) {
+        return result::TaskNotFound;
+    }
+    if (const result::Code code = m_data.DeinitializeTaskMap(); code < 0) {
+        return code;
+    }
+    // Every task that was added has a group of its own, so the whole group goes.
+    place->GetGroup().Delete();
+    return m_data.InitializeTaskMap();
+}
+
+result::Code CPolicyFile::CopyPolicyRef(std::u16string_view softwareId, std::unique_ptr<CPolicyRef>& copy) const
+{
+    const CPolicyRef* found = nullptr;
+    if (m_data.FindPolicyRef(softwareId, found) < 0) {
+        return result::Success;
+    }
+    copy.reset(new (std::nothrow) CPolicyRef(*found));
+    return copy ? result::Success : result::AllocationFailed;
+}
+
+result::Code CPolicyFile::CopyTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
+                                      std::unique_ptr<CTaskRef>& copy) const
+{
+    const CTaskRef* found = nullptr;
+    if (m_data.FindTaskRef(softwareId, taskId, found) < 0) {
+        return result::Success;
+    }
+    copy.reset(new (std::nothrow) CTaskRef(*found));
+    return copy ? result::Success : result::AllocationFailed;
+}
+
+}  // namespace zupm

@@ -1,0 +1,93 @@
+#include "policyfile/CTaskInfo.h"
+
+#include <new>
+#include <utility>
+
+#include "module/host/Log.h"
+#include "module/host/Strings.h"
+#include "settings/CatchAll.h"
+
+namespace zupm {
+
+HRESULT CTaskInfo::FinalConstruct() noexcept
+{
+    return Call(kCreation, [] { return ResourceModuleUse::EnsureLoaded(); });
+}
+
+HRESULT CTaskInfo::GetFirst(BSTR* pbstrSoftwareID, BSTR* pbstrTaskID) noexcept
+{
+    constexpr std::u16string_view kOperation = u"CTaskInfo::GetFirst()";
+    return Call(kOperation, [&] {
+        return CatchAll(kOperation, [&]() -> result::Code {
+            if (pbstrSoftwareID == nullptr || pbstrTaskID == nullptr) {
+                return result::BadArgument;
+            }
+            m_cursor = 0;
+            return m_list.empty() ? result::ListEmpty : GetTaskData(0, pbstrSoftwareID, pbstrTaskID);
+        });
+    });
+}
+
+HRESULT CTaskInfo::GetNext(BSTR* pbstrSoftwareID, BSTR* pbstrTaskID) noexcept
+{
+    constexpr std::u16string_view kOperation = u"CTaskInfo::GetNext()";
+    return Call(kOperation, [&] {
+        return CatchAll(kOperation, [&]() -> result::Code {
+            if (pbstrSoftwareID == nullptr || pbstrTaskID == nullptr) {
+                return result::BadArgument;
+            }
+            return GetTaskData(Advance(), pbstrSoftwareID, pbstrTaskID);
+        });
+    });
+}
+
+std::size_t CTaskInfo::Advance() noexcept
+{
+    std::size_t position = m_cursor;
+    do {
+        if (position >= m_list.size()) {
+            return m_list.size();
+        }
+    } while (!m_cursor.compare_exchange_weak(position, position + 1));
+    return position + 1;
+}
+
+result::Code CTaskInfo::GetTaskData(std::size_t position, BSTR* softwareId, BSTR* taskId) const noexcept
+{
+    // The name in the log is this one on purpose: log filters of the agent know it.
+    return CatchAll(u"GetTaskData::GetTaskData()", [&]() -> result::Code {
+        if (position >= m_list.size()) {
+            return result::EndOfList;
+        }
+        const CTaskInfoData* const record = m_list[position].get();
+        if (record == nullptr) {
+            LogException(u"CTaskInfo::GetTaskData() - Internal error, invalid pointer in storage");
+            return result::RecordMissing;
+        }
+        const result::Code first = StoreString(softwareId, record->SoftwareId());
+        const result::Code second = StoreString(taskId, record->TaskId());
+        return first < 0 ? first : second;
+    });
+}
+
+result::Code CTaskInfo::Append(std::u16string_view softwareId, std::u16string_view taskId) noexcept
+{
+    try {
+        m_list.push_back(std::make_unique<CTaskInfoData>(softwareId, taskId));
+        return result::Success;
+    } catch (const std::bad_alloc&) {
+        return result::AllocationFailed;
+    }
+}
+
+void CTaskInfo::DeinitializeList() noexcept
+{
+    static_cast<void>(CatchAll(u"CTaskInfo::DeinitializeList()", [&]() -> result::Code {
+        while (!m_list.empty()) {
+            m_list.pop_front();
+        }
+        return result::Success;
+    }));
+}
+
+}  // namespace zupm

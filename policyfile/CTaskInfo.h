@@ -1,0 +1,60 @@
+/// The object of coclass TaskInfo.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <deque>
+#include <limits>
+#include <memory>
+#include <string_view>
+
+#include "module/host/DualObject.h"
+#include "module/host/ResourceModuleUse.h"
+#include "module/host/tables/InterfaceTables.h"
+#include "policyfile/CTaskInfoData.h"
+
+namespace zupm {
+
+/// A forward-only enumerator over (software ID, task ID) pairs: a snapshot that knows no policy file.
+///
+/// Lifetime   Counted; owns its records.
+/// Threads    No lock: the list is filled before the object is handed out and never changes after that, and the cursor
+///            is one atomic index. Threads that share an enumerator share its position.
+/// Errors     Result codes. BadArgument for a null slot, before anything moves. GetFirst, GetNext and what they stand
+/// on
+///            turn any exception into Unexpected.
+/// Invariants The cursor is unset, or at most one past the last record.
+class CTaskInfo : public DualObject<CTaskInfo, ITaskInfo> {
+public:
+    static constexpr std::u16string_view kCoclass = u"TaskInfo";
+    static constexpr std::u16string_view kCreation = u"CTaskInfo::FinalConstruct()";
+    static const InterfaceDescription& Description() noexcept { return TaskInfoInterface(); }
+
+    CTaskInfo() = default;
+
+    /// Loads the resource module.
+    HRESULT FinalConstruct() noexcept;
+
+    HRESULT GetFirst(BSTR* pbstrSoftwareID, BSTR* pbstrTaskID) noexcept override;
+    HRESULT GetNext(BSTR* pbstrSoftwareID, BSTR* pbstrTaskID) noexcept override;
+
+    /// For the policy file, before the object is handed out: appends a pair. AllocationFailed.
+    [[nodiscard]] result::Code Append(std::u16string_view softwareId, std::u16string_view taskId) noexcept;
+
+protected:
+    ~CTaskInfo() { DeinitializeList(); }
+
+private:
+    static constexpr std::size_t kUnset = std::numeric_limits<std::size_t>::max();
+
+    [[nodiscard]] result::Code GetTaskData(std::size_t position, BSTR* softwareId, BSTR* taskId) const noexcept;
+    /// Moves the cursor one record on and gives its new position; the end when it is there already or unset.
+    [[nodiscard]] std::size_t Advance() noexcept;
+    void DeinitializeList() noexcept;
+
+    ResourceModuleUse m_resources;
+    std::deque<std::unique_ptr<CTaskInfoData>> m_list;
+    std::atomic<std::size_t> m_cursor = kUnset;
+};
+
+}  // namespace zupm

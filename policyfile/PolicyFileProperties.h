@@ -1,0 +1,21 @@
+/// What the three properties of a policy file read.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "module/host/AtomicText.h"
+
+namespace zupm {
+
+/// The versions and the assignment list of a policy file.
+///
+/// Lifetime  Outlives what is loaded: closing a file resets nothing.
+/// Threads   Properties are read without the object's lock; every value is replaced whole.
+struct PolicyFileProperties {
+    std::atomic<std::uint64_t> taskVersion = 0;
+    std::atomic<std::uint64_t> policyVersion = 0;
+    AtomicText assignmentList;
+};
+
+}  // namespace zupm

@@ -1,0 +1,45 @@
+# shellcheck shell=bash
+# What the scripts share. Source it; it is no program.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+logs=$root/build/logs
+mkdir -p "$logs"
+
+say() {
+    printf '\n== %s\n' "$*"
+}
+
+# logged NAME COMMAND...: runs it with all output in build/logs/NAME.log; on failure shows the log's tail.
+logged() {
+    local log=$logs/$1.log code=0
+    shift
+    "$@" >"$log" 2>&1 || code=$?
+    if ((code != 0)); then
+        echo "failed: $*" >&2
+        echo "---- the end of ${log#"$root"/}" >&2
+        tail -n 40 "$log" >&2
+    fi
+    return "$code"
+}
+
+# The compiler cache is a convenience: without it everything works, only slower the second time.
+launcher_options() {
+    if command -v ccache >/dev/null; then
+        echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache
+    fi
+}
+
+# configure PRESET [OPTION...]
+configure() {
+    local preset=$1
+    shift
+    # shellcheck disable=SC2046  # no option, or one without blanks
+    (cd "$root" && logged "configure-$preset" cmake --preset "$preset" $(launcher_options) "$@")
+}
+
+# build PRESET [OPTION...]
+build() {
+    local preset=$1
+    shift
+    logged "build-$preset" cmake --build "$root/build/$preset" "$@"
+}

@@ -1,0 +1,124 @@
+# shellcheck shell=bash
+# How a folder of built files becomes a package. Source it after common.sh; it is no program.
+# Same files in, same bytes out: everything carries the time SOURCE_DATE_EPOCH, the last commit's.
+
+SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct 2>/dev/null || echo 0)}
+export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C.UTF-8
+# Files and folders that anybody may read.
+umask 022
+
+packaging=$root/packaging
+
+# built_version FOLDER: the project's version, as CMake knows it in a build folder.
+built_version() {
+    sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$1/CMakeCache.txt"
+}
+
+set_times() {
+    find "$1" -exec touch --no-dereference --date="@$SOURCE_DATE_EPOCH" {} +
+}
+
+kilobytes() {
+    du --apparent-size --block-size=1K --summarize "$1" | cut -f 1
+}
+
+# fill TEMPLATE NAME=VALUE...: the template with every @NAME@ replaced.
+fill() {
+    local text pair
+    text=$(<"$1")
+    shift
+    for pair in "$@"; do
+        text=${text//@"${pair%%=*}"@/${pair#*=}}
+    done
+    printf '%s\n' "$text"
+}
+
+# make_zip FOLDER NAME OUTPUT: the archive holds one folder of that name.
+make_zip() {
+    local work
+    work=$(mktemp -d)
+    cp -r "$1" "$work/$2"
+    set_times "$work"
+    rm -f "$3"
+    (cd "$work" && find "$2" | sort | zip -X -q "$3" -@)
+    rm -rf "$work"
+}
+
+# installer_files FOLDER: the two lists that must agree, made from the one folder: what is installed and what is removed.
+installer_files() {
+    local folder=$1 name
+    echo "!define KILOBYTES $(kilobytes "$folder")"
+    echo '!macro InstallFiles'
+    while read -r name; do
+        echo "  SetOutPath \"\$INSTDIR${name:+\\${name//\//\\}}\""
+        (cd "$folder" && find "./$name" -mindepth 1 -maxdepth 1 -type f -printf '%P\n') | sort |
+            sed "s|.*|  File \"\${PAYLOAD}/${name:+$name/}&\"|"
+    done < <(find "$folder" -type d -printf '%P\n' | sort)
+    echo '!macroend'
+    echo '!macro RemoveFiles'
+    (cd "$folder" && find . -mindepth 1 -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|  Delete "$INSTDIR\\&"|')
+    (cd "$folder" && find . -mindepth 1 -type d -printf '%P\n' | sort -r | sed 's|/|\\|g; s|.*|  RMDir "$INSTDIR\\&"|')
+    echo '!macroend'
+}
+
+# make_installer FOLDER VERSION OUTPUT
+make_installer() {
+    local work
+    work=$(mktemp -d)
+    cp -r "$1" "$work/payload"
+    set_times "$work/payload"
+    installer_files "$work/payload" >"$work/files.nsh"
+    makensis -V2 -NOCD -DVERSION="$2" -DPAYLOAD="$work/payload" -DFILES="$work/files.nsh" -DOUTPUT="$3" \
+        "$packaging/windows/installer.nsi"
+    rm -rf "$work"
+}
+
+# debian_documents FOLDER PACKAGE VERSION: licence and changes, where Debian looks for them.
+debian_documents() {
+    local folder=$1/usr/share/doc/$2
+    mkdir -p "$folder"
+    {
+        cat "$packaging/debian/copyright.head"
+        sed -n 's/^Copyright (c) /Copyright: /p' "$root/LICENSE"
+        echo 'License: Expat'
+        sed '1,/^Copyright/d; /./!d' "$root/LICENSE" | sed 's/^/ /'
+    } >"$folder/copyright"
+    fill "$packaging/debian/changelog.in" "PACKAGE=$2" "VERSION=$3" "DATE=$(date --date="@$SOURCE_DATE_EPOCH" -R)" |
+        gzip -9n >"$folder/changelog.gz"
+}
+
+# shared_libraries FOLDER: the packages, with versions, that its programs and libraries need.
+shared_libraries() {
+    local work programs
+    work=$(mktemp -d)
+    mkdir "$work/debian"
+    printf 'Source: zupolicymanager\n\nPackage: zupolicymanager\nArchitecture: any\n' >"$work/debian/control"
+    mapfile -t programs < <(find "$1/usr/bin" "$1/usr/lib" -type f \( -name '*.so' -o -path '*/bin/*' \) | sort)
+    (cd "$work" && dpkg-shlibdeps --warnings=0 -O -S"$1" "${programs[@]}") | sed -n 's/^shlibs:Depends=//p'
+    rm -rf "$work"
+}
+
+# make_deb FOLDER CONTROL-TEMPLATE VERSION OUTPUT-FOLDER: the folder as installed below /, packed under the name and for the
+# architecture that are in the template.
+make_deb() {
+    local folder=$1 version=$3 package architecture depends
+    package=$(sed -n 's/^Package: //p' "$2")
+    architecture=$(dpkg --print-architecture)
+    debian_documents "$folder" "$package" "$version"
+    depends=
+    if grep -q '@DEPENDS@' "$2"; then
+        depends=$(shared_libraries "$folder")
+        [[ -n $depends ]] || return 1
+    fi
+
+    mkdir "$folder/DEBIAN"
+    if find "$folder" -name '*.so' | grep -q .; then
+        echo 'activate-noawait ldconfig' >"$folder/DEBIAN/triggers"
+    fi
+    (cd "$folder" && find usr -type f | sort | xargs md5sum) >"$folder/DEBIAN/md5sums"
+    fill "$2" "VERSION=$version" "ARCHITECTURE=$architecture" "SIZE=$(kilobytes "$folder/usr")" \
+        "DEPENDS=$depends" >"$folder/DEBIAN/control"
+    find "$folder" -type d -exec chmod 755 {} +
+    set_times "$folder"
+    dpkg-deb --root-owner-group --build "$folder" "$4/${package}_${version}_$architecture.deb"
+}

@@ -1,0 +1,35 @@
+/// The index of one section's settings.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "settings/CElementRef.h"
+
+namespace zupm {
+
+/// The settings of one section by name, in code-unit order.
+///
+/// Lifetime  Owns its references, not the elements that they refer to.
+/// Threads   None of its own; see CXMLDataObject.
+class CElementMap {
+public:
+    using Index = std::map<std::u16string, std::unique_ptr<CElementRef>, std::less<>>;
+
+    CElementMap() = default;
+    virtual ~CElementMap() = default;
+    CElementMap(const CElementMap&) = delete;
+    CElementMap& operator=(const CElementMap&) = delete;
+
+    /// Adds a setting; false, with the map as it was, when the name is there already. Throws std::bad_alloc.
+    bool Insert(const std::u16string& name, const AdvXMLParser::Element& setting);
+
+    [[nodiscard]] const Index& Settings() const noexcept { return m_settings; }
+
+private:
+    Index m_settings;
+};
+
+}  // namespace zupm

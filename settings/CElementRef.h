@@ -1,0 +1,56 @@
+/// Element references: what the indexes keep of a document.
+#pragma once
+
+#include "platform/xml/Node.h"
+
+namespace zupm {
+
+/// Refers to one element of a document.
+///
+/// Lifetime  Owned by the index or object that keeps it. The element belongs to its document: deleting a reference
+/// never
+///           touches it, and a copy refers to the same element.
+/// Threads   As the document.
+class CElementRef {
+public:
+    explicit CElementRef(const AdvXMLParser::Element& element) noexcept : m_element(element) {}
+    virtual ~CElementRef() = default;
+    CElementRef(const CElementRef&) = default;
+    CElementRef& operator=(const CElementRef&) = default;
+
+    [[nodiscard]] AdvXMLParser::Element GetElement() const noexcept { return m_element; }
+
+private:
+    AdvXMLParser::Element m_element;
+};
+
+/// Refers to a task: its element is the inner "Task", its group the "TaskGroup" around that.
+class CTaskRef : public CElementRef {
+public:
+    CTaskRef(const AdvXMLParser::Element& group, const AdvXMLParser::Element& task) noexcept
+        : CElementRef(task), m_group(group)
+    {
+    }
+
+    [[nodiscard]] AdvXMLParser::Element GetGroup() const noexcept { return m_group; }
+
+private:
+    AdvXMLParser::Element m_group;
+};
+
+/// Refers to a product policy: its element is the outer "Policy", its product the "Product" inside that. (The other way
+/// round than CTaskRef: a task is rewritten inside its group, a product is replaced in its policy.)
+class CPolicyRef : public CElementRef {
+public:
+    CPolicyRef(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product) noexcept
+        : CElementRef(policy), m_product(product)
+    {
+    }
+
+    [[nodiscard]] AdvXMLParser::Element GetProduct() const noexcept { return m_product; }
+
+private:
+    AdvXMLParser::Element m_product;
+};
+
+}  // namespace zupm

@@ -1,0 +1,63 @@
+/// The section cursor.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/CriticalSection.h"
+#include "platform/xml/Node.h"
+#include "settings/CXMLDataObject.h"
+#include "zuPolicyManager/Results.h"
+
+namespace zupm {
+
+/// The guarded front of one settings store.
+///
+/// Lifetime  Owns the store; a new one for every initialisation. The container's document belongs to the caller and
+/// must
+///           outlive the cursor.
+/// Threads   One lock serialises every call into the store, the INI export excepted: the owner must not run that
+///           together with writes.
+/// Errors    CursorNotInitialised while not initialised, else the store's codes. Logs nothing; macro expansion may
+///           throw std::bad_alloc.
+class CSectionParser {
+public:
+    /// `ownerLink` is passed to every store and never looked at.
+    CSectionParser(const AdvXMLParser::Element& container, const void* ownerLink) noexcept;
+    virtual ~CSectionParser();
+    CSectionParser(const CSectionParser&) = delete;
+    CSectionParser& operator=(const CSectionParser&) = delete;
+
+    /// A new cursor, not initialised; null when memory ran out.
+    [[nodiscard]] static std::unique_ptr<CSectionParser> Create(const AdvXMLParser::Element& container,
+                                                                const void* ownerLink) noexcept;
+
+    /// Opens a new store over the container; nothing to do when initialised. AllocationFailed, the store's codes.
+    [[nodiscard]] result::Code Initialize() noexcept;
+    /// Drops the store. Always Success.
+    result::Code Deinitialize() noexcept;
+
+    /// A setting's value with its macros expanded; untouched on failure.
+    [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
+                                               std::u16string& value);
+    /// Stores a value as it stands; a missing section and setting are created.
+    [[nodiscard]] result::Code SetSettingValue(std::u16string_view section, std::u16string_view setting,
+                                               std::u16string_view value) noexcept;
+    [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view setting) noexcept;
+
+    /// Writes all settings, raw. Asks for a store, not for the initialised state.
+    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path) noexcept;
+
+private:
+    void DropStore() noexcept ZUPM_REQUIRES(m_lock);
+
+    std::atomic<bool> m_initialised = false;
+    std::unique_ptr<CXMLDataObject> m_store ZUPM_GUARDED_BY(m_lock);
+    CCriticalSection m_lock;
+    AdvXMLParser::Element m_container;
+    const void* m_ownerLink;
+};
+
+}  // namespace zupm

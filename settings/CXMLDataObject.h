@@ -1,0 +1,87 @@
+/// The settings store.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/CriticalSection.h"
+#include "platform/xml/Node.h"
+#include "settings/CElementMap.h"
+#include "zuPolicyManager/Results.h"
+
+namespace zupm {
+
+/// Sections of named settings over the children of one element.
+///
+/// Reading looks at no element name: every child with a "name" is a section, every child of that with a "name" a
+/// setting. Sections of one name are merged, and of settings of one name the first counts. Writing makes "Section" and
+/// "Setting" elements. A value is never cached: it is its element's text.
+///
+/// Lifetime   The document belongs to the caller and must outlive the store.
+/// Threads    Initialize and Deinitialize take the store's lock; everything else relies on its caller's
+/// (CSectionParser). Errors     Result codes. Every operation catches all exceptions, logs them and gives Unexpected.
+/// Invariants A new or removed element rebuilds both indexes from the document, so they mirror it.
+class CXMLDataObject {
+public:
+    /// `ownerLink` is kept and never looked at.
+    CXMLDataObject(const AdvXMLParser::Element& container, const void* ownerLink) noexcept;
+    virtual ~CXMLDataObject();
+    CXMLDataObject(const CXMLDataObject&) = delete;
+    CXMLDataObject& operator=(const CXMLDataObject&) = delete;
+
+    /// Builds the indexes; nothing to do when they are built. AllocationFailed, Unexpected.
+    [[nodiscard]] result::Code Initialize() noexcept;
+    /// Empties the indexes. Always Success.
+    result::Code Deinitialize() noexcept;
+
+    /// The element of a setting; null with SectionNotFound, SettingNotFound or NotCreated in `code`.
+    [[nodiscard]] AdvXMLParser::Element GetSetting(std::u16string_view section, std::u16string_view setting,
+                                                   result::Code& code) const noexcept;
+
+    /// The codes of GetSetting; `value` is untouched on failure.
+    [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
+                                               std::u16string& value) const noexcept;
+
+    /// Replaces a setting's content by a text. A missing setting, and its section, are created when `create` is not 0,
+    /// else the result is SettingNotFound whichever of the two is missing. Unexpected, with the document as it was,
+    /// when XML cannot hold the value or a name; the codes of AddSetting.
+    [[nodiscard]] result::Code SetSettingValue(std::u16string_view section, std::u16string_view setting,
+                                               std::u16string_view value, std::int32_t create) noexcept;
+
+    /// Appends a setting without a text to the first section of that name, which is created when missing. Whether the
+    /// setting exists already is the caller's to know. Null with NotCreated or SectionStillMissing in `code`, or with
+    /// Unexpected and the document as it was when XML cannot hold a name.
+    [[nodiscard]] AdvXMLParser::Element AddSetting(std::u16string_view section, std::u16string_view setting,
+                                                   result::Code& code) noexcept;
+
+    /// Deletes a setting's element; its section stays. The codes of GetSetting.
+    [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view setting) noexcept;
+
+    /// Deinitialize, then the result of Initialize.
+    [[nodiscard]] result::Code Reinitialize() noexcept;
+
+    /// Writes every setting of the indexes, raw, in code-unit order. What the file refuses is left out.
+    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path) const noexcept;
+
+    [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
+
+private:
+    using Index = std::map<std::u16string, std::unique_ptr<CElementMap>, std::less<>>;
+
+    [[nodiscard]] result::Code BuildIndexes();
+    [[nodiscard]] result::Code IndexSection(const AdvXMLParser::Element& section);
+    [[nodiscard]] result::Code AppendSetting(std::u16string_view section, std::u16string_view setting,
+                                             AdvXMLParser::Element& added);
+
+    Index m_sections;
+    AdvXMLParser::Element m_container;
+    bool m_initialised ZUPM_GUARDED_BY(m_lock) = false;
+    const void* m_ownerLink;
+    CCriticalSection m_lock;
+};
+
+}  // namespace zupm

@@ -1,0 +1,91 @@
+/// The model of one task.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/xml/Document.h"
+#include "settings/CElementRef.h"
+#include "settings/CSectionParser.h"
+#include "task/TaskFields.h"
+#include "zuPolicyManager/Results.h"
+
+namespace zupm {
+
+/// One task: its identity fields, a private document with a copy of its element, and the cursor over that copy.
+///
+/// Lifetime   Never points into the policy file; valid after the file is closed.
+/// Threads    None of its own; the owning CPolicyTask holds its lock around every call.
+/// Errors     Result codes. Initialize (element form) and CopyData turn any exception into Unexpected; elsewhere those
+///            of memory, and of fields that XML cannot hold, pass out.
+/// Invariants The private "TaskGroup" has at most one child, the task; the cursor's container is that child.
+class CTaskData {
+public:
+    /// `ownerLink` is passed to every cursor and never looked at. Throws std::bad_alloc.
+    explicit CTaskData(const void* ownerLink);
+    virtual ~CTaskData();
+    CTaskData(const CTaskData&) = delete;
+    CTaskData& operator=(const CTaskData&) = delete;
+
+    /// Reads the fields from the elements' attributes and copies the task. On failure (AllocationFailed, Unexpected,
+    /// the cursor's code) the object is not initialised and keeps the fields that were read.
+    [[nodiscard]] result::Code Initialize(const AdvXMLParser::Element& group,
+                                          const AdvXMLParser::Element& task) noexcept;
+
+    /// Reads the first "Task" of the first "TaskGroup" that has one, of a text such as GetTaskDataXml gives.
+    /// ElementMissing and SyntaxError (with "text:line:column: reason" in `detail`) leave the object as it was; else as
+    /// the element form.
+    [[nodiscard]] result::Code Initialize(std::u16string_view xml, std::u16string& detail);
+
+    /// Drops the task; the fields stay. Always Success.
+    result::Code Deinitialize();
+
+    [[nodiscard]] TaskFields& Fields() noexcept { return m_fields; }
+
+    /// The cursor's operations and codes; NotInitialised.
+    [[nodiscard]] result::Code GetSectionSetting(std::u16string_view section, std::u16string_view name,
+                                                 std::u16string& value);
+    [[nodiscard]] result::Code PutSectionSetting(std::u16string_view section, std::u16string_view name,
+                                                 std::u16string_view value);
+    [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view name);
+
+    /// Deletes the first section of that name. NotInitialised, SectionNotFound; AllocationFailed or the cursor's code
+    /// when the section is gone but the cursor could not be opened again.
+    [[nodiscard]] result::Code RemoveSection(std::u16string_view name);
+
+    /// Writes the fields and a fresh time stamp into the private copy, then hands out the whole private document as
+    /// text. ElementMissing when there is no task; `text` is untouched on failure.
+    [[nodiscard]] result::Code GetTaskDataXml(std::u16string& text);
+
+    /// Replaces everything inside a "TaskGroup" of another document by a copy of the task, then writes the fields and a
+    /// fresh time stamp, whose number goes to `version`, into that. NotInitialised, ElementMissing when `group` is no
+    /// "TaskGroup", AllocationFailed, Unexpected.
+    [[nodiscard]] result::Code CopyData(AdvXMLParser::Element group, std::uint64_t& version) noexcept;
+
+    /// Writes the fields and all settings into an INI file. GeneralFailure for an empty path or a field that could not
+    /// be written (what was written before stays); CursorNotInitialised without a task.
+    [[nodiscard]] result::Code WriteTaskDataToIniFile(std::u16string_view path);
+
+private:
+    [[nodiscard]] AdvXMLParser::Element Task() const noexcept;
+    [[nodiscard]] result::Code LoadTask(const AdvXMLParser::Element& group, const AdvXMLParser::Element& task);
+    [[nodiscard]] result::Code OpenCursor();
+    [[nodiscard]] result::Code CheckCursor() const noexcept;
+
+    /// The write-back: stamps the group and its first "Task" and writes the fields into both. ElementMissing (wrong
+    /// name or no "Task"; nothing changed), AllocationFailed, the cursor's code. Throws InvalidCharacterException
+    /// before anything changes.
+    [[nodiscard]] result::Code UpdateTaskGroupElement(const AdvXMLParser::Element& group, std::uint64_t& version);
+    void WriteFields(const AdvXMLParser::Element& group, CSectionParser& settings, std::u16string_view stamp) const;
+
+    TaskFields m_fields;
+    std::unique_ptr<CSectionParser> m_cursor;
+    bool m_initialised = false;
+    AdvXMLParser::Document m_document;
+    std::unique_ptr<CElementRef> m_group;
+    const void* m_ownerLink;
+};
+
+}  // namespace zupm

@@ -1,0 +1,124 @@
+// How a task gets into XML: the private copy's, and a policy file's.
+#include <utility>
+
+#include "platform/common/Decimal.h"
+#include "platform/common/TimeStamp.h"
+#include "settings/CatchAll.h"
+#include "settings/Elements.h"
+#include "task/CTaskData.h"
+
+namespace zupm {
+
+using AdvXMLParser::Element;
+using AdvXMLParser::ElementChildren;
+
+namespace {
+
+/// One step of the write-back. An empty attribute or section leaves that half out.
+struct FieldRow {
+    std::u16string_view attribute;
+    std::u16string_view section;
+    std::u16string_view setting;
+    std::u16string_view value;
+};
+
+Element FirstTaskIn(const Element& group)
+{
+    for (const Element child : ElementChildren(group)) {
+        if (child.NameIs(u"Task")) {
+            return child;
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+result::Code CTaskData::GetTaskDataXml(std::u16string& text)
+{
+    std::uint64_t version = 0;
+    const result::Code code = UpdateTaskGroupElement(m_group->GetElement(), version);
+    if (code >= 0) {
+        text = m_document.GenerateXML(false).Wide();
+    }
+    return code;
+}
+
+result::Code CTaskData::CopyData(Element group, std::uint64_t& version) noexcept
+{
+    return CatchAll(u"CTaskData::CopyData()", [&]() -> result::Code {
+        if (!m_initialised) {
+            return result::NotInitialised;
+        }
+        if (!group.NameIs(u"TaskGroup")) {
+            return result::ElementMissing;
+        }
+        m_fields.RequireXml();
+        for (const Element child : ElementChildren(m_group->GetElement())) {
+            group.DeleteChildren();
+            group.Add(child.Clone());
+        }
+        return UpdateTaskGroupElement(group, version);
+    });
+}
+
+result::Code CTaskData::UpdateTaskGroupElement(const Element& group, std::uint64_t& version)
+{
+    if (!group.NameIs(u"TaskGroup")) {
+        return result::ElementMissing;
+    }
+    const std::u16string stamp = cmnblib_CurrentTimeToGMTTimeStamp();
+    version = static_cast<std::uint64_t>(ParseInt64(stamp));
+    const Element task = FirstTaskIn(group);
+    if (task.IsNull()) {
+        return result::ElementMissing;
+    }
+    m_fields.RequireXml();
+    std::unique_ptr<CSectionParser> settings = CSectionParser::Create(task, m_ownerLink);
+    if (!settings) {
+        return result::AllocationFailed;
+    }
+    SetAttribute(task, u"TaskVersion", stamp);
+    SetAttribute(task, u"PathID", kDefaultPath);
+    const result::Code code = settings->Initialize();
+    if (code < 0) {
+        return code;
+    }
+    CSectionParser& writer = *settings;
+    if (group == m_group->GetElement()) {
+        // The private copy's own cursor knows nothing of the settings that are about to be written and would add them
+        // again; this one does.
+        m_cursor = std::move(settings);
+    }
+    WriteFields(group, writer, stamp);
+    return code;
+}
+
+void CTaskData::WriteFields(const Element& group, CSectionParser& settings, std::u16string_view stamp) const
+{
+    const std::u16string priority = FormatSigned(m_fields.priority);
+    const FieldRow rows[] = {
+        {u"Path", {}, {}, kDefaultPath},
+        {u"TaskID", u"Task", u"TaskID", m_fields.taskId},
+        {u"DisplayName", u"Task", u"TaskName", m_fields.displayName},
+        {u"TaskType", u"Task", u"TaskType", m_fields.taskType},
+        {{}, u"General", u"TaskType", m_fields.taskType},
+        {{}, u"General", u"wTaskType", m_fields.taskType},
+        {u"SoftwareID", {}, {}, m_fields.softwareId},
+        {u"CreatorID", {}, {}, m_fields.creatorId},
+        {u"Platforms", u"Task", u"Platforms", m_fields.platformsSupported},
+        {u"TaskPriority", u"Task", u"TaskPriority", priority},
+        {u"TaskVersion", {}, {}, stamp},
+    };
+    for (const FieldRow& row : rows) {
+        if (!row.attribute.empty()) {
+            SetAttribute(group, row.attribute, row.value);
+        }
+        if (!row.section.empty()) {
+            // A setting that could not be written does not undo the others: attributes carry the fields too.
+            static_cast<void>(settings.SetSettingValue(row.section, row.setting, row.value));
+        }
+    }
+}
+
+}  // namespace zupm

@@ -1,0 +1,201 @@
+// The members of the four interfaces: their numbers, names, kinds and slots, in the tables and as objects answer.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <span>
+
+#include "module/host/tables/InterfaceTables.h"
+#include "tests/module/Classes.h"
+#include "tests/support/Bstr.h"
+#include "tests/support/MemberCall.h"
+
+namespace zupm::test {
+
+namespace {
+
+/// The slot of a virtual function, as both targets' compilers encode it: one more than its offset in the table.
+template <class Function>
+std::size_t SlotOf(Function function)
+{
+    std::size_t encoded = 0;
+    static_assert(sizeof(function) == 2 * sizeof(encoded));
+    std::memcpy(&encoded, &function, sizeof(encoded));
+    return (encoded - 1) / sizeof(void*);
+}
+
+struct MemberRow {
+    DISPID id;
+    std::u16string_view name;
+    MemberKind kind;
+    std::size_t slot;
+};
+
+const MemberRow kTaskInfoMembers[] = {
+    {1, u"GetFirst", MemberKind::Method, SlotOf(&ITaskInfo::GetFirst)},
+    {2, u"GetNext", MemberKind::Method, SlotOf(&ITaskInfo::GetNext)},
+};
+
+const MemberRow kPolicyTaskMembers[] = {
+    {1, u"CreatorID", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_CreatorID)},
+    {1, u"CreatorID", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_CreatorID)},
+    {2, u"SoftwareID", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_SoftwareID)},
+    {2, u"SoftwareID", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_SoftwareID)},
+    {3, u"TaskID", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_TaskID)},
+    {3, u"TaskID", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_TaskID)},
+    {4, u"DisplayName", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_DisplayName)},
+    {4, u"DisplayName", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_DisplayName)},
+    {5, u"TaskType", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_TaskType)},
+    {5, u"TaskType", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_TaskType)},
+    {6, u"PlatformsSupported", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_PlatformsSupported)},
+    {6, u"PlatformsSupported", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_PlatformsSupported)},
+    {7, u"Priority", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_Priority)},
+    {7, u"Priority", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_Priority)},
+    {8, u"TaskData", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_TaskData)},
+    {9, u"Section", MemberKind::PropertyPut, SlotOf(&IPolicyTask::put_Section)},
+    {10, u"GetSetting", MemberKind::Method, SlotOf(&IPolicyTask::GetSetting)},
+    {11, u"PutSetting", MemberKind::Method, SlotOf(&IPolicyTask::PutSetting)},
+    {12, u"GetSectionSetting", MemberKind::Method, SlotOf(&IPolicyTask::GetSectionSetting)},
+    {13, u"PutSectionSetting", MemberKind::Method, SlotOf(&IPolicyTask::PutSectionSetting)},
+    {14, u"RemoveSetting", MemberKind::Method, SlotOf(&IPolicyTask::RemoveSetting)},
+    {15, u"RemoveSection", MemberKind::Method, SlotOf(&IPolicyTask::RemoveSection)},
+    {16, u"WriteTaskDataToIniFile", MemberKind::Method, SlotOf(&IPolicyTask::WriteTaskDataToIniFile)},
+    {17, u"Version", MemberKind::PropertyGet, SlotOf(&IPolicyTask::get_Version)},
+};
+
+const MemberRow kPolicyProductMembers[] = {
+    {1, u"SoftwareID", MemberKind::PropertyGet, SlotOf(&IPolicyProduct::get_SoftwareID)},
+    {1, u"SoftwareID", MemberKind::PropertyPut, SlotOf(&IPolicyProduct::put_SoftwareID)},
+    {2, u"PolicyData", MemberKind::PropertyGet, SlotOf(&IPolicyProduct::get_PolicyData)},
+    {3, u"Section", MemberKind::PropertyPut, SlotOf(&IPolicyProduct::put_Section)},
+    {4, u"GetSetting", MemberKind::Method, SlotOf(&IPolicyProduct::GetSetting)},
+    {5, u"PutSetting", MemberKind::Method, SlotOf(&IPolicyProduct::PutSetting)},
+    {6, u"GetSectionSetting", MemberKind::Method, SlotOf(&IPolicyProduct::GetSectionSetting)},
+    {7, u"PutSectionSetting", MemberKind::Method, SlotOf(&IPolicyProduct::PutSectionSetting)},
+    {8, u"RemoveSetting", MemberKind::Method, SlotOf(&IPolicyProduct::RemoveSetting)},
+    {9, u"RemoveSection", MemberKind::Method, SlotOf(&IPolicyProduct::RemoveSection)},
+};
+
+const MemberRow kPolicyFileMembers[] = {
+    {1, u"AddTask", MemberKind::Method, SlotOf(&IPolicyFile::AddTask)},
+    {2, u"AddPolicy", MemberKind::Method, SlotOf(&IPolicyFile::AddPolicy)},
+    {3, u"GetTask", MemberKind::Method, SlotOf(&IPolicyFile::GetTask)},
+    {4, u"GetPolicy", MemberKind::Method, SlotOf(&IPolicyFile::GetPolicy)},
+    {5, u"RemovePolicy", MemberKind::Method, SlotOf(&IPolicyFile::RemovePolicy)},
+    {6, u"RemoveTask", MemberKind::Method, SlotOf(&IPolicyFile::RemoveTask)},
+    {7, u"InitializeFile", MemberKind::Method, SlotOf(&IPolicyFile::InitializeFile)},
+    {8, u"WriteFile", MemberKind::Method, SlotOf(&IPolicyFile::WriteFile)},
+    {9, u"GetTaskInfo", MemberKind::Method, SlotOf(&IPolicyFile::GetTaskInfo)},
+    {10, u"CreateTask", MemberKind::Method, SlotOf(&IPolicyFile::CreateTask)},
+    {11, u"CreatePolicy", MemberKind::Method, SlotOf(&IPolicyFile::CreatePolicy)},
+    {12, u"WriteFileBuffer", MemberKind::Method, SlotOf(&IPolicyFile::WriteFileBuffer)},
+    {13, u"VersionTask", MemberKind::PropertyGet, SlotOf(&IPolicyFile::get_VersionTask)},
+    {14, u"VersionPolicy", MemberKind::PropertyGet, SlotOf(&IPolicyFile::get_VersionPolicy)},
+    {15, u"PolicyAssignmentList", MemberKind::PropertyGet, SlotOf(&IPolicyFile::get_PolicyAssignmentList)},
+};
+
+struct InterfaceRow {
+    const ClassRow& theClass;
+    const InterfaceDescription& table;
+    std::span<const MemberRow> members;
+};
+
+const InterfaceRow kInterfaces[] = {
+    {kClasses[0], TaskInfoInterface(), kTaskInfoMembers},
+    {kClasses[1], PolicyTaskInterface(), kPolicyTaskMembers},
+    {kClasses[2], PolicyProductInterface(), kPolicyProductMembers},
+    {kClasses[3], PolicyFileInterface(), kPolicyFileMembers},
+};
+
+ComPtr<IDispatch> ObjectOf(const InterfaceRow& row)
+{
+    ComPtr<IUnknown> object;
+    EXPECT_EQ(CreateOf(row.theClass, nullptr, IID_IUnknown, object), S_OK);
+    return object.Query<IDispatch>();
+}
+
+std::u16string InCase(std::u16string_view name, bool upper)
+{
+    std::u16string changed(name);
+    for (char16_t& unit : changed) {
+        const bool change = upper ? unit >= u'a' && unit <= u'z' : unit >= u'A' && unit <= u'Z';
+        unit = static_cast<char16_t>(change ? unit ^ 0x20 : unit);
+    }
+    return changed;
+}
+
+}  // namespace
+
+TEST(Members, LieInConsecutiveSlotsAfterTheSevenOfIDispatch)
+{
+    for (const InterfaceRow& row : kInterfaces) {
+        std::size_t expected = 7;
+        for (const MemberRow& member : row.members) {
+            EXPECT_EQ(member.slot, expected++) << row.theClass.label << " " << Utf8(member.name);
+        }
+    }
+}
+
+TEST(Members, StandInTheTableInSlotOrderWithTheirNumbersAndKinds)
+{
+    for (const InterfaceRow& row : kInterfaces) {
+        ASSERT_EQ(row.table.members.size(), row.members.size()) << row.theClass.label;
+        for (std::size_t i = 0; i < row.members.size(); ++i) {
+            const Member& inTable = row.table.members[i];
+            EXPECT_EQ(inTable.name, row.members[i].name);
+            EXPECT_EQ(inTable.id, row.members[i].id) << Utf8(inTable.name);
+            EXPECT_EQ(inTable.kind, row.members[i].kind) << Utf8(inTable.name);
+        }
+    }
+}
+
+TEST(Members, AreFoundByNameInAnyCaseUnderTheirNumbers)
+{
+    for (const InterfaceRow& row : kInterfaces) {
+        const ComPtr<IDispatch> object = ObjectOf(row);
+        for (const MemberRow& member : row.members) {
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), member.name), member.id) << Utf8(member.name);
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), InCase(member.name, true)), member.id) << Utf8(member.name);
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), InCase(member.name, false)), member.id) << Utf8(member.name);
+        }
+    }
+}
+
+TEST(Members, OfOtherNamesDoNotExist)
+{
+    for (const InterfaceRow& row : kInterfaces) {
+        const ComPtr<IDispatch> object = ObjectOf(row);
+        for (const char16_t* name : {u"", u"Missing", u"get_SoftwareID", u"GetFirstt", u"Get"}) {
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), name), DISPID_UNKNOWN) << row.theClass.label << Utf8(name);
+        }
+        DISPID id = 0;
+        const Bstr missing(u"Missing");
+        LPOLESTR names[] = {missing.Get()};
+        EXPECT_EQ(object->GetIDsOfNames(IID_NULL, names, 1, 0x0409, &id), DISP_E_UNKNOWNNAME);
+        EXPECT_EQ(id, DISPID_UNKNOWN);
+    }
+}
+
+TEST(Members, WithANumberThatNoneHasCannotBeCalled)
+{
+    for (const InterfaceRow& row : kInterfaces) {
+        const ComPtr<IDispatch> object = ObjectOf(row);
+        DISPPARAMS none{nullptr, nullptr, 0, 0};
+        for (const DISPID id : {DISPID{0}, row.members.back().id + 1, DISPID{-1}, DISPID{1000}}) {
+            EXPECT_EQ(object->Invoke(id, IID_NULL, 0x0409, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, nullptr,
+                                     nullptr, nullptr),
+                      DISP_E_MEMBERNOTFOUND)
+                << row.theClass.label << " " << id;
+        }
+    }
+}
+
+TEST(Members, CalledWithTheWrongNumberOfArgumentsAreNotReached)
+{
+    const ComPtr<IPolicyProduct> product = Create<IPolicyProduct>();
+    EXPECT_EQ(MemberCall(product.Get(), u"PutSectionSetting").In(u"S").In(u"x").Call().code, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(MemberCall(product.Get(), u"RemoveSection").Call().code, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(MemberCall(product.Get(), u"RemoveSection").In(u"S").In(u"S").Call().code, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(MemberCall(product.Get(), u"SoftwareID").Put().code, DISP_E_BADPARAMCOUNT);
+}
+
+}  // namespace zupm::test

@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <filesystem>
+#include <thread>
+
+#include "platform/Files.h"
+#include "platform/native/SystemCalls.h"
+#include "tests/native/TestFolder.h"
+
+namespace zupm::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class Replace : public testing::Test {
+protected:
+    ~Replace() override { native::ReplaceSystemCalls(nullptr); }
+
+    [[nodiscard]] result::Code Write(std::string_view name, std::string_view bytes) const
+    {
+        return ReplaceFileAtomically(m_folder.Wide(name), bytes);
+    }
+
+    TestFolder m_folder;
+};
+
+TEST_F(Replace, NewFile_IsCreated)
+{
+    EXPECT_EQ(Write("file", "text"), result::Success);
+    EXPECT_EQ(m_folder.Read("file"), "text");
+    EXPECT_EQ(m_folder.Names(), Names{"file"});
+}
+
+TEST_F(Replace, BareName_IsAFileInTheCurrentFolder)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.Path(""));
+    EXPECT_EQ(ReplaceFileAtomically(u"file", "text"), result::Success);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(m_folder.Read("file"), "text");
+}
+
+TEST_F(Replace, AnySize_IsWrittenWhole)
+{
+    for (const std::size_t size : {0u, 1u, 4096u, 8u << 20}) {
+        const std::string bytes(size, 'x');
+        EXPECT_EQ(Write("file", bytes), result::Success);
+        EXPECT_TRUE(m_folder.Read("file") == bytes) << size;
+    }
+    EXPECT_EQ(m_folder.Names(), Names{"file"});
+}
+
+TEST_F(Replace, LongestName_IsWritten)
+{
+    const std::string name(255, 'x');
+    EXPECT_EQ(Write(name, "text"), result::Success);
+    EXPECT_EQ(m_folder.Read(name), "text");
+    EXPECT_EQ(Write(name + "x", "text"), result::NameTooLong);
+}
+
+TEST_F(Replace, LinkToAFile_StaysAndItsTargetIsReplaced)
+{
+    m_folder.Write("file", "old");
+    ASSERT_EQ(::symlink("file", m_folder.Path("one").c_str()), 0);
+    ASSERT_EQ(::symlink(m_folder.Path("one").c_str(), m_folder.Path("two").c_str()), 0);
+    EXPECT_EQ(Write("two", "new"), result::Success);
+    EXPECT_EQ(m_folder.Read("file"), "new");
+    EXPECT_TRUE(m_folder.IsLink("one"));
+    EXPECT_TRUE(m_folder.IsLink("two"));
+    EXPECT_FALSE(m_folder.IsLink("file"));
+}
+
+TEST_F(Replace, LinkIntoAnotherFolder_PutsTheTemporaryThere)
+{
+    ASSERT_EQ(::mkdir(m_folder.Path("folder").c_str(), 0700), 0);
+    m_folder.Write("folder/file", "old");
+    ASSERT_EQ(::symlink("folder/file", m_folder.Path("link").c_str()), 0);
+    ASSERT_EQ(::chmod(m_folder.Path("").c_str(), 0555), 0);
+    const bool isRoot = ::geteuid() == 0;
+    EXPECT_EQ(Write("link", "new"), result::Success) << (isRoot ? "as root" : "as a user");
+    ASSERT_EQ(::chmod(m_folder.Path("").c_str(), 0777), 0);
+    EXPECT_EQ(m_folder.Read("folder/file"), "new");
+}
+
+TEST_F(Replace, DanglingLink_CreatesItsTarget)
+{
+    ASSERT_EQ(::symlink("none", m_folder.Path("link").c_str()), 0);
+    EXPECT_EQ(Write("link", "text"), result::Success);
+    EXPECT_EQ(m_folder.Names(), (Names{"link", "none"}));
+    EXPECT_TRUE(m_folder.IsLink("link"));
+    EXPECT_EQ(m_folder.Read("none"), "text");
+}
+
+TEST_F(Replace, LinksThatNeverEnd_AreRefused)
+{
+    ASSERT_EQ(::symlink("two", m_folder.Path("one").c_str()), 0);
+    ASSERT_EQ(::symlink("one", m_folder.Path("two").c_str()), 0);
+    EXPECT_EQ(Write("one", "text"), result::InvalidName);
+    EXPECT_EQ(m_folder.Names(), (Names{"one", "two"}));
+}
+
+TEST_F(Replace, HardLink_KeepsTheOldFile)
+{
+    m_folder.Write("file", "old");
+    ASSERT_EQ(::link(m_folder.Path("file").c_str(), m_folder.Path("other").c_str()), 0);
+    EXPECT_EQ(Write("file", "new"), result::Success);
+    EXPECT_EQ(m_folder.Read("file"), "new");
+    EXPECT_EQ(m_folder.Read("other"), "old");
+}
+
+TEST_F(Replace, PathsThatLeadNowhere_AreRefused)
+{
+    m_folder.Write("file", "old");
+    EXPECT_EQ(ReplaceFileAtomically(u"", "x"), result::InvalidName);
+    EXPECT_EQ(ReplaceFileAtomically(std::u16string{u'a', 0xDC00}, "x"), result::InvalidName);
+    EXPECT_EQ(Write("none/file", "x"), result::PathNotFound);
+    EXPECT_EQ(Write("file/file", "x"), result::PathNotFound);
+    EXPECT_EQ(Write("file/", "x"), result::PathNotFound);
+    EXPECT_EQ(Write("none/", "x"), result::PathNotFound);
+    EXPECT_EQ(m_folder.Names(), Names{"file"});
+    EXPECT_EQ(m_folder.Read("file"), "old");
+}
+
+TEST_F(Replace, Folder_IsRefused)
+{
+    ASSERT_EQ(::mkdir(m_folder.Path("folder").c_str(), 0700), 0);
+    for (const char* name : {"", ".", "..", "folder", "folder/"}) {
+        EXPECT_EQ(Write(name, "x"), result::AccessDenied) << name;
+    }
+    EXPECT_EQ(m_folder.Names(), Names{"folder"});
+}
+
+TEST_F(Replace, AReader_SeesTheOldOrTheNewFile)
+{
+    const std::array<std::string, 2> versions{std::string(300'000, 'a'), std::string(200'000, 'b')};
+    m_folder.Write("file", versions[0]);
+    std::atomic<bool> done{false};
+    std::thread writer([&] {
+        for (std::size_t i = 1; i <= 100; ++i) {
+            EXPECT_EQ(Write("file", versions[i % 2]), result::Success);
+        }
+        done = true;
+    });
+    int reads = 0;
+    std::string bytes;
+    while (!done) {
+        ASSERT_EQ(ReadWholeFile(m_folder.Wide("file"), bytes), result::Success);
+        ASSERT_TRUE(bytes == versions[0] || bytes == versions[1]);
+        ++reads;
+    }
+    writer.join();
+    EXPECT_GT(reads, 0);
+}
+
+constinit int g_draws = 0;
+
+TEST_F(Replace, PlantedTemporary_IsNotTouched)
+{
+    const std::string planted = ".zu" + std::string(32, '0') + ".tmp";
+    m_folder.Write("victim", "untouched");
+    ASSERT_EQ(::symlink("victim", m_folder.Path(planted).c_str()), 0);
+    native::SystemCalls guessable = native::kSystemCalls;
+    g_draws = 0;
+    guessable.getrandom = [](void* bytes, std::size_t count, unsigned) {
+        std::memset(bytes, g_draws++ == 0 ? 0 : 0xAB, count);
+        return static_cast<ssize_t>(count);
+    };
+    native::ReplaceSystemCalls(&guessable);
+    EXPECT_EQ(Write("file", "text"), result::Success);
+    EXPECT_EQ(g_draws, 2);
+    EXPECT_EQ(m_folder.Read("victim"), "untouched");
+    EXPECT_EQ(m_folder.Read("file"), "text");
+    EXPECT_TRUE(m_folder.IsLink(planted));
+}
+
+TEST_F(Replace, NoFreeTemporaryName_EndsAfterSomeTries)
+{
+    m_folder.Write(".zu" + std::string(32, '0') + ".tmp", "planted");
+    native::SystemCalls guessable = native::kSystemCalls;
+    guessable.getrandom = [](void* bytes, std::size_t count, unsigned) {
+        std::memset(bytes, 0, count);
+        return static_cast<ssize_t>(count);
+    };
+    native::ReplaceSystemCalls(&guessable);
+    EXPECT_LT(Write("file", "text"), 0);
+    EXPECT_EQ(m_folder.Names().size(), 1u);
+}
+
+}  // namespace
+}  // namespace zupm::test

@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+
+#include "platform/Files.h"
+#include "platform/native/SystemCalls.h"
+#include "tests/native/TestFolder.h"
+
+namespace zupm::test {
+namespace {
+
+constexpr const char* kAccessList = "system.posix_acl_access";
+constexpr const char* kDefaultList = "system.posix_acl_default";
+
+/// An access list in the system's form: owner rw-, user 1234 r--, group ---, mask r--, others ---.
+constexpr unsigned char kList[] = {
+    2,  0, 0, 0,                          //
+    1,  0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+    2,  0, 4, 0, 0xD2, 0x04, 0,    0,     //
+    4,  0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+    16, 0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+    32, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+};
+
+class ReplacePermissions : public testing::Test {
+protected:
+    ~ReplacePermissions() override
+    {
+        native::ReplaceSystemCalls(nullptr);
+        ::umask(m_umask);
+    }
+
+    [[nodiscard]] result::Code Write(std::string_view bytes) const
+    {
+        return ReplaceFileAtomically(m_folder.Wide("file"), bytes);
+    }
+
+    void SetMode(mode_t mode) const { ASSERT_EQ(::chmod(m_folder.Path("file").c_str(), mode), 0); }
+
+    [[nodiscard]] std::optional<std::string> Attribute(const char* name) const
+    {
+        std::string value(1000, '\0');
+        const ssize_t length = ::getxattr(m_folder.Path("file").c_str(), name, value.data(), value.size());
+        if (length < 0) {
+            return std::nullopt;
+        }
+        value.resize(static_cast<std::size_t>(length));
+        return value;
+    }
+
+    TestFolder m_folder;
+    mode_t m_umask = ::umask(022);
+};
+
+TEST_F(ReplacePermissions, NewFile_GetsWhatTheUmaskLeaves)
+{
+    for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{027}, mode_t{077}}) {
+        ::unlink(m_folder.Path("file").c_str());
+        ::umask(mask);
+        ASSERT_EQ(Write("text"), result::Success);
+        EXPECT_EQ(m_folder.Mode("file"), 0666 & ~mask);
+    }
+}
+
+TEST_F(ReplacePermissions, ExistingFile_KeepsItsMode)
+{
+    for (const mode_t mode : {0600u, 0604u, 0640u, 0666u, 0755u, 0200u, 04755u, 02755u, 01644u}) {
+        m_folder.Write("file", "old");
+        SetMode(mode);
+        ASSERT_EQ(Write("new"), result::Success) << std::oct << mode;
+        EXPECT_EQ(m_folder.Mode("file"), mode) << std::oct << mode;
+        SetMode(0600);
+        EXPECT_EQ(m_folder.Read("file"), "new");
+    }
+}
+
+TEST_F(ReplacePermissions, Temporary_IsForItsOwnerAloneWhileItIsWritten)
+{
+    m_folder.Write("file", "old");
+    SetMode(0666);
+    ::umask(0);
+    native::SystemCalls watched = native::kSystemCalls;
+    watched.write = [](int file, const void* bytes, std::size_t count) {
+        struct stat status {};
+        EXPECT_EQ(::fstat(file, &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, mode_t{0600});
+        return ::write(file, bytes, count);
+    };
+    native::ReplaceSystemCalls(&watched);
+    EXPECT_EQ(Write("new"), result::Success);
+    EXPECT_EQ(m_folder.Mode("file"), mode_t{0666});
+}
+
+TEST_F(ReplacePermissions, AsRoot_TheOwnerAndGroupStay)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root gives files to others";
+    }
+    m_folder.Write("file", "old");
+    ASSERT_EQ(::chown(m_folder.Path("file").c_str(), 1234, 4321), 0);
+    SetMode(06751);
+    ASSERT_EQ(Write("new"), result::Success);
+    struct stat status {};
+    ASSERT_EQ(::stat(m_folder.Path("file").c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 1234u);
+    EXPECT_EQ(status.st_gid, 4321u);
+    EXPECT_EQ(m_folder.Mode("file"), mode_t{06751});
+}
+
+TEST_F(ReplacePermissions, FileThatMayNotBeWritten_IsRefused)
+{
+    m_folder.Write("file", "old");
+    SetMode(0444);
+    EXPECT_EQ(RunWithoutRights([&] { return Write("new") == result::AccessDenied ? 0 : 1; }), 0);
+    EXPECT_EQ(m_folder.Read("file"), "old");
+    EXPECT_EQ(m_folder.Names(), std::vector<std::string>{"file"});
+}
+
+TEST_F(ReplacePermissions, FolderThatMayNotBeWritten_IsRefused)
+{
+    m_folder.Write("file", "old");
+    SetMode(0666);
+    ASSERT_EQ(::chmod(m_folder.Path("").c_str(), 0555), 0);
+    EXPECT_EQ(RunWithoutRights([&] { return Write("new") == result::AccessDenied ? 0 : 1; }), 0);
+    ASSERT_EQ(::chmod(m_folder.Path("").c_str(), 0777), 0);
+    EXPECT_EQ(m_folder.Read("file"), "old");
+}
+
+TEST_F(ReplacePermissions, FolderThatMayNotBeListed_IsNoObstacle)
+{
+    ASSERT_EQ(::chmod(m_folder.Path("").c_str(), 0333), 0);
+    EXPECT_EQ(RunWithoutRights([&] { return Write("new") == result::Success ? 0 : 1; }), 0);
+    ASSERT_EQ(::chmod(m_folder.Path("").c_str(), 0777), 0);
+    EXPECT_EQ(m_folder.Read("file"), "new");
+}
+
+TEST_F(ReplacePermissions, SomebodyElsesFile_IsRefusedBecauseItsOwnerCannotBeKept)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root has files that are somebody else's to the test";
+    }
+    m_folder.Write("file", "old");
+    SetMode(0666);
+    EXPECT_EQ(RunWithoutRights([&] { return Write("new") == result::AccessDenied ? 0 : 1; }), 0);
+    EXPECT_EQ(m_folder.Read("file"), "old");
+    EXPECT_EQ(m_folder.Names(), std::vector<std::string>{"file"});
+}
+
+TEST_F(ReplacePermissions, ExtendedAttributes_AreKept)
+{
+    m_folder.Write("file", "old");
+    if (::setxattr(m_folder.Path("file").c_str(), "user.one", "1", 1, 0) != 0) {
+        GTEST_SKIP() << "the file system has no attributes";
+    }
+    const std::string value(900, 'x');
+    ASSERT_EQ(::setxattr(m_folder.Path("file").c_str(), "user.two", value.data(), value.size(), 0), 0);
+    ASSERT_EQ(::setxattr(m_folder.Path("file").c_str(), "user.empty", "", 0, 0), 0);
+    ASSERT_EQ(Write("new"), result::Success);
+    EXPECT_EQ(Attribute("user.one"), "1");
+    EXPECT_EQ(Attribute("user.two"), value);
+    EXPECT_EQ(Attribute("user.empty"), "");
+}
+
+TEST_F(ReplacePermissions, AttributesThatVouchForTheOldBytes_AreLeftBehind)
+{
+    m_folder.Write("file", "old");
+    if (::setxattr(m_folder.Path("file").c_str(), "security.ima", "1", 1, 0) != 0) {
+        GTEST_SKIP() << "the file system or the user's rights allow no such attribute";
+    }
+    ASSERT_EQ(Write("new"), result::Success);
+    EXPECT_EQ(Attribute("security.ima"), std::nullopt);
+}
+
+TEST_F(ReplacePermissions, FileSystemWithoutAttributes_IsNoObstacle)
+{
+    m_folder.Write("file", "old");
+    native::SystemCalls plain = native::kSystemCalls;
+    plain.flistxattr = [](int, char*, std::size_t) -> ssize_t { return errno = EOPNOTSUPP, -1; };
+    plain.fremovexattr = [](int, const char*) { return errno = EOPNOTSUPP, -1; };
+    native::ReplaceSystemCalls(&plain);
+    EXPECT_EQ(Write("new"), result::Success);
+    EXPECT_EQ(m_folder.Read("file"), "new");
+}
+
+class AccessLists : public ReplacePermissions {
+protected:
+    void SetUp() override
+    {
+        m_folder.Write("file", "old");
+        if (::setxattr(m_folder.Path("").c_str(), kDefaultList, kList, sizeof(kList), 0) != 0) {
+            GTEST_SKIP() << "the file system has no access lists";
+        }
+    }
+};
+
+TEST_F(AccessLists, TheFilesOwnList_IsKept)
+{
+    ASSERT_EQ(::setxattr(m_folder.Path("file").c_str(), kAccessList, kList, sizeof(kList), 0), 0);
+    const auto before = Attribute(kAccessList);
+    ASSERT_TRUE(before.has_value());
+    ASSERT_EQ(Write("new"), result::Success);
+    EXPECT_EQ(Attribute(kAccessList), before);
+    EXPECT_EQ(m_folder.Mode("file"), mode_t{0640});
+}
+
+TEST_F(AccessLists, TheFoldersDefaultList_IsNotGivenToAFileThatHadNone)
+{
+    SetMode(0640);
+    ASSERT_EQ(Write("new"), result::Success);
+    EXPECT_EQ(Attribute(kAccessList), std::nullopt);
+    EXPECT_EQ(m_folder.Mode("file"), mode_t{0640});
+}
+
+TEST_F(AccessLists, TheFoldersDefaultList_IsGivenToANewFile)
+{
+    ::unlink(m_folder.Path("file").c_str());
+    ASSERT_EQ(Write("new"), result::Success);
+    EXPECT_NE(Attribute(kAccessList), std::nullopt);
+}
+
+}  // namespace
+}  // namespace zupm::test

@@ -1,0 +1,134 @@
+// Every member of the policy file, called by name as scripts call it.
+
+#include "PolicyFileTest.h"
+#include "tests/support/MemberCall.h"
+
+namespace zupm::test {
+
+namespace {
+
+using namespace std::literals;
+
+constexpr char kFile[] =
+    "<R><PolicyRoot version='12' AssignmentList='all'><PolicyGroup Path='x'><Policy><Product SoftwareID='A'/></Policy>"
+    "</PolicyGroup></PolicyRoot><TaskRoot version='7'><TaskGroup SoftwareID='A' TaskID='1' TaskVersion='7'><Task/>"
+    "</TaskGroup></TaskRoot></R>";
+
+class PolicyFileByName : public PolicyFileTest {
+protected:
+    [[nodiscard]] MemberCall Member(std::u16string_view name) const { return MemberCall(m_file.Object(), name); }
+};
+
+struct NumberRow {
+    const char16_t* name;
+    DISPID id;
+};
+
+constexpr NumberRow kNumbers[] = {
+    {u"AddTask", 1},        {u"AddPolicy", 2},      {u"GetTask", 3},
+    {u"GetPolicy", 4},      {u"RemovePolicy", 5},   {u"RemoveTask", 6},
+    {u"InitializeFile", 7}, {u"WriteFile", 8},      {u"GetTaskInfo", 9},
+    {u"CreateTask", 10},    {u"CreatePolicy", 11},  {u"WriteFileBuffer", 12},
+    {u"VersionTask", 13},   {u"VersionPolicy", 14}, {u"PolicyAssignmentList", 15},
+};
+
+}  // namespace
+
+TEST_F(PolicyFileByName, Members_HaveTheirDispatchNumbers)
+{
+    for (const NumberRow& row : kNumbers) {
+        EXPECT_EQ(MemberCall::IdOf(m_file.Object(), row.name), row.id) << Utf8(row.name);
+    }
+}
+
+TEST_F(PolicyFileByName, LoadAndWrite_Work)
+{
+    const std::u16string path = m_folder.Write(u"policy.xml", kFile);
+    EXPECT_EQ(Member(u"InitializeFile").In(path).In(LONG{0}).Call().code, 0);
+    EXPECT_EQ(Member(u"WriteFile").In(m_folder.Path(u"out.xml")).In(LONG{1}).Call().code, 0);
+    EXPECT_EQ(m_folder.Read(u"out.xml"), kFile);
+}
+
+TEST_F(PolicyFileByName, FailingMember_RaisesItsCodeWithItsSentence)
+{
+    const CallOutcome outcome = Member(u"RemovePolicy").In(u"A").Call();
+    EXPECT_EQ(outcome.invoked, DISP_E_EXCEPTION);
+    EXPECT_EQ(outcome.code, result::ReadOnly);
+    EXPECT_EQ(outcome.description, result::SentenceFor(result::ReadOnly));
+}
+
+TEST_F(PolicyFileByName, SyntaxError_RaisesFileLineColumnAndReason)
+{
+    const std::u16string path = m_folder.Write(u"bad.xml", "<R>\n<a>\n    </b>");
+    const CallOutcome outcome = Member(u"InitializeFile").In(path).In(LONG{0}).Call();
+    EXPECT_EQ(outcome.code, result::SyntaxError);
+    EXPECT_TRUE(outcome.description.starts_with(path + u":3:7: ")) << Utf8(outcome.description);
+}
+
+TEST_F(PolicyFileByName, Properties_GiveTheirTexts)
+{
+    ASSERT_EQ(LoadText(kFile), 0);
+    EXPECT_EQ(Member(u"VersionTask").Get().text, u"7");
+    EXPECT_EQ(Member(u"VersionPolicy").Get().text, u"12");
+    EXPECT_EQ(Member(u"PolicyAssignmentList").Get().text, u"all");
+}
+
+TEST_F(PolicyFileByName, Buffer_ComesBackAsValueAndThroughASlot)
+{
+    ASSERT_EQ(LoadText(kFile), 0);
+    EXPECT_EQ(Utf8(Member(u"WriteFileBuffer").ForResult().text), kFile);
+    OutText slot;
+    EXPECT_EQ(Member(u"WriteFileBuffer").Out(slot).Call().code, 0);
+    EXPECT_EQ(Utf8(slot.Text()), kFile);
+}
+
+TEST_F(PolicyFileByName, Objects_ComeBackAsValues)
+{
+    ASSERT_EQ(LoadText(kFile), 0);
+    EXPECT_TRUE(Member(u"GetPolicy").In(u"A").ForResult().object.Query<IPolicyProduct>());
+    EXPECT_TRUE(Member(u"GetTask").In(u"A").In(u"1").ForResult().object.Query<IPolicyTask>());
+    EXPECT_TRUE(Member(u"GetTaskInfo").ForResult().object.Query<ITaskInfo>());
+    EXPECT_TRUE(Member(u"CreatePolicy").ForResult().object.Query<IPolicyProduct>());
+    EXPECT_TRUE(Member(u"CreateTask").ForResult().object.Query<IPolicyTask>());
+    EXPECT_EQ(Member(u"GetPolicy").In(u"B").ForResult().code, result::PolicyNotFound);
+    EXPECT_EQ(Member(u"GetTask").In(u"A").In(u"2").ForResult().code, result::TaskNotFound);
+}
+
+TEST_F(PolicyFileByName, Objects_ComeThroughSlots)
+{
+    ASSERT_EQ(LoadText(kFile), 0);
+    OutObject<IUnknown> policy;
+    EXPECT_EQ(Member(u"GetPolicy").In(u"A").Out(policy).Call().code, 0);
+    EXPECT_TRUE(policy.Take().Query<IPolicyProduct>());
+    OutObject<IUnknown> task;
+    EXPECT_EQ(Member(u"GetTask").In(u"A").In(u"1").Out(task).Call().code, 0);
+    EXPECT_TRUE(task.Take().Query<IPolicyTask>());
+    OutObject<IUnknown> tasks;
+    EXPECT_EQ(Member(u"GetTaskInfo").Out(tasks).Call().code, 0);
+    EXPECT_TRUE(tasks.Take().Query<ITaskInfo>());
+    OutObject<IPolicyProduct> newPolicy;
+    EXPECT_EQ(Member(u"CreatePolicy").Out(newPolicy).Call().code, 0);
+    EXPECT_TRUE(newPolicy.Take());
+    OutObject<IPolicyTask> newTask;
+    EXPECT_EQ(Member(u"CreateTask").Out(newTask).Call().code, 0);
+    EXPECT_TRUE(newTask.Take());
+}
+
+TEST_F(PolicyFileByName, Edits_TakeObjectsAsArguments)
+{
+    ASSERT_EQ(LoadText(kFile), 0);
+    const ProductClient product = m_file.NewPolicy(u"B");
+    EXPECT_EQ(Member(u"AddPolicy").In(product.Object()).In(LONG{1}).Call().code, 0);
+    EXPECT_EQ(m_file.FindPolicy(u"B"), 0);
+    const TaskClient task = m_file.NewTask(u"B", u"2");
+    EXPECT_EQ(Member(u"AddTask").In(task.Object()).In(LONG{1}).Call().code, 0);
+    EXPECT_EQ(m_file.FindTask(u"B", u"2"), 0);
+    EXPECT_EQ(Member(u"RemovePolicy").In(u"A").Call().code, 0);
+    EXPECT_EQ(m_file.FindPolicy(u"A"), result::PolicyNotFound);
+    EXPECT_EQ(Member(u"RemoveTask").In(u"A").In(u"1").Call().code, 0);
+    EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"B/2"s}));
+    EXPECT_EQ(Member(u"AddTask").In(static_cast<IUnknown*>(nullptr)).In(LONG{1}).Call().code, result::BadArgument);
+    EXPECT_EQ(Member(u"AddTask").In(product.Object()).In(LONG{1}).Call().code, result::BadArgument);
+}
+
+}  // namespace zupm::test

@@ -1,0 +1,87 @@
+// The store's settings in an INI file.
+#include "platform/common/Macros.h"
+#include "tests/settings/ContainerTest.h"
+#include "tests/support/TempFolder.h"
+
+namespace zupm::test {
+namespace {
+
+class StoreExport : public ContainerTest {
+protected:
+    [[nodiscard]] std::u16string Path() const { return m_folder.Path(u"out.ini"); }
+    [[nodiscard]] std::string File() const { return m_folder.Has(u"out.ini") ? m_folder.Read(u"out.ini") : "no file"; }
+
+    TempFolder m_folder;
+};
+
+TEST_F(StoreExport, AnEmptyStoreWritesNothing)
+{
+    Load("<P/>");
+    OpenStore();
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(File(), "no file");
+}
+
+TEST_F(StoreExport, ASectionWithoutSettingsWritesNothing)
+{
+    Load(R"(<P><Section name="S"/></P>)");
+    OpenStore();
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(File(), "no file");
+}
+
+TEST_F(StoreExport, SettingsComeInCodeUnitOrder)
+{
+    Load(R"(<P><Section name="b"><Setting name="z">1</Setting><Setting name="Z">2</Setting></Section>
+        <Section name="C"><Setting name="y">3</Setting></Section></P>)");
+    OpenStore();
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    // An INI file knows no case, so the second "z" replaces the first.
+    EXPECT_EQ(File(), "[C]\r\ny=3\r\n[b]\r\nZ=1\r\n");
+}
+
+TEST_F(StoreExport, OfDuplicatesOnlyTheFirstIsWritten)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting><Setting name="A">2</Setting></Section></P>)");
+    OpenStore();
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(File(), "[S]\r\nA=1\r\n");
+}
+
+TEST_F(StoreExport, ValuesAreWrittenRaw)
+{
+    RegisterMacro(u"Drive", u"C:");
+    Load(R"(<P><Section name="S"><Setting name="A">&lt;Drive&gt;\x</Setting></Section></P>)");
+    OpenStore();
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(File(), "[S]\r\nA=<Drive>\\x\r\n");
+    UnregisterAllMacros();
+}
+
+TEST_F(StoreExport, ASettingThatTheFileRefusesIsLeftOutAndTheOthersAreWritten)
+{
+    Load("<P><Section name=\"S\"><Setting name=\"A\">1&#10;[T]</Setting><Setting name=\"B\">2</Setting></Section></P>");
+    OpenStore();
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(File(), "[S]\r\nB=2\r\n");
+}
+
+TEST_F(StoreExport, ACursorThatNeverHadAStoreRefuses)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
+    MakeCursor();
+    EXPECT_EQ(Cursor().WriteAllSettingsToIniFile(Path()), result::CursorNotInitialised);
+    EXPECT_EQ(File(), "no file");
+}
+
+TEST_F(StoreExport, ACursorExportsItsStore)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
+    MakeCursor();
+    ASSERT_EQ(Cursor().Initialize(), result::Success);
+    EXPECT_EQ(Cursor().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(File(), "[S]\r\nA=1\r\n");
+}
+
+}  // namespace
+}  // namespace zupm::test

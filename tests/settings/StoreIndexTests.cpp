@@ -1,0 +1,168 @@
+// What the store finds in an element.
+#include "tests/settings/ContainerTest.h"
+
+namespace zupm::test {
+namespace {
+
+using StoreIndex = ContainerTest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_F(StoreIndex, ANewStoreFindsNothingUntilItIsInitialised)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
+    CXMLDataObject store(Root(), nullptr);
+    result::Code code = result::Success;
+    EXPECT_TRUE(store.GetSetting(u"S", u"A", code).IsNull());
+    EXPECT_EQ(code, result::SectionNotFound);
+    EXPECT_EQ(store.Initialize(), result::Success);
+    EXPECT_FALSE(store.GetSetting(u"S", u"A", code).IsNull());
+    EXPECT_EQ(code, result::Success);
+}
+
+TEST_F(StoreIndex, TheOwnerLinkIsKeptAsItIs)
+{
+    Load("<P/>");
+    const int owner = 0;
+    EXPECT_EQ(CXMLDataObject(Root(), &owner).OwnerLink(), &owner);
+}
+
+TEST_F(StoreIndex, SectionsOfOneNameAreMergedAndTheFirstSettingWins)
+{
+    Load(R"(<P>
+        <Section name="S"><Setting name="Both">first</Setting><Setting name="A">a</Setting></Section>
+        <Section name="S"><Setting name="Both">second</Setting><Setting name="B">b</Setting></Section>
+    </P>)");
+    OpenStore();
+    EXPECT_EQ(Value(u"S", u"A"), "a");
+    EXPECT_EQ(Value(u"S", u"B"), "b");
+    EXPECT_EQ(Value(u"S", u"Both"), "first");
+}
+
+TEST_F(StoreIndex, MergingLogsOneLineForTheSectionAndOneForEverySettingThatBothHold)
+{
+    Load(R"(<P>
+        <Section name="S"><Setting name="Both">first</Setting><Setting name="A">a</Setting></Section>
+        <Section name="S"><Setting name="Both">second</Setting><Setting name="B">b</Setting></Section>
+    </P>)");
+    CXMLDataObject store(Root(), nullptr);
+    ASSERT_EQ(store.Initialize(), result::Success);
+    EXPECT_THAT(
+        m_log.Take(),
+        ElementsAre(LogLine{8, "CXMLDataObject::Initialize() -- Section S exists already in the section map"},
+                    LogLine{8,
+                            "CXMLDataObject::Initialize() -- Setting Both exists already in the setting map for "
+                            "the section S"}));
+}
+
+TEST_F(StoreIndex, ARepeatedSettingOfOneSectionIsLoggedAndTheFirstWins)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting><Setting name="A">2</Setting></Section></P>)");
+    CXMLDataObject store(Root(), nullptr);
+    ASSERT_EQ(store.Initialize(), result::Success);
+    EXPECT_THAT(
+        m_log.Take(),
+        ElementsAre(LogLine{
+            8, "CXMLDataObject::Initialize() -- Setting A exists already in the setting map for the section S"}));
+    std::u16string value;
+    EXPECT_EQ(store.GetSettingValue(u"S", u"A", value), result::Success);
+    EXPECT_EQ(value, u"1");
+}
+
+TEST_F(StoreIndex, InitialisingTwiceDoesNothingTheSecondTime)
+{
+    Load(R"(<P><Section name="S"/><Section name="S"/></P>)");
+    CXMLDataObject store(Root(), nullptr);
+    ASSERT_EQ(store.Initialize(), result::Success);
+    EXPECT_EQ(m_log.Take().size(), 1U);
+    EXPECT_EQ(store.Initialize(), result::Success);
+    EXPECT_THAT(m_log.Take(), IsEmpty());
+    EXPECT_EQ(store.Reinitialize(), result::Success);
+    EXPECT_EQ(m_log.Take().size(), 1U);
+}
+
+TEST_F(StoreIndex, AnyElementNameIsASectionOrASettingWhenItHasAName)
+{
+    Load(R"(<P><Group name="G"><Value name="V">1</Value></Group></P>)");
+    OpenStore();
+    EXPECT_EQ(Value(u"G", u"V"), "1");
+}
+
+TEST_F(StoreIndex, WhatHasNoNameAndWhatIsNoElementIsPassedOverInSilence)
+{
+    Load(R"(<P>text<!-- comment --><Section><Setting name="A">1</Setting></Section>
+        <Section name="S">text<!-- comment --><Setting>2</Setting><Setting name="B">3</Setting></Section></P>)");
+    CXMLDataObject store(Root(), nullptr);
+    ASSERT_EQ(store.Initialize(), result::Success);
+    EXPECT_THAT(m_log.Take(), IsEmpty());
+    std::u16string value;
+    EXPECT_EQ(store.GetSettingValue(u"", u"A", value), result::SectionNotFound);
+    EXPECT_EQ(store.GetSettingValue(u"S", u"", value), result::SettingNotFound);
+    EXPECT_EQ(store.GetSettingValue(u"S", u"B", value), result::Success);
+    EXPECT_EQ(value, u"3");
+}
+
+TEST_F(StoreIndex, TheEmptyNameIsAName)
+{
+    Load(R"(<P><Section name=""><Setting name="">nothing</Setting></Section></P>)");
+    OpenStore();
+    EXPECT_EQ(Value(u"", u""), "nothing");
+}
+
+TEST_F(StoreIndex, NamesAreComparedExactly)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">upper</Setting><Setting name="a">lower</Setting></Section>
+        <Section name="s"><Setting name=" A">blank</Setting></Section></P>)");
+    OpenStore();
+    const struct {
+        std::u16string_view section;
+        std::u16string_view setting;
+        const char* expected;
+    } rows[] = {
+        {u"S", u"A", "upper"},      {u"S", u"a", "lower"},       {u"s", u" A", "blank"},
+        {u"s", u"A", "code -1201"}, {u"S ", u"A", "code -1200"}, {u"X", u"A", "code -1200"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Value(row.section, row.setting), row.expected);
+    }
+}
+
+TEST_F(StoreIndex, AValueIsReadFromItsElementAndNeverKept)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">old</Setting></Section></P>)");
+    OpenStore();
+    result::Code code = result::Success;
+    AdvXMLParser::Element setting = Store().GetSetting(u"S", u"A", code);
+    ASSERT_EQ(code, result::Success);
+    setting.SetText(u"new");
+    EXPECT_EQ(Value(u"S", u"A"), "new");
+}
+
+TEST_F(StoreIndex, DeinitialisingForgetsEverythingAndKeepsTheDocument)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
+    OpenStore();
+    const std::string before = Text();
+    EXPECT_EQ(Store().Deinitialize(), result::Success);
+    EXPECT_EQ(Value(u"S", u"A"), "code -1200");
+    EXPECT_EQ(Store().Deinitialize(), result::Success);
+    EXPECT_EQ(Text(), before);
+    EXPECT_EQ(Store().Initialize(), result::Success);
+    EXPECT_EQ(Value(u"S", u"A"), "1");
+}
+
+TEST_F(StoreIndex, ASettingWhoseElementWasDeletedReadsAsMissing)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
+    OpenStore();
+    result::Code code = result::Success;
+    AdvXMLParser::Element setting = Store().GetSetting(u"S", u"A", code);
+    setting.Delete();
+    const std::string before = Text();
+    EXPECT_EQ(Value(u"S", u"A"), "code -1201");
+    EXPECT_EQ(Store().SetSettingValue(u"S", u"A", u"2", 1), result::Success);
+    EXPECT_EQ(Text(), before);
+}
+
+}  // namespace
+}  // namespace zupm::test

@@ -1,0 +1,2 @@
+// Exists for the precompiled headers of all tests.
+int main() {}

@@ -1,0 +1,101 @@
+#include <nlohmann/json.hpp>
+
+#include "ToolTest.h"
+
+namespace zupm::test {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class Remove : public ToolTest {};
+
+TEST_F(Remove, TakesOutASettingAndLeavesItsSection)
+{
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTC3000", "Limits", "MaxThreads"}), "");
+    EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTC3000", "Limits", "Comment"}), "Zeile 1\r\nZeile 2\n");
+    EXPECT_EQ(Tool({"get", "policy.xml", "PRODUCTC3000", "Limits", "MaxThreads"}).exitCode, 1);
+}
+
+TEST_F(Remove, TakesOutASection)
+{
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "Exclusions"}), "");
+    const std::string out = Out({"show", "policy.xml", "PRODUCTA1000"});
+    EXPECT_THAT(out, testing::Not(HasSubstr("Exclusions")));
+    EXPECT_THAT(out, HasSubstr("[Notify]"));
+}
+
+TEST_F(Remove, TakesOutAPolicyAndLeavesItsTasks)
+{
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTB2000"}), "");
+    const std::string out = Out({"show", "policy.xml", "PRODUCTB2000"});
+    EXPECT_THAT(out, testing::Not(HasSubstr("Policy PRODUCTB2000")));
+    EXPECT_THAT(out, HasSubstr("Task PRODUCTB2000 {task-1}"));
+    EXPECT_EQ(Changes(), R"(- <Product SoftwareID="PRODUCTB2000">
+- <Section name="General">
+- <Setting name="Enabled">0</Setting>
+- <Setting name="LogLevel">3</Setting>
+- </Section>
+- <Section name="Proxy"/>
+- </Product>
+)");
+}
+
+TEST_F(Remove, TakesOutATaskAndLeavesThePolicy)
+{
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "--task", "{task-2}"}), "");
+    const std::string out = Out({"show", "policy.xml", "PRODUCTA1000"});
+    EXPECT_THAT(out, HasSubstr("Policy PRODUCTA1000\n"));
+    EXPECT_THAT(out, HasSubstr("{task-1}"));
+    EXPECT_THAT(out, testing::Not(HasSubstr("{task-2}")));
+}
+
+TEST_F(Remove, TakesOutASettingOfATask)
+{
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "Schedule", "Minute", "--task", "{task-1}"}), "");
+    EXPECT_EQ(Tool({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Minute", "--task", "{task-1}"}).exitCode, 1);
+}
+
+TEST_F(Remove, PrintsTheChangeAndWritesNothingInADryRun)
+{
+    const std::string before = Bytes();
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTB2000", "--dry-run"}), "policy PRODUCTB2000: (removed)\n");
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTB2000", "General", "--dry-run"}),
+              "policy PRODUCTB2000: General: (section removed)\n");
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "--dry-run"}),
+              "policy PRODUCTB2000: General/LogLevel: \"3\" -> (removed)\n");
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(Remove, WritesElsewhereAndPrintsTheChangeAsJson)
+{
+    const std::string before = Bytes();
+    const json change = json::parse(
+        Out({"remove", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "--output", "new.xml", "--json"}));
+    EXPECT_EQ(change["before"], "3");
+    EXPECT_EQ(change["after"], nullptr);
+    EXPECT_EQ(change["written"], "new.xml");
+    EXPECT_EQ(Bytes(), before);
+    EXPECT_EQ(Tool({"get", "new.xml", "PRODUCTB2000", "General", "LogLevel"}).exitCode, 1);
+}
+
+TEST_F(Remove, FailsAndWritesNothingWhenThereIsNothingToRemove)
+{
+    const std::string before = Bytes();
+    const std::vector<std::vector<std::string>> lines = {
+        {"PRODUCTX"},
+        {"PRODUCTA1000", "--task", "{task-9}"},
+        {"PRODUCTA1000", "None"},
+        {"PRODUCTA1000", "General", "None"},
+        {"PRODUCTA1000", "None", "None"},
+        {"PRODUCTX", "General", "Enabled"},
+    };
+    for (std::vector<std::string> line : lines) {
+        line.insert(line.begin(), {"remove", "policy.xml"});
+        EXPECT_THAT(Tool(line), Fails(1, HasSubstr("zupolicy: policy.xml: ")));
+    }
+    EXPECT_EQ(Bytes(), before);
+}
+
+}  // namespace
+}  // namespace zupm::test

@@ -1,0 +1,78 @@
+#include "ToolTest.h"
+
+namespace zupm::test {
+namespace {
+
+using testing::HasSubstr;
+
+class SetTask : public ToolTest {};
+
+TEST_F(SetTask, ChangesTheTaskAndNoOther)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "3", "--task", "{task-1}"}), "");
+    EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "--task", "{task-1}"}), "3\n");
+    const std::string changes = Changes();
+    EXPECT_THAT(changes, HasSubstr("- <Setting name=\"Hour\">2</Setting>\n"));
+    EXPECT_THAT(changes, testing::Not(HasSubstr("PRODUCTB2000")));
+    EXPECT_THAT(changes, testing::Not(HasSubstr("{task-2}")));
+}
+
+TEST_F(SetTask, RefusesAMissingTaskWithoutCreate)
+{
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "3", "--task", "{task-9}"}),
+                Fails(1, HasSubstr("[TaskNotFound, 0xFFFFFB48] (--create adds it)")));
+}
+
+TEST_F(SetTask, AddsAMissingTaskWithTheFieldsGiven)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "3", "--task", "{task-9}", "--create",
+                   "--display-name", "Prüfung 🚀", "--type", "Scan", "--platforms", "LNX", "--creator", "ME",
+                   "--priority", "-7"}),
+              "");
+    EXPECT_THAT(Out({"show", "policy.xml", "PRODUCTA1000", "--task", "{task-9}"}),
+                HasSubstr("Task PRODUCTA1000 {task-9}\n  Name             Prüfung 🚀\n  Type             Scan\n"
+                          "  Platforms        LNX\n  Priority         -7\n  Creator          ME\n"));
+}
+
+TEST_F(SetTask, GivesANewTaskItsIdAsNameAndNoPlaceholders)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTA1000", "S", "N", "1", "--task", "{task-9}", "--create"}), "");
+    const std::string out = Out({"show", "policy.xml", "PRODUCTA1000", "--task", "{task-9}"});
+    EXPECT_THAT(out, HasSubstr("  Name             {task-9}\n  Priority         0\n"));
+    EXPECT_THAT(out, testing::Not(HasSubstr("invalid")));
+}
+
+TEST_F(SetTask, ChangesAFieldAloneWhenTheValueIsThereAlready)
+{
+    EXPECT_EQ(
+        Out({"set", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "2", "--task", "{task-1}", "--type", "Full"}),
+        "");
+    EXPECT_THAT(Out({"show", "policy.xml", "PRODUCTA1000", "--task", "{task-1}"}),
+                HasSubstr("  Type             Full\n"));
+}
+
+TEST_F(SetTask, RefusesSettingsThatTheTasksFieldsOverwrite)
+{
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTA1000", "Task", "TaskName", "New", "--task", "{task-1}"}),
+                Fails(4, HasSubstr("repeats a field of the task and cannot be set on its own; use --display-name")));
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(SetTask, RefusesFieldsWithoutATask)
+{
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTA1000", "S", "N", "1", "--priority", "1"}),
+                Fails(2, HasSubstr("--task")));
+}
+
+TEST_F(SetTask, RefusesAPriorityThatIsNoNumberOrTooLarge)
+{
+    for (const char* priority : {"high", "3000000000", "1.5"}) {
+        EXPECT_THAT(
+            Tool({"set", "policy.xml", "PRODUCTA1000", "S", "N", "1", "--task", "{task-1}", "--priority", priority}),
+            Fails(2, HasSubstr("--priority")));
+    }
+}
+
+}  // namespace
+}  // namespace zupm::test

@@ -1,0 +1,147 @@
+#include <nlohmann/json.hpp>
+
+#include "ToolTest.h"
+
+namespace zupm::test {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class Set : public ToolTest {};
+
+TEST_F(Set, ChangesTheSettingTheStampsAndNothingElse)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5"}), "");
+    const std::string changes = Changes();
+    EXPECT_THAT(changes, HasSubstr("- <Setting name=\"LogLevel\">3</Setting>"));
+    EXPECT_THAT(changes, HasSubstr("+ <Setting name=\"LogLevel\">5</Setting>"));
+    EXPECT_THAT(changes, HasSubstr("+ <PolicyRoot version=\"(now)\" AssignmentList=\"all;site=süd\">"));
+    EXPECT_THAT(changes, HasSubstr("+ <Policy PathID=\"0_4\" PolicyVersion=\"(now)\">"));
+    EXPECT_EQ(std::count(changes.begin(), changes.end(), '\n'), 6) << changes;
+}
+
+TEST_F(Set, AddsAMissingSectionAndSetting)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "Neu", "Größe", "ü<🚀>&"}), "");
+    EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "Neu", "Größe"}), "ü<🚀>&\n");
+}
+
+TEST_F(Set, LeavesTheFileUntouchedWhenTheValueIsThereAlready)
+{
+    const std::string before = Bytes();
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "3"}), "");
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(Set, WritesElsewhereAndLeavesTheFileAlone)
+{
+    const std::string before = Bytes();
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--output", "new.xml"}), "");
+    EXPECT_EQ(Bytes(), before);
+    EXPECT_EQ(Out({"get", "new.xml", "PRODUCTB2000", "General", "LogLevel"}), "5\n");
+}
+
+TEST_F(Set, WritesTheOtherFileEvenWhenNothingChanged)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "3", "--output", "new.xml"}), "");
+    EXPECT_EQ(Bytes(u"new.xml"), Bytes());
+}
+
+TEST_F(Set, PrintsTheChangeAndWritesNothingInADryRun)
+{
+    const std::string before = Bytes();
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--dry-run"}),
+              "policy PRODUCTB2000: General/LogLevel: \"3\" -> \"5\"\n");
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "3", "--dry-run"}),
+              "policy PRODUCTB2000: General/LogLevel: \"3\" (unchanged)\n");
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTX", "General", "On", "1", "--create", "--dry-run"}),
+              "new policy PRODUCTX: General/On: (none) -> \"1\"\n");
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTX", "S", "N", "1", "--create", "--dry-run", "--output", "no.xml"}),
+              "new policy PRODUCTX: S/N: (none) -> \"1\"\n");
+    EXPECT_EQ(Bytes(), before);
+    EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
+}
+
+TEST_F(Set, PrintsTheChangeAsJson)
+{
+    const json change = json::parse(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--json"}));
+    EXPECT_EQ(change, json::parse(R"({"softwareId": "PRODUCTB2000", "new": false, "section": "General",
+        "name": "LogLevel", "before": "3", "after": "5", "changed": true, "written": "policy.xml"})"));
+    const json again = json::parse(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--json"}));
+    EXPECT_EQ(again["changed"], false);
+    EXPECT_EQ(again["written"], nullptr);
+}
+
+TEST_F(Set, RefusesAMissingPolicyWithoutCreate)
+{
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTX", "General", "Enabled", "1"}),
+                Fails(1,
+                      "zupolicy: policy.xml: policy PRODUCTX: There is no product policy with that software ID. "
+                      "[PolicyNotFound, 0xFFFFFB49] (--create adds it)\n"));
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(Set, AddsAMissingPolicyWithCreate)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTX", "General", "Enabled", "1", "--create"}), "");
+    EXPECT_THAT(Changes(), HasSubstr("+ <Product SoftwareID=\"PRODUCTX\">\n+ <Section name=\"General\">\n"
+                                     "+ <Setting name=\"Enabled\">1</Setting>\n"));
+}
+
+TEST_F(Set, TakesANegativeNumberAsItStands)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "-5"}), "");
+    EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "General", "LogLevel"}), "-5\n");
+}
+
+TEST_F(Set, TakesValuesThatLookLikeOptionsAfterTwoDashes)
+{
+    for (const char* value : {"-x", "--json", "--", "-5"}) {
+        EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "--", value}), "");
+        EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "General", "LogLevel"}), std::string(value) + "\n");
+    }
+}
+
+TEST_F(Set, HintsAtTheTwoDashes)
+{
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "-x"}),
+                Fails(2, HasSubstr("Put -- before a value that begins with a dash")));
+}
+
+TEST_F(Set, TakesAnyTextAsAValue)
+{
+    const char* const values[] = {"",    " ",  "get",   "set",   "/etc", "[a,b]", "{}",
+                                  "a=b", "%%", "@file", "\"q\"", "'q'",  "-"};
+    for (const char* value : values) {
+        SCOPED_TRACE(value);
+        EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "show", "get", value}), "");
+        EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "show", "get"}), std::string(value) + "\n");
+    }
+}
+
+TEST_F(Set, KeepsTheOldFileWhenTheValueCannotBeWritten)
+{
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "a\x01"}),
+                Fails(4, HasSubstr("[Unexpected, 0xFFFFFFFE]")));
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(Set, ReportsAnOutputThatCannotBeWritten)
+{
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--output", "none/new.xml"}),
+                Fails(3, MatchesPattern("zupolicy: none/new\\.xml: .+ \\[[A-Za-z]+, 0x8007000[23]\\]\n")));
+}
+
+TEST_F(Set, FailsWhenTheFileHasNoPlaceForAPolicy)
+{
+    (void)Folder().Write(u"bare.xml", "<PolicyFile/>");
+    EXPECT_THAT(Tool({"set", "bare.xml", "PRODUCTX", "General", "Enabled", "1", "--create"}),
+                Fails(4, HasSubstr("[ElementMissing, 0xFFFFFBB4]")));
+    EXPECT_EQ(Bytes(u"bare.xml"), "<PolicyFile/>");
+}
+
+}  // namespace
+}  // namespace zupm::test

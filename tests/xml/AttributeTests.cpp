@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include "tests/xml/XmlTestSupport.h"
+
+namespace AdvXMLParser {
+namespace {
+
+struct AttributeRow {
+    std::string_view xml;
+    std::u16string_view value;  ///< of attribute "b"
+};
+
+constexpr AttributeRow kValues[] = {
+    {"<a b=''/>", u""},
+    {"<a b='1'/>", u"1"},
+    {"<a  c='2'\n b = \"1\" />", u"1"},
+    {"<a bb='2' b='1'>x</a>", u"1"},
+    {"<a c='b=\"9\"' b='1'/>", u"1"},
+    {"<a c='>' b='1'/>", u"1"},
+    {"<a b='x\ty\nz\r\nw'/>", u"x y z w"},
+    {"<a b='&#9;&#10;&#13;'/>", u"\t\n\r"},
+    {"<a b='&lt;&amp;&#x1F600;'/>", u"<&\U0001F600"},
+    {"<a b='\xC3\xA4'/>", u"\u00E4"},
+};
+
+TEST(Attribute, ValueIsDecodedAndNormalised)
+{
+    for (const AttributeRow& row : kValues) {
+        const std::unique_ptr<Document> document = Parsed(row.xml);
+        const Attribute attribute = document->GetRoot().GetAttribute(u"b");
+        EXPECT_EQ(attribute.GetText(), row.value) << row.xml;
+        EXPECT_TRUE(attribute.TextIs(row.value)) << row.xml;
+        EXPECT_FALSE(attribute.TextIs(u"something else")) << row.xml;
+    }
+}
+
+TEST(Attribute, MissingOneIsNullAndReadsAsEmpty)
+{
+    const std::unique_ptr<Document> document = Parsed("<a b='1'/>");
+    const Attribute missing = document->GetRoot().GetAttribute(u"B");
+    EXPECT_TRUE(missing.IsNull());
+    EXPECT_EQ(missing.GetText(), u"");
+    EXPECT_FALSE(missing.TextIs(u""));
+    EXPECT_EQ(missing.GetName(), u"");
+}
+
+TEST(Attribute, DefaultsOfAnInternalSubsetAreNotApplied)
+{
+    const std::unique_ptr<Document> document = Parsed("<!DOCTYPE a [<!ATTLIST a b CDATA 'default'>]><a/>");
+    EXPECT_TRUE(document->GetRoot().GetAttribute(u"b").IsNull());
+}
+
+struct EditRow {
+    std::string_view before;
+    std::u16string_view value;
+    std::string_view after;
+};
+
+constexpr EditRow kEdits[] = {
+    {"<a b='1'/>", u"2", "<a b='2'/>"},
+    {"<a b=\"1\" c='3'>x</a>", u"2", "<a b=\"2\" c='3'>x</a>"},
+    {"<a b='1'/>", u"it's \"<&>\"", "<a b='it&apos;s \"&lt;&amp;>\"'/>"},
+    {"<a b=\"1\"/>", u"it's \"x\"", "<a b=\"it's &quot;x&quot;\"/>"},
+    {"<a b='1'/>", u"\t\r\n ", "<a b='&#9;&#13;&#10; '/>"},
+    {"<a/>", u"2", "<a b=\"2\"/>"},
+    {"<a />", u"2", "<a b=\"2\" />"},
+    {"<a c='1'  >x</a>", u"2", "<a c='1' b=\"2\"  >x</a>"},
+    {"<a\n  c='1'\n/>", u"", "<a\n  c='1' b=\"\"\n/>"},
+};
+
+TEST(Attribute, SettingChangesTheValueAloneAndCreatesWhatIsMissing)
+{
+    for (const EditRow& row : kEdits) {
+        EXPECT_EQ(Edited(row.before, [&](Element root) { SetAttribute(root, u"b", row.value); }), row.after);
+        EXPECT_EQ(Parsed(row.after)->GetRoot().GetAttribute(u"b").GetText(), row.value) << row.after;
+    }
+}
+
+TEST(Attribute, CreatingAnExistingOneHandsItOut)
+{
+    EXPECT_EQ(Edited("<a b='1'/>", [](Element root) { EXPECT_EQ(root.CreateAttribute(u"b").GetText(), u"1"); }),
+              "<a b='1'/>");
+}
+
+TEST(Attribute, DeleteChildrenThenAddTextReplacesTheValue)
+{
+    const std::string after = Edited("<a b='1'/>", [](Element root) {
+        Attribute attribute = root.GetAttribute(u"b");
+        attribute.DeleteChildren();
+        EXPECT_EQ(attribute.GetText(), u"");
+        attribute.AddText(u"2");
+        attribute.AddText(u"3");
+    });
+    EXPECT_EQ(after, "<a b='23'/>");
+}
+
+}  // namespace
+}  // namespace AdvXMLParser

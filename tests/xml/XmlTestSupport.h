@@ -1,0 +1,66 @@
+/// What the document library's tests share.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/common/Utf.h"
+#include "platform/xml/AdvXMLParser.h"
+
+namespace AdvXMLParser {
+
+inline std::unique_ptr<Document> Parsed(std::string_view text, std::optional<UTF_ENCODINGS> encoding = std::nullopt)
+{
+    return Parser().Parse(XmlText(std::string(text), encoding));
+}
+
+inline std::string TextOf(const Document& document)
+{
+    return std::move(document.GenerateXML(false)).TakeUtf8();
+}
+
+/// The text of a document after `edit(root)`.
+template <class Edit>
+std::string Edited(std::string_view text, Edit edit)
+{
+    const std::unique_ptr<Document> document = Parsed(text);
+    edit(document->GetRoot());
+    return TextOf(*document);
+}
+
+inline Element FirstChild(const NodeContainer& parent)
+{
+    return *parent.Begin();
+}
+
+/// The child of that position, counted from 0.
+inline Element Child(const NodeContainer& parent, int position)
+{
+    ElementIterator at = parent.Begin();
+    while (position-- > 0) {
+        ++at;
+    }
+    return *at;
+}
+
+inline std::string Narrow(std::u16string_view text)
+{
+    return zupm::ToUtf8Lossy(text);
+}
+
+/// The refusal of a text as "line:column: reason"; "accepted" when it is none.
+inline std::string Refusal(std::string_view text, std::optional<UTF_ENCODINGS> encoding = std::nullopt)
+{
+    try {
+        (void)Parsed(text, encoding);
+        return "accepted";
+    } catch (const ParsingException& failure) {
+        return std::to_string(failure.GetLine()) + ":" + std::to_string(failure.GetColumn()) + ": " +
+               failure.GetReason();
+    }
+}
+
+}  // namespace AdvXMLParser

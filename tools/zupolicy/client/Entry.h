@@ -1,0 +1,78 @@
+/// A policy or a task, as the component hands it out.
+#pragma once
+
+#include <zuPolicyManager/zuPolicyManager.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "com/Bstr.h"
+#include "com/CallError.h"
+#include "com/ComPtr.h"
+
+namespace zupm::tool {
+
+/// The sections of settings of one policy or task: a private copy, which the file has again after HandBack.
+///
+/// Errors  Every call that fails throws CallError; its message begins with the subject given at construction.
+class Entry {
+public:
+    explicit Entry(std::string subject) : m_subject(std::move(subject)) {}
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+    virtual ~Entry() = default;
+
+    /// A setting's value; throws when the section or the setting is missing.
+    [[nodiscard]] virtual std::u16string Get(std::u16string_view section, std::u16string_view name) = 0;
+    /// Creates a missing section and setting.
+    virtual void Put(std::u16string_view section, std::u16string_view name, std::u16string_view value) = 0;
+    virtual void RemoveSetting(std::u16string_view section, std::u16string_view name) = 0;
+    virtual void RemoveSection(std::u16string_view section) = 0;
+    /// Puts a copy into the file's document.
+    virtual void HandBack(IPolicyFile& file) = 0;
+
+    /// As Get; nothing when the section or the setting is missing.
+    [[nodiscard]] std::optional<std::u16string> Find(std::u16string_view section, std::u16string_view name);
+
+protected:
+    [[nodiscard]] const std::string& Subject() const noexcept { return m_subject; }
+
+private:
+    std::string m_subject;
+};
+
+/// What policies and tasks have in common, member for member.
+template <typename Interface>
+class EntryOf : public Entry {
+public:
+    EntryOf(ComPtr<Interface> object, std::string subject) : Entry(std::move(subject)), m_object(std::move(object)) {}
+
+    [[nodiscard]] std::u16string Get(std::u16string_view section, std::u16string_view name) override
+    {
+        Bstr value;
+        Check(m_object->GetSectionSetting(Bstr(section).Get(), Bstr(name).Get(), value.Slot()), Subject());
+        return value.Text();
+    }
+    void Put(std::u16string_view section, std::u16string_view name, std::u16string_view value) override
+    {
+        Check(m_object->PutSectionSetting(Bstr(section).Get(), Bstr(name).Get(), Bstr(value).Get()), Subject());
+    }
+    void RemoveSetting(std::u16string_view section, std::u16string_view name) override
+    {
+        Check(m_object->RemoveSetting(Bstr(section).Get(), Bstr(name).Get()), Subject());
+    }
+    void RemoveSection(std::u16string_view section) override
+    {
+        Check(m_object->RemoveSection(Bstr(section).Get()), Subject());
+    }
+
+protected:
+    [[nodiscard]] Interface* Object() const noexcept { return m_object.Get(); }
+
+private:
+    ComPtr<Interface> m_object;
+};
+
+}  // namespace zupm::tool

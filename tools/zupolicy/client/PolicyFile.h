@@ -1,0 +1,53 @@
+/// A policy file that is open in this process.
+#pragma once
+
+#include <zuPolicyManager/zuPolicyManager.h>
+
+#include <memory>
+#include <string>
+
+#include "client/Entry.h"
+#include "client/TaskEntry.h"
+#include "com/ComPtr.h"
+#include "model/FileContents.h"
+#include "model/Target.h"
+
+namespace zupm::tool {
+
+enum class Access { ReadOnly, Edit };
+
+/// The component's policy file object, with results turned into exceptions.
+///
+/// Lifetime  Entries taken from it are private copies and may outlive it.
+/// Errors    Every call that fails throws CallError; its message begins with the file's name.
+class PolicyFile {
+public:
+    /// Loads the file at a UTF-8 path.
+    PolicyFile(const std::string& path, Access access);
+
+    [[nodiscard]] const std::string& Path() const noexcept { return m_path; }
+
+    /// A copy of the policy or task.
+    [[nodiscard]] std::unique_ptr<Entry> Find(const Target& target);
+    /// A copy of the task; `target` must have a task ID.
+    [[nodiscard]] std::unique_ptr<TaskEntry> FindTask(const Target& target);
+    /// A new policy or task with the target's IDs; the file has it only after Add.
+    [[nodiscard]] std::unique_ptr<Entry> Create(const Target& target, const TaskFields& fields);
+
+    void Add(Entry& entry) { entry.HandBack(*m_file.Get()); }
+    void Remove(const Target& target);
+    void Write(const std::string& path);
+
+    /// Everything that the document holds now.
+    [[nodiscard]] FileContents Contents();
+
+private:
+    [[nodiscard]] std::string SubjectFor(const Target& target) const;
+    [[nodiscard]] std::unique_ptr<Entry> FindPolicy(const Target& target);
+    [[nodiscard]] std::string Text();
+
+    ComPtr<IPolicyFile> m_file;
+    std::string m_path;
+};
+
+}  // namespace zupm::tool

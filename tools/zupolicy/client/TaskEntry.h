@@ -1,0 +1,24 @@
+/// One task.
+#pragma once
+
+#include "client/Entry.h"
+#include "model/TaskFields.h"
+
+namespace zupm::tool {
+
+/// An Entry over IPolicyTask, with the task's identity fields.
+class TaskEntry final : public EntryOf<IPolicyTask> {
+public:
+    using EntryOf::EntryOf;
+
+    void HandBack(IPolicyFile& file) override { Check(file.AddTask(Object(), 1), Subject()); }
+    void PutIds(std::u16string_view softwareId, std::u16string_view taskId);
+    /// Sets the fields that have a value.
+    void PutFields(const TaskFields& fields);
+    /// Fills in what a new task must not leave as the component's placeholder: the display name becomes the task ID,
+    /// the other texts empty.
+    void PutDefaults(std::u16string_view taskId);
+    void WriteIni(std::u16string_view path);
+};
+
+}  // namespace zupm::tool

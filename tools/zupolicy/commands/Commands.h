@@ -1,0 +1,17 @@
+/// The commands themselves, one source file each. Failures leave them as Failure.
+#pragma once
+
+#include "ExitCode.h"
+#include "Streams.h"
+#include "commands/Options.h"
+
+namespace zupm::tool {
+
+[[nodiscard]] ExitCode RunCommand(const ShowOptions& options, Streams streams);
+[[nodiscard]] ExitCode RunCommand(const GetOptions& options, Streams streams);
+[[nodiscard]] ExitCode RunCommand(const SetOptions& options, Streams streams);
+[[nodiscard]] ExitCode RunCommand(const RemoveOptions& options, Streams streams);
+[[nodiscard]] ExitCode RunCommand(const ExportIniOptions& options, Streams streams);
+[[nodiscard]] ExitCode RunCommand(const CheckOptions& options, Streams streams);
+
+}  // namespace zupm::tool

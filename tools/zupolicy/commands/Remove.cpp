@@ -1,0 +1,40 @@
+#include "client/PolicyFile.h"
+#include "commands/Commands.h"
+#include "commands/Edit.h"
+#include "text/Utf8.h"
+
+namespace zupm::tool {
+namespace {
+
+/// Removes the section, or the setting, and gives the value that a removed setting had.
+std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& options)
+{
+    const std::u16string section = FromUtf8(*options.section);
+    if (!options.name) {
+        entry.RemoveSection(section);
+        return std::nullopt;
+    }
+    const std::u16string name = FromUtf8(*options.name);
+    std::string before = ToUtf8(entry.Get(section, name));
+    entry.RemoveSetting(section, name);
+    return before;
+}
+
+}  // namespace
+
+ExitCode RunCommand(const RemoveOptions& options, Streams streams)
+{
+    PolicyFile file(options.file, Access::Edit);
+    Change change{options.target, false, options.section, options.name, {}, {}, true, {}};
+    if (options.section) {
+        const auto entry = file.Find(options.target);
+        change.before = RemoveInside(*entry, options);
+        file.Add(*entry);
+    } else {
+        file.Remove(options.target);
+    }
+    FinishEdit(file, std::move(change), options.edit, streams);
+    return ExitCode::Ok;
+}
+
+}  // namespace zupm::tool
