@@ -1,10 +1,11 @@
 /// Threads that start together.
 #pragma once
 
-#include <barrier>
+#include <condition_variable>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -15,15 +16,36 @@ namespace zupm::test {
 /// What one thread does in its n-th round.
 using Round = std::function<void(int round)>;
 
+/// Where threads wait until the last of them has come. std::barrier would do, but libstdc++ 12 builds it for Windows on a
+/// wait that can miss its wake-up (it looks at the value before it takes the lock): a run in some hundreds never ended.
+class StartLine {
+public:
+    explicit StartLine(std::size_t threads) : m_missing(threads) {}
+
+    void ArriveAndWait()
+    {
+        std::unique_lock lock(m_lock);
+        if (--m_missing == 0) {
+            m_complete.notify_all();
+        }
+        m_complete.wait(lock, [this] { return m_missing == 0; });
+    }
+
+private:
+    std::mutex m_lock;
+    std::condition_variable m_complete;
+    std::size_t m_missing;
+};
+
 /// Runs each of `work` on a thread of its own, `rounds` times, all beginning at the same moment; waits for them.
 inline void RunTogether(const std::vector<Round>& work, int rounds)
 {
-    std::barrier start(static_cast<std::ptrdiff_t>(work.size()));
+    StartLine start(work.size());
     std::vector<std::jthread> threads;
     threads.reserve(work.size());
     for (const Round& round : work) {
         threads.emplace_back([&start, &round, rounds] {
-            start.arrive_and_wait();
+            start.ArriveAndWait();
             for (int i = 0; i < rounds; ++i) {
                 round(i);
             }
