@@ -27,7 +27,7 @@ protected:
 };
 
 /// Loads the resource module at a full path as data; null when it is missing or is no resource module. Natively such a
-/// module is a UTF-8 text file with one `number<TAB>text` a line.
+/// module is a UTF-8 text file with one `number<TAB>text` a line. Throws std::bad_alloc.
 [[nodiscard]] std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view fullPath);
 
 /// Full path of the module that holds this code, and the folder it lies in (without a separator at the end); empty when

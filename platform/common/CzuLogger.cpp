@@ -22,7 +22,7 @@ constexpr std::size_t kFileCapacity = 4096;
 
 // The sink is owned by a plain pointer that is not freed at exit, because another thread may still log then. What the
 // environment asks for needs no memory of its own, so an unloaded module leaves none behind.
-std::mutex g_lock;
+std::mutex g_logLock;
 constinit CzuLogger::Sink* g_sink = nullptr;
 constinit std::int32_t g_level = kLevelNotRead;
 constinit std::array<char, kFileCapacity> g_file{};
@@ -84,7 +84,7 @@ void CzuLogger::Add(std::uint32_t subsystem, std::int32_t level, std::u16string_
                     std::span<const LogArgument> arguments) noexcept
 {
     try {
-        const std::lock_guard lock(g_lock);
+        const std::lock_guard lock(g_logLock);
         if (g_sink == nullptr && !IsWanted(level)) {
             return;
         }
@@ -104,7 +104,7 @@ void CzuLogger::Add(std::uint32_t subsystem, std::int32_t level, std::u16string_
 void CzuLogger::SetSink(Sink sink)
 {
     std::unique_ptr<Sink> next = sink ? std::make_unique<Sink>(std::move(sink)) : nullptr;
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_logLock);
     // Whatever the old sink holds is freed after the lock is left.
     next.reset(std::exchange(g_sink, next.release()));
 }

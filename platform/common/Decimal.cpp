@@ -7,7 +7,7 @@ namespace zupm {
 
 namespace {
 
-bool IsBlank(char16_t unit)
+bool IsNumberBlank(char16_t unit)
 {
     return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
 }
@@ -32,7 +32,7 @@ std::u16string Format(std::uint64_t magnitude, bool negative)
 std::int64_t ParseInt64(std::u16string_view text) noexcept
 {
     constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
-    auto at = std::find_if_not(text.begin(), text.end(), IsBlank);
+    auto at = std::find_if_not(text.begin(), text.end(), IsNumberBlank);
     const bool negative = at != text.end() && *at == u'-';
     if (at != text.end() && (*at == u'-' || *at == u'+')) {
         ++at;

@@ -12,7 +12,7 @@ namespace {
 constexpr std::u16string_view kLineEnd = u"\r\n";
 
 /// What readers of INI files trim.
-constexpr bool IsBlank(char16_t unit)
+constexpr bool IsIniBlank(char16_t unit)
 {
     return unit == u' ' || unit == u'\t' || unit == u'\v' || unit == u'\f';
 }
@@ -31,10 +31,10 @@ bool LosesItsEnds(std::u16string_view text)
 
 std::u16string_view Trim(std::u16string_view text)
 {
-    while (!text.empty() && IsBlank(text.front())) {
+    while (!text.empty() && IsIniBlank(text.front())) {
         text.remove_prefix(1);
     }
-    while (!text.empty() && IsBlank(text.back())) {
+    while (!text.empty() && IsIniBlank(text.back())) {
         text.remove_suffix(1);
     }
     return text;
@@ -101,7 +101,7 @@ bool LookForKey(std::u16string_view text, const Line& line, std::u16string_view 
     }
     // Blanks between '=' and the value are the writer's habit and stay.
     std::size_t value = equals + 1;
-    while (value < content.size() && IsBlank(content[value])) {
+    while (value < content.size() && IsIniBlank(content[value])) {
         ++value;
     }
     place = {true, true, line.begin + value, line.end};

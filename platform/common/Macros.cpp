@@ -14,7 +14,7 @@ using MacroTable = std::map<std::u16string, std::u16string, std::less<>>;
 
 // A plain pointer that is never freed at exit: another thread may still expand then. `g_any` spares the usual process,
 // which registers nothing, the lock.
-std::mutex g_lock;
+std::mutex g_macroLock;
 constinit MacroTable* g_macros = nullptr;
 constinit std::atomic<bool> g_any{false};
 
@@ -56,13 +56,13 @@ std::u16string cmnlib_ExpandMacro(std::u16string_view text, std::u16string_view 
     if (!mayHoldMacros || !g_any.load(std::memory_order_acquire)) {
         return std::u16string(text);
     }
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_macroLock);
     return g_macros == nullptr ? std::u16string(text) : Expand(text, open, close, *g_macros);
 }
 
 void RegisterMacro(std::u16string name, std::u16string value)
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_macroLock);
     if (g_macros == nullptr) {
         g_macros = std::make_unique<MacroTable>().release();
     }
@@ -72,7 +72,7 @@ void RegisterMacro(std::u16string name, std::u16string value)
 
 void UnregisterAllMacros()
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_macroLock);
     g_any.store(false, std::memory_order_release);
     const std::unique_ptr<MacroTable> last(std::exchange(g_macros, nullptr));
 }

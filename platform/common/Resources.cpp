@@ -11,12 +11,12 @@ namespace {
 constexpr char16_t kSeparator = static_cast<char16_t>(std::filesystem::path::preferred_separator);
 
 // A plain pointer that is never freed at exit: another thread may still load then.
-std::mutex g_lock;
+std::mutex g_resourceLock;
 constinit const std::u16string* g_folder = nullptr;
 
 std::u16string ResourceFolder()
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_resourceLock);
     return g_folder != nullptr ? *g_folder : OwnModuleFolder();
 }
 
@@ -51,7 +51,7 @@ std::shared_ptr<const ResourceModule> LoadResourceDLLW(std::u16string_view fileN
 void SetResourceFolder(std::u16string folder)
 {
     auto next = folder.empty() ? nullptr : std::make_unique<const std::u16string>(std::move(folder));
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_resourceLock);
     const std::unique_ptr<const std::u16string> last(std::exchange(g_folder, next.release()));
 }
 

@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <map>
+#include <new>
 #include <utility>
 
 #include "platform/Files.h"
@@ -97,8 +98,15 @@ constinit const char g_marker = 0;
 
 std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view fullPath)
 {
+    if (!fullPath.starts_with(u'/')) {
+        return nullptr;
+    }
     std::string bytes;
-    if (!fullPath.starts_with(u'/') || ReadWholeFile(fullPath, bytes) != result::Success) {
+    const result::Code read = ReadWholeFile(fullPath, bytes);
+    if (read == result::OutOfMemory) {
+        throw std::bad_alloc();
+    }
+    if (read < 0) {
         return nullptr;
     }
     Texts texts;

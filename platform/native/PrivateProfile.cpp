@@ -17,7 +17,7 @@ using namespace native;
 constexpr std::uint32_t kSubsystem = 0x800;
 
 // Two threads that write into one file must not lose one another's setting between reading and replacing it.
-constinit std::mutex g_lock;
+constinit std::mutex g_profileLock;
 
 void LogRefusal(std::u16string_view key, std::u16string_view path, std::u16string_view reason)
 {
@@ -32,7 +32,7 @@ bool WriteSetting(std::u16string_view section, std::u16string_view key, std::u16
         LogRefusal(key, path, reason);
         return false;
     }
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_profileLock);
     std::string bytes;
     const result::Code read = ReadWholeFile(path, bytes);
     if (read != result::Success && read != result::FileNotFound) {

@@ -37,7 +37,7 @@ Attribute Element::GetAttribute(std::u16string_view name) const
     return {};
 }
 
-Attribute Element::CreateAttribute(std::u16string_view name)
+Attribute Element::CreateAttribute(std::u16string_view name, std::u16string_view value)
 {
     Attribute existing = GetAttribute(name);
     if (IsNull() || !existing.IsNull()) {
@@ -49,7 +49,8 @@ Attribute Element::CreateAttribute(std::u16string_view name)
     Attribute created(*this, *zupm::ToUtf8(name));
     const std::string_view tag = m_tree->StartTag(m_index);
     const std::size_t offset = AttributeInsertOffset(tag);
-    m_tree->ReplaceStartTag(m_index, Replaced(tag, offset, offset, " " + created.m_name + "=\"\""));
+    const std::string written = " " + created.m_name + "=\"" + EscapeAttribute(value, '"') + "\"";
+    m_tree->ReplaceStartTag(m_index, Replaced(tag, offset, offset, written));
     return created;
 }
 

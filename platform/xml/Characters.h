@@ -5,6 +5,9 @@
 
 namespace AdvXMLParser {
 
+inline constexpr std::string_view kCdataBegin = "<![CDATA[";
+inline constexpr std::string_view kCdataEnd = "]]>";
+
 /// Whether XML can hold every character of a text: no control character other than tab, LF and CR, no U+FFFE or U+FFFF,
 /// no unpaired surrogate.
 [[nodiscard]] bool IsXmlText(std::u16string_view text) noexcept;

@@ -12,8 +12,6 @@ namespace AdvXMLParser {
 
 namespace {
 
-constexpr std::string_view kCdataBegin = "<![CDATA[";
-constexpr std::string_view kCdataEnd = "]]>";
 constexpr std::string_view kCommentBegin = "<!--";
 constexpr std::string_view kCommentEnd = "-->";
 constexpr std::string_view kInstructionEnd = "?>";

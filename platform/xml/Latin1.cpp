@@ -4,13 +4,11 @@
 #include <cstdint>
 
 #include "platform/common/Utf.h"
+#include "platform/xml/Characters.h"
 
 namespace AdvXMLParser {
 
 namespace {
-
-constexpr std::string_view kCdataBegin = "<![CDATA[";
-constexpr std::string_view kCdataEnd = "]]>";
 
 struct CodePoint {
     std::uint32_t value;

@@ -88,6 +88,17 @@ Element NodeContainer::AddElementInto(std::u16string_view name)
     return Element(m_tree, element, m_tree->Generation(element));
 }
 
+Element NodeContainer::AddElementInto(std::u16string_view name, std::u16string_view attribute, std::u16string_view value,
+                                      std::u16string_view text)
+{
+    if (IsNull()) {
+        return {};
+    }
+    const std::string tag = PlainName(name) + " " + PlainName(attribute) + "=\"" + EscapeAttribute(value, '"') + "\"";
+    const std::uint32_t element = m_tree->AddElement(m_index, tag, EscapeText(text));
+    return Element(m_tree, element, m_tree->Generation(element));
+}
+
 std::u16string NodeContainer::GetText() const
 {
     if (IsNull()) {
@@ -130,10 +141,7 @@ void NodeContainer::SetText(std::u16string_view text)
 
 void SetAttribute(Element element, std::u16string_view name, std::u16string_view text)
 {
-    if (!IsXmlText(text)) {
-        throw InvalidCharacterException();  // before the attribute is created
-    }
-    element.CreateAttribute(name).SetText(text);
+    element.CreateAttribute(name, text).SetText(text);
 }
 
 }  // namespace AdvXMLParser

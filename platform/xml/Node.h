@@ -75,6 +75,9 @@ public:
 
     /// Appends a new empty element, placed like its siblings.
     Element AddElementInto(std::u16string_view name);
+    /// The same with one attribute and a text, in one step that fails whole.
+    Element AddElementInto(std::u16string_view name, std::u16string_view attribute, std::u16string_view value,
+                           std::u16string_view text = {});
 
     /// The character data directly inside, decoded; CDATA included, comments and child elements left out.
     [[nodiscard]] std::u16string GetText() const;
@@ -96,8 +99,9 @@ public:
 
     /// The attribute of that name, or a null one.
     [[nodiscard]] Attribute GetAttribute(std::u16string_view name) const;
-    /// Appends an attribute with an empty value; the existing one when there is one of that name.
-    Attribute CreateAttribute(std::u16string_view name);
+    /// Appends an attribute with that value, in one step that fails whole; the existing one, as it is, when there is
+    /// one of that name.
+    Attribute CreateAttribute(std::u16string_view name, std::u16string_view value = {});
 
     /// AddElementInto, under the name used where the new element is the only child.
     Element CreateElement(std::u16string_view name) { return AddElementInto(name); }

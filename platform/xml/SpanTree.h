@@ -65,8 +65,9 @@ public:
 
     // --- editing -----------------------------------------------------------------------------------------------------
 
-    /// Appends an empty element of that name, placed like its siblings; its index.
-    std::uint32_t AddElement(std::uint32_t parent, std::string_view name);
+    /// Appends an element, placed like its siblings; its index. `tag` is what stands in its start tag: the name and,
+    /// behind a blank, attributes. Without content it becomes an empty-element tag.
+    std::uint32_t AddElement(std::uint32_t parent, std::string_view tag, std::string_view escapedContent = {});
     /// Appends a copy of an element of `source` (which may be this tree) with everything in it; its index.
     std::uint32_t AddCopy(std::uint32_t parent, const SpanTree& source, std::uint32_t element);
     /// Replaces the start tag by one of the same name and form.

@@ -88,7 +88,7 @@ ElementRecord SpanTree::WithTail(std::uint32_t element, std::string_view tail, A
     return record;
 }
 
-std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view name)
+std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, std::string_view escapedContent)
 {
     DropDeadEdits();
     const Placement placement = PlaceChild(*this, parent);
@@ -97,8 +97,13 @@ std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view name)
     child.before = addition.End();
     addition.Append(placement.before);
     child.start = addition.End();
-    addition.Append("<" + std::string(name) + "/>");
+    addition.Append(std::string("<").append(tag).append(escapedContent.empty() ? "/>" : ">"));
     child.content = child.tail = child.end = addition.End();
+    if (!escapedContent.empty()) {
+        addition.Append(escapedContent);
+        child.end = addition.End();
+        addition.Append(EndTagFor(tag.substr(0, tag.find(' '))));
+    }
     const ElementRecord opened = WithTail(parent, placement.tail, addition);
     m_records.Reserve(1);
     Commit(addition);

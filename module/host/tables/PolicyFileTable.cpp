@@ -5,7 +5,7 @@ namespace zupm {
 
 namespace {
 
-constexpr Member kMembers[] = {
+constexpr Member kPolicyFileMembers[] = {
     MethodRow<&IPolicyFile::AddTask, u"pTask", u"bOverwrite">(
         1, u"AddTask", "Puts a copy of a task into the file, in place of one with the same IDs"),
     MethodRow<&IPolicyFile::AddPolicy, u"pPolicy", u"bOverwrite">(
@@ -32,13 +32,13 @@ constexpr Member kMembers[] = {
     GetRow<&IPolicyFile::get_PolicyAssignmentList, u"pVal">(15, u"PolicyAssignmentList", "The policy assignment list"),
 };
 
-constexpr InterfaceDescription kInterface{IID_IPolicyFile, u"IPolicyFile", kMembers};
+constexpr InterfaceDescription kPolicyFileDescription{IID_IPolicyFile, u"IPolicyFile", kPolicyFileMembers};
 
 }  // namespace
 
 const InterfaceDescription& PolicyFileInterface() noexcept
 {
-    return kInterface;
+    return kPolicyFileDescription;
 }
 
 }  // namespace zupm

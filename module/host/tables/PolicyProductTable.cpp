@@ -5,7 +5,7 @@ namespace zupm {
 
 namespace {
 
-constexpr Member kMembers[] = {
+constexpr Member kPolicyProductMembers[] = {
     GetRow<&IPolicyProduct::get_SoftwareID, u"pVal">(1, u"SoftwareID", "The software ID of the product"),
     PutRow<&IPolicyProduct::put_SoftwareID, u"newVal">(1, u"SoftwareID", "The software ID of the product"),
     GetRow<&IPolicyProduct::get_PolicyData, u"pVal">(2, u"PolicyData", "The policy as XML text"),
@@ -24,13 +24,13 @@ constexpr Member kMembers[] = {
                                                                  "Removes the first section of that name"),
 };
 
-constexpr InterfaceDescription kInterface{IID_IPolicyProduct, u"IPolicyProduct", kMembers};
+constexpr InterfaceDescription kPolicyProductDescription{IID_IPolicyProduct, u"IPolicyProduct", kPolicyProductMembers};
 
 }  // namespace
 
 const InterfaceDescription& PolicyProductInterface() noexcept
 {
-    return kInterface;
+    return kPolicyProductDescription;
 }
 
 }  // namespace zupm

@@ -5,7 +5,7 @@ namespace zupm {
 
 namespace {
 
-constexpr Member kMembers[] = {
+constexpr Member kPolicyTaskMembers[] = {
     GetRow<&IPolicyTask::get_CreatorID, u"pVal">(1, u"CreatorID", "The task's creator ID"),
     PutRow<&IPolicyTask::put_CreatorID, u"newVal">(1, u"CreatorID", "The task's creator ID"),
     GetRow<&IPolicyTask::get_SoftwareID, u"pVal">(2, u"SoftwareID", "The software ID of the task's product"),
@@ -41,13 +41,13 @@ constexpr Member kMembers[] = {
                                                     "The time stamp that the task carried when it was bound"),
 };
 
-constexpr InterfaceDescription kInterface{IID_IPolicyTask, u"IPolicyTask", kMembers};
+constexpr InterfaceDescription kPolicyTaskDescription{IID_IPolicyTask, u"IPolicyTask", kPolicyTaskMembers};
 
 }  // namespace
 
 const InterfaceDescription& PolicyTaskInterface() noexcept
 {
-    return kInterface;
+    return kPolicyTaskDescription;
 }
 
 }  // namespace zupm

@@ -5,20 +5,20 @@ namespace zupm {
 
 namespace {
 
-constexpr Member kMembers[] = {
+constexpr Member kTaskInfoMembers[] = {
     MethodRow<&ITaskInfo::GetFirst, u"pbstrSoftwareID", u"pbstrTaskID">(
         1, u"GetFirst", "Goes to the first task and returns its software ID and task ID"),
     MethodRow<&ITaskInfo::GetNext, u"pbstrSoftwareID", u"pbstrTaskID">(
         2, u"GetNext", "Goes to the next task and returns its software ID and task ID"),
 };
 
-constexpr InterfaceDescription kInterface{IID_ITaskInfo, u"ITaskInfo", kMembers};
+constexpr InterfaceDescription kTaskInfoDescription{IID_ITaskInfo, u"ITaskInfo", kTaskInfoMembers};
 
 }  // namespace
 
 const InterfaceDescription& TaskInfoInterface() noexcept
 {
-    return kInterface;
+    return kTaskInfoDescription;
 }
 
 }  // namespace zupm
