@@ -17,6 +17,7 @@
 #include "platform/native/DirectWrite.h"
 #include "platform/native/FileErrors.h"
 #include "platform/native/FileMetadata.h"
+#include "platform/native/FolderFlush.h"
 #include "platform/native/NativePath.h"
 
 namespace zupm::native {
@@ -31,7 +32,7 @@ constexpr int kMostNames = 16;
 std::string UnguessableName()
 {
     constexpr std::string_view kDigits = "0123456789abcdef";
-    std::array<unsigned char, 16> bytes;
+    std::array<unsigned char, 16> bytes{};
     const ssize_t count = Retry([&] { return Calls().getrandom(bytes.data(), bytes.size(), 0); });
     if (count != static_cast<ssize_t>(bytes.size())) {
         return {};
@@ -66,7 +67,7 @@ public:
         constexpr Step kSteps[] = {
             &Replacement::OpenTarget,      &Replacement::CreateTemporary, &Replacement::WriteTemporary,
             &Replacement::CopyTargetState, &Replacement::FinishTemporary, &Replacement::Rename,
-            &Replacement::FlushFolder,
+            &Replacement::FlushName,
         };
         result::Code code = OpenFolderOf(path);
         for (const Step step : kSteps) {
@@ -89,8 +90,7 @@ private:
         }
         if (code == result::Success && m_durability == Durability::Flushed) {
             // Opened before anything changes: afterwards only the flush itself can still fail.
-            m_folderToFlush = OpenBelow(m_folder.Get(), ".", O_RDONLY | O_DIRECTORY);
-            return m_folderToFlush || errno == EACCES ? result::Success : LastError();
+            return OpenToFlush(m_folder.Get(), ".", m_folderToFlush);
         }
         return code;
     }
@@ -137,7 +137,8 @@ private:
 
     result::Code FinishTemporary()
     {
-        if (m_durability == Durability::Flushed && Retry([&] { return Calls().fsync(m_temporary.Get()); }) != 0) {
+        // Before the rename in any case: the new name may reach the disk at once, and then its bytes must be there.
+        if (Retry([&] { return Calls().fsync(m_temporary.Get()); }) != 0) {
             return LastError();
         }
         return m_temporary.Close() ? result::Success : LastError();
@@ -153,14 +154,7 @@ private:
         return result::Success;
     }
 
-    result::Code FlushFolder()
-    {
-        if (!m_folderToFlush || Retry([&] { return Calls().fsync(m_folderToFlush.Get()); }) == 0) {
-            return result::Success;
-        }
-        // Some file systems do not know how to flush a folder.
-        return errno == EINVAL ? result::Success : result::InputOutputError;
-    }
+    result::Code FlushName() { return FlushFolder(m_folderToFlush); }
 
     std::string_view m_bytes;
     Durability m_durability;

@@ -7,8 +7,8 @@
 
 namespace zupm::native {
 
-/// Whether the new bytes survive a loss of power once the call returned. A reader sees the old or the new file in any
-/// case.
+/// Whether the new file survives a loss of power once the call returned, or the old one may come back. It is one of the
+/// two in any case, for a reader and after a loss of power, and never a part of one.
 enum class Durability { Flushed, LeftToTheSystem };
 
 /// ReplaceFileAtomically of platform/Files.h with a choice. Throws std::bad_alloc, with the old file as it was.

@@ -48,7 +48,7 @@ bool WriteSetting(std::u16string_view section, std::u16string_view key, std::u16
         return false;
     }
     profile->text = *std::move(text);
-    // A setting is written at a time, and each would wait for the disk: the new file is whole, but not flushed.
+    // A setting is written at a time, and each waits for the disk once: for the bytes, but not for the folder as well.
     return ReplaceFile(path, EncodeProfile(*profile), Durability::LeftToTheSystem) == result::Success;
 }
 

@@ -15,15 +15,16 @@ namespace {
 
 int OpenAt(int folder, const char* path, int flags, mode_t mode)
 {
-    return ::openat(folder, path, flags, mode);
+    return ::openat(folder, path, flags, mode);  // NOLINT(cppcoreguidelines-pro-type-vararg): the system's own
 }
 
-constinit std::atomic<const SystemCalls*> g_calls{&kSystemCalls};
+constinit std::atomic<const SystemCalls*> g_calls{&kSystemCalls};  // NOLINT(cppcoreguidelines-interfaces-global-init)
 
 }  // namespace
 
 constinit const SystemCalls kSystemCalls = {
     .openat = OpenAt,
+    .mkdirat = ::mkdirat,
     .close = ::close,
     .fstat = ::fstat,
     .fstatat = ::fstatat,

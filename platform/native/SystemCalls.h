@@ -12,6 +12,7 @@ namespace zupm::native {
 /// One function per system call, with the system's own signature, result and errno.
 struct SystemCalls {
     int (*openat)(int folder, const char* path, int flags, mode_t mode);
+    int (*mkdirat)(int folder, const char* path, mode_t mode);
     int (*close)(int file);
     int (*fstat)(int file, struct stat* status);
     int (*fstatat)(int folder, const char* path, struct stat* status, int flags);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -105,6 +106,39 @@ TEST_F(ReplaceFaults, AllCallsFailingFromOneOn_LeaveTheOldOrTheNewFile)
     for (const int error : kErrors) {
         FailEveryCall(error, true, [&](const std::string& failedCall) { ExpectOldOrNew(failedCall); });
     }
+}
+
+TEST_F(ReplaceFaults, AProcessKilledBeforeAnyCall_LeavesTheOldOrTheNewFileAndAtMostItsTemporary)
+{
+    for (int call = 0; call < 1000; ++call) {
+        Prepare();
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            const FaultySystem system({.call = call, .oneByOne = true, .kills = true});
+            m_operation();
+            ::_exit(m_code == result::Success ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        const std::string bytes = m_folder.Read("file");
+        ASSERT_TRUE(bytes == kOld || bytes == kNew) << call << ": " << bytes;
+        ASSERT_EQ(m_folder.Mode("file"), mode_t{0640}) << call;
+        ASSERT_TRUE(m_folder.IsLink("link")) << call;
+        const std::vector<std::string> names = m_folder.Names();
+        ASSERT_LE(names.size(), 3U) << call;
+        if (WIFEXITED(status)) {
+            EXPECT_EQ(WEXITSTATUS(status), 0);
+            EXPECT_EQ(bytes, kNew);
+            EXPECT_EQ(names.size(), 2U) << "a call that returns leaves no temporary";
+            EXPECT_GT(call, static_cast<int>(kNew.size())) << "hardly any kill came";
+            return;
+        }
+        if (names.size() == 3) {
+            ::unlink(m_folder.Path(names.front()).c_str());
+        }
+    }
+    FAIL() << "the operation never ends";
 }
 
 TEST_F(ReplaceFaults, ASignalDuringAnyCall_ChangesNothing)

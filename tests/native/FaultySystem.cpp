@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 
 namespace zupm::test {
 
@@ -25,6 +26,9 @@ bool Fails(const char* name)
         g_state.fault.call >= 0 && (call == g_state.fault.call || (g_state.fault.forEver && call > g_state.fault.call));
     if (isDue && g_state.failedCall == nullptr) {
         g_state.failedCall = name;
+    }
+    if (isDue && g_state.fault.kills) {
+        std::raise(SIGKILL);
     }
     errno = isDue ? g_state.fault.error : errno;
     return isDue;
@@ -73,6 +77,7 @@ ssize_t Write(int file, const void* bytes, std::size_t count)
 
 const SystemCalls kFaultyCalls = {
     .openat = Wrap<"openat", &SystemCalls::openat>(),
+    .mkdirat = Wrap<"mkdirat", &SystemCalls::mkdirat>(),
     .close = Close,
     .fstat = Wrap<"fstat", &SystemCalls::fstat>(),
     .fstatat = Wrap<"fstatat", &SystemCalls::fstatat>(),

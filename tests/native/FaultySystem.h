@@ -13,6 +13,7 @@ struct Fault {
     int error = 0;          ///< its errno
     bool forEver = false;   ///< all later calls fail too
     bool oneByOne = false;  ///< reads and writes move one byte at a time
+    bool kills = false;     ///< the process is killed in place of the call
 };
 
 /// The faulty system, from its construction to its destruction. One at a time, for one thread.

@@ -11,6 +11,8 @@
 #include "platform/common/Utf.h"
 #include "platform/native/FileErrors.h"
 #include "platform/native/FileHandle.h"
+#include "platform/native/FolderFlush.h"
+#include "platform/native/NativePath.h"
 
 namespace zupm::runtime {
 namespace {
@@ -44,6 +46,14 @@ std::string Variable(const char* name)
 bool IsAbsolute(std::string_view path)
 {
     return path.starts_with('/');
+}
+
+/// Without this a loss of power could take a new folder away, and with it what was flushed inside.
+result::Code FlushNameOf(const std::string& path)
+{
+    native::FileHandle parent;
+    const result::Code code = native::OpenToFlush(AT_FDCWD, native::SplitPath(path).folder.c_str(), parent);
+    return code == result::Success ? native::FlushFolder(parent) : code;
 }
 
 std::string LocateInUserFolders()
@@ -150,7 +160,13 @@ result::Code RegistryStore::CreateFolders() const
     const std::string path = ToUtf8Lossy(m_path);
     for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
         const std::string folder = path.substr(0, end);
-        if (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) {
+        if (native::Calls().mkdirat(AT_FDCWD, folder.c_str(), 0700) == 0) {
+            if (const result::Code code = FlushNameOf(folder); code != result::Success) {
+                return code;
+            }
+            continue;
+        }
+        if (errno == EEXIST) {
             continue;
         }
         // A folder above may be one that this user cannot write to (EACCES, EROFS) and be there all the same.
