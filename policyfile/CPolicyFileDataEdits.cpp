@@ -37,15 +37,10 @@ result::Code CPolicyFileData::CreateProductSlot(std::u16string_view softwareId, 
     if (policy.IsNull()) {
         return result::ElementMissing;
     }
-    Element product = policy.AddElementInto(u"Product");
+    const Element product = policy.AddElementInto(u"Product", u"SoftwareID", softwareId);
     if (product.IsNull()) {
         return result::NotCreated;
     }
-    Attribute attribute = product.CreateAttribute(u"SoftwareID");
-    if (attribute.IsNull()) {
-        return result::NotCreated;
-    }
-    attribute.SetText(softwareId);
     slot.reset(new (std::nothrow) CPolicyRef(policy, product));
     return slot ? result::Success : result::AllocationFailed;
 }

@@ -96,7 +96,7 @@ result::Code CSectionParser::RemoveSetting(std::u16string_view section, std::u16
 
 result::Code CSectionParser::WriteAllSettingsToIniFile(std::u16string_view path) noexcept
 {
-    const CXMLDataObject* store = nullptr;
+    CXMLDataObject* store = nullptr;
     {
         const CriticalSectionLock lock(m_lock);
         store = m_store.get();

@@ -16,22 +16,6 @@ using AdvXMLParser::ElementChildren;
 
 namespace {
 
-/// Appends an element with a "name"; NotCreated when either cannot be made.
-result::Code AppendNamed(Element parent, std::u16string_view elementName, std::u16string_view name, Element& added)
-{
-    Element element = parent.AddElementInto(elementName);
-    if (element.IsNull()) {
-        return result::NotCreated;
-    }
-    Attribute attribute = element.CreateAttribute(kNameAttribute);
-    if (attribute.IsNull()) {
-        return result::NotCreated;
-    }
-    attribute.SetText(name);
-    added = element;
-    return result::Success;
-}
-
 void IndexSettings(const Element& section, const std::u16string& sectionName, CElementMap& settings)
 {
     for (const Element setting : ElementChildren(section)) {
@@ -111,9 +95,11 @@ result::Code CXMLDataObject::Deinitialize() noexcept
 }
 
 Element CXMLDataObject::GetSetting(std::u16string_view section, std::u16string_view setting,
-                                   result::Code& code) const noexcept
+                                   result::Code& code) noexcept
 {
-    code = result::Success;
+    if (code = Refresh(); code < 0) {
+        return {};
+    }
     const auto sectionEntry = m_sections.find(section);
     if (sectionEntry == m_sections.end()) {
         code = result::SectionNotFound;
@@ -137,7 +123,7 @@ Element CXMLDataObject::GetSetting(std::u16string_view section, std::u16string_v
 }
 
 result::Code CXMLDataObject::GetSettingValue(std::u16string_view section, std::u16string_view setting,
-                                             std::u16string& value) const noexcept
+                                             std::u16string& value) noexcept
 {
     return CatchAll(u"CXMLDataObject::GetSettingValue()", [&]() -> result::Code {
         result::Code code = result::Success;
@@ -157,6 +143,9 @@ result::Code CXMLDataObject::SetSettingValue(std::u16string_view section, std::u
                                              std::u16string_view value, std::int32_t create) noexcept
 {
     return CatchAll(u"CXMLDataObject::SetSettingValue()", [&]() -> result::Code {
+        if (const result::Code code = Refresh(); code < 0) {
+            return code;
+        }
         result::Code code = result::Success;
         Element element = GetSetting(section, setting, code);
         if (code >= 0) {
@@ -167,44 +156,38 @@ result::Code CXMLDataObject::SetSettingValue(std::u16string_view section, std::u
             return result::SettingNotFound;
         }
         RequireXmlText(value);
-        element = AddSetting(section, setting, code);
-        if (code < 0) {
-            return code;
-        }
-        if (element.IsNull()) {
-            return result::NotCreated;
-        }
-        element.SetText(value);
-        return code;
+        element = AddSetting(section, setting, code, value);
+        return code >= 0 && element.IsNull() ? result::NotCreated : code;
     });
 }
 
-Element CXMLDataObject::AddSetting(std::u16string_view section, std::u16string_view setting,
-                                   result::Code& code) noexcept
+Element CXMLDataObject::AddSetting(std::u16string_view section, std::u16string_view setting, result::Code& code,
+                                   std::u16string_view value) noexcept
 {
     Element added;
     code = CatchAll(u"CXMLDataObject::AddSetting()", [&] {
         RequireXmlText(section);
         RequireXmlText(setting);
-        return AppendSetting(section, setting, added);
+        return AppendSetting(section, setting, value, added);
     });
     return code < 0 ? Element() : added;
 }
 
-result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16string_view setting, Element& added)
+result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16string_view setting,
+                                           std::u16string_view value, Element& added)
 {
     for (bool created = false;; created = true) {
-        const Element match = FindChildByAttribute(m_container, kNameAttribute, section);
+        Element match = FindChildByAttribute(m_container, kNameAttribute, section);
         if (!match.IsNull()) {
-            const result::Code code = AppendNamed(match, u"Setting", setting, added);
-            return code < 0 ? code : Reinitialize();
+            // Name and value come in one step: what memory stops halfway leaves no setting with the wrong value.
+            added = match.AddElementInto(u"Setting", kNameAttribute, setting, value);
+            return added.IsNull() ? result::NotCreated : Reinitialize();
         }
         if (created) {
             return result::SectionStillMissing;
         }
-        Element newSection;
-        if (const result::Code code = AppendNamed(m_container, u"Section", section, newSection); code < 0) {
-            return code;
+        if (m_container.AddElementInto(u"Section", kNameAttribute, section).IsNull()) {
+            return result::NotCreated;
         }
         // The setting comes next and rebuilds the indexes again; that result counts.
         static_cast<void>(Reinitialize());
@@ -219,21 +202,30 @@ result::Code CXMLDataObject::RemoveSetting(std::u16string_view section, std::u16
         if (code < 0) {
             return code;
         }
-        Deinitialize();
         element.Delete();
-        return Initialize();
+        return Reinitialize();
     });
 }
 
 result::Code CXMLDataObject::Reinitialize() noexcept
 {
     Deinitialize();
-    return Initialize();
+    const result::Code code = Initialize();
+    m_isStale = code < 0;
+    return code;
 }
 
-result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path) const noexcept
+result::Code CXMLDataObject::Refresh() noexcept
+{
+    return m_isStale ? Reinitialize() : result::Success;
+}
+
+result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path) noexcept
 {
     return CatchAll(u"CXMLDataObject::WriteAllSettingsToIniFile()", [&]() -> result::Code {
+        if (const result::Code code = Refresh(); code < 0) {
+            return code;
+        }
         for (const auto& [sectionName, settings] : m_sections) {
             for (const auto& [settingName, setting] : settings->Settings()) {
                 static_cast<void>(

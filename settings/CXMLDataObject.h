@@ -24,7 +24,10 @@ namespace zupm {
 /// Lifetime   The document belongs to the caller and must outlive the store.
 /// Threads    Initialize and Deinitialize take the store's lock; everything else relies on its caller's
 /// (CSectionParser). Errors     Result codes. Every operation catches all exceptions, logs them and gives Unexpected.
-/// Invariants A new or removed element rebuilds both indexes from the document, so they mirror it.
+/// Invariants A new or removed element rebuilds both indexes from the document, so they mirror it. Indexes that could
+/// not
+///            be rebuilt are rebuilt by the next operation, which gives Unexpected or AllocationFailed until they can
+///            be: with half an index, settings would seem lost and be written twice.
 class CXMLDataObject {
 public:
     /// `ownerLink` is kept and never looked at.
@@ -40,11 +43,11 @@ public:
 
     /// The element of a setting; null with SectionNotFound, SettingNotFound or NotCreated in `code`.
     [[nodiscard]] AdvXMLParser::Element GetSetting(std::u16string_view section, std::u16string_view setting,
-                                                   result::Code& code) const noexcept;
+                                                   result::Code& code) noexcept;
 
     /// The codes of GetSetting; `value` is untouched on failure.
     [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
-                                               std::u16string& value) const noexcept;
+                                               std::u16string& value) noexcept;
 
     /// Replaces a setting's content by a text. A missing setting, and its section, are created when `create` is not 0,
     /// else the result is SettingNotFound whichever of the two is missing. Unexpected, with the document as it was,
@@ -52,11 +55,11 @@ public:
     [[nodiscard]] result::Code SetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string_view value, std::int32_t create) noexcept;
 
-    /// Appends a setting without a text to the first section of that name, which is created when missing. Whether the
-    /// setting exists already is the caller's to know. Null with NotCreated or SectionStillMissing in `code`, or with
-    /// Unexpected and the document as it was when XML cannot hold a name.
+    /// Appends a setting to the first section of that name, which is created when missing. Whether the setting exists
+    /// already is the caller's to know. Null with NotCreated or SectionStillMissing in `code`, or with Unexpected and
+    /// the document as it was when XML cannot hold a name; the value must be such that it can.
     [[nodiscard]] AdvXMLParser::Element AddSetting(std::u16string_view section, std::u16string_view setting,
-                                                   result::Code& code) noexcept;
+                                                   result::Code& code, std::u16string_view value = {}) noexcept;
 
     /// Deletes a setting's element; its section stays. The codes of GetSetting.
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view setting) noexcept;
@@ -65,7 +68,7 @@ public:
     [[nodiscard]] result::Code Reinitialize() noexcept;
 
     /// Writes every setting of the indexes, raw, in code-unit order. What the file refuses is left out.
-    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path) const noexcept;
+    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path) noexcept;
 
     [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
 
@@ -75,11 +78,14 @@ private:
     [[nodiscard]] result::Code BuildIndexes();
     [[nodiscard]] result::Code IndexSection(const AdvXMLParser::Element& section);
     [[nodiscard]] result::Code AppendSetting(std::u16string_view section, std::u16string_view setting,
-                                             AdvXMLParser::Element& added);
+                                             std::u16string_view value, AdvXMLParser::Element& added);
+    /// Rebuilds the indexes if that has failed before. The codes of Initialize.
+    [[nodiscard]] result::Code Refresh() noexcept;
 
     Index m_sections;
     AdvXMLParser::Element m_container;
     bool m_initialised ZUPM_GUARDED_BY(m_lock) = false;
+    bool m_isStale = false;  ///< rebuilding the indexes failed
     const void* m_ownerLink;
     CCriticalSection m_lock;
 };

@@ -141,7 +141,11 @@ void NodeContainer::SetText(std::u16string_view text)
 
 void SetAttribute(Element element, std::u16string_view name, std::u16string_view text)
 {
-    element.CreateAttribute(name, text).SetText(text);
+    if (Attribute existing = element.GetAttribute(name); !existing.IsNull()) {
+        existing.SetText(text);
+    } else {
+        element.CreateAttribute(name, text);
+    }
 }
 
 }  // namespace AdvXMLParser

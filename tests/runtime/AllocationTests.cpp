@@ -1,6 +1,6 @@
 // Every allocation of an operation fails once: the first, the second, and so on until the operation passes.
 #include "tests/runtime/ClassFixture.h"
-#include "tests/runtime/FailingAllocations.h"
+#include "tests/support/FailingAllocations.h"
 #include "tests/runtime/ToyInterface.h"
 #include "tests/runtime/ToyModule.h"
 
