@@ -16,9 +16,9 @@ namespace zupm::test {
 /// What one thread does in its n-th round.
 using Round = std::function<void(int round)>;
 
-/// Where threads wait until the last of them has come. std::barrier would do, but libstdc++ 12 builds it for Windows on a
-/// wait that can miss its wake-up (it looks at the value before it takes the lock): under Wine, eight threads hung within
-/// 3,000 starts.
+/// Where threads wait until the last of them has come. std::barrier would do, but libstdc++ 12 builds it for Windows on
+/// a wait that can miss its wake-up (it looks at the value before it takes the lock): under Wine, eight threads hung
+/// within 3,000 starts.
 class StartLine {
 public:
     explicit StartLine(std::size_t threads) : m_missing(threads) {}

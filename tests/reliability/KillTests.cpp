@@ -7,10 +7,10 @@
 #include <random>
 #include <thread>
 
-#include "Effort.h"
 #include "KillTally.h"
 #include "PolicyVersions.h"
 #include "VictimProcess.h"
+#include "tests/support/Effort.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/TempFolder.h"
 
