@@ -62,8 +62,7 @@ ScriptToken ScriptTokens::TakeMark(ScriptTokenKind kind)
 
 ScriptToken ScriptTokens::TakeWord()
 {
-    const auto end = std::ranges::find_if_not(m_rest, IsWordCharacter);
-    const auto length = static_cast<std::size_t>(end - m_rest.begin());
+    const auto length = static_cast<std::size_t>(std::ranges::find_if_not(m_rest, IsWordCharacter) - m_rest.begin());
     if (length == 0) {
         return Fail("a character that no word begins with");
     }

@@ -23,7 +23,7 @@ public:
 
 private:
     static constexpr std::size_t kStorageBytes = 40;
-    alignas(8) std::byte m_storage[kStorageBytes];
+    alignas(8) std::byte m_storage[kStorageBytes]{};
 };
 
 /// Holds a critical section for a scope.

@@ -20,9 +20,8 @@ namespace zupm {
 /// Lifetime   Counted; owns its records.
 /// Threads    No lock: the list is filled before the object is handed out and never changes after that, and the cursor
 ///            is one atomic index. Threads that share an enumerator share its position.
-/// Errors     Result codes. BadArgument for a null slot, before anything moves. GetFirst, GetNext and what they stand
-/// on
-///            turn any exception into Unexpected.
+/// Errors     Result codes. BadArgument for a null slot, before anything moves. GetFirst, GetNext and what they
+///            stand on turn any exception into Unexpected.
 /// Invariants The cursor is unset, or at most one past the last record.
 class CTaskInfo : public DualObject<CTaskInfo, ITaskInfo> {
 public:
@@ -31,6 +30,8 @@ public:
     static const InterfaceDescription& Description() noexcept { return TaskInfoInterface(); }
 
     CTaskInfo() = default;
+    CTaskInfo(const CTaskInfo&) = delete;
+    CTaskInfo& operator=(const CTaskInfo&) = delete;
 
     /// Loads the resource module.
     HRESULT FinalConstruct() noexcept;

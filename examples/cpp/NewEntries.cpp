@@ -3,7 +3,7 @@
 /// Usage: new_entries FILE
 #include <zuPolicyManager/zuPolicyManager.h>
 
-#include <cstdio>
+#include <iostream>
 #include <stdexcept>
 #include <string>
 
@@ -95,17 +95,17 @@ void Edit(const char* path)
 int main(int count, char** arguments)
 {
     if (count != 2) {
-        std::fputs("usage: new_entries FILE\n", stderr);
+        std::cerr << "usage: new_entries FILE\n";
         return 2;
     }
     int exitCode = 1;
     if (CoInitializeEx(nullptr, COINIT_MULTITHREADED) >= 0) {
         try {
             Edit(arguments[1]);
-            std::puts("added policy PRODUCTD4000 and task PRODUCTD4000 {task-1}");
+            std::cout << "added policy PRODUCTD4000 and task PRODUCTD4000 {task-1}\n";
             exitCode = 0;
         } catch (const std::exception& error) {
-            std::fprintf(stderr, "new_entries: %s\n", error.what());
+            std::cerr << "new_entries: " << error.what() << "\n";
         }
         CoUninitialize();
     }

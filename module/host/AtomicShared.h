@@ -21,6 +21,7 @@ class AtomicShared {
 public:
     constexpr AtomicShared() noexcept = default;
     explicit AtomicShared(std::shared_ptr<Type> value) noexcept : m_value(std::move(value)) {}
+    ~AtomicShared() = default;
     AtomicShared(const AtomicShared&) = delete;
     AtomicShared& operator=(const AtomicShared&) = delete;
 

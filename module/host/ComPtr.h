@@ -10,7 +10,7 @@ namespace zupm {
 
 /// Owns one reference; `Type` is an interface or one of our classes.
 template <class Type>
-class ComPtr {
+class ComPtr {  // NOLINT(cppcoreguidelines-special-member-functions): one assignment, by value, serves both
 public:
     ComPtr() noexcept = default;
     ComPtr(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor): stands for an empty owner

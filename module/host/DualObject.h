@@ -63,11 +63,12 @@ public:
         return S_OK;
     }
 
+    DualObject(const DualObject&) = delete;
+    DualObject& operator=(const DualObject&) = delete;
+
 protected:
     DualObject() noexcept = default;
     ~DualObject() = default;
-    DualObject(const DualObject&) = delete;
-    DualObject& operator=(const DualObject&) = delete;
 
     /// ComCall for a method of this class.
     template <class Body>

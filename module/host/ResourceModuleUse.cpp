@@ -18,7 +18,7 @@ union ResourceHandle {
     constexpr ResourceHandle() noexcept : handle() {}
     ResourceHandle(const ResourceHandle&) = delete;
     ResourceHandle& operator=(const ResourceHandle&) = delete;
-    ~ResourceHandle() {}
+    ~ResourceHandle() {}  // NOLINT(modernize-use-equals-default): a defaulted one would be deleted
 
     AtomicShared<const ResourceModule> handle;
 };

@@ -32,16 +32,21 @@ std::u16string Format(std::uint64_t magnitude, bool negative)
 std::int64_t ParseInt64(std::u16string_view text) noexcept
 {
     constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
-    auto at = std::find_if_not(text.begin(), text.end(), IsNumberBlank);
-    const bool negative = at != text.end() && *at == u'-';
-    if (at != text.end() && (*at == u'-' || *at == u'+')) {
-        ++at;
+    while (!text.empty() && IsNumberBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    const bool negative = text.starts_with(u'-');
+    if (negative || text.starts_with(u'+')) {
+        text.remove_prefix(1);
     }
     // The smallest value's magnitude is one more than the largest value's.
     const std::uint64_t limit = negative ? kLargest + 1 : kLargest;
     std::uint64_t magnitude = 0;
-    for (; at != text.end() && *at >= u'0' && *at <= u'9'; ++at) {
-        const auto digit = static_cast<std::uint64_t>(*at - u'0');
+    for (const char16_t unit : text) {
+        if (unit < u'0' || unit > u'9') {
+            break;
+        }
+        const auto digit = static_cast<std::uint64_t>(unit - u'0');
         if (magnitude > (limit - digit) / 10) {
             magnitude = limit;
             break;

@@ -58,26 +58,32 @@ HRESULT Read(REFIID iid, ITypeInfo** info)
     return found;
 }
 
+/// Hands out a new description and keeps a reference while there is room.
+HRESULT ReadAndCache(REFIID iid, ITypeInfo** info) noexcept
+{
+    try {
+        if (const HRESULT read = Read(iid, info); FAILED(read)) {
+            return read;
+        }
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+    if (g_count < kInterfaces) {
+        (*info)->AddRef();
+        g_entries[g_count++] = {iid, *info};
+    }
+    return S_OK;
+}
+
 }  // namespace
 
 HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info) noexcept
 {
     *info = nullptr;
     const CacheLock lock;
-    ITypeInfo* cached = FindCached(iid);
+    ITypeInfo* const cached = FindCached(iid);
     if (cached == nullptr) {
-        try {
-            if (const HRESULT read = Read(iid, &cached); FAILED(read)) {
-                return read;
-            }
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        }
-        if (g_count == kInterfaces) {
-            *info = cached;
-            return S_OK;
-        }
-        g_entries[g_count++] = {iid, cached};
+        return ReadAndCache(iid, info);
     }
     cached->AddRef();
     *info = cached;

@@ -32,7 +32,7 @@ std::string Escape(std::u16string_view text, std::string_view special)
     std::string out;
     out.reserve(plain.size());
     std::size_t at = 0;
-    for (std::size_t hit; (hit = plain.find_first_of(special, at)) != std::string::npos; at = hit + 1) {
+    for (std::size_t hit = 0; (hit = plain.find_first_of(special, at)) != std::string::npos; at = hit + 1) {
         out.append(plain, at, hit - at);
         const Entity* entity = std::begin(kEntities);
         while (entity != std::end(kEntities) && entity->character != plain[hit]) {
@@ -68,7 +68,7 @@ std::size_t AppendReference(std::string_view raw, std::string& out)
 /// Appends text whose only special character is CR: alone or before LF it means LF.
 void AppendWithLineEnds(std::string_view raw, std::string& out)
 {
-    for (std::size_t cr; (cr = raw.find('\r')) != std::string_view::npos;) {
+    for (std::size_t cr = 0; (cr = raw.find('\r')) != std::string_view::npos;) {
         out.append(raw.substr(0, cr));
         out += '\n';
         raw.remove_prefix(raw.substr(cr).starts_with("\r\n") ? cr + 2 : cr + 1);
@@ -106,7 +106,7 @@ std::string DecodeAttribute(std::string_view raw)
 {
     std::string out;
     out.reserve(raw.size());
-    for (std::size_t hit; (hit = raw.find_first_of("&\t\n\r")) != std::string_view::npos;) {
+    for (std::size_t hit = 0; (hit = raw.find_first_of("&\t\n\r")) != std::string_view::npos;) {
         out.append(raw.substr(0, hit));
         raw.remove_prefix(hit);
         if (raw.front() == '&') {
@@ -121,7 +121,7 @@ std::string DecodeAttribute(std::string_view raw)
 
 void AppendDecodedText(std::string_view raw, std::string& out)
 {
-    for (std::size_t hit; (hit = raw.find_first_of("&<\r")) != std::string_view::npos;) {
+    for (std::size_t hit = 0; (hit = raw.find_first_of("&<\r")) != std::string_view::npos;) {
         out.append(raw.substr(0, hit));
         raw.remove_prefix(hit);
         if (raw.front() == '&') {

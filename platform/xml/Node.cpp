@@ -88,8 +88,8 @@ Element NodeContainer::AddElementInto(std::u16string_view name)
     return Element(m_tree, element, m_tree->Generation(element));
 }
 
-Element NodeContainer::AddElementInto(std::u16string_view name, std::u16string_view attribute, std::u16string_view value,
-                                      std::u16string_view text)
+Element NodeContainer::AddElementInto(std::u16string_view name, std::u16string_view attribute,
+                                      std::u16string_view value, std::u16string_view text)
 {
     if (IsNull()) {
         return {};

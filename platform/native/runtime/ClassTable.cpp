@@ -9,8 +9,10 @@ namespace {
 
 /// Keeps the table's destructor from running.
 union TableStorage {
-    constexpr TableStorage() : table() {}
-    ~TableStorage() {}
+    constexpr TableStorage() noexcept : table() {}
+    TableStorage(const TableStorage&) = delete;
+    TableStorage& operator=(const TableStorage&) = delete;
+    ~TableStorage() {}  // NOLINT(modernize-use-equals-default): a defaulted one would be deleted
 
     ClassTable table;
 };
@@ -109,6 +111,7 @@ ClassSource ClassTable::FindLoaded(const std::string& path)
     return FindPath(path);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the parameter must outlive the lock
 ClassSource ClassTable::Add(std::shared_ptr<const LoadedModule> module)
 {
     // The parameter outlives the lock, so a module that is not needed is unloaded after it is left.

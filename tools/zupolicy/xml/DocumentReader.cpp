@@ -16,7 +16,7 @@ namespace {
 
 /// One running parse: what Expat calls back into.
 struct Parse {
-    XML_Parser parser;
+    XML_Parser parser = nullptr;
     ContentsBuilder builder;
 
     [[nodiscard]] Position Here() const
