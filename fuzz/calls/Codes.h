@@ -1,0 +1,14 @@
+/// What calls may answer.
+#pragma once
+
+#include "zuPolicyManager/zuPolicyManager.h"
+
+namespace zupm::fuzz {
+
+/// Demands a result code of the component, and error information that goes with it.
+void DemandMemberCode(HRESULT code);
+
+/// Demands a result of Invoke: that of the member, or one of the platform's for a call that does not fit.
+void DemandInvokeCode(HRESULT code, const EXCEPINFO* exception);
+
+}  // namespace zupm::fuzz

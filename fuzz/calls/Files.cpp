@@ -1,0 +1,90 @@
+#include "fuzz/calls/Files.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+
+#include "fuzz/support/Demand.h"
+#include "fuzz/support/Host.h"
+#include "fuzz/support/SampleTexts.h"
+
+namespace zupm::fuzz {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::u16string_view kInput = u"input.xml";
+constexpr std::u16string_view kSample = u"sample.xml";
+constexpr std::u16string_view kSaved = u"saved.xml";
+constexpr std::u16string_view kIni = u"task.ini";
+
+/// Where relative paths lead: numbers are texts to a call by name, and so paths.
+constexpr std::u16string_view kRelative = u"relative";
+
+const fs::path& EnterRelativeFolder()
+{
+    static const fs::path folder = [] {
+        fs::path made(Host::Get().Path(kRelative));
+        fs::create_directory(made);
+        fs::current_path(made);
+        return made;
+    }();
+    return folder;
+}
+
+}  // namespace
+
+void ResetFiles(std::string_view input)
+{
+    const Host& host = Host::Get();
+    for (const fs::directory_entry& entry : fs::directory_iterator(EnterRelativeFolder())) {
+        fs::remove(entry.path());
+    }
+    static_cast<void>(host.Write(kInput, input));
+    static_cast<void>(host.Write(kSample, kSampleFile));
+    fs::remove(fs::path(host.Path(kSaved)));
+    fs::remove(fs::path(host.Path(kIni)));
+}
+
+void DemandNoStrayFiles()
+{
+    constexpr std::u16string_view kKnown[] = {kInput, kSample, kSaved, kIni, kRelative};
+    for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(Host::Get().Path(u"")))) {
+        const std::u16string name = entry.path().filename().u16string();
+        Demand(std::find(std::begin(kKnown), std::end(kKnown), name) != std::end(kKnown), "no stray file is left",
+               entry.path().string());
+    }
+}
+
+bool TakesPath(const InterfaceDescription& description, DISPID id)
+{
+    return std::any_of(description.members.begin(), description.members.end(), [&](const Member& member) {
+        return member.id == id && !member.parameters.empty() &&
+               (member.parameters.front().name == u"strPolicyFile" ||
+                member.parameters.front().name == u"bstrFileName");
+    });
+}
+
+std::u16string MakePath(Input& input)
+{
+    constexpr std::size_t kLongName = 300;
+    const Host& host = Host::Get();
+    const std::u16string names[] = {
+        host.Path(kSample),
+        host.Path(kInput),
+        host.Path(kSaved),
+        host.Path(kIni),
+        host.Path(u"missing/none.xml"),
+        host.Path(u"sample.xml/none.xml"),
+        host.Path(std::u16string(kLongName, u'x')),
+        host.Path(u""),
+        host.Path(kSaved) + std::u16string(1, u'\0') + u"x",
+        host.Path(kSaved) + u"\xD800",
+        u"",
+        u"relative.xml",
+    };
+    return names[input.UpTo(std::size(names) - 1)];
+}
+
+}  // namespace zupm::fuzz

@@ -1,0 +1,24 @@
+/// The files that calls may name. Whatever a script does, it stays in one folder.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "fuzz/support/Input.h"
+#include "platform/Dispatch.h"
+
+namespace zupm::fuzz {
+
+/// Puts the folder into its first state: the sample, `input` as a policy file, nothing else.
+void ResetFiles(std::string_view input);
+
+/// Demands that nothing but what calls may have written is in the folder.
+void DemandNoStrayFiles();
+
+/// Whether a member takes a path; by its number, because a call by name may mean any row of that number.
+[[nodiscard]] bool TakesPath(const InterfaceDescription& description, DISPID id);
+
+/// A path for such a member.
+[[nodiscard]] std::u16string MakePath(Input& input);
+
+}  // namespace zupm::fuzz

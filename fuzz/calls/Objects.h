@@ -1,0 +1,54 @@
+/// The objects that one script of calls has alive.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include "fuzz/support/Input.h"
+#include "platform/Dispatch.h"
+#include "tests/policyfile/ForeignObjects.h"
+#include "tests/support/ComPtr.h"
+
+namespace zupm::fuzz {
+
+/// One object of the component, with the interface that it is called through.
+struct LiveObject {
+    test::ComPtr<IDispatch> object;
+    const InterfaceDescription* description = nullptr;
+};
+
+/// All objects of a script: the component's own, and foreign ones that are handed to it.
+///
+/// Lifetime  Destroying it releases everything and demands that the component then has nothing left.
+class Objects {
+public:
+    Objects() = default;
+    ~Objects();
+    Objects(const Objects&) = delete;
+    Objects& operator=(const Objects&) = delete;
+
+    /// Makes an object of one of the classes: alone, as a part of an outer object, or through its class factory.
+    void Create(Input& input);
+    /// Takes over a reference that a call handed out; null is allowed.
+    void Adopt(IUnknown* object);
+    /// Releases one object.
+    void Drop(Input& input);
+    /// Asks one object for another interface and uses that one from now on.
+    void Query(Input& input);
+
+    /// One of the objects; null when there is none.
+    [[nodiscard]] LiveObject* Pick(Input& input);
+    /// Something to hand to a call: an object, a foreign one or null. Stays the script's.
+    [[nodiscard]] IUnknown* PickArgument(Input& input);
+
+private:
+    void Add(test::ComPtr<IUnknown> object);
+    [[nodiscard]] IUnknown* MakeForeign(Input& input);
+
+    std::vector<LiveObject> m_objects;
+    std::deque<test::ForeignProduct> m_foreignProducts;
+    std::deque<test::ForeignTask> m_foreignTasks;
+};
+
+}  // namespace zupm::fuzz

@@ -1,0 +1,152 @@
+#include "fuzz/calls/SlotCall.h"
+
+#include <array>
+#include <utility>
+
+#include "fuzz/calls/Codes.h"
+#include "fuzz/calls/Files.h"
+#include "fuzz/support/Demand.h"
+#include "fuzz/support/SampleTexts.h"
+#include "tests/support/Bstr.h"
+
+namespace zupm::fuzz {
+
+namespace {
+
+/// The value or slot behind one argument.
+class Operand {
+public:
+    Operand() = default;
+    ~Operand()
+    {
+        SysFreeString(m_text);
+        if (m_overwritten != m_text) {
+            SysFreeString(m_overwritten);
+        }
+    }
+    Operand(const Operand&) = delete;
+    Operand& operator=(const Operand&) = delete;
+
+    [[nodiscard]] Argument Text(std::u16string_view text, bool isNull)
+    {
+        m_text = isNull ? nullptr : test::NewString(text);
+        Argument argument{};
+        argument.string = m_text;
+        return argument;
+    }
+    [[nodiscard]] Argument TextSlot(bool isFilled)
+    {
+        m_text = isFilled ? test::NewString(u"before") : nullptr;
+        m_before = m_text;
+        return Slot(&m_text);
+    }
+    [[nodiscard]] Argument NumberSlot() { return Slot(&m_number); }
+    [[nodiscard]] Argument ObjectSlot() { return Slot(&m_object); }
+
+    /// The member does not free what its slot holds.
+    void OverwritesText() { m_overwritten = m_before; }
+    [[nodiscard]] bool IsTextUntouched() const { return m_text == m_before; }
+    [[nodiscard]] IUnknown* TakeObject() { return std::exchange(m_object, nullptr); }
+
+private:
+    static Argument Slot(void* slot)
+    {
+        Argument argument{};
+        argument.slot = slot;
+        return argument;
+    }
+
+    BSTR m_text = nullptr;
+    BSTR m_before = nullptr;
+    BSTR m_overwritten = nullptr;
+    LONG m_number = 0;
+    IUnknown* m_object = nullptr;
+};
+
+Argument NullSlot()
+{
+    Argument argument{};
+    argument.slot = nullptr;
+    return argument;
+}
+
+class SlotCall {
+public:
+    SlotCall(Input& input, Objects& objects, const LiveObject& live)
+        : m_input(input),
+          m_objects(objects),
+          m_object(live.object),
+          m_description(*live.description),
+          m_member(m_description.members[input.UpTo(m_description.members.size() - 1)])
+    {
+    }
+
+    void Run()
+    {
+        for (std::size_t i = 0; i < m_member.parameters.size(); ++i) {
+            m_arguments[i] = Make(m_member.parameters[i].type, m_operands[i]);
+        }
+        const HRESULT code = m_member.call(m_object.Get(), m_arguments.data());
+        DemandMemberCode(code);
+        for (std::size_t i = 0; i < m_member.parameters.size(); ++i) {
+            Finish(code, m_member.parameters[i].type, m_operands[i]);
+        }
+    }
+
+private:
+    [[nodiscard]] Argument Make(ParameterType type, Operand& operand)
+    {
+        constexpr std::uint8_t kOneIn = 15;
+        const bool isNull = m_input.UpTo(kOneIn) == kOneIn;
+        Argument argument = NullSlot();
+        switch (type) {
+            case ParameterType::String:
+                return operand.Text(TakesPath(m_description, m_member.id) ? MakePath(m_input) : m_input.Text(kTexts),
+                                    isNull);
+            case ParameterType::Number:
+                argument.number = isNull ? m_input.Number() : m_input.UpTo<LONG>(1);
+                return argument;
+            case ParameterType::Object:
+                argument.object = m_objects.PickArgument(m_input);
+                return argument;
+            case ParameterType::StringSlot:
+                return isNull ? argument : operand.TextSlot(m_input.Flag());
+            case ParameterType::NumberSlot:
+                return isNull ? argument : operand.NumberSlot();
+            default:
+                return isNull ? argument : operand.ObjectSlot();
+        }
+    }
+
+    void Finish(HRESULT code, ParameterType type, Operand& operand)
+    {
+        if (type == ParameterType::StringSlot) {
+            Demand(code >= 0 || operand.IsTextUntouched(), "a failure leaves a text slot alone", std::to_string(code));
+            if (m_member.name == u"Version" && code >= 0) {
+                operand.OverwritesText();
+            }
+        }
+        m_objects.Adopt(operand.TakeObject());
+    }
+
+    static constexpr std::size_t kMostParameters = 4;
+
+    Input& m_input;
+    Objects& m_objects;
+    test::ComPtr<IDispatch> m_object;
+    const InterfaceDescription& m_description;
+    const Member& m_member;
+    std::array<Argument, kMostParameters> m_arguments{};
+    std::array<Operand, kMostParameters> m_operands;
+};
+
+}  // namespace
+
+void CallThroughSlot(Input& input, Objects& objects)
+{
+    if (LiveObject* const live = objects.Pick(input); live != nullptr) {
+        SlotCall(input, objects, *live).Run();
+    }
+}
+
+}  // namespace zupm::fuzz

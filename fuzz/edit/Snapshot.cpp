@@ -1,0 +1,53 @@
+#include "fuzz/edit/Snapshot.h"
+
+#include "fuzz/support/Demand.h"
+
+namespace zupm::fuzz {
+
+namespace {
+
+/// The known settings that an object has.
+template <class Client>
+Settings SettingsOf(const Client& client, const Known& known)
+{
+    Settings settings;
+    for (const auto& [section, name] : known.settings) {
+        const test::TextResult read = client.Get(section, name);
+        Demand(read.code == 0 || read.code == result::SectionNotFound || read.code == result::SettingNotFound,
+               "a setting is there or not", std::to_string(read.code));
+        Demand((read.code == 0) == read.text.has_value(), "a setting that is there has a value");
+        if (read.text) {
+            settings.emplace(NamePair(section, name), *read.text);
+        }
+    }
+    return settings;
+}
+
+}  // namespace
+
+Snapshot TakeSnapshot(const test::PolicyFileClient& file, const Known& known)
+{
+    Snapshot snapshot;
+    for (const std::u16string& softwareId : known.products) {
+        test::ProductClient product;
+        const HRESULT code = file.GetPolicy(softwareId, product);
+        Demand(code == 0 || code == result::PolicyNotFound, "a policy is there or not", std::to_string(code));
+        if (code == 0) {
+            snapshot.products.emplace(softwareId, SettingsOf(product, known));
+        }
+    }
+    for (const auto& [softwareId, taskId] : known.tasks) {
+        test::TaskClient task;
+        const HRESULT code = file.GetTask(softwareId, taskId, task);
+        Demand(code == 0 || code == result::TaskNotFound, "a task is there or not", std::to_string(code));
+        if (code == 0) {
+            snapshot.tasks.emplace(NamePair(softwareId, taskId), SettingsOf(task, known));
+        }
+    }
+    snapshot.allTasks = file.Tasks().All();
+    snapshot.text = file.Buffer();
+    snapshot.assignmentList = file.AssignmentList().text;
+    return snapshot;
+}
+
+}  // namespace zupm::fuzz

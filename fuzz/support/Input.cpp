@@ -1,0 +1,35 @@
+#include "fuzz/support/Input.h"
+
+#include "platform/common/Utf.h"
+
+namespace zupm::fuzz {
+
+namespace {
+
+constexpr std::size_t kLongestText = 256;
+
+std::u16string UnitsOf(std::string_view bytes)
+{
+    std::u16string text;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const auto low = static_cast<unsigned char>(bytes[i]);
+        const auto high = static_cast<unsigned char>(bytes[i + 1]);
+        text += static_cast<char16_t>(high << 8 | low);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::u16string Input::Text(std::span<const std::u16string_view> usual)
+{
+    enum : std::uint8_t { Units, Utf8, Usual };
+    const std::uint8_t form = UpTo<std::uint8_t>(7);
+    if (form >= Usual && !usual.empty()) {
+        return std::u16string(usual[UpTo(usual.size() - 1)]);
+    }
+    const std::string bytes = Bytes(kLongestText);
+    return form == Units ? UnitsOf(bytes) : ToUtf16Lossy(bytes);
+}
+
+}  // namespace zupm::fuzz

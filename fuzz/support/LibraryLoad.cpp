@@ -1,0 +1,46 @@
+#include "fuzz/support/LibraryLoad.h"
+
+#include <optional>
+#include <utility>
+
+#include "fuzz/support/Demand.h"
+#include "platform/xml/Encoding.h"
+#include "platform/xml/ExpatGate.h"
+
+namespace zupm::fuzz {
+
+using AdvXMLParser::Document;
+using AdvXMLParser::ParsingException;
+using AdvXMLParser::SpanTree;
+using AdvXMLParser::XmlText;
+
+LibraryLoad LoadFromMemory(std::string_view bytes)
+{
+    LibraryLoad load;
+    load.encoding = AdvXMLParser::DetectEncoding(bytes);
+    std::optional<XmlText> text = AdvXMLParser::Decode(std::string(bytes), load.encoding);
+    if (!text) {
+        load.code = result::NotValidInItsEncoding;
+        return load;
+    }
+    try {
+        std::unique_ptr<SpanTree> tree = AdvXMLParser::BuildTree(std::move(*text).TakeUtf8(), load.encoding);
+        load.tree = tree.get();
+        load.document = std::make_unique<Document>(std::move(tree));
+    } catch (const ParsingException& refusal) {
+        load.code = result::SyntaxError;
+        Demand(refusal.GetLine() > 0 && refusal.GetColumn() > 0, "a refusal has a place");
+        Demand(!refusal.GetReason().empty(), "a refusal has a reason");
+    }
+    return load;
+}
+
+std::string BytesOf(const LibraryLoad& load)
+{
+    const std::optional<std::string> bytes =
+        AdvXMLParser::Encode(load.document->GenerateXML(false).Utf8(), load.encoding, true);
+    Demand(bytes.has_value(), "what was read in an encoding can be written in it");
+    return *bytes;
+}
+
+}  // namespace zupm::fuzz
