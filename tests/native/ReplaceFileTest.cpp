@@ -96,6 +96,28 @@ TEST_F(Replace, DanglingLink_CreatesItsTarget)
     EXPECT_EQ(m_folder.Read("none"), "text");
 }
 
+TEST_F(Replace, LinkBelowALinkToItsFolder_LeadsWhereTheSystemSaysItDoes)
+{
+    ASSERT_EQ(::mkdir(m_folder.Path("one").c_str(), 0700), 0);
+    ASSERT_EQ(::mkdir(m_folder.Path("one/two").c_str(), 0700), 0);
+    m_folder.Write("one/file", "old");
+    m_folder.Write("file", "untouched");
+    ASSERT_EQ(::symlink("../file", m_folder.Path("one/two/link").c_str()), 0);
+    ASSERT_EQ(::symlink("one/two", m_folder.Path("short").c_str()), 0);
+    EXPECT_EQ(Write("short/link", "new"), result::Success);
+    EXPECT_EQ(m_folder.Read("one/file"), "new");
+    EXPECT_EQ(m_folder.Read("file"), "untouched");
+}
+
+TEST_F(Replace, LinkIntoAMissingFolderOrToAFolder_IsRefused)
+{
+    ASSERT_EQ(::symlink("none/file", m_folder.Path("dangling").c_str()), 0);
+    ASSERT_EQ(::symlink(".", m_folder.Path("folder").c_str()), 0);
+    EXPECT_EQ(Write("dangling", "text"), result::PathNotFound);
+    EXPECT_EQ(Write("folder", "text"), result::AccessDenied);
+    EXPECT_EQ(m_folder.Names(), (Names{"dangling", "folder"}));
+}
+
 TEST_F(Replace, LinksThatNeverEnd_AreRefused)
 {
     ASSERT_EQ(::symlink("two", m_folder.Path("one").c_str()), 0);

@@ -89,6 +89,15 @@ std::size_t OpenFileCount()
     return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
+int WaitForChild(pid_t child)
+{
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
+        throw std::runtime_error("the process of the test died");
+    }
+    return WEXITSTATUS(status);
+}
+
 int RunWithoutRights(const std::function<int()>& body)
 {
     constexpr uid_t kNobody = 65534;
@@ -100,11 +109,7 @@ int RunWithoutRights(const std::function<int()>& body)
         }
         ::_exit(body());
     }
-    int status = 0;
-    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
-        throw std::runtime_error("the process of the test died");
-    }
-    return WEXITSTATUS(status);
+    return WaitForChild(child);
 }
 
 }  // namespace zupm::test

@@ -36,6 +36,9 @@ private:
 /// How many files this process has open.
 [[nodiscard]] std::size_t OpenFileCount();
 
+/// What a process of the test exited with; throws when it died of something else.
+[[nodiscard]] int WaitForChild(pid_t child);
+
 /// Runs `body` in a process of its own without the rights of root, and gives what it returned (0 to 255).
 [[nodiscard]] int RunWithoutRights(const std::function<int()>& body);
 
