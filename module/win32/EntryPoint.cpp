@@ -80,8 +80,10 @@ void FreeNotedSlots() noexcept
 extern "C" {
 
 // The runtimes call through these import slots; defined here, they are not taken from the system's import library.
-extern const AllocateSlot __imp_TlsAlloc;  // NOLINT(bugprone-reserved-identifier): the linker's name
-extern const FreeSlot __imp_TlsFree;       // NOLINT(bugprone-reserved-identifier)
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the linker's names
+extern const AllocateSlot __imp_TlsAlloc;
+extern const FreeSlot __imp_TlsFree;
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 const AllocateSlot __imp_TlsAlloc = &AllocateNotedSlot;
 const FreeSlot __imp_TlsFree = &FreeNotedSlot;
 

@@ -5,7 +5,8 @@
 
 namespace __gnu_cxx {
 /// The C++ runtime's own clean-up: gives back what it keeps for throwing exceptions when memory has run out.
-void __freeres();  // NOLINT(bugprone-reserved-identifier): the runtime's name for it
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the runtime's name for it
+void __freeres();
 }  // namespace __gnu_cxx
 
 extern "C" {

@@ -52,6 +52,7 @@ result::Code RegisterModuleTypeLibrary(const std::u16string& modulePath) noexcep
     if (const HRESULT loaded = LoadTypeLibEx(path, REGKIND_NONE, library.Put()); FAILED(loaded)) {
         return loaded;
     }
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it takes a changeable text and leaves it alone
     return RegisterTypeLib(library.Get(), const_cast<LPOLESTR>(path), nullptr);
 }
 

@@ -73,7 +73,7 @@ result::Code WriteAll(int file, std::string_view bytes) noexcept
 
 bool IsSpecialFile(const std::string& path) noexcept
 {
-    struct stat status;
+    struct stat status {};
     return Calls().fstatat(AT_FDCWD, path.c_str(), &status, 0) == 0 && !S_ISREG(status.st_mode) &&
            !S_ISDIR(status.st_mode);
 }
@@ -84,7 +84,7 @@ result::Code WriteSpecialFile(const std::string& path, std::string_view bytes) n
     if (!file) {
         return LastError();
     }
-    struct stat status;
+    struct stat status {};
     if (Calls().fstat(file.Get(), &status) != 0) {
         return LastError();
     }

@@ -14,6 +14,8 @@ class FileHandle {
 public:
     FileHandle() = default;
     explicit FileHandle(int file) noexcept : m_file(file) {}
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
     FileHandle(FileHandle&& other) noexcept : m_file(std::exchange(other.m_file, kNone)) {}
     FileHandle& operator=(FileHandle&& other) noexcept
     {

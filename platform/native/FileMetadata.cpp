@@ -30,7 +30,7 @@ bool IsUnsupported(int error)
 
 result::Code CopyOwner(const struct stat& status, int to)
 {
-    struct stat own;
+    struct stat own {};
     if (Calls().fstat(to, &own) != 0) {
         return LastError();
     }

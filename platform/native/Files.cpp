@@ -54,7 +54,7 @@ result::Code Read(std::u16string_view path, std::string& bytes)
     if (!file) {
         return CodeOfMissing(*name, errno);
     }
-    struct stat status;
+    struct stat status {};
     if (Calls().fstat(file.Get(), &status) != 0) {
         return LastError();
     }

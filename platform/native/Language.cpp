@@ -33,7 +33,7 @@ constexpr Language kLanguages[] = {
 std::string_view MessageLocale()
 {
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const char* const value = std::getenv(variable);
+        const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): nothing here sets variables
         if (value != nullptr && *value != '\0') {
             return value;
         }

@@ -48,7 +48,7 @@ bool IsFullPath(std::u16string_view path) noexcept
 
 WINBOOL CALLBACK NoteStringTable(HMODULE, LPCWSTR, LPWSTR, LONG_PTR found)
 {
-    *reinterpret_cast<bool*>(found) = true;
+    *reinterpret_cast<bool*>(found) = true;  // NOLINT(performance-no-int-to-ptr): how the call passes pointers on
     return FALSE;
 }
 
