@@ -1,6 +1,7 @@
 #include "platform/native/SystemCalls.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/random.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -33,6 +34,7 @@ constinit const SystemCalls kSystemCalls = {
     .write = ::write,
     .poll = ::poll,
     .fsync = ::fsync,
+    .flock = ::flock,
     .fchown = ::fchown,
     .fchmod = ::fchmod,
     .flistxattr = ::flistxattr,

@@ -21,6 +21,7 @@ struct SystemCalls {
     ssize_t (*write)(int file, const void* bytes, std::size_t count);
     int (*poll)(pollfd* files, nfds_t count, int timeout);
     int (*fsync)(int file);
+    int (*flock)(int file, int operation);
     int (*fchown)(int file, uid_t user, gid_t group);
     int (*fchmod)(int file, mode_t mode);
     ssize_t (*flistxattr)(int file, char* names, std::size_t capacity);

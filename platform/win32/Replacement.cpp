@@ -284,6 +284,8 @@ result::Code ReplaceFull(const std::u16string& full, std::string_view bytes)
     if (!target.isRegular) {
         return WriteDirectly(target.path, bytes);
     }
+    // Before the new file is in place: memory that runs out afterwards must not make a failure of it.
+    const std::u16string folder = FolderOf(target.path);
     Temporary temporary;
     if (const result::Code code = temporary.Write(target, bytes); code < 0) {
         return code;
@@ -291,7 +293,7 @@ result::Code ReplaceFull(const std::u16string& full, std::string_view bytes)
     if (const result::Code code = MoveIntoPlace(target, temporary); code < 0) {
         return code;
     }
-    FlushFolder(FolderOf(target.path));
+    FlushFolder(folder);
     return result::Success;
 }
 

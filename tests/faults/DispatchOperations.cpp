@@ -41,26 +41,29 @@ HRESULT GetIdOfName(World& world)
     return world.product.Object()->GetIDsOfNames(IID_NULL, names, 1, 0x0409, &id);
 }
 
-/// Takes the value over into the world's slot.
-HRESULT Keep(World& world, HRESULT code, const VARIANT& value)
+/// Takes the value of a call that succeeded over into the world's slot; other values mean nothing.
+HRESULT Keep(World& world, HRESULT code, VARIANT& value)
 {
-    if (value.vt == VT_BSTR) {
-        SysFreeString(std::exchange(*world.text.Slot(), value.bstrVal));
+    if (code >= 0 && value.vt == VT_BSTR) {
+        std::swap(*world.text.Slot(), value.bstrVal);
     }
+    static_cast<void>(VariantClear(&value));
     return code;
 }
 
 HRESULT GetProperty(World& world)
 {
     VARIANT value{};
-    return Keep(world, Invoke(world, kSoftwareIdOfProduct, DISPATCH_PROPERTYGET, nullptr, 0, &value), value);
+    const HRESULT code = Invoke(world, kSoftwareIdOfProduct, DISPATCH_PROPERTYGET, nullptr, 0, &value);
+    return Keep(world, code, value);
 }
 
 HRESULT CallForResult(World& world)
 {
     VARIANT arguments[] = {Argument(world.setting), Argument(world.section)};
     VARIANT value{};
-    return Keep(world, Invoke(world, kGetSectionSetting, DISPATCH_METHOD, arguments, 2, &value), value);
+    const HRESULT code = Invoke(world, kGetSectionSetting, DISPATCH_METHOD, arguments, 2, &value);
+    return Keep(world, code, value);
 }
 
 /// A number where the member wants a text, which takes a new string.

@@ -31,6 +31,8 @@ struct Operation {
     bool isMember = true;
     /// Fewer failures than this mean that the operation did not get far.
     int fewestFailures = 1;
+    /// The distance from one failing allocation to the next: 1, or a prime for an operation of thousands.
+    int stride = 1;
 };
 
 void PrintTo(const Operation& operation, std::ostream* out);

@@ -75,6 +75,14 @@ ssize_t Write(int file, const void* bytes, std::size_t count)
     return Fails("write") ? -1 : kSystemCalls.write(file, bytes, Portion(count));
 }
 
+int Flush(int file)
+{
+    if (Fails("fsync")) {
+        return -1;
+    }
+    return g_state.fault.skipsFlushes ? 0 : kSystemCalls.fsync(file);
+}
+
 const SystemCalls kFaultyCalls = {
     .openat = Wrap<"openat", &SystemCalls::openat>(),
     .mkdirat = Wrap<"mkdirat", &SystemCalls::mkdirat>(),
@@ -85,7 +93,8 @@ const SystemCalls kFaultyCalls = {
     .read = Read,
     .write = Write,
     .poll = Wrap<"poll", &SystemCalls::poll>(),
-    .fsync = Wrap<"fsync", &SystemCalls::fsync>(),
+    .fsync = Flush,
+    .flock = Wrap<"flock", &SystemCalls::flock>(),
     .fchown = Wrap<"fchown", &SystemCalls::fchown>(),
     .fchmod = Wrap<"fchmod", &SystemCalls::fchmod>(),
     .flistxattr = Wrap<"flistxattr", &SystemCalls::flistxattr>(),

@@ -9,11 +9,12 @@ namespace zupm::test {
 
 /// What goes wrong.
 struct Fault {
-    int call = -1;          ///< the number of the call that fails, from 0; -1: none
-    int error = 0;          ///< its errno
-    bool forEver = false;   ///< all later calls fail too
-    bool oneByOne = false;  ///< reads and writes move one byte at a time
-    bool kills = false;     ///< the process is killed in place of the call
+    int call = -1;              ///< the number of the call that fails, from 0; -1: none
+    int error = 0;              ///< its errno
+    bool forEver = false;       ///< all later calls fail too
+    bool oneByOne = false;      ///< reads and writes move one byte at a time
+    bool skipsFlushes = false;  ///< a flush that does not fail does nothing, which saves a test of many calls its time
+    bool kills = false;         ///< the process is killed in place of the call
 };
 
 /// The faulty system, from its construction to its destruction. One at a time, for one thread.

@@ -24,7 +24,7 @@ public:
     explicit FileLock(const std::string& path) noexcept
         : m_file(native::OpenBelow(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW, 0600))
     {
-        if (!m_file || native::Retry([&] { return ::flock(m_file.Get(), LOCK_EX); }) != 0) {
+        if (!m_file || native::Retry([&] { return native::Calls().flock(m_file.Get(), LOCK_EX); }) != 0) {
             m_code = native::LastError();
         }
     }
@@ -172,7 +172,7 @@ result::Code RegistryStore::CreateFolders() const
         // A folder above may be one that this user cannot write to (EACCES, EROFS) and be there all the same.
         const int error = errno;
         struct stat existing {};
-        if (::stat(folder.c_str(), &existing) != 0) {
+        if (native::Calls().fstatat(AT_FDCWD, folder.c_str(), &existing, 0) != 0) {
             return native::CodeOfError(error);
         }
     }
