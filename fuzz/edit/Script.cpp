@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "fuzz/support/Demand.h"
+#include "fuzz/support/PeerDocument.h"
 #include "fuzz/support/SampleTexts.h"
 #include "platform/xml/Characters.h"
 
@@ -21,6 +22,15 @@ bool DemandEdited(HRESULT code, HRESULT notFound)
     Demand(code == 0 || code == notFound || code == result::ElementMissing || code == result::Unexpected,
            "an edit gives a documented code", std::to_string(code));
     return code == 0 || code == notFound;
+}
+
+/// An object's own text is a document as well.
+void DemandWellFormed(const TextResult& text)
+{
+    if (text.code == 0) {
+        const PeerReading peer = ReadWithPeer(test::Utf8(text.text.value()));
+        Demand(peer.document.has_value(), "libxml2 accepts an object's text", peer.refusal);
+    }
 }
 
 }  // namespace
@@ -50,6 +60,7 @@ bool Script::EditProduct()
     }
     m_known.products.insert(product.SoftwareID().text.value_or(std::u16string()));
     EditSettings(product);
+    DemandWellFormed(product.Data());
     return DemandEdited(m_file.Add(product), result::Success);
 }
 
@@ -63,6 +74,7 @@ bool Script::EditTask()
     m_known.tasks.insert(ids);
     EditSettings(task);
     PutFields(task);
+    DemandWellFormed(task.Data());
     return DemandEdited(m_file.Add(task), result::Success);
 }
 

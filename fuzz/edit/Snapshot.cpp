@@ -1,6 +1,7 @@
 #include "fuzz/edit/Snapshot.h"
 
 #include "fuzz/support/Demand.h"
+#include "platform/common/Decimal.h"
 
 namespace zupm::fuzz {
 
@@ -47,6 +48,8 @@ Snapshot TakeSnapshot(const test::PolicyFileClient& file, const Known& known)
     snapshot.allTasks = file.Tasks().All();
     snapshot.text = file.Buffer();
     snapshot.assignmentList = file.AssignmentList().text;
+    snapshot.policyVersion = ParseInt64(file.VersionPolicy().text.value());
+    snapshot.taskVersion = ParseInt64(file.VersionTask().text.value());
     return snapshot;
 }
 

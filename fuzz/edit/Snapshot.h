@@ -1,7 +1,7 @@
 /// What a policy file object says about everything known.
 #pragma once
 
-#include <compare>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -21,6 +21,9 @@ struct Snapshot {
     std::vector<std::u16string> allTasks;
     std::optional<std::u16string> text;
     std::optional<std::u16string> assignmentList;
+    /// Versions are written unsigned and read signed: what is larger than a signed number reads as the largest.
+    std::int64_t policyVersion = 0;
+    std::int64_t taskVersion = 0;
 
     friend bool operator==(const Snapshot&, const Snapshot&) = default;
 };

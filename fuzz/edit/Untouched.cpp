@@ -1,5 +1,7 @@
 #include "fuzz/edit/Untouched.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <memory>
 #include <utility>
 
@@ -15,58 +17,102 @@ using AdvXMLParser::SpanTree;
 
 namespace {
 
-/// An element with everything in it.
-std::string TextOf(const SpanTree& tree, std::uint32_t element)
+using Path = std::vector<Element>;
+
+bool IsPath(const Path& path, std::initializer_list<std::u16string_view> names)
 {
-    const std::string_view start = tree.StartTag(element);
-    const std::string_view end = tree.IsEmptyTag(element) ? start : tree.EndTag(element);
-    return {start.data(), end.data() + end.size()};
+    // The document element may have any name.
+    return path.size() == names.size() + 1 &&
+           std::equal(names.begin(), names.end(), path.begin() + 1,
+                      [](std::u16string_view name, const Element& element) { return element.NameIs(name); });
 }
 
-bool IsPath(const std::vector<Element>& path, std::initializer_list<std::u16string_view> names)
+bool IsProduct(const Path& path)
 {
-    if (path.size() != names.size() + 1) {
+    return IsPath(path, {u"PolicyRoot", u"PolicyGroup", u"Policy", u"Product"});
+}
+
+bool IsGroup(const Path& path)
+{
+    return IsPath(path, {u"TaskRoot", u"TaskGroup"});
+}
+
+bool IsSkeleton(const Path& path)
+{
+    return IsGroup(path) || IsPath(path, {u"PolicyRoot"}) || IsPath(path, {u"PolicyRoot", u"PolicyGroup"}) ||
+           IsPath(path, {u"PolicyRoot", u"PolicyGroup", u"Policy"}) || IsPath(path, {u"TaskRoot"});
+}
+
+bool IsKnown(const Path& path, const Known& known)
+{
+    const Element& element = path.back();
+    if (IsProduct(path)) {
+        return known.products.contains(element.GetAttribute(u"SoftwareID").GetText());
+    }
+    return IsGroup(path) && known.tasks.contains({element.GetAttribute(u"SoftwareID").GetText(),
+                                                  element.GetAttribute(u"TaskID").GetText()});
+}
+
+/// Goes through a document, taking out what an edit may have changed.
+class Search {
+public:
+    Search(const SpanTree& tree, const Known& known) : m_tree(tree), m_known(known), m_left(tree.ParsedText()) {}
+
+    Untouched Run(const Document& document)
+    {
+        std::size_t touchedDepth = 0;
+        for (ElementWalk walk(document, m_tree); !walk.IsDone(); walk.Next()) {
+            m_path.resize(walk.Depth());
+            m_path.push_back(walk.Current());
+            if (touchedDepth == 0 || walk.Depth() <= touchedDepth) {
+                touchedDepth = Look(walk.Record()) ? walk.Depth() : 0;
+            }
+        }
+        std::erase_if(m_left, [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
+        m_found.outside = std::move(m_left);
+        return std::move(m_found);
+    }
+
+private:
+    /// Whether the element, with everything in it, may have been edited.
+    bool Look(std::uint32_t element)
+    {
+        const std::string_view start = m_tree.StartTag(element);
+        const std::string_view end = m_tree.IsEmptyTag(element) ? start : m_tree.EndTag(element);
+        const std::string_view whole(start.data(), static_cast<std::size_t>(end.data() - start.data()) + end.size());
+        if (IsKnown(m_path, m_known)) {
+            TakeOut(whole);
+            return true;
+        }
+        if (IsProduct(m_path) || IsPath(m_path, {u"TaskRoot", u"TaskGroup", u"Task"})) {
+            m_found.entries.emplace_back(whole);
+        } else if (IsSkeleton(m_path)) {
+            TakeOut(start);
+            TakeOut(end);
+        }
         return false;
     }
-    auto at = path.begin();
-    for (const std::u16string_view name : names) {
-        if (!(++at)->NameIs(name)) {
-            return false;
-        }
-    }
-    return true;
-}
 
-bool IsUntouched(const std::vector<Element>& path, const Known& known)
-{
-    if (IsPath(path, {u"PolicyRoot", u"PolicyGroup", u"Policy", u"Product"})) {
-        return !known.products.contains(path.back().GetAttribute(u"SoftwareID").GetText());
+    void TakeOut(std::string_view part)
+    {
+        const auto from = static_cast<std::size_t>(part.data() - m_tree.ParsedText().data());
+        m_left.replace(from, part.size(), part.size(), ' ');
     }
-    if (IsPath(path, {u"TaskRoot", u"TaskGroup", u"Task"})) {
-        const Element& group = path[path.size() - 2];
-        return !known.tasks.contains(
-            {group.GetAttribute(u"SoftwareID").GetText(), group.GetAttribute(u"TaskID").GetText()});
-    }
-    return false;
-}
+
+    const SpanTree& m_tree;
+    const Known& m_known;
+    Path m_path;
+    std::string m_left;
+    Untouched m_found;
+};
 
 }  // namespace
 
-std::vector<std::string> UntouchedTexts(std::u16string_view text, const Known& known)
+Untouched FindUntouched(std::u16string_view text, const Known& known)
 {
     std::unique_ptr<SpanTree> owned = AdvXMLParser::BuildTree(ToUtf8(text).value(), std::nullopt);
     const SpanTree& tree = *owned;
-    const Document document(std::move(owned));
-    std::vector<std::string> texts;
-    std::vector<Element> path;
-    for (ElementWalk walk(document, tree); !walk.IsDone(); walk.Next()) {
-        path.resize(walk.Depth());
-        path.push_back(walk.Current());
-        if (IsUntouched(path, known)) {
-            texts.push_back(TextOf(tree, walk.Record()));
-        }
-    }
-    return texts;
+    return Search(tree, known).Run(Document(std::move(owned)));
 }
 
 }  // namespace zupm::fuzz

@@ -9,8 +9,16 @@
 
 namespace zupm::fuzz {
 
-/// The texts of all products and tasks that are not among `known`, byte for byte as they stand in a document, in
-/// document order.
-[[nodiscard]] std::vector<std::string> UntouchedTexts(std::u16string_view text, const Known& known);
+struct Untouched {
+    /// The products and tasks that are not among the known, byte for byte, in document order.
+    std::vector<std::string> entries;
+    /// Everything outside of the known ones, without white space: layout may follow an edit. Of the elements that get
+    /// stamps, and of those that a new entry opens, only what they hold is here.
+    std::string outside;
+
+    friend bool operator==(const Untouched&, const Untouched&) = default;
+};
+
+[[nodiscard]] Untouched FindUntouched(std::u16string_view text, const Known& known);
 
 }  // namespace zupm::fuzz

@@ -14,17 +14,12 @@ using AdvXMLParser::ParsingException;
 using AdvXMLParser::SpanTree;
 using AdvXMLParser::XmlText;
 
-LibraryLoad LoadFromMemory(std::string_view bytes)
+LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding)
 {
     LibraryLoad load;
-    load.encoding = AdvXMLParser::DetectEncoding(bytes);
-    std::optional<XmlText> text = AdvXMLParser::Decode(std::string(bytes), load.encoding);
-    if (!text) {
-        load.code = result::NotValidInItsEncoding;
-        return load;
-    }
+    load.encoding = encoding.value_or(AdvXMLParser::UTF_ENCODINGS::Utf8);
     try {
-        std::unique_ptr<SpanTree> tree = AdvXMLParser::BuildTree(std::move(*text).TakeUtf8(), load.encoding);
+        std::unique_ptr<SpanTree> tree = AdvXMLParser::BuildTree(std::move(text), encoding);
         load.tree = tree.get();
         load.document = std::make_unique<Document>(std::move(tree));
     } catch (const ParsingException& refusal) {
@@ -32,6 +27,19 @@ LibraryLoad LoadFromMemory(std::string_view bytes)
         Demand(refusal.GetLine() > 0 && refusal.GetColumn() > 0, "a refusal has a place");
         Demand(!refusal.GetReason().empty(), "a refusal has a reason");
     }
+    return load;
+}
+
+LibraryLoad LoadFromMemory(std::string_view bytes)
+{
+    const AdvXMLParser::UTF_ENCODINGS encoding = AdvXMLParser::DetectEncoding(bytes);
+    std::optional<XmlText> text = AdvXMLParser::Decode(std::string(bytes), encoding);
+    if (text) {
+        return LoadText(std::move(*text).TakeUtf8(), encoding);
+    }
+    LibraryLoad load;
+    load.encoding = encoding;
+    load.code = result::NotValidInItsEncoding;
     return load;
 }
 

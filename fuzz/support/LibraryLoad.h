@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,10 @@ struct LibraryLoad {
     AdvXMLParser::UTF_ENCODINGS encoding{};
     result::Code code = result::Success;
 };
+
+/// Text is UTF-8 and never was a file's; whatever its declaration says, it is.
+[[nodiscard]] LibraryLoad LoadText(std::string text,
+                                   std::optional<AdvXMLParser::UTF_ENCODINGS> encoding = std::nullopt);
 
 [[nodiscard]] LibraryLoad LoadFromMemory(std::string_view bytes);
 

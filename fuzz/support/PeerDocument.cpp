@@ -9,7 +9,7 @@ namespace zupm::fuzz {
 
 namespace {
 
-/// Collects elements while libxml2 parses.
+/// Collects elements while libxml2 parses. What is not well-formed may end or hold text where nothing is open.
 struct Reader {
     PeerDocument document;
     std::vector<std::size_t> open;
@@ -51,14 +51,17 @@ void OnStart(void* context, const xmlChar* name, const xmlChar** attributes)
 
 void OnEnd(void* context, const xmlChar*)
 {
-    ReaderOf(context).open.pop_back();
+    if (Reader& reader = ReaderOf(context); !reader.open.empty()) {
+        reader.open.pop_back();
+    }
 }
 
 void OnText(void* context, const xmlChar* text, int length)
 {
-    Reader& reader = ReaderOf(context);
-    reader.document.elements[reader.open.back()].text.append(reinterpret_cast<const char*>(text),
-                                                             static_cast<std::size_t>(length));
+    if (Reader& reader = ReaderOf(context); !reader.open.empty()) {
+        reader.document.elements[reader.open.back()].text.append(reinterpret_cast<const char*>(text),
+                                                                 static_cast<std::size_t>(length));
+    }
 }
 
 /// libxml2's own handlers keep the DOCTYPE; elements and text go to the reader.

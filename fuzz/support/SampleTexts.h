@@ -18,6 +18,10 @@ inline constexpr std::u16string_view kTexts[] = {
     u"Task",
     u"TaskID",
     u"a<b>&\"'\r\n\t",
+    u"]]>",
+    u" \u20AC\U0001F600 ",
+    u"\u00E9\u0085\uFFFD",
+    u"\xFFFE",
     u"<PolicyData><Policy><Product SoftwareID='P2'><Section name='S'><Setting name='N'>2</Setting></Section></Product>"
     u"</Policy></PolicyData>",
     u"<PolicyData><Policy/></PolicyData>",
