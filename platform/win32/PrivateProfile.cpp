@@ -4,6 +4,8 @@
 // the file replaced in one step; what is left of the system's call is its encodings.
 #include "platform/PrivateProfile.h"
 
+#include <mutex>
+
 #include "platform/Files.h"
 #include "platform/common/CzuLogger.h"
 #include "platform/common/IniText.h"
@@ -19,6 +21,9 @@ using win32::InEncoding;
 using win32::ProfileEncoding;
 
 constexpr std::uint32_t kSubsystem = 0x800;
+
+// Two threads that write into one file must not lose one another's setting between reading and replacing it.
+std::mutex g_lock;
 
 struct Setting {
     std::u16string_view section;
@@ -47,6 +52,7 @@ std::string WithSetting(const std::string& bytes, const Setting& setting)
 
 result::Code Write(const Setting& setting, std::u16string_view path)
 {
+    const std::lock_guard lock(g_lock);
     std::string bytes;
     const result::Code read = ReadWholeFile(path, bytes);
     if (read < 0 && read != result::FileNotFound) {

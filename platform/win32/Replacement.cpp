@@ -221,20 +221,27 @@ DWORD MoveOver(const Target& target, const Temporary& temporary) noexcept
 }
 
 /// For a target that somebody keeps open: works beside readers that share deletion, but may leave the name missing for
-/// a moment. Without a backup name, with which that moment would be longer.
-DWORD ReplaceHeldFile(const Target& target, Temporary& temporary) noexcept
+/// a moment. The old file gets a backup name of ours: without one a replacement that fails half-way would lose it, or
+/// leave it under a name that nobody knows.
+DWORD ReplaceHeldFile(const Target& target, const Temporary& temporary)
 {
-    if (ReplaceFileW(Wide(target.path), Wide(temporary.Path()), nullptr, 0, nullptr, nullptr) != 0) {
-        return ERROR_SUCCESS;
+    std::u16string name;
+    if (UnguessableName(name) < 0) {
+        return ERROR_SHARING_VIOLATION;
     }
-    const DWORD error = GetLastError();
-    if (error == ERROR_UNABLE_TO_MOVE_REPLACEMENT) {
-        temporary.Keep();  // half a replacement: the old file is gone, and this is the only copy of its successor
+    const std::u16string backup = FolderOf(target.path) + name;
+    const bool isReplaced =
+        ReplaceFileW(Wide(target.path), Wide(temporary.Path()), Wide(backup), 0, nullptr, nullptr) != 0;
+    const DWORD error = isReplaced ? ERROR_SUCCESS : GetLastError();
+    if (isReplaced || GetFileAttributesW(Wide(target.path)) != INVALID_FILE_ATTRIBUTES) {
+        DeleteFileW(Wide(backup));
+    } else {
+        MoveFileExW(Wide(backup), Wide(target.path), MOVEFILE_WRITE_THROUGH);
     }
     return error;
 }
 
-result::Code MoveIntoPlace(const Target& target, Temporary& temporary) noexcept
+result::Code MoveIntoPlace(const Target& target, Temporary& temporary)
 {
     Patience patience;
     DWORD error = MoveOver(target, temporary);

@@ -146,6 +146,30 @@ TEST(TaskMix, EveryOperationAtOnce_GivesAllowedResultsAndWrittenValues)
     EXPECT_NE(folder.Read(u"task.ini").find("TaskName"), std::string::npos);
 }
 
+TEST(TaskMix, TasksWrittenIntoOneIniFileByManyThreads_LoseNoSettingOfOneAnother)
+{
+    constexpr int kSettings = 5;
+    const TempFolder folder;
+    const Bstr ini(folder.Path(u"tasks.ini"));
+    std::vector<Round> work;
+    for (int thread = 0; thread < 4; ++thread) {
+        TaskClient task = NewTask();
+        for (int setting = 0; setting < kSettings; ++setting) {
+            ASSERT_EQ(task.Put(u"S" + Number(thread), u"N" + Number(setting), u"v"), 0);
+        }
+        work.emplace_back([&ini, task](int) { EXPECT_EQ(task.Object()->WriteTaskDataToIniFile(ini.Get()), 0); });
+    }
+    RunTogether(work, 3);
+    const std::string text = folder.Read(u"tasks.ini");
+    for (int thread = 0; thread < 4; ++thread) {
+        std::string section = "[S" + std::to_string(thread) + "]\r\n";
+        for (int setting = 0; setting < kSettings; ++setting) {
+            section += "N" + std::to_string(setting) + "=v\r\n";
+        }
+        EXPECT_NE(text.find(section), std::string::npos) << section << " is not in\n" << text;
+    }
+}
+
 TEST(TaskInfoMix, OneEnumeratorDrivenByManyThreads_GivesWholePairsOnly)
 {
     const TempFolder folder;
