@@ -1,4 +1,5 @@
 // Every operation of the four interfaces at once, by 16 threads on objects that they share, each checking what it gets.
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +21,7 @@ namespace {
 constexpr int kThreads = 16;
 /// Steps a thread before everybody stops and everything is looked at. An edited document keeps what it no longer uses,
 /// so the objects are new then.
-constexpr int kSteps = 250;
+constexpr int kSteps = 100;
 constexpr int kSeconds = 2;
 
 /// One policy and 50 tasks.
@@ -110,6 +111,17 @@ private:
     std::vector<int> m_counts;
 };
 
+/// How many checks fail in a call, without failing the test.
+template <class Call>
+int FailuresOf(Call call)
+{
+    testing::TestPartResultArray failures;
+    const testing::ScopedFakeTestPartResultReporter reporter(
+        testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
+    call();
+    return failures.size();
+}
+
 void RunOnce(unsigned seed, std::map<std::string, int>& counts)
 {
     SharedObjects shared;
@@ -154,6 +166,21 @@ TEST(Mix, EveryThreadFindsWhatItPutAndNothingThatIsNotAllowed)
     std::cout << total << " operations of " << counts.size() << " kinds by " << kThreads << " threads in " << rounds
               << " rounds; each kind at least "
               << std::ranges::min_element(counts, {}, [](const auto& row) { return row.second; })->second << " times\n";
+}
+
+TEST(Mix, WhatSomebodyElseChanged_IsNoticedByItsOwner)
+{
+    SharedObjects shared;
+    Worker owner(shared, 0, 1);
+    EXPECT_EQ(FailuresOf([&] { owner.Check(shared.file); }), 0);
+
+    ASSERT_EQ(shared.product.Put(u"a0", u"n0", u"an intruder's"), 0);
+    EXPECT_GT(FailuresOf([&] { owner.Check(shared.file); }), 0);
+    ASSERT_EQ(shared.product.RemoveSection(u"a0"), 0);
+    EXPECT_EQ(FailuresOf([&] { owner.Check(shared.file); }), 0);
+
+    ASSERT_EQ(shared.file.Add(shared.file.NewTask(u"thread0", u"thread0-1")), 0);
+    EXPECT_GT(FailuresOf([&] { owner.Check(shared.file); }), 0);
 }
 
 }  // namespace zupm::test

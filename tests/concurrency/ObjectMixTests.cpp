@@ -1,4 +1,4 @@
-// One product policy, one task, one enumerator: every operation, many threads.
+// One product policy, one task, one enumerator, many threads.
 #include <gtest/gtest.h>
 
 #include "Together.h"
@@ -26,46 +26,7 @@ TaskClient NewTask()
     return TaskClient(Create<IPolicyTask>());
 }
 
-/// Whether a text is one whole document with that root.
-bool IsWhole(const TextResult& data, std::u16string_view root)
-{
-    const std::u16string text = data.text.value_or(u"");
-    return data.code == 0 && text.starts_with(u"<" + std::u16string(root) + u">") &&
-           text.ends_with(u"</" + std::u16string(root) + u">");
-}
-
 }  // namespace
-
-TEST(ProductMix, EveryOperationAtOnce_GivesAllowedResultsAndWrittenValues)
-{
-    ProductClient product = NewProduct();
-    RunTogether(
-        {[&](int round) { EXPECT_EQ(product.Put(u"S", u"N", u"v" + Number(round)), 0); },
-         [&](int round) { EXPECT_EQ(product.Put(u"S", u"M" + Number(round % 5), u"v"), 0); },
-         [&](int round) { EXPECT_EQ(product.Put(u"T" + Number(round % 3), u"N", u"v"), 0); },
-         [&](int) {
-             EXPECT_TRUE(IsTextOr(product.Get(u"S", u"N"), u"v", {result::SectionNotFound, result::SettingNotFound}));
-         },
-         [&](int) { EXPECT_TRUE(IsWhole(product.Data(), u"PolicyData")); },
-         [&](int) {
-             EXPECT_TRUE(
-                 IsOneOf(product.RemoveSetting(u"S", u"N"), {0, result::SectionNotFound, result::SettingNotFound}));
-         },
-         [&](int round) {
-             EXPECT_TRUE(IsOneOf(product.RemoveSection(u"T" + Number(round % 3)), {0, result::SectionNotFound}));
-         },
-         [&](int round) { EXPECT_EQ(product.PutSection(round % 2 == 0 ? u"S" : u"U"), 0); },
-         [&](int) {
-             EXPECT_EQ(product.PutCurrent(u"C", u"v"), 0);
-             EXPECT_TRUE(IsTextOr(product.GetCurrent(u"C"), u"v", {result::SectionNotFound, result::SettingNotFound}));
-         },
-         [&](int round) {
-             EXPECT_EQ(product.PutSoftwareID(u"v" + Number(round)), 0);
-             EXPECT_TRUE(IsTextOr(product.SoftwareID(), u"v", {}));
-         }},
-        kRounds);
-    EXPECT_TRUE(IsWhole(product.Data(), u"PolicyData"));
-}
 
 TEST(ProductMix, SettingsPutByManyThreads_AreAllThereInTheEnd)
 {
@@ -103,47 +64,6 @@ TEST(ProductMix, LongValuesPutByManyThreads_AreNeverMixed)
         });
     }
     RunTogether(work, kRounds);
-}
-
-TEST(TaskMix, EveryOperationAtOnce_GivesAllowedResultsAndWrittenValues)
-{
-    const TempFolder folder;
-    const std::u16string ini = folder.Path(u"task.ini");
-    TaskClient task = NewTask();
-    RunTogether(
-        {[&](int round) { EXPECT_EQ(task.Put(u"S", u"N", u"v" + Number(round)), 0); },
-         [&](int round) { EXPECT_EQ(task.Put(u"T" + Number(round % 3), u"N", u"v"), 0); },
-         [&](int) {
-             EXPECT_TRUE(IsTextOr(task.Get(u"S", u"N"), u"v", {result::SectionNotFound, result::SettingNotFound}));
-         },
-         [&](int) { EXPECT_TRUE(IsWhole(task.Data(), u"TaskData")); },
-         [&](int round) {
-             EXPECT_TRUE(IsOneOf(task.RemoveSection(u"T" + Number(round % 3)), {0, result::SectionNotFound}));
-         },
-         [&](int round) {
-             EXPECT_EQ(task.Object()->put_Section(Bstr(round % 2 == 0 ? u"S" : u"U").Get()), 0);
-             EXPECT_EQ(task.Object()->PutSetting(Bstr(u"C").Get(), Bstr(u"v").Get()), 0);
-         },
-         [&](int round) {
-             task.Identify(u"v" + Number(round), u"v" + Number(round));
-             EXPECT_TRUE(IsTextOr(task.SoftwareID(), u"v", {}));
-             EXPECT_TRUE(IsTextOr(task.TaskID(), u"v", {}));
-         },
-         [&](int round) {
-             LONG priority = 0;
-             EXPECT_EQ(task.Object()->put_Priority(round), 0);
-             EXPECT_EQ(task.Object()->get_Priority(&priority), 0);
-             EXPECT_EQ(priority, round) << "nobody else puts it";
-         },
-         [&](int round) {
-             EXPECT_EQ(task.Version(), (TextResult{0, u""}));
-             if (round % 10 == 0) {
-                 EXPECT_EQ(task.Object()->WriteTaskDataToIniFile(Bstr(ini).Get()), 0);
-             }
-         }},
-        kRounds);
-    EXPECT_TRUE(IsWhole(task.Data(), u"TaskData"));
-    EXPECT_NE(folder.Read(u"task.ini").find("TaskName"), std::string::npos);
 }
 
 TEST(TaskMix, TasksWrittenIntoOneIniFileByManyThreads_LoseNoSettingOfOneAnother)

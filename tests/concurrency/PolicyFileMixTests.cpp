@@ -1,4 +1,4 @@
-// One policy file object, every operation, many threads.
+// One policy file object, and one file on disk, many threads.
 #include <gtest/gtest.h>
 
 #include "Together.h"
@@ -7,8 +7,6 @@
 namespace zupm::test {
 
 namespace {
-
-constexpr int kRounds = 150;
 
 constexpr char kFile[] =
     "<R><PolicyRoot version='12' AssignmentList='all'><PolicyGroup Path='x'><Policy PathID='0_4' PolicyVersion='5'>"
@@ -30,73 +28,6 @@ public:
         ASSERT_EQ(m_file.Load(m_path), 0);
     }
 
-    /// A document that stands whole: it begins and ends with its root, however far edits have come.
-    static void ExpectWhole(const std::optional<std::u16string>& text)
-    {
-        const std::u16string whole = text.value_or(u"");
-        EXPECT_TRUE(whole.starts_with(u"<R><PolicyRoot")) << Utf8(whole);
-        EXPECT_TRUE(whole.ends_with(u"</R>")) << Utf8(whole);
-    }
-
-    void Load(int round) { EXPECT_EQ(m_file.Load(round % 2 == 0 ? m_path : m_otherPath), 0); }
-
-    void ReadPolicy(int)
-    {
-        ProductClient product;
-        const HRESULT code = m_file.GetPolicy(u"A", product);
-        EXPECT_TRUE(IsOneOf(code, {0, result::PolicyNotFound})) << code;
-        if (code == 0) {
-            EXPECT_TRUE(IsTextOr(product.Get(u"S", u"N"), u"v", {result::SectionNotFound}));
-        }
-    }
-
-    void EditPolicy(int round)
-    {
-        ProductClient product = m_file.NewPolicy(round % 2 == 0 ? u"A" : u"B");
-        ASSERT_EQ(product.Put(u"S", u"N", u"v" + Utf16(std::to_string(round))), 0);
-        EXPECT_EQ(m_file.Add(product), 0);
-    }
-
-    void RemovePolicy(int) { EXPECT_TRUE(IsOneOf(m_file.RemovePolicy(u"A"), {0, result::PolicyNotFound})); }
-
-    void EditTask(int round)
-    {
-        EXPECT_EQ(m_file.Add(m_file.NewTask(u"A", round % 2 == 0 ? u"1" : u"2")), 0);
-        TaskClient task;
-        const HRESULT code = m_file.GetTask(u"A", u"2", task);
-        EXPECT_TRUE(IsOneOf(code, {0, result::TaskNotFound})) << code;
-    }
-
-    void RemoveTask(int) { EXPECT_TRUE(IsOneOf(m_file.RemoveTask(u"A", u"1"), {0, result::TaskNotFound})); }
-
-    void Enumerate(int)
-    {
-        for (const std::u16string& pair : m_file.Tasks().All()) {
-            EXPECT_TRUE(pair == u"A/1" || pair == u"A/2") << Utf8(pair);
-        }
-    }
-
-    void WriteAndLook(int)
-    {
-        EXPECT_EQ(m_file.Write(m_folder.Path(u"out.xml")), 0);
-        ExpectWhole(m_file.Buffer());
-    }
-
-    void ReadProperties(int)
-    {
-        for (const TextResult& version : {m_file.VersionPolicy(), m_file.VersionTask()}) {
-            EXPECT_EQ(version.code, 0);
-            EXPECT_NE(version.text.value_or(u""), u"");
-        }
-        const TextResult list = m_file.AssignmentList();
-        EXPECT_TRUE(list == (TextResult{0, u"all"}) || list == (TextResult{0, u"most"}));
-    }
-
-    [[nodiscard]] Round Of(void (PolicyFileMix::*operation)(int))
-    {
-        return [this, operation](int round) { (this->*operation)(round); };
-    }
-
     TempFolder m_folder;
     std::u16string m_path;
     std::u16string m_otherPath;
@@ -104,17 +35,6 @@ public:
 };
 
 }  // namespace
-
-TEST_F(PolicyFileMix, EveryOperationAtOnce_GivesAllowedResultsAndWholeDocuments)
-{
-    RunTogether({Of(&PolicyFileMix::Load), Of(&PolicyFileMix::ReadPolicy), Of(&PolicyFileMix::EditPolicy),
-                 Of(&PolicyFileMix::RemovePolicy), Of(&PolicyFileMix::EditTask), Of(&PolicyFileMix::RemoveTask),
-                 Of(&PolicyFileMix::Enumerate), Of(&PolicyFileMix::WriteAndLook), Of(&PolicyFileMix::ReadProperties)},
-                kRounds);
-    ExpectWhole(m_file.Buffer());
-    PolicyFileClient again;
-    EXPECT_EQ(again.Load(m_folder.Path(u"out.xml")), 0) << "what was written last is well-formed";
-}
 
 TEST_F(PolicyFileMix, PoliciesAddedByManyThreads_AreAllThereInTheEnd)
 {
