@@ -7,7 +7,7 @@ TEST_F(Planting, InTheCurrentFolderOnThePathOrBesideTheProgram_IsNotUsedInPlaceO
 {
     PlantEverywhereElse([](const std::filesystem::path& folder) { PlantLibrary(folder); });
     EXPECT_EQ(Visit(), S_OK);
-    EXPECT_NE(Logged().find("Unexpected exception in CXMLDataObject::"), std::string::npos) << Logged();
+    EXPECT_EQ(Logged().find("Unexpected exception in CXMLDataObject::") != std::string::npos, kLogsAreWritten);
     EXPECT_EQ(Logged().find("planted"), std::string::npos);
     EXPECT_FALSE(m_folder.Has(u"trace")) << "its code ran";
 }
@@ -27,7 +27,7 @@ TEST_F(Planting, InTheComponentsOwnFolder_GivesTextsAtMostAndNeverRuns)
 {
     PlantLibrary(m_component);
     EXPECT_EQ(Visit(), kLibrariesHaveTexts ? S_OK : result::GeneralFailure);
-    EXPECT_EQ(Logged().find("planted CXMLDataObject::") != std::string::npos, kLibrariesHaveTexts) << Logged();
+    EXPECT_EQ(Logged().find("planted CXMLDataObject::") != std::string::npos, kLibrariesHaveTexts && kLogsAreWritten);
     EXPECT_FALSE(m_folder.Has(u"trace")) << "its code ran";
 }
 
@@ -36,7 +36,7 @@ TEST_F(Planting, InAFolderOfTheUsersLanguage_NeverRunsEither)
     std::filesystem::create_directory(m_component / "0409");
     PlantLibrary(m_component / "0409");
     EXPECT_EQ(Visit(), S_OK);
-    EXPECT_NE(Logged().find("CXMLDataObject::"), std::string::npos);
+    EXPECT_EQ(Logged().find("CXMLDataObject::") != std::string::npos, kLogsAreWritten);
     EXPECT_FALSE(m_folder.Has(u"trace")) << "its code ran";
 }
 

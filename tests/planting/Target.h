@@ -16,6 +16,9 @@ extern const char* const kSearchPathVariable;
 /// file is none.
 extern const bool kLibrariesHaveTexts;
 
+/// Whether a program can be told to log into a file: not with raised rights, which every process under Wine has.
+extern const bool kLogsAreWritten;
+
 /// Changes this process's environment, which its children inherit.
 void SetVariable(const std::string& name, const std::filesystem::path& value);
 [[nodiscard]] std::filesystem::path Variable(const std::string& name);

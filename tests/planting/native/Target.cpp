@@ -9,6 +9,7 @@ namespace zupm::test {
 const char* const kComponentName = "libzuPolicyManager64.so";
 const char* const kSearchPathVariable = "LD_LIBRARY_PATH";
 const bool kLibrariesHaveTexts = false;
+const bool kLogsAreWritten = true;
 
 void SetVariable(const std::string& name, const std::filesystem::path& value)
 {

@@ -7,6 +7,7 @@ namespace zupm::test {
 const char* const kComponentName = "zuPolicyManager64.dll";
 const char* const kSearchPathVariable = "PATH";
 const bool kLibrariesHaveTexts = true;
+const bool kLogsAreWritten = false;
 
 void SetVariable(const std::string& name, const std::filesystem::path& value)
 {
