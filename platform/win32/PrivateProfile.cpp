@@ -5,6 +5,7 @@
 #include "platform/PrivateProfile.h"
 
 #include <mutex>
+#include <optional>
 
 #include "platform/Files.h"
 #include "platform/common/CzuLogger.h"
@@ -31,23 +32,29 @@ struct Setting {
     std::u16string_view value;
 };
 
-/// The file's bytes with the setting; in UTF-16 when its encoding cannot hold the setting.
-std::string WithSetting(const std::string& bytes, const Setting& setting)
+/// The file's bytes with the setting; in UTF-16 when its code page cannot hold the setting. Nothing when the file is in
+/// no encoding that could take it without losing what is there.
+std::optional<std::string> WithSetting(const std::string& bytes, const Setting& setting)
 {
-    const win32::ProfileText profile = win32::DecodeProfile(bytes);
-    const auto section = InEncoding(setting.section, profile.encoding);
-    const auto key = InEncoding(setting.key, profile.encoding);
-    const auto value = InEncoding(setting.value, profile.encoding);
+    const std::optional<win32::ProfileText> profile = win32::DecodeProfile(bytes);
+    if (!profile) {
+        return std::nullopt;
+    }
+    const auto section = InEncoding(setting.section, profile->encoding);
+    const auto key = InEncoding(setting.key, profile->encoding);
+    const auto value = InEncoding(setting.value, profile->encoding);
     if (section && key && value) {
-        const std::u16string text = SetIniValue(profile.text, *section, *key, *value).value_or(profile.text);
-        if (auto encoded = EncodeProfile(text, profile.encoding)) {
-            return std::move(*encoded);
+        const std::u16string text = SetIniValue(profile->text, *section, *key, *value).value_or(profile->text);
+        if (auto encoded = EncodeProfile(text, profile->encoding)) {
+            return encoded;
         }
     }
-    const std::u16string text = win32::DecodeLossy(bytes);
-    return EncodeProfile(SetIniValue(text, setting.section, setting.key, setting.value).value_or(text),
-                         ProfileEncoding::Utf16)
-        .value_or(bytes);
+    if (profile->encoding == ProfileEncoding::RawBytes) {
+        return std::nullopt;
+    }
+    const std::u16string text =
+        SetIniValue(profile->text, setting.section, setting.key, setting.value).value_or(profile->text);
+    return EncodeProfile(text, ProfileEncoding::Utf16);
 }
 
 result::Code Write(const Setting& setting, std::u16string_view path)
@@ -58,8 +65,11 @@ result::Code Write(const Setting& setting, std::u16string_view path)
     if (read < 0 && read != result::FileNotFound) {
         return read;
     }
-    const std::string changed = WithSetting(bytes, setting);
-    return read == result::Success && changed == bytes ? result::Success : ReplaceFileAtomically(path, changed);
+    const std::optional<std::string> changed = WithSetting(bytes, setting);
+    if (!changed) {
+        return result::NotSupported;
+    }
+    return read == result::Success && *changed == bytes ? result::Success : ReplaceFileAtomically(path, *changed);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ namespace zupm::win32 {
 namespace {
 
 constexpr std::string_view kSignature = "\xFF\xFE";
+constexpr std::string_view kBigEndianSignature = "\xFE\xFF";
 constexpr char16_t kLastByte = 0xFF;
 
 std::u16string FromCodePage(std::string_view bytes)
@@ -71,24 +72,23 @@ std::optional<std::string> OneByteAUnit(std::u16string_view text)
 
 }  // namespace
 
-ProfileText DecodeProfile(std::string_view bytes)
+std::optional<ProfileText> DecodeProfile(std::string_view bytes)
 {
-    if (bytes.starts_with(kSignature) && bytes.size() % sizeof(char16_t) == 0) {
+    const bool isUtf16 = bytes.starts_with(kSignature);
+    if (bytes.starts_with(kBigEndianSignature) || (isUtf16 && bytes.size() % sizeof(char16_t) != 0)) {
+        return std::nullopt;
+    }
+    if (isUtf16) {
         bytes.remove_prefix(kSignature.size());
         std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
         std::memcpy(text.data(), bytes.data(), bytes.size());
-        return {std::move(text), ProfileEncoding::Utf16};
+        return ProfileText{std::move(text), ProfileEncoding::Utf16};
     }
     std::u16string text = FromCodePage(bytes);
     if (ToCodePage(text) == bytes) {
-        return {std::move(text), ProfileEncoding::CodePage};
+        return ProfileText{std::move(text), ProfileEncoding::CodePage};
     }
-    return {OneUnitAByte(bytes), ProfileEncoding::RawBytes};
-}
-
-std::u16string DecodeLossy(std::string_view bytes)
-{
-    return FromCodePage(bytes);
+    return ProfileText{OneUnitAByte(bytes), ProfileEncoding::RawBytes};
 }
 
 std::optional<std::string> EncodeProfile(std::u16string_view text, ProfileEncoding encoding)

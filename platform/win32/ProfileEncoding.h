@@ -20,11 +20,9 @@ struct ProfileText {
     ProfileEncoding encoding;
 };
 
-/// May throw std::bad_alloc; never fails otherwise.
-[[nodiscard]] ProfileText DecodeProfile(std::string_view bytes);
-
-/// The same text, whatever it takes, as UTF-16 may hold it.
-[[nodiscard]] std::u16string DecodeLossy(std::string_view bytes);
+/// The text of a file. Nothing for encodings that readers of INI files do not know and in which an added line would be
+/// noise: UTF-16 with its high bytes first, and UTF-16 with half a unit at its end.
+[[nodiscard]] std::optional<ProfileText> DecodeProfile(std::string_view bytes);
 
 /// The bytes of a text; nothing when the encoding cannot hold it.
 [[nodiscard]] std::optional<std::string> EncodeProfile(std::u16string_view text, ProfileEncoding encoding);

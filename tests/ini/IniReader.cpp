@@ -1,0 +1,91 @@
+#include "tests/ini/IniReader.h"
+
+#include "platform/common/Utf.h"
+
+namespace zupm::test {
+
+namespace {
+
+std::u16string Trimmed(std::u16string_view text)
+{
+    const auto isBlank = [](char16_t unit) { return unit == u' ' || unit == u'\t'; };
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return std::u16string(text);
+}
+
+std::u16string Unquoted(std::u16string text)
+{
+    const bool isQuoted =
+        text.size() > 1 && (text.front() == u'"' || text.front() == u'\'') && text.front() == text.back();
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+}  // namespace
+
+std::u16string DecodeIni(std::string_view bytes)
+{
+    std::u16string text;
+    if (bytes.starts_with("\xFF\xFE")) {
+        for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
+            const auto low = static_cast<unsigned char>(bytes[at]);
+            const auto high = static_cast<unsigned char>(bytes[at + 1]);
+            text += static_cast<char16_t>(low | high << 8);
+        }
+        return text;
+    }
+    if (std::optional<std::u16string> utf8 = ToUtf16(bytes)) {
+        return *utf8;
+    }
+    for (const char byte : bytes) {
+        text += static_cast<char16_t>(static_cast<unsigned char>(byte));
+    }
+    return text;
+}
+
+IniReader::IniReader(std::u16string_view text)
+{
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of(u"\r\n"), text.size());
+        ReadLine(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+void IniReader::ReadLine(std::u16string_view line)
+{
+    const std::u16string text = Trimmed(line);
+    if (text.starts_with(u'[')) {
+        m_current = Trimmed(std::u16string_view(text).substr(1, text.find(u']') - 1));
+        m_sections.try_emplace(m_current);
+    } else if (const std::size_t equals = text.find(u'='); !text.starts_with(u';') && equals != text.npos) {
+        const std::u16string_view view = text;
+        m_sections[m_current].try_emplace(Trimmed(view.substr(0, equals)), Unquoted(Trimmed(view.substr(equals + 1))));
+    }
+}
+
+std::optional<std::u16string> IniReader::Value(const std::u16string& section, const std::u16string& key) const
+{
+    const auto keys = m_sections.find(section);
+    if (keys == m_sections.end() || !keys->second.contains(key)) {
+        return std::nullopt;
+    }
+    return keys->second.at(key);
+}
+
+std::vector<std::u16string> IniReader::Names() const
+{
+    std::vector<std::u16string> names;
+    for (const auto& [section, keys] : m_sections) {
+        for (const auto& [key, value] : keys) {
+            names.push_back(section + u"/" + key);
+        }
+    }
+    return names;
+}
+
+}  // namespace zupm::test

@@ -1,0 +1,33 @@
+/// A reader of INI files that knows nothing of how the component writes them.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zupm::test {
+
+/// The text of a file: UTF-16 with a signature, else UTF-8, else one character a byte (a Latin code page).
+[[nodiscard]] std::u16string DecodeIni(std::string_view bytes);
+
+/// What a file says, as the usual readers take it: lines end at CR, LF or both; a line that begins with `[` is a
+/// section up to its first `]`; one that begins with `;` says nothing; others are a key and a value, without blanks at
+/// their ends, the value without one pair of quotes. Of a section or key that comes twice the first counts.
+class IniReader {
+public:
+    explicit IniReader(std::u16string_view text);
+
+    [[nodiscard]] std::optional<std::u16string> Value(const std::u16string& section, const std::u16string& key) const;
+    /// All "section/key" in order.
+    [[nodiscard]] std::vector<std::u16string> Names() const;
+
+private:
+    void ReadLine(std::u16string_view line);
+
+    std::map<std::u16string, std::map<std::u16string, std::u16string>> m_sections;
+    std::u16string m_current;
+};
+
+}  // namespace zupm::test
