@@ -22,12 +22,11 @@ namespace zupm {
 /// "Setting" elements. A value is never cached: it is its element's text.
 ///
 /// Lifetime   The document belongs to the caller and must outlive the store.
-/// Threads    Initialize and Deinitialize take the store's lock; everything else relies on its caller's
-/// (CSectionParser). Errors     Result codes. Every operation catches all exceptions, logs them and gives Unexpected.
+/// Threads    Initialize and Deinitialize take the store's lock; everything else relies on its caller's (the cursor's).
+/// Errors     Result codes. Every operation catches all exceptions, logs them and gives Unexpected.
 /// Invariants A new or removed element rebuilds both indexes from the document, so they mirror it. Indexes that could
-/// not
-///            be rebuilt are rebuilt by the next operation, which gives Unexpected or AllocationFailed until they can
-///            be: with half an index, settings would seem lost and be written twice.
+///            not be rebuilt are rebuilt by the next operation, which gives Unexpected or AllocationFailed until they
+///            can be: with half an index, settings would seem lost and be written twice.
 class CXMLDataObject {
 public:
     /// `ownerLink` is kept and never looked at.

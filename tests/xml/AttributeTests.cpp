@@ -34,6 +34,28 @@ TEST(Attribute, ValueIsDecodedAndNormalised)
     }
 }
 
+TEST(Attribute, ComesWholeWhenItIsCreatedWithAValue)
+{
+    const std::unique_ptr<Document> document = Parsed("<a b='1'/>");
+    Element root = document->GetRoot();
+    EXPECT_EQ(root.CreateAttribute(u"c", u"<\"2\">").GetText(), u"<\"2\">");
+    EXPECT_EQ(root.CreateAttribute(u"b", u"3").GetText(), u"1") << "one that is there stays as it is";
+    EXPECT_THROW(root.CreateAttribute(u"d", u"\x01"), InvalidCharacterException);
+    EXPECT_EQ(document->GenerateXML(false).Utf8(), "<a b='1' c=\"&lt;&quot;2&quot;>\"/>");
+}
+
+TEST(Attribute, AndTextComeWholeWithANewElement)
+{
+    const std::unique_ptr<Document> document = Parsed("<a>\n  <b/>\n</a>");
+    Element root = document->GetRoot();
+    EXPECT_EQ(root.AddElementInto(u"c", u"n", u"\"1\"", u"<x>").GetText(), u"<x>");
+    EXPECT_EQ(root.AddElementInto(u"d", u"n", u"").GetText(), u"");
+    EXPECT_THROW((void)root.AddElementInto(u"e", u"n", u"\x01"), InvalidCharacterException);
+    EXPECT_THROW((void)root.AddElementInto(u"e", u"n", u"1", u"\x01"), InvalidCharacterException);
+    EXPECT_EQ(document->GenerateXML(false).Utf8(),
+              "<a>\n  <b/>\n  <c n=\"&quot;1&quot;\">&lt;x&gt;</c>\n  <d n=\"\"/>\n</a>");
+}
+
 TEST(Attribute, MissingOneIsNullAndReadsAsEmpty)
 {
     const std::unique_ptr<Document> document = Parsed("<a b='1'/>");
