@@ -24,7 +24,7 @@ using win32::ProfileEncoding;
 constexpr std::uint32_t kSubsystem = 0x800;
 
 // Two threads that write into one file must not lose one another's setting between reading and replacing it.
-std::mutex g_lock;
+std::mutex g_profileLock;
 
 struct Setting {
     std::u16string_view section;
@@ -59,7 +59,7 @@ std::optional<std::string> WithSetting(const std::string& bytes, const Setting& 
 
 result::Code Write(const Setting& setting, std::u16string_view path)
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_profileLock);
     std::string bytes;
     const result::Code read = ReadWholeFile(path, bytes);
     if (read < 0 && read != result::FileNotFound) {
