@@ -69,19 +69,26 @@ void PolicyVersions::Edit(PolicyFileClient& file, std::uint32_t version)
     Require(file.Add(product), "AddPolicy");
 }
 
-bool PolicyVersions::Load(PolicyFileClient& file, std::u16string_view path, std::uint32_t version)
+std::optional<std::uint32_t> PolicyVersions::VersionOf(const PolicyFileClient& file)
 {
     ProductClient product;
-    if (file.Load(path) != 0 || file.GetPolicy(kProduct, product) != 0) {
-        return false;
+    if (file.GetPolicy(kProduct, product) != 0) {
+        return std::nullopt;
     }
+    const std::u16string first = product.Get(kSection, Name(0)).text.value_or(u"");
+    const std::uint32_t version = first.empty() ? kDistinct : static_cast<std::uint32_t>(first.front() - u'a');
     const TextResult wanted{0, Value(version)};
     for (int setting = 0; setting < kSettings; ++setting) {
         if (product.Get(kSection, Name(setting)) != wanted) {
-            return false;
+            return std::nullopt;
         }
     }
-    return true;
+    return version;
+}
+
+bool PolicyVersions::Load(PolicyFileClient& file, std::u16string_view path, std::uint32_t version)
+{
+    return file.Load(path) == 0 && VersionOf(file) == version % kDistinct;
 }
 
 }  // namespace zupm::test

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,7 +27,10 @@ public:
     /// The whole file as WriteFile writes it.
     [[nodiscard]] const std::string& Bytes(std::uint32_t version) const { return m_bytes[version % kDistinct]; }
 
-    /// Loads the file at `path`; false unless it loads and has the settings of `version`.
+    /// Which version (0 to kDistinct - 1) the loaded file is; nothing when it is none, or parts of several.
+    [[nodiscard]] static std::optional<std::uint32_t> VersionOf(const PolicyFileClient& file);
+
+    /// Loads the file at `path`; false unless it loads and is that version.
     [[nodiscard]] static bool Load(PolicyFileClient& file, std::u16string_view path, std::uint32_t version);
 
 private:

@@ -15,6 +15,7 @@
 #include "platform/native/FileHandle.h"
 #include "platform/native/runtime/RegistryStore.h"
 #include "tests/native/TestFolder.h"
+#include "tests/support/PolicyFileClient.h"
 
 namespace zupm::test {
 namespace {
@@ -91,6 +92,24 @@ TEST_F(PowerLoss, WhileAFileIsReplacedThroughALink_LeavesTheOldOrTheNewAndAfterw
     const auto losses = LossesOfReplacing("link", {"folder", "file"});
     EXPECT_TRUE(IsConsistent(losses, {kOld, kNew}));
     EXPECT_EQ(losses.back(), FoundStates{kNew});
+}
+
+TEST_F(PowerLoss, DuringWriteFile_LeavesTheOldOrTheNewPolicyFileAndAfterwardsTheNew)
+{
+    const std::string old = "<R><PolicyRoot version='1'><PolicyGroup><Policy/></PolicyGroup></PolicyRoot></R>";
+    m_folder.Write("policy.xml", old);
+    const mode_t mode = m_folder.Mode("policy.xml");
+    PolicyFileClient file;
+    ASSERT_EQ(file.Load(m_folder.Wide("policy.xml")), 0);
+    ProductClient product = file.NewPolicy(u"A");
+    ASSERT_EQ(product.Put(u"S", u"N", std::u16string(200'000, u'x')), 0);
+    ASSERT_EQ(file.Add(product), 0);
+
+    const auto losses = Losses({"policy.xml"}, [&] { EXPECT_EQ(file.Write(m_folder.Wide("policy.xml")), 0); });
+    const FileState written{m_folder.Read("policy.xml"), mode};
+    EXPECT_GT(written.bytes.size(), 200'000U);
+    EXPECT_TRUE(IsConsistent(losses, {FileState{old, mode}, written}));
+    EXPECT_EQ(losses.back(), FoundStates{written});
 }
 
 TEST_F(PowerLoss, WhileAnIniFileIsWritten_LeavesTheFileAfterOneOfTheSettings)
