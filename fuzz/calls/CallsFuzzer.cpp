@@ -62,7 +62,7 @@ void Run(Input input)
     ResetFiles(input.Bytes(kLongestFile));
     {
         Objects objects;
-        objects.Create(input);
+        objects.CreateLoaded(MakePath(input));
         objects.Create(input);
         for (int step = 0; step < kMostSteps && !input.IsAtEnd(); ++step) {
             Step(input, objects);

@@ -19,28 +19,11 @@ constexpr std::u16string_view kSample = u"sample.xml";
 constexpr std::u16string_view kSaved = u"saved.xml";
 constexpr std::u16string_view kIni = u"task.ini";
 
-/// Where relative paths lead: numbers are texts to a call by name, and so paths.
-constexpr std::u16string_view kRelative = u"relative";
-
-const fs::path& EnterRelativeFolder()
-{
-    static const fs::path folder = [] {
-        fs::path made(Host::Get().Path(kRelative));
-        fs::create_directory(made);
-        fs::current_path(made);
-        return made;
-    }();
-    return folder;
-}
-
 }  // namespace
 
 void ResetFiles(std::string_view input)
 {
     const Host& host = Host::Get();
-    for (const fs::directory_entry& entry : fs::directory_iterator(EnterRelativeFolder())) {
-        fs::remove(entry.path());
-    }
     static_cast<void>(host.Write(kInput, input));
     static_cast<void>(host.Write(kSample, kSampleFile));
     fs::remove(fs::path(host.Path(kSaved)));
@@ -49,7 +32,7 @@ void ResetFiles(std::string_view input)
 
 void DemandNoStrayFiles()
 {
-    constexpr std::u16string_view kKnown[] = {kInput, kSample, kSaved, kIni, kRelative};
+    constexpr std::u16string_view kKnown[] = {kInput, kSample, kSaved, kIni};
     for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(Host::Get().Path(u"")))) {
         const std::u16string name = entry.path().filename().u16string();
         Demand(std::find(std::begin(kKnown), std::end(kKnown), name) != std::end(kKnown), "no stray file is left",
@@ -82,7 +65,6 @@ std::u16string MakePath(Input& input)
         host.Path(kSaved) + std::u16string(1, u'\0') + u"x",
         host.Path(kSaved) + u"\xD800",
         u"",
-        u"relative.xml",
     };
     return names[input.UpTo(std::size(names) - 1)];
 }

@@ -85,6 +85,13 @@ void Objects::Create(Input& input)
     }
 }
 
+void Objects::CreateLoaded(std::u16string_view path)
+{
+    const auto file = test::Create<IPolicyFile>();
+    static_cast<void>(file->InitializeFile(test::Bstr(path).Get(), 0));
+    Add(file.Query<IUnknown>());
+}
+
 void Objects::Adopt(IUnknown* object)
 {
     Add(ComPtr<IUnknown>::Attach(object));

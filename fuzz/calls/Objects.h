@@ -30,6 +30,8 @@ public:
 
     /// Makes an object of one of the classes: alone, as a part of an outer object, or through its class factory.
     void Create(Input& input);
+    /// Makes a policy file object and has it load a file, whatever comes of that.
+    void CreateLoaded(std::u16string_view path);
     /// Takes over a reference that a call handed out; null is allowed.
     void Adopt(IUnknown* object);
     /// Releases one object.

@@ -7,6 +7,8 @@
 #include "fuzz/calls/Files.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/SampleTexts.h"
+#include "module/host/DispatchThunk.h"
+#include "platform/common/Utf.h"
 #include "tests/support/Bstr.h"
 
 namespace zupm::fuzz {
@@ -45,6 +47,7 @@ public:
 
     /// The member does not free what its slot holds.
     void OverwritesText() { m_overwritten = m_before; }
+    [[nodiscard]] bool HasText() const { return m_text != nullptr; }
     [[nodiscard]] bool IsTextUntouched() const { return m_text == m_before; }
     [[nodiscard]] IUnknown* TakeObject() { return std::exchange(m_object, nullptr); }
 
@@ -89,7 +92,7 @@ public:
         const HRESULT code = m_member.call(m_object.Get(), m_arguments.data());
         DemandMemberCode(code);
         for (std::size_t i = 0; i < m_member.parameters.size(); ++i) {
-            Finish(code, m_member.parameters[i].type, m_operands[i]);
+            Finish(code, i);
         }
     }
 
@@ -118,16 +121,37 @@ private:
         }
     }
 
-    void Finish(HRESULT code, ParameterType type, Operand& operand)
+    void Finish(HRESULT code, std::size_t place)
     {
-        if (type == ParameterType::StringSlot) {
-            Demand(code >= 0 || operand.IsTextUntouched(), "a failure leaves a text slot alone", std::to_string(code));
-            if (m_member.name == u"Version" && code >= 0) {
-                operand.OverwritesText();
-            }
+        const ParameterType type = m_member.parameters[place].type;
+        Operand& operand = m_operands[place];
+        if (IsSlot(type) && m_arguments[place].slot == nullptr) {
+            Demand(code < 0 || MayIgnoreItsSlot(), "a null slot is refused", ToUtf8Lossy(m_member.name));
+        } else if (type == ParameterType::StringSlot) {
+            FinishText(code, operand);
+        } else if (IsSlot(type) && type != ParameterType::NumberSlot) {
+            IUnknown* const object = operand.TakeObject();
+            Demand((code >= 0) == (object != nullptr) || MayIgnoreItsSlot(), "a success hands an object out");
+            m_objects.Adopt(object);
         }
-        m_objects.Adopt(operand.TakeObject());
     }
+
+    void FinishText(HRESULT code, Operand& operand)
+    {
+        if (code < 0) {
+            Demand(operand.IsTextUntouched(), "a failure leaves a text slot alone", std::to_string(code));
+            return;
+        }
+        Demand(operand.HasText() || MayLeaveNoText(), "a success hands a text out", ToUtf8Lossy(m_member.name));
+        if (m_member.name == u"Version") {
+            operand.OverwritesText();
+        }
+    }
+
+    /// This member always succeeds; callers look at the slot, if they gave one.
+    [[nodiscard]] bool MayIgnoreItsSlot() const { return m_member.name == u"CreateTask"; }
+    /// And this one gives null when nothing is loaded.
+    [[nodiscard]] bool MayLeaveNoText() const { return m_member.name == u"WriteFileBuffer"; }
 
     static constexpr std::size_t kMostParameters = 4;
 

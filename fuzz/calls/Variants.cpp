@@ -54,6 +54,10 @@ VARIANT Variants::Fitting(ParameterType type)
 
 VARIANT Variants::Any()
 {
+    // Numbers are texts to a call by name, and so would be paths.
+    if (m_pathsOnly) {
+        return m_input.Flag() ? ByReference(VT_BSTR) : Text();
+    }
     const VARTYPE type = kTypes[m_input.UpTo(std::size(kTypes) - 1)];
     if (m_input.Flag()) {
         return ByReference(type);

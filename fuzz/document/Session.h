@@ -1,0 +1,53 @@
+/// Edits made on a document and on its model alike.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "fuzz/document/Model.h"
+#include "fuzz/support/Input.h"
+#include "platform/xml/Document.h"
+
+namespace zupm::fuzz {
+
+/// One document with its model, and handles to all elements that it ever had.
+class Session {
+public:
+    /// The model holds what the document holds.
+    Session(Input& input, const AdvXMLParser::Document& document, std::unique_ptr<ModelNode> model);
+
+    /// One edit somewhere; one that XML cannot hold must be refused and change nothing.
+    void Step();
+
+    /// Demands that every handle sees what the model says, and that handles to what is gone see nothing.
+    void DemandHandles() const;
+
+    [[nodiscard]] const ModelNode& Model() const { return *m_model; }
+
+private:
+    /// A handle and its element in the model; null when that is gone.
+    struct Place {
+        AdvXMLParser::Element element;
+        ModelNode* node;
+    };
+
+    void Register(const AdvXMLParser::Element& element, ModelNode& node);
+    void Forget(const ModelNode& node, bool withItself);
+    [[nodiscard]] std::u16string MakeText();
+
+    void AddElement(Place place);
+    void AddWholeElement(Place place);
+    void AddCopy(Place place);
+    void SetText(Place place);
+    void AddText(Place place);
+    void SetAttribute(Place place);
+    void AddAttributeText(Place place);
+    void Delete(Place place);
+    void DeleteChildren(Place place);
+
+    Input& m_input;
+    std::unique_ptr<ModelNode> m_model;
+    std::vector<Place> m_places;
+};
+
+}  // namespace zupm::fuzz
