@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 
 /// A Windows victim has to be started each time, a native one is a fork.
 constexpr int kKills = sizeof(wchar_t) == 2 ? 20 : 200;
-constexpr int kKillsPerReport = 1000;
+constexpr int kKillsPerReport = 250;
 constexpr const char16_t* kName = u"policy.xml";
 
 /// Whether a name is one that the component gives to temporary files: whoever cleans up after a killed writer needs it.

@@ -51,7 +51,7 @@ void VictimProcess::Start(PolicyFileClient&, const std::u16string& path, WayOfWr
     start.cb = sizeof(start);
     PROCESS_INFORMATION process{};
     if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process) == 0) {
-        throw std::runtime_error("the victim cannot be started");
+        throw std::runtime_error("the victim cannot be started, error " + std::to_string(GetLastError()));
     }
     CloseHandle(process.hThread);
     m_system->process = process.hProcess;
