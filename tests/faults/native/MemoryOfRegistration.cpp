@@ -2,25 +2,14 @@
 #include <cstdlib>
 
 #include "module/ModuleServer.h"
-#include "platform/native/SystemCalls.h"
 #include "tests/faults/Operation.h"
 
 namespace zupm::test {
 
 namespace {
 
-/// Nothing waits for the disk.
-native::SystemCalls CallsWithoutFlush()
-{
-    native::SystemCalls calls = native::kSystemCalls;
-    calls.fsync = [](int) { return 0; };
-    return calls;
-}
-
 void UseOwnRegistry(World& world)
 {
-    static const native::SystemCalls kCalls = CallsWithoutFlush();
-    native::ReplaceSystemCalls(&kCalls);
     ::setenv("ZUREGISTRY", (world.folder.Folder() / "registry").c_str(), 1);
 }
 
