@@ -1,5 +1,5 @@
 // Scripts of calls over all four classes: through slots, by name, in any order, with null, foreign and unfitting
-// arguments, several objects alive at once, alone and as parts of others.
+// arguments, several objects alive at once, alone and as parts of others. Foreign objects call back before they answer.
 //
 // Promises: no crash and no leak; every call gives a documented code with the error information that goes with it; when
 // everything was released, the component has nothing left and no stray file lies about.
@@ -61,8 +61,8 @@ void Run(Input input)
     static_cast<void>(StartedHost());
     ResetFiles(input.Bytes(kLongestFile));
     {
-        Objects objects;
-        objects.CreateLoaded(MakePath(input));
+        Objects objects(Step);
+        objects.CreateLoaded(input.UpTo(3) == 3 ? MakePath(input) : SamplePath());
         objects.Create(input);
         for (int step = 0; step < kMostSteps && !input.IsAtEnd(); ++step) {
             Step(input, objects);

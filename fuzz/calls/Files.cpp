@@ -49,12 +49,17 @@ bool TakesPath(const InterfaceDescription& description, DISPID id)
     });
 }
 
+std::u16string SamplePath()
+{
+    return Host::Get().Path(kSample);
+}
+
 std::u16string MakePath(Input& input)
 {
     constexpr std::size_t kLongName = 300;
     const Host& host = Host::Get();
     const std::u16string names[] = {
-        host.Path(kSample),
+        SamplePath(),
         host.Path(kInput),
         host.Path(kSaved),
         host.Path(kIni),

@@ -18,6 +18,9 @@ void DemandNoStrayFiles();
 /// Whether a member takes a path; by its number, because a call by name may mean any row of that number.
 [[nodiscard]] bool TakesPath(const InterfaceDescription& description, DISPID id);
 
+/// The sample's path.
+[[nodiscard]] std::u16string SamplePath();
+
 /// A path for such a member.
 [[nodiscard]] std::u16string MakePath(Input& input);
 

@@ -19,6 +19,7 @@ namespace {
 
 constexpr std::size_t kMostObjects = 12;
 constexpr std::size_t kMostForeignObjects = 4;
+constexpr int kMostCallBacks = 8;
 
 const InterfaceDescription& DescriptionOf(std::size_t classIndex)
 {
@@ -163,10 +164,19 @@ IUnknown* Objects::MakeForeign(Input& input)
     }
     test::Answer softwareId = MakeAnswer(input);
     test::Answer data = MakeAnswer(input);
+    const auto callBack = [this, &input] { CallBack(input); };
     if (input.Flag()) {
-        return &m_foreignProducts.emplace_back(std::move(softwareId), std::move(data));
+        return &m_foreignProducts.emplace_back(std::move(softwareId), std::move(data), callBack);
     }
-    return &m_foreignTasks.emplace_back(std::move(softwareId), MakeAnswer(input), std::move(data));
+    return &m_foreignTasks.emplace_back(std::move(softwareId), MakeAnswer(input), std::move(data), callBack);
+}
+
+void Objects::CallBack(Input& input)
+{
+    if (m_callBacks < kMostCallBacks && input.Flag()) {
+        ++m_callBacks;
+        m_step(input, *this);
+    }
 }
 
 }  // namespace zupm::fuzz

@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
+#include "fuzz/calls/ReentrantObjects.h"
 #include "fuzz/support/Input.h"
 #include "platform/Dispatch.h"
-#include "tests/policyfile/ForeignObjects.h"
 #include "tests/support/ComPtr.h"
 
 namespace zupm::fuzz {
@@ -18,12 +18,18 @@ struct LiveObject {
     const InterfaceDescription* description = nullptr;
 };
 
+class Objects;
+
+/// One step of a script.
+using ScriptStep = void (*)(Input& input, Objects& objects);
+
 /// All objects of a script: the component's own, and foreign ones that are handed to it.
 ///
 /// Lifetime  Destroying it releases everything and demands that the component then has nothing left.
 class Objects {
 public:
-    Objects() = default;
+    /// Foreign objects take `step` before they answer.
+    explicit Objects(ScriptStep step) : m_step(step) {}
     ~Objects();
     Objects(const Objects&) = delete;
     Objects& operator=(const Objects&) = delete;
@@ -47,10 +53,13 @@ public:
 private:
     void Add(test::ComPtr<IUnknown> object);
     [[nodiscard]] IUnknown* MakeForeign(Input& input);
+    void CallBack(Input& input);
 
     std::vector<LiveObject> m_objects;
-    std::deque<test::ForeignProduct> m_foreignProducts;
-    std::deque<test::ForeignTask> m_foreignTasks;
+    ScriptStep m_step;
+    int m_callBacks = 0;
+    std::deque<ReentrantProduct> m_foreignProducts;
+    std::deque<ReentrantTask> m_foreignTasks;
 };
 
 }  // namespace zupm::fuzz

@@ -1,5 +1,7 @@
 #include "fuzz/support/Input.h"
 
+#include <algorithm>
+
 #include "platform/common/Utf.h"
 
 namespace zupm::fuzz {
@@ -7,6 +9,7 @@ namespace zupm::fuzz {
 namespace {
 
 constexpr std::size_t kLongestText = 256;
+constexpr std::size_t kCommonest = 6;
 
 std::u16string UnitsOf(std::string_view bytes)
 {
@@ -23,10 +26,11 @@ std::u16string UnitsOf(std::string_view bytes)
 
 std::u16string Input::Text(std::span<const std::u16string_view> usual)
 {
-    enum : std::uint8_t { Units, Utf8, Usual };
-    const std::uint8_t form = UpTo<std::uint8_t>(7);
-    if (form >= Usual && !usual.empty()) {
-        return std::u16string(usual[UpTo(usual.size() - 1)]);
+    enum : std::uint8_t { Units, Utf8, Common, Usual = 5, Last = 7 };
+    const std::uint8_t form = UpTo<std::uint8_t>(Last);
+    if (form >= Common && !usual.empty()) {
+        const std::size_t choices = form >= Usual ? usual.size() : std::min(usual.size(), kCommonest);
+        return std::u16string(usual[UpTo(choices - 1)]);
     }
     const std::string bytes = Bytes(kLongestText);
     return form == Units ? UnitsOf(bytes) : ToUtf16Lossy(bytes);

@@ -37,7 +37,8 @@ public:
     /// All bytes that are left.
     [[nodiscard]] std::string Rest() { return m_bytes.ConsumeRemainingBytesAsString(); }
 
-    /// A text: mostly one of `usual`, else UTF-16 that may be anything, unpaired surrogates and nulls included.
+    /// A text: mostly one of `usual`, above all of the first of them, else UTF-16 that may be anything, unpaired
+    /// surrogates and nulls included.
     [[nodiscard]] std::u16string Text(std::span<const std::u16string_view> usual = {});
 
 private:

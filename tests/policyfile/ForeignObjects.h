@@ -55,7 +55,7 @@ private:
 };
 
 /// Answers its ID and its data; nothing else.
-class ForeignProduct final : public ForeignObject<IPolicyProduct> {
+class ForeignProduct : public ForeignObject<IPolicyProduct> {
 public:
     ForeignProduct(Answer softwareId, Answer data)
         : ForeignObject(IID_IPolicyProduct), m_softwareId(std::move(softwareId)), m_data(std::move(data))
@@ -79,7 +79,7 @@ private:
 };
 
 /// Answers its IDs and its data; nothing else.
-class ForeignTask final : public ForeignObject<IPolicyTask> {
+class ForeignTask : public ForeignObject<IPolicyTask> {
 public:
     ForeignTask(Answer softwareId, Answer taskId, Answer data)
         : ForeignObject(IID_IPolicyTask),
