@@ -98,7 +98,7 @@ void Session::DemandHandles() const
 std::u16string Session::MakeText()
 {
     std::u16string text = m_input.Text(kTexts);
-    if (m_input.UpTo(15) == 15) {
+    if (m_input.UpTo(31) == 31) {
         while (!text.empty() && text.size() < kLongTextUnits) {
             text += std::u16string(text);
         }
