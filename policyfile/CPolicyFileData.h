@@ -94,6 +94,8 @@ private:
     [[nodiscard]] AdvXMLParser::Element Root() const noexcept;
     void AddPolicy(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product);
     void AddTasks(const AdvXMLParser::Element& group);
+    /// False, with the index as it was, when the keys are there already.
+    [[nodiscard]] bool InsertTask(const std::u16string& softwareId, const std::u16string& taskId, const CTaskRef& task);
 
     std::shared_ptr<AdvXMLParser::Document> m_document;
     Documents m_retired;  ///< documents of failed loads, which entries of the indexes still point into

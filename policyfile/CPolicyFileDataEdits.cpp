@@ -59,12 +59,12 @@ result::Code CPolicyFileData::GetHighestTaskVersion(std::uint64_t& version) cons
 
 void CPolicyFileData::StampVersions()
 {
+    std::uint64_t taskVersion = 0;
+    static_cast<void>(GetHighestTaskVersion(taskVersion));
     for (const Element child : ElementChildren(Root())) {
         if (child.NameIs(u"TaskRoot")) {
-            std::uint64_t version = 0;
-            static_cast<void>(GetHighestTaskVersion(version));
-            m_properties.taskVersion = version;
-            SetAttribute(child, u"version", FormatUnsigned(version));
+            m_properties.taskVersion = taskVersion;
+            SetAttribute(child, u"version", FormatUnsigned(taskVersion));
         } else if (child.NameIs(u"PolicyRoot")) {
             SetAttribute(child, u"version", FormatUnsigned(m_properties.policyVersion));
             ForEachChild(child, u"PolicyGroup", [](const Element& group) {

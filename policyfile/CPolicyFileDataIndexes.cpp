@@ -54,21 +54,32 @@ void CPolicyFileData::AddTasks(const Element& group)
     }
     const std::u16string softwareId = softwareAttribute.GetText();
     const std::u16string taskId = taskAttribute.GetText();
+    // The keys are the group's own. They can be long and its tasks many, so they are looked for once: behind the first
+    // task every other one is a duplicate.
+    bool isFirst = true;
     ForEachChild(group, u"Task", [&](const Element& task) {
-        auto entry = m_tasks.lower_bound(softwareId);
-        if (entry == m_tasks.end() || entry->first != softwareId) {
-            entry = m_tasks.emplace_hint(entry, softwareId, std::make_unique<TaskMap>());
-        }
-        TaskMap& tasks = *entry->second;
-        const auto place = tasks.lower_bound(taskId);
-        if (place != tasks.end() && place->first == taskId) {
+        if (!isFirst || !InsertTask(softwareId, taskId, CTaskRef(group, task))) {
             LogDuplicate(
                 u"CPolicyFile::InitializeTaskMap() -- TaskID %s exists already in the task map for Software %s", taskId,
                 softwareId);
-            return;
         }
-        tasks.emplace_hint(place, taskId, std::make_unique<CTaskRef>(group, task));
+        isFirst = false;
     });
+}
+
+bool CPolicyFileData::InsertTask(const std::u16string& softwareId, const std::u16string& taskId, const CTaskRef& task)
+{
+    auto entry = m_tasks.lower_bound(softwareId);
+    if (entry == m_tasks.end() || entry->first != softwareId) {
+        entry = m_tasks.emplace_hint(entry, softwareId, std::make_unique<TaskMap>());
+    }
+    TaskMap& tasks = *entry->second;
+    const auto place = tasks.lower_bound(taskId);
+    if (place != tasks.end() && place->first == taskId) {
+        return false;
+    }
+    tasks.emplace_hint(place, taskId, std::make_unique<CTaskRef>(task));
+    return true;
 }
 
 result::Code CPolicyFileData::DeinitializePolicyMap() noexcept

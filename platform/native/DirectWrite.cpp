@@ -48,10 +48,18 @@ private:
     bool m_wasPending = false;
 };
 
+/// As long as a reader may take before it reads on.
+constexpr int kPatienceMilliseconds = 1000;
+
+/// False, with errno, when the other end does not read.
 bool WaitUntilWritable(int file) noexcept
 {
     pollfd wanted{file, POLLOUT, 0};
-    return Retry([&] { return Calls().poll(&wanted, 1, -1); }) > 0;
+    const int count = Retry([&] { return Calls().poll(&wanted, 1, kPatienceMilliseconds); });
+    if (count == 0) {
+        errno = EBUSY;
+    }
+    return count > 0;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 namespace zupm::native {
 
 /// Writes everything, however little the system takes at once; waits where the other end of a pipe is slow.
+/// SharingViolation when it does not read at all for a second.
 [[nodiscard]] result::Code WriteAll(int file, std::string_view bytes) noexcept;
 
 /// Whether something exists at `path` that is neither a file nor a folder, so that it cannot be replaced by one.

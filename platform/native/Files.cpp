@@ -16,8 +16,9 @@ namespace {
 
 using namespace native;
 
-/// For files whose size the system does not tell, such as its own.
+/// For files whose size the system does not tell, such as its own: some of those have no end.
 constexpr std::size_t kFirstRead = 4096;
+constexpr std::size_t kLargestUntold = std::size_t{16} << 20;
 
 /// Reads to the end, however the file grows or shrinks meanwhile. One byte more than it held is asked for, so that the
 /// end shows without growing the buffer.
@@ -27,7 +28,7 @@ result::Code ReadToEnd(int file, std::size_t size, std::string& bytes)
     std::size_t filled = 0;
     for (;;) {
         if (filled == bytes.size()) {
-            if (filled > kLargestFile) {
+            if (filled > kLargestFile || (size == 0 && filled >= kLargestUntold)) {
                 return result::FileTooLarge;
             }
             bytes.resize(std::min(filled * 2, kLargestFile + 1));

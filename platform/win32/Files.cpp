@@ -22,6 +22,8 @@ using win32::Wide;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t kPiece = std::size_t{16} << 20;
+/// For files that grow, or whose size the system does not tell.
+constexpr std::size_t kSmallestPiece = 4096;
 
 /// Opens an existing file, waiting a short while for a writer that keeps readers out.
 result::Code OpenForReading(const std::u16string& full, Handle& file) noexcept
@@ -62,7 +64,7 @@ result::Code ReadToEnd(HANDLE file, std::string& bytes)
             if (filled > kLargestFile) {
                 return result::FileTooLarge;
             }
-            bytes.resize(filled + 1);
+            bytes.resize(std::min(std::max(filled * 2, kSmallestPiece), kLargestFile + 1));
         }
         const auto wanted = static_cast<DWORD>(std::min(bytes.size() - filled, kPiece));
         DWORD got = 0;

@@ -1,53 +1,47 @@
 #include "platform/xml/ExpatGate.h"
 
-#include <expat.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <new>
 #include <string_view>
-#include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "platform/xml/Encoding.h"
 #include "platform/xml/Exceptions.h"
+#include "platform/xml/ExpatWindow.h"
 #include "platform/xml/Position.h"
+#include "platform/xml/TagChecks.h"
 
 namespace AdvXMLParser {
 
 namespace {
 
-/// Fed first, so that Expat takes the text for the UTF-8 that it is, whatever its first characters look like.
-constexpr std::string_view kSignature = "\xEF\xBB\xBF";
-
 /// Expat copies what it is fed behind an unfinished token; small pieces keep that copy in the processor's cache.
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 
-constexpr std::string_view kPredefined[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+/// Text after which the next parser takes over: it bounds what a parser can have to remember.
+constexpr std::uint32_t kWindowBytes = 64u << 10;
 
-/// Whether every reference in a start tag is a character reference or one of the predefined five.
-bool HasKnownReferencesOnly(std::string_view tag) noexcept
-{
-    for (std::size_t at = tag.find('&'); at != std::string_view::npos; at = tag.find('&', at + 1)) {
-        const std::string_view rest = tag.substr(at);
-        const bool isKnown =
-            rest.starts_with("&#") || std::any_of(std::begin(kPredefined), std::end(kPredefined),
-                                                  [&](auto entity) { return rest.starts_with(entity); });
-        if (!isKnown) {
-            return false;
-        }
-    }
-    return true;
-}
+/// The open elements that a parser is told of when it takes over: so many, and so many bytes of their tags. Behind
+/// their end tags it has to be replaced again, so fewer would cost time in a deep document.
+constexpr std::size_t kMostOpenTags = 4096;
+constexpr std::size_t kMostOpenTagBytes = std::size_t{64} << 10;
 
-struct ParserDeleter {
-    void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
-};
-using ParserOwner = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
+/// Expat compares every declared attribute of an element with those declared before it.
+constexpr int kMostDeclaredAttributes = 10'000;
 
-/// One run of Expat over one text.
+/// From this depth on it is looked whether the rest of the text can close all the elements at all.
+constexpr std::uint32_t kManyLevels = 100'000;
+constexpr std::size_t kShortestEndTag = std::string_view("</a>").size();
+
+/// One run of Expat over one text, a window after the other.
+///
+/// A window ends behind the first tag after kWindowBytes, behind the start tag of the document element when there was
+/// a DOCTYPE (whose attribute defaults would cost work for every element), and behind the end of the outermost element
+/// that its parser knows of.
 ///
 /// Errors    An exception must not pass through Expat: handlers keep it and stop the parser.
 class Gate {
@@ -68,31 +62,38 @@ private:
                                   int hasInternalSubset);
     static void XMLCALL OnDoctypeEnd(void* user);
     static void XMLCALL OnDoctypeToken(void* user, const XML_Char* text, int length);
+    static void XMLCALL OnAttributeDeclaration(void* user, const XML_Char* element, const XML_Char* attribute,
+                                               const XML_Char* type, const XML_Char* value, int isRequired);
     static void XMLCALL OnSkippedEntity(void* user, const XML_Char* name, int isParameter);
 
     void SetHandlers() noexcept;
-    void Feed(std::string_view piece, bool isLast);
+    /// Parses the next piece; false when the window ended in it.
+    [[nodiscard]] bool Feed(std::string_view piece, bool isLast);
+    /// Inside one huge token Expat starts over with every piece: doubling them keeps its cost linear.
+    [[nodiscard]] std::size_t LongerPiece(std::size_t pieceBytes, std::uint32_t token) const;
     void Refuse(std::string_view reason) noexcept;
     [[noreturn]] void ThrowFailure() const;
+    [[noreturn]] void ThrowAt(std::uint32_t offset, std::string_view reason) const;
 
-    [[nodiscard]] std::uint32_t Offset() const noexcept
-    {
-        const auto index = static_cast<std::int64_t>(XML_GetCurrentByteIndex(m_parser.get()));
-        const auto signature = static_cast<std::int64_t>(kSignature.size());
-        return index < signature ? 0 : static_cast<std::uint32_t>(index - signature);
-    }
-    [[nodiscard]] std::uint32_t Length() const noexcept
-    {
-        return static_cast<std::uint32_t>(XML_GetCurrentByteCount(m_parser.get()));
-    }
+    [[nodiscard]] bool IsWindowFull() const noexcept { return m_read - m_window->Start() >= kWindowBytes; }
+
+    /// Lets the next parser go on at `at`.
+    void EndWindow(std::uint32_t at) noexcept;
+    void OpenWindow(std::uint32_t at);
+    /// Start tags of the innermost open elements; notes the outermost of them.
+    [[nodiscard]] std::string OpenTags();
 
     std::unique_ptr<SpanTree> m_tree;
     std::string_view m_text;
     std::optional<UTF_ENCODINGS> m_encoding;
-    ParserOwner m_parser;
-    std::uint32_t m_open = SpanTree::kDocument;  ///< the innermost open element
-    std::uint32_t m_read = 0;                    ///< behind the last tag
+    std::optional<ExpatWindow> m_window;
+    std::optional<std::uint32_t> m_nextWindow;        ///< where the next parser goes on
+    std::uint32_t m_outermost = SpanTree::kDocument;  ///< the outermost element that the parser knows of
+    std::uint32_t m_open = SpanTree::kDocument;       ///< the innermost open element
+    std::uint32_t m_levels = 0;                       ///< open elements
+    std::uint32_t m_read = 0;                         ///< behind the last tag
     bool m_hasDoctype = false;
+    int m_declaredAttributes = 0;
     std::string_view m_refusal;     ///< why a handler stopped the parser
     std::uint32_t m_refusedAt = 0;  ///< and where
     std::exception_ptr m_exception;
@@ -101,8 +102,8 @@ private:
 void Gate::OnStart(void* user, const XML_Char*, const XML_Char**)
 try {
     Gate& gate = Of(user);
-    const std::uint32_t start = gate.Offset();
-    const std::uint32_t content = start + gate.Length();
+    const std::uint32_t start = gate.m_window->Offset();
+    const std::uint32_t content = start + gate.m_window->Length();
     // Expat passes over unknown entities in attribute values once there is a DOCTYPE that might declare them elsewhere.
     if (gate.m_hasDoctype && !HasKnownReferencesOnly(gate.m_text.substr(start, content - start))) {
         gate.Refuse("undefined entity");
@@ -110,6 +111,12 @@ try {
     }
     gate.m_open = gate.m_tree->OpenParsed(gate.m_open, gate.m_read, start, content);
     gate.m_read = content;
+    ++gate.m_levels;
+    if (gate.m_levels > kManyLevels && gate.m_levels * kShortestEndTag > gate.m_text.size() - content) {
+        gate.Refuse("elements that are never closed");
+    } else if (!gate.m_tree->IsEmptyTag(gate.m_open) && (gate.IsWindowFull() || gate.m_hasDoctype)) {
+        gate.EndWindow(content);
+    }
 } catch (...) {
     Of(user).m_exception = std::current_exception();
     Of(user).Refuse({});
@@ -118,10 +125,16 @@ try {
 void Gate::OnEnd(void* user, const XML_Char*)
 {
     Gate& gate = Of(user);
-    const std::uint32_t end = gate.Offset();
-    gate.m_tree->CloseParsed(gate.m_open, gate.m_read, end);
-    gate.m_read = end + gate.Length();
-    gate.m_open = gate.m_tree->Parent(gate.m_open);
+    const std::uint32_t end = gate.m_window->Offset();
+    const std::uint32_t closed = gate.m_open;
+    gate.m_tree->CloseParsed(closed, gate.m_read, end);
+    gate.m_read = end + gate.m_window->Length();
+    gate.m_open = gate.m_tree->Parent(closed);
+    --gate.m_levels;
+    // What follows the document element is for the parser that saw the element end.
+    if (gate.m_open != SpanTree::kDocument && (closed == gate.m_outermost || gate.IsWindowFull())) {
+        gate.EndWindow(gate.m_read);
+    }
 }
 
 void Gate::OnDeclaration(void* user, const XML_Char* version, const XML_Char* encoding, int)
@@ -138,12 +151,12 @@ void Gate::OnDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Cha
 {
     Gate& gate = Of(user);
     gate.m_hasDoctype = true;
-    XML_SetDefaultHandler(gate.m_parser.get(), OnDoctypeToken);
+    XML_SetDefaultHandler(gate.m_window->Parser(), OnDoctypeToken);
 }
 
 void Gate::OnDoctypeEnd(void* user)
 {
-    XML_SetDefaultHandler(Of(user).m_parser.get(), nullptr);
+    XML_SetDefaultHandler(Of(user).m_window->Parser(), nullptr);
 }
 
 /// The tokens of the DOCTYPE: Expat's own handler for entity declarations is not told of all of them (not of predefined
@@ -158,6 +171,13 @@ void Gate::OnDoctypeToken(void* user, const XML_Char* text, int length)
     }
 }
 
+void Gate::OnAttributeDeclaration(void* user, const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*, int)
+{
+    if (++Of(user).m_declaredAttributes > kMostDeclaredAttributes) {
+        Of(user).Refuse("too many attribute declarations");
+    }
+}
+
 void Gate::OnSkippedEntity(void* user, const XML_Char*, int)
 {
     Of(user).Refuse("undefined entity");
@@ -166,25 +186,64 @@ void Gate::OnSkippedEntity(void* user, const XML_Char*, int)
 void Gate::Refuse(std::string_view reason) noexcept
 {
     m_refusal = reason;
-    m_refusedAt = Offset();
-    XML_StopParser(m_parser.get(), XML_FALSE);
+    m_refusedAt = m_window->Offset();
+    XML_StopParser(m_window->Parser(), XML_FALSE);
+}
+
+void Gate::EndWindow(std::uint32_t at) noexcept
+{
+    m_nextWindow = at;
+    XML_StopParser(m_window->Parser(), XML_FALSE);
 }
 
 void Gate::SetHandlers() noexcept
 {
-    XML_Parser parser = m_parser.get();
+    XML_Parser parser = m_window->Parser();
     XML_SetUserData(parser, this);
     XML_SetElementHandler(parser, OnStart, OnEnd);
     XML_SetXmlDeclHandler(parser, OnDeclaration);
     XML_SetDoctypeDeclHandler(parser, OnDoctype, OnDoctypeEnd);
+    XML_SetAttlistDeclHandler(parser, OnAttributeDeclaration);
     XML_SetSkippedEntityHandler(parser, OnSkippedEntity);
 }
 
-void Gate::Feed(std::string_view piece, bool isLast)
+std::string Gate::OpenTags()
 {
-    if (XML_Parse(m_parser.get(), piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0) != XML_STATUS_OK) {
+    std::vector<std::string_view> names;
+    std::size_t bytes = 0;
+    m_outermost = m_open;
+    for (std::uint32_t element = m_open; element != SpanTree::kDocument; element = m_tree->Parent(element)) {
+        if (names.size() == kMostOpenTags || bytes > kMostOpenTagBytes) {
+            break;
+        }
+        names.push_back(m_tree->Name(element));
+        bytes += names.back().size();
+        m_outermost = element;
+    }
+    std::string tags;
+    std::for_each(names.rbegin(), names.rend(),
+                  [&](std::string_view name) { tags.append("<").append(name).append(">"); });
+    return tags;
+}
+
+void Gate::OpenWindow(std::uint32_t at)
+{
+    m_window.reset();  // first, so that there are never two
+    m_window.emplace(at, OpenTags());
+    m_nextWindow.reset();
+    m_hasDoctype = false;
+    SetHandlers();
+}
+
+bool Gate::Feed(std::string_view piece, bool isLast)
+{
+    if (m_window->Feed(piece, isLast)) {
+        return true;
+    }
+    if (!m_nextWindow || !m_refusal.empty() || m_exception) {
         ThrowFailure();
     }
+    return false;
 }
 
 void Gate::ThrowFailure() const
@@ -192,37 +251,51 @@ void Gate::ThrowFailure() const
     if (m_exception) {
         std::rethrow_exception(m_exception);
     }
-    const XML_Error error = XML_GetErrorCode(m_parser.get());
+    const XML_Error error = XML_GetErrorCode(m_window->Parser());
     if (error == XML_ERROR_NO_MEMORY) {
         throw std::bad_alloc();
     }
-    const Position position = PositionOf(m_text, error == XML_ERROR_ABORTED ? m_refusedAt : Offset());
-    throw ParsingException(position.line, position.column,
-                           std::string(error == XML_ERROR_ABORTED ? m_refusal : XML_ErrorString(error)));
+    if (error == XML_ERROR_ABORTED) {
+        ThrowAt(m_refusedAt, m_refusal);
+    }
+    ThrowAt(m_window->Offset(), XML_ErrorString(error));
+}
+
+void Gate::ThrowAt(std::uint32_t offset, std::string_view reason) const
+{
+    const Position position = PositionOf(m_text, offset);
+    throw ParsingException(position.line, position.column, std::string(reason));
 }
 
 std::unique_ptr<SpanTree> Gate::Run()
 {
-    m_parser.reset(XML_ParserCreate("UTF-8"));
-    if (!m_parser) {
-        throw std::bad_alloc();
-    }
-    SetHandlers();
-    Feed(kSignature, false);
+    OpenWindow(0);
     std::size_t pieceBytes = kPieceBytes;
     std::uint32_t readBefore = 0;
-    for (std::size_t at = 0; at < m_text.size();) {
+    for (std::size_t at = 0;;) {
         const std::string_view piece = m_text.substr(at, pieceBytes);
-        Feed(piece, false);
-        at += piece.size();
-        // Inside one huge token Expat starts over with every piece: doubling them keeps its cost linear.
-        const std::uint32_t read = Offset();
-        pieceBytes = read == readBefore ? pieceBytes * 2 : kPieceBytes;
+        if (!Feed(piece, piece.empty())) {
+            at = *m_nextWindow;
+            OpenWindow(*m_nextWindow);
+        } else if (piece.empty()) {
+            break;
+        } else {
+            at += piece.size();
+        }
+        const std::uint32_t read = m_window->Offset();
+        pieceBytes = read == readBefore ? LongerPiece(pieceBytes, read) : kPieceBytes;
         readBefore = read;
     }
-    Feed({}, true);
     m_tree->CloseParsed(SpanTree::kDocument, m_read, static_cast<std::uint32_t>(m_text.size()));
     return std::move(m_tree);
+}
+
+std::size_t Gate::LongerPiece(std::size_t pieceBytes, std::uint32_t token) const
+{
+    if (pieceBytes == kPieceBytes && HasTooManyAttributes(m_text.substr(token))) {
+        ThrowAt(token, "too many attributes");
+    }
+    return 2 * pieceBytes;
 }
 
 }  // namespace

@@ -9,11 +9,22 @@ namespace {
 
 constexpr std::string_view kDefaultUnit = "  ";
 
+/// New elements repeat the indentation of their siblings up to this length, line break included.
+constexpr std::size_t kLongestLine = 256;
+/// A subtree of more elements is copied as it stands: line breaks between them could multiply its size.
+constexpr std::size_t kMostLaidOut = 10'000;
+
 /// The blanks of a line as TrailingLine gives it.
 std::string_view Indentation(std::string_view line) noexcept
 {
     const std::size_t blank = line.find_first_not_of("\r\n");
     return blank == std::string_view::npos ? std::string_view{} : line.substr(blank);
+}
+
+/// A line as new elements get it.
+std::string_view Repeatable(std::string_view line) noexcept
+{
+    return line.size() <= kLongestLine ? line : line.substr(0, line.find_first_of(" \t"));
 }
 
 /// The line that an element begins on, or else the one that its end tag begins: in a private copy the line of the
@@ -27,7 +38,7 @@ std::string_view OwnLine(const SpanTree& tree, std::uint32_t element) noexcept
 std::string UnitBetween(std::string_view outer, std::string_view inner)
 {
     const std::string_view outside = Indentation(outer);
-    const std::string_view inside = Indentation(inner);
+    const std::string_view inside = Indentation(Repeatable(inner));
     if (outer.empty() && inside.empty()) {
         return {};  // below an element without a line of its own, yet at the margin: a file that does not indent
     }
@@ -73,14 +84,14 @@ Placement PlaceChild(const SpanTree& tree, std::uint32_t parent)
     Placement placement;
     placement.tail = endLine;
     if (const std::uint32_t sibling = tree.LastChild(parent); sibling != SpanTree::kNone) {
-        placement.line = TrailingLine(tree.Before(sibling));
+        placement.line = Repeatable(TrailingLine(tree.Before(sibling)));
         placement.unit = UnitBetween(OwnLine(tree, parent), placement.line);
     } else {
         const std::string_view parentLine =
-            kept.empty() && endLine.empty() ? TrailingLine(tree.Before(parent)) : endLine;
+            kept.empty() && endLine.empty() ? Repeatable(TrailingLine(tree.Before(parent))) : endLine;
         placement.unit = UnitBelow(tree, parent, parentLine);
         if (!parentLine.empty()) {
-            placement.line = std::string(parentLine) + placement.unit;
+            placement.line = std::string(Repeatable(parentLine)) + placement.unit;
             placement.tail = parentLine;
         }
     }
@@ -104,15 +115,17 @@ bool IsCompact(const SpanTree& tree, std::uint32_t element) noexcept
 bool IsOnOneLine(const SpanTree& tree, std::uint32_t element)
 {
     bool found = HasLineBreak(tree.StartTag(element)) || HasLineBreak(tree.Tail(element));
+    std::size_t elements = 0;
     WalkSubtree(
         tree, element,
         [&](std::uint32_t inner) {
+            ++elements;
             found =
                 found || (inner != element && (HasLineBreak(tree.Before(inner)) || HasLineBreak(tree.StartTag(inner)) ||
                                                HasLineBreak(tree.Tail(inner))));
         },
         [](std::uint32_t) {});
-    return !found;
+    return !found && elements <= kMostLaidOut;
 }
 
 }  // namespace AdvXMLParser

@@ -31,7 +31,7 @@ struct Placement {
 /// Whether an element holds elements and nothing else, not even white space.
 [[nodiscard]] bool IsCompact(const SpanTree& tree, std::uint32_t element) noexcept;
 
-/// Whether a whole subtree stands on one line.
+/// Whether a whole subtree stands on one line; false also for one that is too large to be laid out.
 [[nodiscard]] bool IsOnOneLine(const SpanTree& tree, std::uint32_t element);
 
 }  // namespace AdvXMLParser

@@ -1,11 +1,11 @@
 /// Storage of element records.
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace AdvXMLParser {
 
@@ -24,7 +24,8 @@ struct ElementRecord {
     std::uint32_t generation = 0;  ///< counts how often the record was freed
 };
 
-/// Records by index, in chunks that double and never move.
+/// Records by index, in chunks that never move. They double up to a size from which a chunk that is hardly used wastes
+/// little.
 ///
 /// Errors    Reserve throws std::bad_alloc and has changed nothing then; nothing else throws.
 class RecordStore {
@@ -44,9 +45,8 @@ public:
     void Reserve(std::size_t count)
     {
         for (std::size_t needed = m_used + count; m_capacity < needed;) {
-            const std::size_t size = kFirstChunk << m_chunkCount;
-            m_chunks[m_chunkCount] = std::make_unique_for_overwrite<ElementRecord[]>(size);
-            ++m_chunkCount;
+            const std::size_t size = SizeOf(m_chunks.size());
+            m_chunks.push_back(std::make_unique_for_overwrite<ElementRecord[]>(size));
             m_capacity += size;
         }
     }
@@ -75,21 +75,31 @@ public:
 
 private:
     static constexpr std::size_t kFirstChunk = 16;
-    static constexpr int kFirstChunkBits = 5;  // bit width of kFirstChunk
+    static constexpr std::size_t kLargestChunk = 16384;
+    /// Chunks before the first of the largest size, and the records that they hold together.
+    static constexpr std::size_t kSmallChunks = std::bit_width(kLargestChunk / kFirstChunk) - 1;
+    static constexpr std::size_t kInSmallChunks = kLargestChunk - kFirstChunk;
 
     struct Place {
         std::size_t chunk;
         std::size_t offset;
     };
-    static Place PlaceOf(std::uint32_t index) noexcept
+    static constexpr std::size_t SizeOf(std::size_t chunk) noexcept
     {
+        return chunk < kSmallChunks ? kFirstChunk << chunk : kLargestChunk;
+    }
+    static constexpr Place PlaceOf(std::uint32_t index) noexcept
+    {
+        if (index >= kInSmallChunks) {
+            const std::size_t beyond = index - kInSmallChunks;
+            return {kSmallChunks + beyond / kLargestChunk, beyond % kLargestChunk};
+        }
         const std::size_t shifted = index + kFirstChunk;
-        const auto chunk = static_cast<std::size_t>(std::bit_width(shifted) - kFirstChunkBits);
+        const auto chunk = static_cast<std::size_t>(std::bit_width(shifted) - std::bit_width(kFirstChunk));
         return {chunk, shifted - (kFirstChunk << chunk)};
     }
 
-    std::array<std::unique_ptr<ElementRecord[]>, 29> m_chunks;
-    std::size_t m_chunkCount = 0;
+    std::vector<std::unique_ptr<ElementRecord[]>> m_chunks;
     std::size_t m_capacity = 0;
     std::size_t m_used = 0;
     std::uint32_t m_firstFree = 0;  ///< index 0 is the document's and is never freed

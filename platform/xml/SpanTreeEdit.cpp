@@ -130,6 +130,11 @@ public:
           m_addition(addition),
           m_layOut(!placement.line.empty() && IsOnOneLine(source, top))
     {
+        // Counted first: a vector that grows is twice and three times as large for a while.
+        std::size_t count = 0;
+        WalkSubtree(
+            source, top, [&](std::uint32_t) { ++count; }, [](std::uint32_t) {});
+        m_elements.reserve(count);
         WalkSubtree(
             source, top, [this](std::uint32_t element) { Enter(element); },
             [this](std::uint32_t element) { Leave(element); });

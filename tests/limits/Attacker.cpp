@@ -1,0 +1,55 @@
+// Runs one attack in a process of its own, so that its memory can be measured:
+//   limits_attacker LABEL FILE REPEATS
+// The last line is "code seconds bytes": the attack's result, the least processor time of the runs, the peak memory.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+#include <thread>
+
+#include "tests/limits/Attack.h"
+#include "tests/limits/Measure.h"
+#include "tests/support/ComponentHost.h"
+
+using namespace zupm::test;
+
+namespace {
+
+constexpr double kMostSeconds = 60;
+
+/// An attack that succeeds must not take the tests with it. Processor time, because the machine may have more to do.
+void EndInTheEnd()
+{
+    std::thread([] {
+        while (ProcessorSeconds() < kMostSeconds) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        std::puts("no end in sight");
+        std::fflush(stdout);
+        std::_Exit(EXIT_FAILURE);
+    }).detach();
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    const Attack* const attack = argc == 4 ? FindAttack(argv[1]) : nullptr;
+    const ComponentHost host;
+    if (attack == nullptr || FAILED(host.Started())) {
+        return EXIT_FAILURE;
+    }
+    EndInTheEnd();
+    const std::u16string path = std::filesystem::path(argv[2]).u16string();
+    HRESULT code = 0;
+    double seconds = std::numeric_limits<double>::max();
+    for (int left = std::atoi(argv[3]); left > 0; --left) {
+        const double begin = ProcessorSeconds();
+        code = attack->run(path);
+        seconds = std::min(seconds, ProcessorSeconds() - begin);
+    }
+    std::printf("%d %.6f %llu\n", static_cast<int>(code), seconds, static_cast<unsigned long long>(PeakMemory()));
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,91 @@
+// Names of files that are none.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "tests/support/PolicyFileClient.h"
+#include "tests/support/TempFolder.h"
+
+namespace zupm::test {
+namespace {
+
+/// Loading and writing both end in one of these codes, and nothing is left behind.
+struct NameRow {
+    std::string_view label;
+    std::u16string name;
+    bool isInFolder;
+    std::vector<HRESULT> codes;
+};
+
+const std::vector<HRESULT> kNoSuchName = {result::InvalidName,     result::FileNotFound, result::PathNotFound,
+                                          result::NameTooLong,     result::AccessDenied, result::NotSupported,
+                                          result::InputOutputError};
+
+std::vector<NameRow> Names()
+{
+    return {
+        {"empty", u"", false, {result::InvalidName}},
+        {"zero inside", std::u16string(u"a\0b", 3), true, {result::InvalidName}},
+        {"unpaired surrogate", std::u16string{u'a', 0xD800}, true, {result::InvalidName}},
+        {"32,000 letters", std::u16string(32'000, u'x'), true, kNoSuchName},
+        {"40,000 letters", std::u16string(40'000, u'x'), true, kNoSuchName},
+        {"missing folder", u"none/policy.xml", true, {result::PathNotFound}},
+        {"file as a folder", u"in.xml/policy.xml", true, {result::PathNotFound, result::InvalidName}},
+        {"separator at the end", u"in.xml/", true, kNoSuchName},
+        {"the folder itself", u"", true, kNoSuchName},
+        {"the folder above", u"..", true, kNoSuchName},
+        {"the root", u"/", false, kNoSuchName},
+#ifdef _WIN32
+        {"NUL", u"NUL", false, {result::NotSupported}},
+        {"NUL with an extension", u"nul.xml", false, kNoSuchName},
+        {"CON", u"CON", false, {result::NotSupported}},
+        {"a device in a folder", u"COM1", true, kNoSuchName},
+        {"the device namespace", u"\\\\.\\PhysicalDrive0", false, {result::NotSupported}},
+        {"a pipe", u"\\\\.\\pipe\\none", false, {result::NotSupported}},
+        {"a drive", u"C:", false, kNoSuchName},
+        {"a drive that is not there", u"Q:\\policy.xml", false, {result::PathNotFound}},
+        {"the long prefix alone", u"\\\\?\\", false, kNoSuchName},
+        {"the long prefix before nothing", u"\\\\?\\none\\policy.xml", false, kNoSuchName},
+        {"wildcards", u"*.xml", true, kNoSuchName},
+        {"a stream of a missing file", u"none.xml:stream", true, kNoSuchName},
+#endif
+    };
+}
+
+class FileNames : public testing::Test {
+protected:
+    FileNames() { m_folder.Write(u"in.xml", "<F><PolicyRoot/><TaskRoot/></F>"); }
+
+    [[nodiscard]] std::u16string PathOf(const NameRow& row) const
+    {
+        return row.isInFolder ? m_folder.Path(u"") + row.name : row.name;
+    }
+
+    TempFolder m_folder;
+};
+
+TEST_F(FileNames, NameOfNoFile_CannotBeLoaded)
+{
+    for (const NameRow& row : Names()) {
+        PolicyFileClient file;
+        const HRESULT code = file.Load(PathOf(row));
+        EXPECT_EQ(std::count(row.codes.begin(), row.codes.end(), code), 1) << row.label << ": " << std::hex << code;
+    }
+}
+
+TEST_F(FileNames, NameOfNoFile_CannotBeWrittenAndLeavesNothing)
+{
+    PolicyFileClient file;
+    ASSERT_EQ(file.Load(m_folder.Path(u"in.xml")), 0);
+    for (const NameRow& row : Names()) {
+        // Written devices take what they get.
+        const HRESULT code = file.Write(PathOf(row));
+        EXPECT_TRUE(std::count(row.codes.begin(), row.codes.end(), code) == 1 || code == 0)
+            << row.label << ": " << std::hex << code;
+    }
+    EXPECT_EQ(m_folder.Names(), (std::vector<std::string>{"in.xml"}));
+}
+
+}  // namespace
+}  // namespace zupm::test

@@ -1,0 +1,51 @@
+// Prints what the attacks come to on this machine, as a table:
+//   limits_report [WORD]      only the attacks that have the word in their label
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+#include "tests/limits/AttackRun.h"
+
+using namespace zupm::test;
+
+namespace {
+
+/// The component's own codes are small numbers, the platform's are known in hexadecimal.
+std::string CodeText(HRESULT code)
+{
+    constexpr HRESULT kSmallestOwn = -10'000;
+    char text[16];
+    std::snprintf(text, sizeof(text), code >= kSmallestOwn ? "%d" : "0x%08X", static_cast<int>(code));
+    return text;
+}
+
+void PrintRow(const Attack& attack)
+{
+    constexpr double kMebibyte = 1 << 20;
+    const Measured measured = Measure(attack, kLargestAttack);
+    std::printf("| %s | %d | %d | %s | %.2f | %.0f | ", std::string(attack.label).c_str(), attack.calls,
+                attack.documents, CodeText(measured.full.code).c_str(), measured.full.seconds,
+                static_cast<double>(measured.full.peakBytes) / kMebibyte);
+    std::printf(measured.ratio ? "%.2f |\n" : "- |\n", measured.ratio.value_or(0));
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    const std::string_view word = argc > 1 ? argv[1] : "";
+    std::puts("| attack, 16 MiB | calls | documents | code | seconds | peak MiB | 16 against 8 MiB |");
+    std::puts("|---|---|---|---|---|---|---|");
+    for (const Attack& attack : AllAttacks()) {
+        if (attack.label.find(word) == std::string_view::npos) {
+            continue;
+        }
+        try {
+            PrintRow(attack);
+        } catch (const std::runtime_error& error) {
+            std::printf("| %s\n", error.what());
+        }
+        std::fflush(stdout);
+    }
+    return 0;
+}
