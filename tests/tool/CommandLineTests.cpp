@@ -10,8 +10,9 @@ class CommandLine : public ToolTest {};
 TEST_F(CommandLine, HelpGoesToStandardOutputAndNamesTheExitCodes)
 {
     const std::string help = Out({"--help"});
-    for (const char* text : {"show", "get", "set", "remove", "export-ini", "check", "Exit codes:\n  0  done\n  1  ",
-                             "\n  2  the command line is wrong\n  3  ", "\n  4  ", "Examples:\n"}) {
+    for (const char* text :
+         {"show", "get", "set", "remove", "export-ini", "check", "Exit codes:\n  0  done\n  1  ",
+          "\n  2  the command line is wrong\n  3  ", "\n  4  ", "\n  5  ", "\n  6  ", "Examples:\n"}) {
         EXPECT_THAT(help, HasSubstr(text));
     }
 }
@@ -41,6 +42,8 @@ TEST_F(CommandLine, WrongLinesAreUsageErrors)
         {"set", "policy.xml", "PRODUCTA1000", "General", "Enabled"},
         {"remove", "policy.xml"},
         {"check"},
+        {"remove", "policy.xml", "PRODUCTA1000", "--lock-timeout", "-1"},
+        {"remove", "policy.xml", "PRODUCTA1000", "--lock-timeout", "soon"},
     };
     for (const std::vector<std::string>& line : lines) {
         SCOPED_TRACE(testing::PrintToString(line));

@@ -1,35 +1,26 @@
 /// Runs the tool.
 #pragma once
 
-#include <filesystem>
-#include <ostream>
 #include <string>
 #include <vector>
 
+#include "tests/support/ChildProcess.h"
+
 namespace zupm::test {
 
-/// What a run left behind; texts are UTF-8.
-struct ToolRun {
-    int exitCode = -1;
-    std::string out;
-    std::string messages;
-};
-
-/// For the messages of failed tests.
-inline void PrintTo(const ToolRun& run, std::ostream* stream)
-{
-    *stream << "exit code " << run.exitCode << "\nout: " << run.out << "\nmessages: " << run.messages;
-}
+using ToolRun = ChildRun;
 
 /// Where a run takes place.
 struct ToolPlace {
-    /// The folder that the tool runs in; its streams go through files in it that are removed again.
     std::filesystem::path folder;
     /// Takes standard output in place of the run's `out`; empty for none.
     std::string outDevice;
 };
 
-/// Runs the tool and waits for it. The component is not registered for it.
-[[nodiscard]] ToolRun RunTool(const ToolPlace& place, const std::vector<std::string>& arguments);
+/// Runs the tool and waits for it.
+[[nodiscard]] inline ToolRun RunTool(const ToolPlace& place, const std::vector<std::string>& arguments)
+{
+    return RunChild({ZUPM_TOOL, place.folder, place.outDevice}, arguments);
+}
 
 }  // namespace zupm::test

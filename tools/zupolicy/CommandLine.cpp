@@ -20,6 +20,8 @@ constexpr const char* kFooter =
     "  2  the command line is wrong\n"
     "  3  a file cannot be read, parsed or written\n"
     "  4  anything else that failed\n"
+    "  5  the file was changed by something else meanwhile\n"
+    "  6  another process was editing the file for too long\n"
     "\nExamples:\n"
     "  zupolicy show policy.xml\n"
     "  zupolicy get policy.xml PRODUCTA1000 General Enabled\n"
@@ -79,7 +81,17 @@ private:
         sub.add_option("--output", edit.output, "Write here and leave FILE alone (default: replace FILE in one step)")
             ->type_name("PATH");
         sub.add_flag("--dry-run", edit.dryRun, "Print what would change and write nothing");
+        sub.add_flag("--force", edit.force, "Write the file even when something else changed it meanwhile");
         sub.add_flag("--json", edit.json, "Print the change as JSON");
+        AddLock(sub, edit.lock);
+    }
+
+    static void AddLock(CLI::App& sub, LockOptions& lock)
+    {
+        sub.add_option("--lock-timeout", lock.timeoutSeconds,
+                       "Wait so long for another process to be done (default: 10)")
+            ->type_name("SECONDS")
+            ->check(CLI::Range(0, 86'400));
     }
 
     void AddShow(CLI::App& app);
@@ -184,6 +196,7 @@ void Grammar::AddExportIni(CLI::App& app)
     AddTarget(sub, m_exportIni.target);
     sub.get_option("--task")->required();
     sub.add_option("INI-FILE", m_exportIni.iniFile, "The INI file, created when missing")->required();
+    AddLock(sub, m_exportIni.lock);
     OnUse(sub, m_exportIni);
 }
 

@@ -10,6 +10,8 @@ enum class ExitCode : int {
     Usage = 2,      ///< The command line is wrong.
     FileError = 3,  ///< A file cannot be read, parsed or written.
     Other = 4,      ///< Anything else that failed.
+    Changed = 5,    ///< The file was changed by something else meanwhile.
+    Locked = 6,     ///< Another process was editing the file for too long.
 };
 
 }  // namespace zupm::tool

@@ -1,9 +1,13 @@
 #include "commands/Edit.h"
 
+#include <chrono>
+#include <filesystem>
 #include <ostream>
+#include <utility>
 
 #include "output/ChangeText.h"
 #include "output/Json.h"
+#include "text/Utf8.h"
 
 namespace zupm::tool {
 namespace {
@@ -17,10 +21,24 @@ bool MustWrite(const Change& change, const EditOptions& options)
 
 }  // namespace
 
-void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Streams streams)
+std::optional<WriteTarget> TargetOf(const std::string& file, const EditOptions& options)
 {
-    if (MustWrite(change, options)) {
-        change.written = options.output.value_or(file.Path());
+    std::error_code ignored;
+    if (options.dryRun || (!options.output && !std::filesystem::exists(FromUtf8(file), ignored))) {
+        return std::nullopt;
+    }
+    return std::optional<WriteTarget>(std::in_place, options.output.value_or(file),
+                                      std::chrono::seconds(options.lock.timeoutSeconds));
+}
+
+void FinishEdit(PolicyFile& file, const std::optional<WriteTarget>& target, Change change, const EditOptions& options,
+                Streams streams)
+{
+    if (target && MustWrite(change, options)) {
+        if (!options.force) {
+            target->RequireUnchanged();
+        }
+        change.written = target->Path();
         file.Write(*change.written);
     }
     if (options.json) {

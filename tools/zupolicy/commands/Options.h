@@ -27,11 +27,18 @@ struct GetOptions {
     bool json = false;
 };
 
+/// How long the commands that write wait for others to be done.
+struct LockOptions {
+    unsigned timeoutSeconds = 10;
+};
+
 /// Where the commands that edit leave their result.
 struct EditOptions {
     std::optional<std::string> output;
     bool dryRun = false;
+    bool force = false;
     bool json = false;
+    LockOptions lock;
 };
 
 struct SetOptions {
@@ -58,6 +65,7 @@ struct ExportIniOptions {
     std::string file;
     Target target;
     std::string iniFile;
+    LockOptions lock;
 };
 
 struct CheckOptions {
