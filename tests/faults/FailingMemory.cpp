@@ -106,6 +106,7 @@ void FailingMemory::FailEachAllocation(bool forEver)
         EXPECT_TRUE(HasFailure() || LiveAllocations() == live) << LiveAllocations() - live << " blocks were not freed";
     }
     EXPECT_TRUE(HasFailure() || failures >= GetParam().fewestFailures) << failures;
+    RecordProperty(forEver ? "failures for good" : "failures for once", failures);
 }
 
 void EverythingIsAsBefore(World& world, const Sight& before)

@@ -67,6 +67,8 @@ void FailingSystem::FailEachCall(int error, bool forEver)
         if (const Outcome outcome = RunWith(call, error, forEver); outcome.failedCall.empty()) {
             EXPECT_EQ(outcome.code, S_OK);
             EXPECT_GT(call, 2) << "the operation makes hardly any calls";
+            RecordProperty(std::string("failures of error ") + std::to_string(error) + (forEver ? " for good" : ""),
+                           call / GetParam().stride);
             return;
         }
     }
