@@ -1,11 +1,13 @@
 // Edits on a policy file, saved.
 //
 // Promises: what was saved is loaded again with equal products, tasks and settings, by the component and by libxml2;
-// what nobody edited stands there byte for byte; saving twice, or again after loading, gives the same bytes.
+// a task's settings read back from an INI file; what nobody edited stands there byte for byte; saving twice, or again
+// after loading, gives the same bytes.
 #include <cstdint>
 #include <string>
 
 #include "fuzz/edit/BaseFiles.h"
+#include "fuzz/edit/IniExport.h"
 #include "fuzz/edit/PeerPolicies.h"
 #include "fuzz/edit/Script.h"
 #include "fuzz/edit/Snapshot.h"
@@ -57,6 +59,16 @@ void DemandSameWithPeer(const Snapshot& snapshot, const std::string& saved, cons
     DemandSameInPeer(*peer.document, snapshot, known);
 }
 
+void DemandExports(const PolicyFileClient& file, const Known& known)
+{
+    for (const auto& [softwareId, taskId] : known.tasks) {
+        test::TaskClient task;
+        if (file.GetTask(softwareId, taskId, task) == 0) {
+            DemandIniExport(task);
+        }
+    }
+}
+
 void Edit(Input input)
 {
     const std::u16string path = Host::Get().Write(u"loaded.xml", MakeBaseFile(input));
@@ -77,6 +89,7 @@ void Edit(Input input)
     const Snapshot snapshot = TakeSnapshot(file, script.Touched());
     DemandSameAfterLoading(snapshot, saved, script.Touched());
     DemandSameWithPeer(snapshot, saved, script.Touched());
+    DemandExports(file, script.Touched());
     const Untouched untouched = FindUntouched(*snapshot.text, script.Touched());
     const Untouched expected = FindUntouched(before, script.Touched());
     Demand(untouched.entries == expected.entries, "products and tasks that nobody edited stay byte for byte", saved);

@@ -1,0 +1,83 @@
+#include "fuzz/edit/IniExport.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "fuzz/support/Demand.h"
+#include "fuzz/support/Host.h"
+#include "fuzz/support/PeerDocument.h"
+#include "platform/common/CaseFold.h"
+#include "platform/common/IniText.h"
+#include "platform/common/Utf.h"
+
+namespace zupm::fuzz {
+
+namespace {
+
+struct Setting {
+    std::u16string section;
+    std::u16string name;
+    std::u16string value;
+};
+
+std::optional<std::u16string> NameOf(const PeerElement& element)
+{
+    for (const auto& [attribute, value] : element.attributes) {
+        if (attribute == "name") {
+            return ToUtf16(value);
+        }
+    }
+    return std::nullopt;
+}
+
+/// All settings of the one task in a text, those included that others hide.
+std::vector<Setting> SettingsIn(const PeerDocument& document)
+{
+    constexpr std::size_t kSectionDepth = 3;
+    std::vector<Setting> settings;
+    std::optional<std::u16string> section;
+    for (const PeerElement& element : document.elements) {
+        if (element.depth <= kSectionDepth) {
+            section = element.depth == kSectionDepth ? NameOf(element) : std::nullopt;
+        } else if (const auto name = NameOf(element); name && section && element.depth == kSectionDepth + 1) {
+            settings.push_back({*section, *name, ToUtf16(element.text).value()});
+        }
+    }
+    return settings;
+}
+
+bool IsAmbiguous(const Setting& setting, const std::vector<Setting>& all)
+{
+    // The identity fields are written into this section as well.
+    return EqualsIgnoringCase(setting.section, u"Task") ||
+           std::count_if(all.begin(), all.end(), [&](const Setting& other) {
+               return EqualsIgnoringCase(other.section, setting.section) &&
+                      EqualsIgnoringCase(other.name, setting.name);
+           }) > 1;
+}
+
+}  // namespace
+
+void DemandIniExport(const test::TaskClient& task)
+{
+    const PeerReading text = ReadWithPeer(test::Utf8(task.Data().text.value()));
+    Demand(text.document.has_value(), "libxml2 accepts a task's text", text.refusal);
+    const std::u16string path = Host::Get().Write(u"task.ini", {});
+    const HRESULT code = task.Object()->WriteTaskDataToIniFile(test::Bstr(path).Get());
+    Demand(code == result::Success || code == result::GeneralFailure,
+           "a task is exported, or has a field that cannot be", std::to_string(code));
+    if (code < 0) {
+        return;
+    }
+    const std::u16string ini = ToUtf16(Host::Get().Read(u"task.ini")).value();
+    const std::vector<Setting> settings = SettingsIn(*text.document);
+    for (const Setting& setting : settings) {
+        if (IsAmbiguous(setting, settings) || !WhyIniRefuses(setting.section, setting.name, setting.value).empty()) {
+            continue;
+        }
+        Demand(ReadIniValue(ini, setting.section, setting.name) == setting.value, "an exported setting reads back",
+               ToUtf8Lossy(setting.section + u"/" + setting.name));
+    }
+}
+
+}  // namespace zupm::fuzz
