@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <numeric>
+#include <optional>
 #include <string>
 
 #include "fuzz/support/Demand.h"
@@ -25,6 +26,30 @@ bool MayFollowComment(std::string_view document)
            !document.starts_with("<?xml");
 }
 
+/// The document behind a comment of that many bytes, which any boundary finds in the middle of a character.
+std::string BehindComment(std::string_view document, std::size_t length)
+{
+    constexpr std::string_view kBegin = "<!--";
+    constexpr std::string_view kEnd = "-->";
+    constexpr std::string_view kFourBytes = "\xF0\x9F\x98\x80";
+    std::string text(kBegin);
+    std::size_t left = length - kBegin.size() - kEnd.size();
+    text.append(left % kFourBytes.size(), 'x');
+    for (left /= kFourBytes.size(); left > 0; --left) {
+        text.append(kFourBytes);
+    }
+    return text.append(kEnd).append(document);
+}
+
+/// Encodings are converted in pieces as well.
+void DemandSameInUtf16(const std::string& text)
+{
+    constexpr auto kEncoding = AdvXMLParser::UTF_ENCODINGS::Utf16BigEndianSigned;
+    const std::optional<std::string> bytes = AdvXMLParser::Encode(text, kEncoding, true);
+    const std::optional<AdvXMLParser::XmlText> decoded = AdvXMLParser::Decode(bytes.value(), kEncoding);
+    Demand(decoded && decoded->Utf8() == text, "UTF-16 holds the same text");
+}
+
 }  // namespace
 
 void DemandSameAcrossPieces(std::string_view document, const PeerDocument& elements)
@@ -36,12 +61,12 @@ void DemandSameAcrossPieces(std::string_view document, const PeerDocument& eleme
         return;
     }
     const std::size_t boundary = choice / kOneDocumentIn % document.size();
-    std::string text = "<!--";
-    text.append(kPieceBytes - boundary - 7, 'x').append("-->").append(document);
+    const std::string text = BehindComment(document, kPieceBytes - boundary);
     const LibraryLoad load = LoadText(text);
     Demand(load.code == result::Success, "a document in pieces is accepted");
     DemandSameElements(*load.document, *load.tree, elements);
     Demand(load.document->GenerateXML(false).Utf8() == text, "a document in pieces is written back byte for byte");
+    DemandSameInUtf16(text);
 }
 
 }  // namespace zupm::fuzz
