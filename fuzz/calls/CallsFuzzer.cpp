@@ -10,7 +10,6 @@
 #include "fuzz/calls/NameCall.h"
 #include "fuzz/calls/Objects.h"
 #include "fuzz/calls/SlotCall.h"
-#include "fuzz/support/Host.h"
 #include "fuzz/support/Input.h"
 #include "platform/common/CzuLogger.h"
 
@@ -20,16 +19,6 @@ namespace {
 
 constexpr std::size_t kLongestFile = 2048;
 constexpr int kMostSteps = 60;
-
-/// Log lines are made, and go nowhere.
-Host& StartedHost()
-{
-    static Host& host = [&]() -> Host& {
-        CzuLogger::SetSink([](const LogMessage&) {});
-        return Host::Get();
-    }();
-    return host;
-}
 
 void Step(Input& input, Objects& objects)
 {
@@ -58,7 +47,6 @@ void Step(Input& input, Objects& objects)
 
 void Run(Input input)
 {
-    static_cast<void>(StartedHost());
     ResetFiles(input.Bytes(kLongestFile));
     {
         Objects objects(Step);
@@ -74,6 +62,13 @@ void Run(Input input)
 }  // namespace
 
 }  // namespace zupm::fuzz
+
+/// Log lines are made, and go nowhere.
+extern "C" int LLVMFuzzerInitialize(int* /*argumentCount*/, char*** /*arguments*/)
+{
+    zupm::CzuLogger::SetSink([](const zupm::LogMessage&) {});
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
