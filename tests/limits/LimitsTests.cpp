@@ -15,7 +15,7 @@ void PrintTo(const Attack& attack, std::ostream* out)
 
 namespace {
 
-// A quarter of what is promised for: the cost being linear, the figures of limits_report follow. The sanitizers make
+// An eighth of what is promised for: the cost being linear, the figures of limits_report follow. The sanitizers make
 // the component several times slower and its memory their own: under them the codes are what is looked at.
 constexpr std::size_t kSize = kLargestAttack / ZUPM_LIMITS_DIVISOR;
 constexpr bool kIsMeasured = ZUPM_LIMITS_DIVISOR == 8;

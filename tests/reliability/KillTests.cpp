@@ -45,7 +45,8 @@ public:
         MeasureAWrite();
     }
 
-    /// The moment is random over the time that a WriteFile takes, from the beginning of the first one on.
+    /// The moment is random over the time that a WriteFile takes, from the beginning of the first one on; twice that
+    /// for overwriting, which comes behind a WriteFile.
     void KillOne(WayOfWriting way)
     {
         PolicyVersions::Edit(m_file, Progress().completed + 1);
@@ -54,7 +55,7 @@ public:
         while (Progress().begun == Progress().completed && Progress().failure == 0 && Clock::now() < patience) {
             std::this_thread::sleep_for(std::chrono::microseconds(50));
         }
-        std::uniform_int_distribution<Clock::rep> moment(0, m_write.count());
+        std::uniform_int_distribution<Clock::rep> moment(0, m_write.count() * (way == WayOfWriting::Overwriting ? 2 : 1));
         std::this_thread::sleep_for(Clock::duration(moment(m_random)));
         m_victim.Kill();
     }

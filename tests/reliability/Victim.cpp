@@ -14,7 +14,7 @@ namespace {
 /// Truncates the file and fills it again, piece by piece.
 HRESULT Overwrite(PolicyFileClient& from, const std::u16string& path)
 {
-    constexpr std::size_t kPiece = 4096;
+    constexpr std::size_t kPiece = 64;
     const std::u16string copy = path + u".copy";
     if (const HRESULT code = from.Write(copy); code != 0) {
         return code;

@@ -1,5 +1,7 @@
 // The system's strings, counted among the allocations: this program's import of them leads here.
 #include <windows.h>
+// After it:
+#include <oleauto.h>
 
 #include "tests/support/FailingAllocations.h"
 
