@@ -55,7 +55,8 @@ public:
         while (Progress().begun == Progress().completed && Progress().failure == 0 && Clock::now() < patience) {
             std::this_thread::sleep_for(std::chrono::microseconds(50));
         }
-        std::uniform_int_distribution<Clock::rep> moment(0, m_write.count() * (way == WayOfWriting::Overwriting ? 2 : 1));
+        std::uniform_int_distribution<Clock::rep> moment(0,
+                                                         m_write.count() * (way == WayOfWriting::Overwriting ? 2 : 1));
         std::this_thread::sleep_for(Clock::duration(moment(m_random)));
         m_victim.Kill();
     }

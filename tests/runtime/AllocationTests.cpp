@@ -1,8 +1,8 @@
 // Every allocation of an operation fails once: the first, the second, and so on until the operation passes.
 #include "tests/runtime/ClassFixture.h"
-#include "tests/support/FailingAllocations.h"
 #include "tests/runtime/ToyInterface.h"
 #include "tests/runtime/ToyModule.h"
+#include "tests/support/FailingAllocations.h"
 
 namespace zupm::test {
 namespace {
