@@ -33,6 +33,7 @@ std::uint32_t ExpatWindow::Length() const noexcept
     return static_cast<std::uint32_t>(XML_GetCurrentByteCount(Parser()));
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it moves the parser on
 bool ExpatWindow::Feed(std::string_view piece, bool isLast) noexcept
 {
     return XML_Parse(Parser(), piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0) == XML_STATUS_OK;

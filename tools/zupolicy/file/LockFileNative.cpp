@@ -33,6 +33,7 @@ void AdaptTo(int file, const std::filesystem::path& guarded)
     }
 }
 
+// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own
 int Open(const std::filesystem::path& path, const std::filesystem::path& guarded)
 {
     const int created = open(path.c_str(), kOpenFlags | O_CREAT | O_EXCL, 0600);
@@ -42,6 +43,13 @@ int Open(const std::filesystem::path& path, const std::filesystem::path& guarded
     }
     return errno == EEXIST ? open(path.c_str(), kOpenFlags) : -1;
 }
+
+/// fcntl with a lock.
+int Control(int file, int command, struct flock& range)
+{
+    return fcntl(file, command, &range);
+}
+// NOLINTEND(cppcoreguidelines-pro-type-vararg)
 
 struct flock WholeFile()
 {
@@ -71,12 +79,13 @@ LockFile::~LockFile()
     close(static_cast<int>(m_file));
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes who holds the file
 bool LockFile::TryLock()
 {
     // A lock of the process, not of the open file: of those the system tells the holder. It ends when the process
     // closes the file, and nothing else here opens it.
     struct flock range = WholeFile();
-    if (fcntl(static_cast<int>(m_file), F_SETLK, &range) == 0) {
+    if (Control(static_cast<int>(m_file), F_SETLK, range) == 0) {
         return true;
     }
     if (errno != EACCES && errno != EAGAIN) {
@@ -88,7 +97,7 @@ bool LockFile::TryLock()
 std::uint64_t LockFile::Holder() const
 {
     struct flock range = WholeFile();
-    const bool isTold = fcntl(static_cast<int>(m_file), F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
+    const bool isTold = Control(static_cast<int>(m_file), F_GETLK, range) == 0 && range.l_type != F_UNLCK;
     return isTold && range.l_pid > 0 ? static_cast<std::uint64_t>(range.l_pid) : 0;
 }
 
