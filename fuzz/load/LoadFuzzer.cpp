@@ -2,7 +2,8 @@
 //
 // Promises: what is accepted is written back byte for byte, libxml2 accepts it too and finds the same in it, in however
 // many pieces it comes; a refusal has a documented code, a place and a reason, and leaves nothing loaded; what is
-// simple enough that no rule of ours is behind a refusal, libxml2 refuses too.
+// simple enough that no rule of ours is behind a refusal, libxml2 refuses too; however many parsers read a document,
+// its elements or its refusal are those that one parser finds.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +11,7 @@
 
 #include "fuzz/load/ComponentLoad.h"
 #include "fuzz/load/Pieces.h"
+#include "fuzz/load/Windows.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/LibraryLoad.h"
 #include "fuzz/support/PeerComparison.h"
@@ -31,6 +33,7 @@ void Load(std::string_view bytes)
 {
     const LibraryLoad load = LoadFromMemory(bytes);
     DemandSameFromComponent(bytes, load);
+    DemandSameInWindows(bytes, load);
     if (!load.document) {
         Demand(!IsPlain(bytes) || !ReadWithPeer(bytes).document, "libxml2 refuses what is refused");
         return;

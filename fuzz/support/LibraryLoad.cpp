@@ -5,7 +5,6 @@
 
 #include "fuzz/support/Demand.h"
 #include "platform/xml/Encoding.h"
-#include "platform/xml/ExpatGate.h"
 
 namespace zupm::fuzz {
 
@@ -14,16 +13,19 @@ using AdvXMLParser::ParsingException;
 using AdvXMLParser::SpanTree;
 using AdvXMLParser::XmlText;
 
-LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding)
+LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding,
+                     const AdvXMLParser::WindowLimits& limits)
 {
     LibraryLoad load;
     load.encoding = encoding.value_or(AdvXMLParser::UTF_ENCODINGS::Utf8);
     try {
-        std::unique_ptr<SpanTree> tree = AdvXMLParser::BuildTree(std::move(text), encoding);
+        std::unique_ptr<SpanTree> tree = AdvXMLParser::BuildTree(std::move(text), encoding, limits);
         load.tree = tree.get();
         load.document = std::make_unique<Document>(std::move(tree));
     } catch (const ParsingException& refusal) {
         load.code = result::SyntaxError;
+        load.refusal = std::to_string(refusal.GetLine()) + ":" + std::to_string(refusal.GetColumn()) + ": " +
+                       std::string(refusal.GetReason());
         Demand(refusal.GetLine() > 0 && refusal.GetColumn() > 0, "a refusal has a place");
         Demand(!refusal.GetReason().empty(), "a refusal has a reason");
     }

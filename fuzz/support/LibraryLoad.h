@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/xml/AdvXMLParser.h"
+#include "platform/xml/ExpatGate.h"
 #include "platform/xml/SpanTree.h"
 #include "zuPolicyManager/Results.h"
 
@@ -18,11 +19,12 @@ struct LibraryLoad {
     const AdvXMLParser::SpanTree* tree = nullptr;  ///< the document's own
     AdvXMLParser::UTF_ENCODINGS encoding{};
     result::Code code = result::Success;
+    std::string refusal;  ///< line, column and reason of a SyntaxError
 };
 
 /// Text is UTF-8 and never was a file's; whatever its declaration says, it is.
-[[nodiscard]] LibraryLoad LoadText(std::string text,
-                                   std::optional<AdvXMLParser::UTF_ENCODINGS> encoding = std::nullopt);
+[[nodiscard]] LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding = std::nullopt,
+                                   const AdvXMLParser::WindowLimits& limits = {});
 
 [[nodiscard]] LibraryLoad LoadFromMemory(std::string_view bytes);
 

@@ -19,10 +19,8 @@ public:
     FileHandle(FileHandle&& other) noexcept : m_file(std::exchange(other.m_file, kNone)) {}
     FileHandle& operator=(FileHandle&& other) noexcept
     {
-        if (this != &other) {
-            static_cast<void>(Close());
-            m_file = std::exchange(other.m_file, kNone);
-        }
+        FileHandle former(std::move(other));
+        std::swap(m_file, former.m_file);
         return *this;
     }
     ~FileHandle() { static_cast<void>(Close()); }

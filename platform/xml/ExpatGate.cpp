@@ -22,14 +22,6 @@ namespace {
 /// Expat copies what it is fed behind an unfinished token; small pieces keep that copy in the processor's cache.
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 
-/// Text after which the next parser takes over: it bounds what a parser can have to remember.
-constexpr std::uint32_t kWindowBytes = 64u << 10;
-
-/// The open elements that a parser is told of when it takes over: so many, and so many bytes of their tags. Behind
-/// their end tags it has to be replaced again, so fewer would cost time in a deep document.
-constexpr std::size_t kMostOpenTags = 4096;
-constexpr std::size_t kMostOpenTagBytes = std::size_t{64} << 10;
-
 /// Expat compares every declared attribute of an element with those declared before it.
 constexpr int kMostDeclaredAttributes = 10'000;
 
@@ -39,15 +31,18 @@ constexpr std::size_t kShortestEndTag = std::string_view("</a>").size();
 
 /// One run of Expat over one text, a window after the other.
 ///
-/// A window ends behind the first tag after kWindowBytes, behind the start tag of the document element when there was
-/// a DOCTYPE (whose attribute defaults would cost work for every element), and behind the end of the outermost element
-/// that its parser knows of.
+/// A window ends behind the first tag after WindowLimits::bytes, behind the start tag of the document element when
+/// there was a DOCTYPE (whose attribute defaults would cost work for every element), and behind the end of the
+/// outermost element that its parser knows of.
 ///
 /// Errors    An exception must not pass through Expat: handlers keep it and stop the parser.
 class Gate {
 public:
-    Gate(std::string text, std::optional<UTF_ENCODINGS> encoding)
-        : m_tree(std::make_unique<SpanTree>(std::move(text))), m_text(m_tree->ParsedText()), m_encoding(encoding)
+    Gate(std::string text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits)
+        : m_tree(std::make_unique<SpanTree>(std::move(text))),
+          m_text(m_tree->ParsedText()),
+          m_encoding(encoding),
+          m_limits(limits)
     {
     }
 
@@ -75,7 +70,7 @@ private:
     [[noreturn]] void ThrowFailure() const;
     [[noreturn]] void ThrowAt(std::uint32_t offset, std::string_view reason) const;
 
-    [[nodiscard]] bool IsWindowFull() const noexcept { return m_read - m_window->Start() >= kWindowBytes; }
+    [[nodiscard]] bool IsWindowFull() const noexcept { return m_read - m_window->Start() >= m_limits.bytes; }
 
     /// Lets the next parser go on at `at`.
     void EndWindow(std::uint32_t at) noexcept;
@@ -86,6 +81,7 @@ private:
     std::unique_ptr<SpanTree> m_tree;
     std::string_view m_text;
     std::optional<UTF_ENCODINGS> m_encoding;
+    WindowLimits m_limits;
     std::optional<ExpatWindow> m_window;
     std::optional<std::uint32_t> m_nextWindow;        ///< where the next parser goes on
     std::uint32_t m_outermost = SpanTree::kDocument;  ///< the outermost element that the parser knows of
@@ -213,7 +209,7 @@ std::string Gate::OpenTags()
     std::size_t bytes = 0;
     m_outermost = m_open;
     for (std::uint32_t element = m_open; element != SpanTree::kDocument; element = m_tree->Parent(element)) {
-        if (names.size() == kMostOpenTags || bytes > kMostOpenTagBytes) {
+        if (names.size() == m_limits.openTags || bytes > m_limits.openTagBytes) {
             break;
         }
         names.push_back(m_tree->Name(element));
@@ -300,9 +296,9 @@ std::size_t Gate::LongerPiece(std::size_t pieceBytes, std::uint32_t token) const
 
 }  // namespace
 
-std::unique_ptr<SpanTree> BuildTree(std::string text, std::optional<UTF_ENCODINGS> encoding)
+std::unique_ptr<SpanTree> BuildTree(std::string text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits)
 {
-    return Gate(std::move(text), encoding).Run();
+    return Gate(std::move(text), encoding, limits).Run();
 }
 
 }  // namespace AdvXMLParser

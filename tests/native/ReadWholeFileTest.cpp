@@ -50,6 +50,23 @@ TEST_F(ReadWhole, FileOfUnknownSize_IsReadToItsEnd)
     EXPECT_TRUE(m_bytes.ends_with("\n"));
 }
 
+TEST_F(ReadWhole, FileOfUnknownSizeWithoutEnd_IsTooLarge)
+{
+    native::SystemCalls endless = native::kSystemCalls;
+    endless.fstat = [](int, struct stat* status) {
+        *status = {};
+        status->st_mode = S_IFREG;
+        return 0;
+    };
+    endless.read = [](int, void* bytes, std::size_t count) -> ssize_t {
+        std::memset(bytes, 'x', count);
+        return static_cast<ssize_t>(count);
+    };
+    m_folder.Write("file", "");
+    native::ReplaceSystemCalls(&endless);
+    ExpectRefused(m_folder.Wide("file"), result::FileTooLarge);
+}
+
 TEST_F(ReadWhole, NameOfManyScripts_IsFound)
 {
     m_folder.Write("\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "text");
@@ -61,6 +78,7 @@ TEST_F(ReadWhole, MissingFileAndMissingFolder_AreToldApart)
 {
     ExpectRefused(m_folder.Wide("none"), result::FileNotFound);
     ExpectRefused(m_folder.Wide("none/file"), result::PathNotFound);
+    ExpectRefused(u"/there is no such file", result::FileNotFound);
     m_folder.Write("file", "");
     ExpectRefused(m_folder.Wide("file/file"), result::PathNotFound);
     ASSERT_EQ(::symlink("none", m_folder.Path("dangling").c_str()), 0);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <thread>
@@ -126,6 +127,21 @@ TEST_F(Replace, LinksThatNeverEnd_AreRefused)
     EXPECT_EQ(m_folder.Names(), (Names{"one", "two"}));
 }
 
+TEST_F(Replace, LinkWhoseTextCannotBeAPath_IsRefused)
+{
+    m_folder.Write("file", "old");
+    native::SystemCalls odd = native::kSystemCalls;
+    odd.readlink = [](const char*, char*, std::size_t) -> ssize_t { return 0; };
+    native::ReplaceSystemCalls(&odd);
+    EXPECT_EQ(Write("file", "new"), result::NameTooLong);
+    odd.readlink = [](const char*, char* target, std::size_t capacity) -> ssize_t {
+        std::memset(target, 'x', capacity);
+        return static_cast<ssize_t>(capacity);
+    };
+    EXPECT_EQ(Write("file", "new"), result::NameTooLong);
+    EXPECT_EQ(m_folder.Read("file"), "old");
+}
+
 TEST_F(Replace, HardLink_KeepsTheOldFile)
 {
     m_folder.Write("file", "old");
@@ -155,6 +171,34 @@ TEST_F(Replace, Folder_IsRefused)
         EXPECT_EQ(Write(name, "x"), result::AccessDenied) << name;
     }
     EXPECT_EQ(m_folder.Names(), Names{"folder"});
+}
+
+TEST_F(Replace, DiskThatTakesNothing_LeavesTheOldFile)
+{
+    m_folder.Write("file", "old");
+    native::SystemCalls full = native::kSystemCalls;
+    full.write = [](int, const void*, std::size_t) -> ssize_t { return 0; };
+    native::ReplaceSystemCalls(&full);
+    EXPECT_EQ(Write("file", "new"), result::InputOutputError);
+    EXPECT_EQ(m_folder.Read("file"), "old");
+    EXPECT_EQ(m_folder.Names(), Names{"file"});
+}
+
+TEST_F(Replace, FileSystemThatCannotFlushFolders_IsNoObstacle)
+{
+    native::SystemCalls odd = native::kSystemCalls;
+    odd.fsync = [](int file) {
+        struct stat status {};
+        EXPECT_EQ(::fstat(file, &status), 0);
+        if (S_ISDIR(status.st_mode)) {
+            errno = EINVAL;
+            return -1;
+        }
+        return ::fsync(file);
+    };
+    native::ReplaceSystemCalls(&odd);
+    EXPECT_EQ(Write("file", "text"), result::Success);
+    EXPECT_EQ(m_folder.Read("file"), "text");
 }
 
 TEST_F(Replace, AReader_SeesTheOldOrTheNewFile)

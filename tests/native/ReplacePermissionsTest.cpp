@@ -3,8 +3,11 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "platform/Files.h"
 #include "platform/native/SystemCalls.h"
@@ -184,6 +187,107 @@ TEST_F(ReplacePermissions, FileSystemWithoutAttributes_IsNoObstacle)
     native::ReplaceSystemCalls(&plain);
     EXPECT_EQ(Write("new"), result::Success);
     EXPECT_EQ(m_folder.Read("file"), "new");
+}
+
+TEST_F(ReplacePermissions, AsRoot_GroupThatCannotBeKept_IsRefused)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root gives files to others";
+    }
+    m_folder.Write("file", "old");
+    ASSERT_EQ(::chown(m_folder.Path("file").c_str(), 0, 4321), 0);
+    native::SystemCalls refusing = native::kSystemCalls;
+    refusing.fchown = [](int, uid_t, gid_t) { return errno = EPERM, -1; };
+    native::ReplaceSystemCalls(&refusing);
+    EXPECT_EQ(Write("new"), result::AccessDenied);
+    EXPECT_EQ(m_folder.Read("file"), "old");
+    EXPECT_EQ(m_folder.Names(), std::vector<std::string>{"file"});
+    native::ReplaceSystemCalls(nullptr);
+    ASSERT_EQ(Write("new"), result::Success);
+    struct stat status {};
+    ASSERT_EQ(::stat(m_folder.Path("file").c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, 4321u);
+}
+
+/// A system where the file has one attribute, whatever the file system has; it is found to be `value` on every file,
+/// or not to be there with the error `readError`, and it is set with the error `setError`.
+struct OneAttribute {
+    const char* value = "1";
+    int readError = 0;
+    int setError = 0;
+};
+
+constinit OneAttribute g_attribute;
+constinit bool g_isOriginal = true;
+constinit int g_attributesSet = 0;
+
+class OddAttributes : public ReplacePermissions {
+protected:
+    [[nodiscard]] result::Code WriteWith(const OneAttribute& attribute) const
+    {
+        m_folder.Write("file", "old");
+        g_attribute = attribute;
+        g_isOriginal = true;
+        g_attributesSet = 0;
+        native::SystemCalls odd = native::kSystemCalls;
+        odd.flistxattr = [](int, char* names, std::size_t) -> ssize_t {
+            static constexpr char kNames[] = "user.odd";
+            std::copy(std::begin(kNames), std::end(kNames), names);
+            return sizeof(kNames);
+        };
+        // Of the file first, and then of the one that is to replace it.
+        odd.fgetxattr = [](int, const char*, void* value, std::size_t) -> ssize_t {
+            const bool isOriginal = std::exchange(g_isOriginal, false);
+            if (g_attribute.readError != 0) {
+                return errno = g_attribute.readError, -1;
+            }
+            *static_cast<char*>(value) = isOriginal ? '1' : *g_attribute.value;
+            return 1;
+        };
+        odd.fsetxattr = [](int, const char*, const void*, std::size_t, int) {
+            ++g_attributesSet;
+            errno = g_attribute.setError;
+            return g_attribute.setError == 0 ? 0 : -1;
+        };
+        odd.fremovexattr = [](int, const char*) { return errno = ENODATA, -1; };
+        native::ReplaceSystemCalls(&odd);
+        const result::Code code = Write("new");
+        native::ReplaceSystemCalls(nullptr);
+        EXPECT_EQ(m_folder.Read("file"), code == result::Success ? "new" : "old");
+        EXPECT_EQ(m_folder.Names(), std::vector<std::string>{"file"});
+        return code;
+    }
+};
+
+TEST_F(OddAttributes, ThatStandThereAlready_AreNotSetAgain)
+{
+    EXPECT_EQ(WriteWith({.value = "1", .setError = EPERM}), result::Success);
+    EXPECT_EQ(g_attributesSet, 0);
+}
+
+TEST_F(OddAttributes, ThatDiffer_AreSetOrTheReplacementIsRefused)
+{
+    EXPECT_EQ(WriteWith({.value = "2"}), result::Success);
+    EXPECT_EQ(g_attributesSet, 1);
+    EXPECT_EQ(WriteWith({.value = "2", .setError = EPERM}), result::AccessDenied);
+    EXPECT_EQ(WriteWith({.value = "2", .setError = ENOSPC}), result::DiskFull);
+}
+
+TEST_F(OddAttributes, ThatTheFileSystemOnlyLists_AreNoObstacle)
+{
+    EXPECT_EQ(WriteWith({.value = "2", .setError = EOPNOTSUPP}), result::Success);
+    EXPECT_EQ(WriteWith({.readError = EOPNOTSUPP}), result::Success);
+    EXPECT_EQ(WriteWith({.readError = ENOSYS}), result::Success);
+}
+
+TEST_F(OddAttributes, ThatVanishMeanwhile_AreNoObstacle)
+{
+    EXPECT_EQ(WriteWith({.readError = ENODATA}), result::Success);
+}
+
+TEST_F(OddAttributes, ThatCannotBeRead_MakeTheReplacementFail)
+{
+    EXPECT_EQ(WriteWith({.readError = EACCES}), result::AccessDenied);
 }
 
 class AccessLists : public ReplacePermissions {

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "platform/Files.h"
+#include "platform/native/SystemCalls.h"
 #include "tests/native/TestFolder.h"
 
 namespace zupm::test {
@@ -19,6 +20,7 @@ namespace {
 class ReplaceSpecial : public testing::Test {
 protected:
     ReplaceSpecial() { EXPECT_EQ(::mkfifo(m_folder.Path("pipe").c_str(), 0600), 0); }
+    ~ReplaceSpecial() override { native::ReplaceSystemCalls(nullptr); }
 
     TestFolder m_folder;
 };
@@ -79,6 +81,36 @@ TEST_F(ReplaceSpecial, PipeWhoseReaderGoesAway_EndsTheCallAndNotTheProcess)
     sigset_t pending;
     ASSERT_EQ(::sigpending(&pending), 0);
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
+}
+
+TEST_F(ReplaceSpecial, PipeWhoseReaderDoesNotRead_EndsTheCallAfterAWhile)
+{
+    const int pipe = ::open(m_folder.Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    native::SystemCalls hasty = native::kSystemCalls;
+    hasty.poll = [](pollfd* files, nfds_t count, int timeout) {
+        EXPECT_GT(timeout, 0);
+        return ::poll(files, count, 1);
+    };
+    native::ReplaceSystemCalls(&hasty);
+    EXPECT_EQ(ReplaceFileAtomically(m_folder.Wide("pipe"), std::string(1 << 20, 'x')), result::SharingViolation);
+    ::close(pipe);
+}
+
+TEST_F(ReplaceSpecial, BrokenPipeSignalOfTheCaller_StaysPending)
+{
+    sigset_t pipeSignal;
+    sigset_t before;
+    sigset_t pending;
+    sigemptyset(&pipeSignal);
+    sigaddset(&pipeSignal, SIGPIPE);
+    ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &pipeSignal, &before), 0);
+    ASSERT_EQ(std::raise(SIGPIPE), 0);
+    EXPECT_EQ(ReplaceFileAtomically(u"/dev/null", "text"), result::Success);
+    ASSERT_EQ(::sigpending(&pending), 0);
+    EXPECT_EQ(sigismember(&pending, SIGPIPE), 1);
+    int taken = 0;
+    ASSERT_EQ(::sigwait(&pipeSignal, &taken), 0);
+    ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, &before, nullptr), 0);
 }
 
 TEST_F(ReplaceSpecial, OpenPipeByItsNumber_IsWrittenDirectly)
