@@ -12,4 +12,11 @@ bool CElementMap::Insert(const std::u16string& name, const AdvXMLParser::Element
     return true;
 }
 
+void CElementMap::Erase(std::u16string_view name) noexcept
+{
+    if (const auto place = m_settings.find(name); place != m_settings.end()) {
+        m_settings.erase(place);
+    }
+}
+
 }  // namespace zupm

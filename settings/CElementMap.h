@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "settings/CElementRef.h"
 
@@ -25,6 +26,9 @@ public:
 
     /// Adds a setting; false, with the map as it was, when the name is there already. Throws std::bad_alloc.
     bool Insert(const std::u16string& name, const AdvXMLParser::Element& setting);
+
+    /// Forgets a setting, if it is there.
+    void Erase(std::u16string_view name) noexcept;
 
     [[nodiscard]] const Index& Settings() const noexcept { return m_settings; }
 

@@ -14,26 +14,6 @@ using AdvXMLParser::Attribute;
 using AdvXMLParser::Element;
 using AdvXMLParser::ElementChildren;
 
-namespace {
-
-void IndexSettings(const Element& section, const std::u16string& sectionName, CElementMap& settings)
-{
-    for (const Element setting : ElementChildren(section)) {
-        const Attribute attribute = setting.GetAttribute(kNameAttribute);
-        if (attribute.IsNull()) {
-            continue;
-        }
-        const std::u16string name = attribute.GetText();
-        if (!settings.Insert(name, setting)) {
-            LogDuplicate(
-                u"CXMLDataObject::Initialize() -- Setting %s exists already in the setting map for the section %s",
-                name, sectionName);
-        }
-    }
-}
-
-}  // namespace
-
 CXMLDataObject::CXMLDataObject(const Element& container, const void* ownerLink) noexcept
     : m_container(container), m_ownerLink(ownerLink)
 {
@@ -78,6 +58,7 @@ result::Code CXMLDataObject::IndexSection(const Element& section)
     const std::u16string name = attribute.GetText();
     auto place = m_sections.lower_bound(name);
     if (place != m_sections.end() && place->first == name) {
+        m_hasDuplicates = true;
         LogDuplicate(u"CXMLDataObject::Initialize() -- Section %s exists already in the section map", name);
     } else {
         place = m_sections.emplace_hint(place, name, std::move(settings));
@@ -86,10 +67,28 @@ result::Code CXMLDataObject::IndexSection(const Element& section)
     return result::Success;
 }
 
+void CXMLDataObject::IndexSettings(const Element& section, const std::u16string& sectionName, CElementMap& settings)
+{
+    for (const Element setting : ElementChildren(section)) {
+        const Attribute attribute = setting.GetAttribute(kNameAttribute);
+        if (attribute.IsNull()) {
+            continue;
+        }
+        const std::u16string name = attribute.GetText();
+        if (!settings.Insert(name, setting)) {
+            m_hasDuplicates = true;
+            LogDuplicate(
+                u"CXMLDataObject::Initialize() -- Setting %s exists already in the setting map for the section %s",
+                name, sectionName);
+        }
+    }
+}
+
 result::Code CXMLDataObject::Deinitialize() noexcept
 {
     const CriticalSectionLock lock(m_lock);
     m_sections.clear();
+    m_hasDuplicates = false;
     m_initialised = false;
     return result::Success;
 }
@@ -181,16 +180,24 @@ result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16
         if (!match.IsNull()) {
             // Name and value come in one step: what memory stops halfway leaves no setting with the wrong value.
             added = match.AddElementInto(u"Setting", kNameAttribute, setting, value);
-            return added.IsNull() ? result::NotCreated : Reinitialize();
+            if (added.IsNull()) {
+                return result::NotCreated;
+            }
+            return Follow([&] {
+                const auto place = m_sections.find(section);
+                const bool isNew = place != m_sections.end() && place->second->Insert(std::u16string(setting), added);
+                return isNew ? result::Success : Reinitialize();
+            });
         }
         if (created) {
             return result::SectionStillMissing;
         }
-        if (m_container.AddElementInto(u"Section", kNameAttribute, section).IsNull()) {
+        const Element newSection = m_container.AddElementInto(u"Section", kNameAttribute, section);
+        if (newSection.IsNull()) {
             return result::NotCreated;
         }
-        // The setting comes next and rebuilds the indexes again; that result counts.
-        static_cast<void>(Reinitialize());
+        // The setting comes next and then the indexes are looked at again; that result counts.
+        static_cast<void>(Follow([&] { return IndexSection(newSection); }));
     }
 }
 
@@ -203,8 +210,28 @@ result::Code CXMLDataObject::RemoveSetting(std::u16string_view section, std::u16
             return code;
         }
         element.Delete();
-        return Reinitialize();
+        return Follow([&] {
+            m_sections.find(section)->second->Erase(setting);
+            return result::Success;
+        });
     });
+}
+
+bool CXMLDataObject::HoldsEveryElement() noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised && !m_hasDuplicates && !m_isStale;
+}
+
+template <class Update>
+result::Code CXMLDataObject::Follow(Update update) noexcept
+{
+    if (!HoldsEveryElement()) {
+        return Reinitialize();
+    }
+    const result::Code code = CatchAll(u"CXMLDataObject::Initialize()", update);
+    m_isStale = code < 0;
+    return code;
 }
 
 result::Code CXMLDataObject::Reinitialize() noexcept

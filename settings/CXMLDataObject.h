@@ -24,9 +24,10 @@ namespace zupm {
 /// Lifetime   The document belongs to the caller and must outlive the store.
 /// Threads    Initialize and Deinitialize take the store's lock; everything else relies on its caller's (the cursor's).
 /// Errors     Result codes. Every operation catches all exceptions, logs them and gives Unexpected.
-/// Invariants A new or removed element rebuilds both indexes from the document, so they mirror it. Indexes that could
-///            not be rebuilt are rebuilt by the next operation, which gives Unexpected or AllocationFailed until they
-///            can be: with half an index, settings would seem lost and be written twice.
+/// Invariants The indexes mirror the document. While no name occurs twice they follow every new or removed element;
+///            otherwise such an element has them rebuilt, which logs the duplicates again. Indexes that could not be
+///            brought up to date are rebuilt by the next operation, which gives Unexpected or AllocationFailed until
+///            they can be: with half an index, settings would seem lost and be written twice.
 class CXMLDataObject {
 public:
     /// `ownerLink` is kept and never looked at.
@@ -76,15 +77,23 @@ private:
 
     [[nodiscard]] result::Code BuildIndexes();
     [[nodiscard]] result::Code IndexSection(const AdvXMLParser::Element& section);
+    void IndexSettings(const AdvXMLParser::Element& section, const std::u16string& sectionName, CElementMap& settings);
     [[nodiscard]] result::Code AppendSetting(std::u16string_view section, std::u16string_view setting,
                                              std::u16string_view value, AdvXMLParser::Element& added);
+    /// Whether every element with a name has an entry of its own.
+    [[nodiscard]] bool HoldsEveryElement() noexcept;
+    /// Lets `update` bring the indexes up to date, or rebuilds them when more than one entry might have to change. The
+    /// codes of Initialize.
+    template <class Update>
+    [[nodiscard]] result::Code Follow(Update update) noexcept;
     /// Rebuilds the indexes if that has failed before. The codes of Initialize.
     [[nodiscard]] result::Code Refresh() noexcept;
 
     Index m_sections;
     AdvXMLParser::Element m_container;
     bool m_initialised ZUPM_GUARDED_BY(m_lock) = false;
-    bool m_isStale = false;  ///< rebuilding the indexes failed
+    bool m_hasDuplicates = false;  ///< elements were left out for their names
+    bool m_isStale = false;        ///< bringing the indexes up to date failed
     const void* m_ownerLink;
     CCriticalSection m_lock;
 };

@@ -20,7 +20,7 @@ std::unique_ptr<SpanTree> MakeTree(std::u16string_view rootName)
     const std::string tag = "<" + *zupm::ToUtf8(rootName) + "/>";
     const auto end = static_cast<std::uint32_t>(tag.size());
     auto tree = std::make_unique<SpanTree>(tag);
-    tree->CloseParsed(tree->OpenParsed(SpanTree::kDocument, 0, 0, end), end, end);
+    tree->CloseParsed(tree->OpenParsed(SpanTree::kDocument, 0, end), end, end);
     tree->CloseParsed(SpanTree::kDocument, end, end);
     return tree;
 }

@@ -105,7 +105,7 @@ try {
         gate.Refuse("undefined entity");
         return;
     }
-    gate.m_open = gate.m_tree->OpenParsed(gate.m_open, gate.m_read, start, content);
+    gate.m_open = gate.m_tree->OpenParsed(gate.m_open, gate.m_read, content);
     gate.m_read = content;
     ++gate.m_levels;
     if (gate.m_levels > kManyLevels && gate.m_levels * kShortestEndTag > gate.m_text.size() - content) {

@@ -13,7 +13,6 @@ namespace AdvXMLParser {
 /// and its start tag) is contiguous, and so is what lies between `tail` and the end of the end tag.
 struct ElementRecord {
     std::uint32_t before = 0;   ///< where the text between the preceding markup and the start tag begins
-    std::uint32_t start = 0;    ///< the start tag's '<'
     std::uint32_t content = 0;  ///< behind the start tag
     std::uint32_t tail = 0;     ///< behind the last child
     std::uint32_t end = 0;      ///< the end tag's '<'; equal to `content` for an empty-element tag

@@ -40,6 +40,18 @@ private:
     std::string_view m_run;
 };
 
+/// Where the start tag begins at the end of a text that holds no other tag; 0 in an empty text. No tag has a second
+/// '<'.
+std::size_t StartTagIn(std::string_view opening) noexcept
+{
+    const std::size_t markup = opening.find('<');
+    if (markup == opening.npos) {
+        return 0;
+    }
+    const char kind = opening[markup + 1];
+    return kind == '!' || kind == '?' ? opening.rfind('<') : markup;
+}
+
 }  // namespace
 
 SpanTree::SpanTree(std::string text) : m_original(std::move(text)), m_dropEditsAt(kSmallestEditBuffer)
@@ -49,14 +61,12 @@ SpanTree::SpanTree(std::string text) : m_original(std::move(text)), m_dropEditsA
     document.end = static_cast<std::uint32_t>(m_original.size());
 }
 
-std::uint32_t SpanTree::OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t start,
-                                   std::uint32_t content)
+std::uint32_t SpanTree::OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content)
 {
     m_records.Reserve(1);
     const std::uint32_t element = m_records.Acquire();
     ElementRecord& record = m_records[element];
     record.before = before;
-    record.start = start;
     record.content = content;
     Link(parent, element);
     return element;
@@ -86,14 +96,21 @@ std::string_view SpanTree::Text(std::uint32_t from, std::uint32_t to) const noex
                        : std::string_view(m_edits).substr(from - base, to - from);
 }
 
+std::string_view SpanTree::Opening(std::uint32_t element) const noexcept
+{
+    return Text(m_records[element].before, m_records[element].content);
+}
+
 std::string_view SpanTree::Before(std::uint32_t element) const noexcept
 {
-    return Text(m_records[element].before, m_records[element].start);
+    const std::string_view opening = Opening(element);
+    return opening.substr(0, StartTagIn(opening));
 }
 
 std::string_view SpanTree::StartTag(std::uint32_t element) const noexcept
 {
-    return Text(m_records[element].start, m_records[element].content);
+    const std::string_view opening = Opening(element);
+    return opening.substr(StartTagIn(opening));
 }
 
 std::string_view SpanTree::Name(std::uint32_t element) const noexcept
@@ -137,11 +154,7 @@ std::string SpanTree::Serialize() const
     out.reserve(m_original.size() + m_edits.size());
     RunWriter writer(out);
     WalkSubtree(
-        *this, kDocument,
-        [&](std::uint32_t element) {
-            const ElementRecord& record = m_records[element];
-            writer.Add(Text(record.before, record.content));
-        },
+        *this, kDocument, [&](std::uint32_t element) { writer.Add(Opening(element)); },
         [&](std::uint32_t element) { writer.Add(Text(m_records[element].tail, CloseOffset(element))); });
     writer.Flush();
     return out;
@@ -232,7 +245,6 @@ try {
         if (record.before >= base) {
             const std::uint32_t shift = move(record.before, record.content);
             record.before += shift;
-            record.start += shift;
             record.content += shift;
         }
         if (record.tail >= base) {

@@ -31,7 +31,8 @@ public:
 
     // --- for the parser; offsets are offsets of the text ---------------------------------------------------------
 
-    std::uint32_t OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t start, std::uint32_t content);
+    /// An element whose start tag ends at `content`, and what precedes the tag.
+    std::uint32_t OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content);
     void CloseParsed(std::uint32_t element, std::uint32_t tail, std::uint32_t end) noexcept;
 
     // --- reading -----------------------------------------------------------------------------------------------------
@@ -81,10 +82,12 @@ public:
 
 private:
     class Addition;
-    class CopyWalk;
+    class Copy;
 
     [[nodiscard]] std::uint32_t EditBase() const noexcept { return static_cast<std::uint32_t>(m_original.size()) + 1; }
     [[nodiscard]] std::string_view Text(std::uint32_t from, std::uint32_t to) const noexcept;
+    /// What precedes an element, and its start tag.
+    [[nodiscard]] std::string_view Opening(std::uint32_t element) const noexcept;
     [[nodiscard]] std::uint32_t CloseOffset(std::uint32_t element) const noexcept;
 
     void Link(std::uint32_t parent, std::uint32_t child) noexcept;
@@ -94,7 +97,7 @@ private:
     [[nodiscard]] ElementRecord WithTail(std::uint32_t element, std::string_view tail, Addition& addition) const;
     void ReplaceTail(std::uint32_t element, std::string_view tail);
     void Repoint(std::uint32_t element, const ElementRecord& offsets) noexcept;
-    void Commit(const Addition& addition);
+    void Commit(Addition addition);
     void DropDeadEdits() noexcept;
     [[nodiscard]] std::size_t LiveEditSize() const noexcept;
 

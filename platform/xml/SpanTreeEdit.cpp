@@ -1,8 +1,8 @@
+#include <array>
 #include <cstddef>
 #include <limits>
-#include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "platform/xml/Exceptions.h"
 #include "platform/xml/Layout.h"
@@ -43,25 +43,30 @@ public:
         }
         return static_cast<std::uint32_t>(end);
     }
+    void Reserve(std::size_t size) { m_text.reserve(size); }
     void Append(std::string_view text) { m_text.append(text); }
-    [[nodiscard]] const std::string& Text() const noexcept { return m_text; }
+    [[nodiscard]] std::string Take() && noexcept { return std::move(m_text); }
 
 private:
     std::size_t m_base;
     std::string m_text;
 };
 
-void SpanTree::Commit(const Addition& addition)
+void SpanTree::Commit(Addition addition)
 {
     (void)addition.End();
-    m_edits.append(addition.Text());
+    std::string text = std::move(addition).Take();
+    if (m_edits.empty()) {
+        m_edits = std::move(text);
+    } else {
+        m_edits.append(text);
+    }
 }
 
 void SpanTree::Repoint(std::uint32_t element, const ElementRecord& offsets) noexcept
 {
     ElementRecord& record = m_records[element];
     record.before = offsets.before;
-    record.start = offsets.start;
     record.content = offsets.content;
     record.tail = offsets.tail;
     record.end = offsets.end;
@@ -74,7 +79,6 @@ ElementRecord SpanTree::WithTail(std::uint32_t element, std::string_view tail, A
     if (isEmpty) {
         record.before = addition.End();
         addition.Append(Before(element));
-        record.start = addition.End();
         addition.Append(OpenForm(StartTag(element)));
         record.content = addition.End();
     } else if (Tail(element).ends_with(tail)) {
@@ -96,7 +100,6 @@ std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, s
     ElementRecord child;
     child.before = addition.End();
     addition.Append(placement.before);
-    child.start = addition.End();
     addition.Append(std::string("<").append(tag).append(escapedContent.empty() ? "/>" : ">"));
     child.content = child.tail = child.end = addition.End();
     if (!escapedContent.empty()) {
@@ -106,7 +109,7 @@ std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, s
     }
     const ElementRecord opened = WithTail(parent, placement.tail, addition);
     m_records.Reserve(1);
-    Commit(addition);
+    Commit(std::move(addition));
     Repoint(parent, opened);
     const std::uint32_t element = m_records.Acquire();
     Repoint(element, child);
@@ -114,85 +117,112 @@ std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, s
     return element;
 }
 
-/// Copies a subtree's text and notes where each of its elements will be.
-class SpanTree::CopyWalk {
+/// A copy of a subtree on its way into a tree: its text in an addition, its records linked with one another and not yet
+/// with the tree.
+///
+/// Lifetime  Frees its records again unless they are taken. The source may be the tree itself.
+class SpanTree::Copy {
 public:
-    struct Copied {
-        ElementRecord offsets;
-        std::size_t parent = 0;  ///< index of the parent among the copied; the subtree's top has itself
-        bool laysOut = false;    ///< its children get lines of their own
-    };
-
-    CopyWalk(const SpanTree& source, std::uint32_t top, const Placement& placement, Addition& addition)
-        : m_source(source),
-          m_top(top),
-          m_placement(placement),
-          m_addition(addition),
-          m_layOut(!placement.line.empty() && IsOnOneLine(source, top))
+    Copy(SpanTree& tree, const SpanTree& source, std::uint32_t top, const Placement& placement, Addition& addition)
+        : m_tree(tree), m_source(source), m_top(top), m_placement(placement), m_addition(addition)
     {
-        // Counted first: a vector that grows is twice and three times as large for a while.
-        std::size_t count = 0;
+    }
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+    ~Copy()
+    {
+        if (const std::uint32_t copy = Take(); copy != kNone) {
+            m_tree.FreeChildren(copy);
+            m_tree.m_records.Free(copy);
+        }
+    }
+
+    void Make()
+    {
+        Reserve();
+        m_laysOut = !m_placement.line.empty() && IsOnOneLine(m_source, m_top);
         WalkSubtree(
-            source, top, [&](std::uint32_t) { ++count; }, [](std::uint32_t) {});
-        m_elements.reserve(count);
-        WalkSubtree(
-            source, top, [this](std::uint32_t element) { Enter(element); },
+            m_source, m_top, [this](std::uint32_t element) { Enter(element); },
             [this](std::uint32_t element) { Leave(element); });
     }
 
-    [[nodiscard]] const std::vector<Copied>& Elements() const noexcept { return m_elements; }
+    /// The record of its top, which is the caller's from now on.
+    [[nodiscard]] std::uint32_t Take() noexcept { return std::exchange(m_copy, kNone); }
 
 private:
+    void Reserve()
+    {
+        std::size_t count = 0;
+        std::size_t size = m_placement.before.size();
+        WalkSubtree(
+            m_source, m_top,
+            [&](std::uint32_t element) {
+                ++count;
+                size += m_source.Opening(element).size();
+            },
+            [&](std::uint32_t element) { size += m_source.Tail(element).size() + m_source.EndTag(element).size(); });
+        m_tree.m_records.Reserve(count);
+        m_addition.Reserve(size);
+    }
+
     void Enter(std::uint32_t element)
     {
-        Copied copied;
-        copied.parent = m_current;
-        copied.laysOut = m_layOut && m_depth < kLaidOutLevels && IsCompact(m_source, element);
-        copied.offsets.before = m_addition.End();
-        m_addition.Append(BeforeOf(element));
-        copied.offsets.start = m_addition.End();
+        const std::uint32_t copy = m_tree.m_records.Acquire();
+        if (m_copy == kNone) {
+            m_copy = copy;
+        } else {
+            m_tree.Link(m_current, copy);
+        }
+        ElementRecord& record = m_tree.m_records[copy];
+        record.before = m_addition.End();
+        if (element == m_top) {
+            m_addition.Append(m_placement.before);
+        } else {
+            AppendSpace(m_depth - 1, m_source.Before(element));
+        }
         m_addition.Append(m_source.StartTag(element));
-        copied.offsets.content = m_addition.End();
-        m_current = m_elements.size();
-        m_elements.push_back(copied);
+        record.content = m_addition.End();
+        if (m_depth < kLaidOutLevels) {
+            m_isLaidOut[m_depth] = m_laysOut && IsCompact(m_source, element);
+        }
+        m_current = copy;
         ++m_depth;
     }
 
     void Leave(std::uint32_t element)
     {
         --m_depth;
-        Copied& copied = m_elements[m_current];
-        copied.offsets.tail = m_addition.End();
-        m_addition.Append(copied.laysOut ? LineAt(m_depth) : std::string(m_source.Tail(element)));
-        copied.offsets.end = m_addition.End();
+        ElementRecord& record = m_tree.m_records[m_current];
+        record.tail = m_addition.End();
+        AppendSpace(m_depth, m_source.Tail(element));
+        record.end = m_addition.End();
         m_addition.Append(m_source.EndTag(element));
-        m_current = copied.parent;
+        m_current = record.parent;
     }
 
-    [[nodiscard]] std::string BeforeOf(std::uint32_t element) const
+    /// What stands before a child or behind the last one, in the open element at that depth. When its children get
+    /// lines of their own, a line break and the indentation that belongs to where we are.
+    void AppendSpace(std::uint32_t parentDepth, std::string_view own)
     {
-        if (element == m_top) {
-            return m_placement.before;
+        if (parentDepth >= kLaidOutLevels || !m_isLaidOut[parentDepth]) {
+            m_addition.Append(own);
+            return;
         }
-        return m_elements[m_current].laysOut ? LineAt(m_depth) : std::string(m_source.Before(element));
+        m_addition.Append(m_placement.line);
+        for (std::uint32_t i = 0; i < m_depth; ++i) {
+            m_addition.Append(m_placement.unit);
+        }
     }
 
-    [[nodiscard]] std::string LineAt(std::uint32_t depth) const
-    {
-        std::string line = m_placement.line;
-        for (std::uint32_t i = 0; i < depth; ++i) {
-            line += m_placement.unit;
-        }
-        return line;
-    }
-
+    SpanTree& m_tree;
     const SpanTree& m_source;
     std::uint32_t m_top;
     const Placement& m_placement;
     Addition& m_addition;
-    bool m_layOut;
-    std::vector<Copied> m_elements;
-    std::size_t m_current = 0;
+    bool m_laysOut = false;                          ///< the copy, of one line, gets several
+    std::array<bool, kLaidOutLevels> m_isLaidOut{};  ///< of the open elements, by depth
+    std::uint32_t m_copy = kNone;                    ///< the top's record
+    std::uint32_t m_current = kNone;                 ///< the innermost open element's record
     std::uint32_t m_depth = 0;
 };
 
@@ -201,18 +231,14 @@ std::uint32_t SpanTree::AddCopy(std::uint32_t parent, const SpanTree& source, st
     DropDeadEdits();
     const Placement placement = PlaceChild(*this, parent);
     Addition addition(*this);
-    const CopyWalk copy(source, element, placement, addition);
+    Copy copy(*this, source, element, placement, addition);
+    copy.Make();
     const ElementRecord opened = WithTail(parent, placement.tail, addition);
-    std::vector<std::uint32_t> indexes(copy.Elements().size());
-    m_records.Reserve(indexes.size());
-    Commit(addition);
+    Commit(std::move(addition));
     Repoint(parent, opened);
-    for (std::size_t i = 0; i < indexes.size(); ++i) {
-        indexes[i] = m_records.Acquire();
-        Repoint(indexes[i], copy.Elements()[i].offsets);
-        Link(i == 0 ? parent : indexes[copy.Elements()[i].parent], indexes[i]);
-    }
-    return indexes.front();
+    const std::uint32_t top = copy.Take();
+    Link(parent, top);
+    return top;
 }
 
 void SpanTree::ReplaceStartTag(std::uint32_t element, std::string_view tag)
@@ -223,13 +249,12 @@ void SpanTree::ReplaceStartTag(std::uint32_t element, std::string_view tag)
     Addition addition(*this);
     record.before = addition.End();
     addition.Append(Before(element));
-    record.start = addition.End();
     addition.Append(tag);
     record.content = addition.End();
     if (isEmpty) {
         record.tail = record.end = record.content;
     }
-    Commit(addition);
+    Commit(std::move(addition));
     Repoint(element, record);
 }
 
@@ -252,7 +277,7 @@ void SpanTree::ReplaceTail(std::uint32_t element, std::string_view tail)
     DropDeadEdits();
     Addition addition(*this);
     const ElementRecord record = WithTail(element, tail, addition);
-    Commit(addition);
+    Commit(std::move(addition));
     Repoint(element, record);
 }
 
@@ -279,15 +304,17 @@ void SpanTree::Remove(std::uint32_t element)
         (next != kNone ? record.before : record.tail) = addition.End();
         addition.Append(keptBefore);
         addition.Append(keptBehind);
-        (next != kNone ? record.start : record.end) = addition.End();
-        addition.Append(next != kNone ? StartTag(next) : EndTag(parent));
         if (next != kNone) {
+            addition.Append(StartTag(next));
             record.content = addition.End();
             if (IsEmptyTag(next)) {
                 record.tail = record.end = record.content;
             }
+        } else {
+            record.end = addition.End();
+            addition.Append(EndTag(parent));
         }
-        Commit(addition);
+        Commit(std::move(addition));
     }
     Unlink(element);
     FreeChildren(element);

@@ -65,6 +65,21 @@ HRESULT RemoveSection(World& world)
     return ProductOf(world).RemoveSection(world.section.Get());
 }
 
+/// Takes the product out of the file again, with a setting that occurs twice: from then on every new or removed element
+/// has the product's indexes rebuilt.
+void DuplicateASetting(World& world)
+{
+    constexpr std::string_view kSectionWithout = "<Section name=\"another section, with a long name\"/>";
+    constexpr std::string_view kSectionWith =
+        "<Section name=\"another section, with a long name\"><Setting name=\"twice\"/><Setting "
+        "name=\"twice\"/></Section>";
+    std::string bytes = world.folder.Read(kFileName);
+    bytes.replace(bytes.find(kSectionWithout), kSectionWithout.size(), kSectionWith);
+    world.folder.Write(kFileName, bytes);
+    EXPECT_EQ(world.file.Load(world.folder.Path(kFileName)), 0);
+    EXPECT_EQ(world.file.GetPolicy(kProduct, world.product), 0);
+}
+
 // --- what is left ----------------------------------------------------------------------------------------------------
 
 void TheSlotIsNullAndNothingChanged(World& world, const Sight& before)
@@ -227,21 +242,35 @@ const std::vector<Operation> kOperations = {
      .fewestFailures = 4},
     {.name = "PutSectionSetting_NewSetting",
      .run = PutNewSetting,
-     .codes = {result::OutOfMemory, result::Unexpected, result::AllocationFailed},
+     .codes = {result::OutOfMemory, result::Unexpected},
      .afterFailure = InAnOldSection,
      .afterSuccess = TheNewSettingIsThereOnce<kSection>,
      .fewestFailures = 10},
     {.name = "PutSectionSetting_NewSection",
      .run = PutNewSection,
-     .codes = {result::OutOfMemory, result::Unexpected, result::AllocationFailed},
+     .codes = {result::OutOfMemory, result::Unexpected},
      .afterFailure = InANewSection,
      .afterSuccess = TheNewSettingIsThereOnce<kNewName>,
      .fewestFailures = 10},
     {.name = "RemoveSetting",
      .run = RemoveSetting,
+     .codes = {result::OutOfMemory},
+     .afterFailure = EverythingIsAsBefore,
+     .afterSuccess = TheSettingIsGone,
+     .fewestFailures = 2},
+    {.name = "PutSectionSetting_BesideDuplicates",
+     .run = PutNewSetting,
+     .codes = {result::OutOfMemory, result::Unexpected, result::AllocationFailed},
+     .afterFailure = InAnOldSection,
+     .afterSuccess = TheNewSettingIsThereOnce<kSection>,
+     .prepare = DuplicateASetting,
+     .fewestFailures = 10},
+    {.name = "RemoveSetting_BesideDuplicates",
+     .run = RemoveSetting,
      .codes = {result::OutOfMemory, result::Unexpected, result::AllocationFailed},
      .afterFailure = TheSettingIsThereOrGone,
      .afterSuccess = TheSettingIsGone,
+     .prepare = DuplicateASetting,
      .recover = PutTheSettingBack,
      .fewestFailures = 5},
     {.name = "RemoveSection",

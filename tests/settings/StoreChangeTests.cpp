@@ -1,4 +1,7 @@
 // What the store writes into an element.
+#include <iterator>
+#include <random>
+
 #include "tests/settings/ContainerTest.h"
 #include "tests/support/Difference.h"
 
@@ -192,6 +195,44 @@ TEST_F(StoreChange, RemovingWhatIsMissingTellsWhichLevelIsMissing)
     EXPECT_EQ(Store().RemoveSetting(u"S", u"B"), result::SettingNotFound);
     EXPECT_EQ(Text(), kOneSetting);
     EXPECT_THAT(m_log.Take(), IsEmpty());
+}
+
+/// Every way of a store that has lived through edits to find what a store that has just been made finds.
+TEST_F(StoreChange, AfterAnyEditsTheStoreFindsWhatAFreshOneFinds)
+{
+    constexpr std::u16string_view kNames[] = {u"", u"A", u"B", u"a", u"\u00E4 < & \"", u"tab\tand\nline"};
+    std::mt19937 engine(2);
+    const auto name = [&] { return kNames[engine() % std::size(kNames)]; };
+    for (int document = 0; document < 40; ++document) {
+        // Half of them begin with names that occur twice.
+        Load(document % 2 == 0 ? "<P/>"
+                               : R"(<P><x name="A"><y name="B">1</y><y name="B">2</y></x><x/><x name="A"/></P>)");
+        OpenStore();
+        for (int edit = 0; edit < 60; ++edit) {
+            result::Code code = result::Success;
+            switch (engine() % 4) {
+                case 0:
+                    // A setting that is there already is added a second time.
+                    EXPECT_FALSE(Store().AddSetting(name(), name(), code).IsNull());
+                    break;
+                case 1:
+                    static_cast<void>(Store().RemoveSetting(name(), name()));
+                    break;
+                default:
+                    EXPECT_EQ(Store().SetSettingValue(name(), name(), std::u16string(engine() % 3, u'v'), 1), 0);
+            }
+            CXMLDataObject fresh(Root(), nullptr);
+            ASSERT_EQ(fresh.Initialize(), result::Success);
+            for (const std::u16string_view section : kNames) {
+                for (const std::u16string_view setting : kNames) {
+                    result::Code freshCode = result::Success;
+                    const bool isSame =
+                        Store().GetSetting(section, setting, code) == fresh.GetSetting(section, setting, freshCode);
+                    ASSERT_TRUE(isSame && code == freshCode) << Text();
+                }
+            }
+        }
+    }
 }
 
 }  // namespace
