@@ -24,15 +24,15 @@ constexpr std::size_t kLargestUntold = std::size_t{16} << 20;
 /// end shows without growing the buffer.
 result::Code ReadToEnd(int file, std::size_t size, std::string& bytes)
 {
-    const std::size_t largest = size == 0 ? kLargestUntold : kLargestFile;
+    const std::size_t tooLarge = size == 0 ? kLargestUntold : kLargestFile + 1;
     bytes.resize(size == 0 ? kFirstRead : size + 1);
     std::size_t filled = 0;
     for (;;) {
-        if (filled > largest) {
+        if (filled >= tooLarge) {
             return result::FileTooLarge;
         }
         if (filled == bytes.size()) {
-            bytes.resize(std::min(filled * 2, largest + 1));
+            bytes.resize(std::min(filled * 2, tooLarge));
         }
         const ssize_t count = Retry([&] { return Calls().read(file, bytes.data() + filled, bytes.size() - filled); });
         if (count < 0) {
