@@ -2,6 +2,7 @@
 
 #include "module/host/Strings.h"
 #include "platform/xml/Document.h"
+#include "settings/SettingSlot.h"
 
 namespace zupm {
 
@@ -75,7 +76,7 @@ HRESULT CPolicyProduct::GetSetting(BSTR strName, BSTR* pstrValue) noexcept
 {
     return Call(u"CPolicyProduct::GetSetting()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        return ReadSetting(*m_section.Get(), strName, pstrValue);
+        return StoreSetting(m_data, *m_section.Get(), strName, pstrValue);
     });
 }
 
@@ -91,7 +92,7 @@ HRESULT CPolicyProduct::GetSectionSetting(BSTR strSectionName, BSTR strName, BST
 {
     return Call(u"CPolicyProduct::GetSectionSetting()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        return ReadSetting(TextOf(strSectionName), strName, pstrValue);
+        return StoreSetting(m_data, TextOf(strSectionName), strName, pstrValue);
     });
 }
 
@@ -116,20 +117,6 @@ HRESULT CPolicyProduct::RemoveSection(BSTR strSectionName) noexcept
         const CriticalSectionLock lock(m_lock);
         return m_data.RemoveSection(TextOf(strSectionName));
     });
-}
-
-result::Code CPolicyProduct::ReadSetting(std::u16string_view section, BSTR name, BSTR* slot)
-{
-    if (slot == nullptr) {
-        return result::BadArgument;
-    }
-    std::u16string value;
-    const result::Code code = m_data.GetSectionSetting(section, TextOf(name), value);
-    if (code >= 0) {
-        // Memory running out here goes unreported: the slot is null then.
-        static_cast<void>(StoreString(slot, value));
-    }
-    return code;
 }
 
 result::Code CPolicyProduct::BindToFileElement(const Element& policy, std::u16string_view softwareId)

@@ -52,8 +52,6 @@ protected:
 
 private:
     [[nodiscard]] result::Code BindToEmptyProduct();
-    /// Hands a setting's value out; the caller holds the lock.
-    [[nodiscard]] result::Code ReadSetting(std::u16string_view section, BSTR name, BSTR* slot);
 
     ResourceModuleUse m_resources;
     AtomicText m_section;

@@ -2,6 +2,7 @@
 
 #include "module/host/Strings.h"
 #include "platform/xml/Document.h"
+#include "settings/SettingSlot.h"
 
 namespace zupm {
 
@@ -56,7 +57,7 @@ HRESULT CPolicyTask::GetSetting(BSTR strName, BSTR* pstrValue) noexcept
 {
     return Call(u"CPolicyTask::GetSetting()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        return ReadSetting(m_section, strName, pstrValue);
+        return StoreSetting(m_data, m_section, strName, pstrValue);
     });
 }
 
@@ -72,7 +73,7 @@ HRESULT CPolicyTask::GetSectionSetting(BSTR strSection, BSTR strName, BSTR* pstr
 {
     return Call(u"CPolicyTask::GetSectionSetting()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        return ReadSetting(TextOf(strSection), strName, pstrValue);
+        return StoreSetting(m_data, TextOf(strSection), strName, pstrValue);
     });
 }
 
@@ -106,20 +107,6 @@ HRESULT CPolicyTask::WriteTaskDataToIniFile(BSTR bstrFileName) noexcept
         const CriticalSectionLock lock(m_lock);
         return m_data.WriteTaskDataToIniFile(TextOf(bstrFileName));
     });
-}
-
-result::Code CPolicyTask::ReadSetting(std::u16string_view section, BSTR name, BSTR* slot)
-{
-    if (slot == nullptr) {
-        return result::BadArgument;
-    }
-    std::u16string value;
-    const result::Code code = m_data.GetSectionSetting(section, TextOf(name), value);
-    if (code >= 0) {
-        // Memory running out here goes unreported: the slot is null then.
-        static_cast<void>(StoreString(slot, value));
-    }
-    return code;
 }
 
 result::Code CPolicyTask::BindFromElements(const Element& group, const Element& task)

@@ -68,7 +68,6 @@ private:
     [[nodiscard]] HRESULT GetField(std::u16string_view operation, TextField field, BSTR* slot) noexcept;
     [[nodiscard]] HRESULT PutField(std::u16string_view operation, TextField field, BSTR value) noexcept;
     [[nodiscard]] result::Code LoadEmptyTask();
-    [[nodiscard]] result::Code ReadSetting(std::u16string_view section, BSTR name, BSTR* slot) ZUPM_REQUIRES(m_lock);
 
     ResourceModuleUse m_resources;
     CCriticalSection m_lock;

@@ -4,7 +4,7 @@
 #include <functional>
 #include <utility>
 
-#include "tests/policyfile/ForeignObjects.h"
+#include "tests/support/ForeignObjects.h"
 
 namespace zupm::fuzz {
 

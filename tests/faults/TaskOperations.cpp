@@ -2,11 +2,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/SectionOperations.h"
 
 namespace zupm::test {
 
 namespace {
+
+using Sections = SectionOperations<&World::task>;
 
 IPolicyTask& TaskOf(World& world)
 {
@@ -35,36 +37,6 @@ HRESULT PutPriority(World& world)
     return TaskOf(world).put_Priority(7);
 }
 
-HRESULT GetSetting(World& world)
-{
-    return TaskOf(world).GetSetting(world.setting.Get(), world.text.Slot());
-}
-
-HRESULT GetSectionSetting(World& world)
-{
-    return TaskOf(world).GetSectionSetting(world.section.Get(), world.setting.Get(), world.text.Slot());
-}
-
-HRESULT PutSetting(World& world)
-{
-    return TaskOf(world).PutSetting(world.setting.Get(), world.newValue.Get());
-}
-
-HRESULT PutSectionSetting(World& world)
-{
-    return TaskOf(world).PutSectionSetting(world.newName.Get(), world.newName.Get(), world.newValue.Get());
-}
-
-HRESULT RemoveSetting(World& world)
-{
-    return TaskOf(world).RemoveSetting(world.section.Get(), world.setting.Get());
-}
-
-HRESULT RemoveSection(World& world)
-{
-    return TaskOf(world).RemoveSection(world.section.Get());
-}
-
 HRESULT WriteIni(World& world)
 {
     return TaskOf(world).WriteTaskDataToIniFile(world.iniPath.Get());
@@ -81,12 +53,6 @@ HRESULT GetNext(World& world)
 }
 
 // --- what is left ----------------------------------------------------------------------------------------------------
-
-void TheSlotIsNullAndNothingChanged(World& world, const Sight& before)
-{
-    EXPECT_TRUE(world.text.Untouched() || world.text.IsNull());
-    EXPECT_EQ(world.OfAll(), before);
-}
 
 void ATextIsThere(World& world)
 {
@@ -112,40 +78,6 @@ void TheNewNumberIsThere(World& world)
     EXPECT_EQ(world.number.Value(), 7);
 }
 
-void TheNewSectionIsCurrent(World& world)
-{
-    EXPECT_EQ(GetSetting(world), result::SectionNotFound);
-}
-
-void TheValueIsThereOrNull(World& world)
-{
-    EXPECT_TRUE(world.text.IsNull() || world.text.Text() == kValue);
-}
-
-void TheValueIsReplaced(World& world)
-{
-    EXPECT_EQ(world.task.Get(kSection, kSetting), (TextResult{0, kNewValue}));
-    EXPECT_EQ(world.task.Get(kSection, kOtherSetting), (TextResult{0, u"untouched"}));
-}
-
-void TheNewSettingIsWholeOrNotThere(World& world, const Sight&)
-{
-    EXPECT_EQ(world.task.Get(kSection, kSetting), (TextResult{0, kValue}));
-    const TextResult added = world.task.Get(kNewName, kNewName);
-    EXPECT_TRUE(added.code == result::SectionNotFound || added.code == result::SettingNotFound ||
-                added.text == kNewValue);
-    const std::u16string data = world.task.Data().text.value_or(std::u16string());
-    EXPECT_EQ(data.find(u"<Setting/>"), data.npos);
-    EXPECT_EQ(data.find(u"<Section/>"), data.npos);
-}
-
-void TheNewSettingIsThereOnce(World& world)
-{
-    EXPECT_EQ(world.task.Get(kNewName, kNewName), (TextResult{0, kNewValue}));
-    const std::u16string data = world.task.Data().text.value_or(std::u16string());
-    EXPECT_EQ(data.find(kNewValue), data.rfind(kNewValue));
-}
-
 /// A cursor that could not be opened again refuses until the task's data is read, which opens one.
 void TheSectionIsThereOrGone(World& world, const Sight& before)
 {
@@ -158,17 +90,6 @@ void TheSectionIsThereOrGone(World& world, const Sight& before)
     EXPECT_EQ(world.task.Data().code, 0);
     EXPECT_EQ(world.task.Get(kSection, kSetting).code, result::SectionNotFound);
     EXPECT_EQ(world.task.Get(u"Task", u"TaskID"), (TextResult{0, kTask}));
-}
-
-void PutTheSettingBack(World& world)
-{
-    EXPECT_EQ(world.task.Put(kSection, kSetting, kValue), 0);
-}
-
-void TheSettingIsGone(World& world)
-{
-    EXPECT_EQ(world.task.Get(kSection, kSetting).code, result::SettingNotFound);
-    EXPECT_EQ(world.task.Get(kSection, kOtherSetting), (TextResult{0, u"untouched"}));
 }
 
 void TheSectionIsGone(World& world)
@@ -297,47 +218,12 @@ const std::vector<Operation> kOperations = {
      .afterFailure = TheTaskItselfIsAsBefore,
      .afterSuccess = TheDataHasTheTask,
      .fewestFailures = 30},
-    {.name = "PutSection",
-     .run = PutText<&IPolicyTask::put_Section>,
-     .codes = {result::OutOfMemory},
-     .afterFailure = EverythingIsAsBefore,
-     .afterSuccess = TheNewSectionIsCurrent},
-    {.name = "GetSetting",
-     .run = GetSetting,
-     .codes = {result::OutOfMemory, result::Unexpected},
-     .afterFailure = TheSlotIsNullAndNothingChanged,
-     .afterSuccess = TheValueIsThereOrNull,
-     .fewestFailures = 3},
-    {.name = "GetSectionSetting",
-     .run = GetSectionSetting,
-     .codes = {result::OutOfMemory, result::Unexpected},
-     .afterFailure = TheSlotIsNullAndNothingChanged,
-     .afterSuccess = TheValueIsThereOrNull,
-     .fewestFailures = 4},
-    {.name = "PutSetting",
-     .run = PutSetting,
-     .codes = {result::OutOfMemory, result::Unexpected},
-     .afterFailure = EverythingIsAsBefore,
-     .afterSuccess = TheValueIsReplaced,
-     .fewestFailures = 4},
-    {.name = "PutSectionSetting",
-     .run = PutSectionSetting,
-     .codes = {result::OutOfMemory, result::Unexpected},
-     .afterFailure = TheNewSettingIsWholeOrNotThere,
-     .afterSuccess = TheNewSettingIsThereOnce,
-     .fewestFailures = 10},
-    {.name = "RemoveSetting",
-     .run = RemoveSetting,
-     .codes = {result::OutOfMemory},
-     .afterFailure = EverythingIsAsBefore,
-     .afterSuccess = TheSettingIsGone,
-     .fewestFailures = 2},
     {.name = "RemoveSection",
-     .run = RemoveSection,
+     .run = Sections::RemoveSection,
      .codes = {result::OutOfMemory, result::Unexpected, result::AllocationFailed},
      .afterFailure = TheSectionIsThereOrGone,
      .afterSuccess = TheSectionIsGone,
-     .recover = PutTheSettingBack,
+     .recover = Sections::PutTheSettingBack,
      .fewestFailures = 5},
     {.name = "WriteTaskDataToIniFile",
      .run = WriteIni,
@@ -366,6 +252,7 @@ const std::vector<Operation> kSteps = {
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(Task, FailingMemory, testing::ValuesIn(kOperations), NameOf);
+INSTANTIATE_TEST_SUITE_P(TaskSettings, FailingMemory, testing::ValuesIn(Sections::Rows()), NameOf);
 INSTANTIATE_TEST_SUITE_P(Enumerator, FailingMemory, testing::ValuesIn(kSteps), NameOf);
 
 }  // namespace zupm::test

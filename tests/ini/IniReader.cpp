@@ -1,6 +1,6 @@
 #include "tests/ini/IniReader.h"
 
-#include "platform/common/Utf.h"
+#include <algorithm>
 
 namespace zupm::test {
 
@@ -26,26 +26,6 @@ std::u16string Unquoted(std::u16string text)
 }
 
 }  // namespace
-
-std::u16string DecodeIni(std::string_view bytes)
-{
-    std::u16string text;
-    if (bytes.starts_with("\xFF\xFE")) {
-        for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
-            const auto low = static_cast<unsigned char>(bytes[at]);
-            const auto high = static_cast<unsigned char>(bytes[at + 1]);
-            text += static_cast<char16_t>(low | high << 8);
-        }
-        return text;
-    }
-    if (std::optional<std::u16string> utf8 = ToUtf16(bytes)) {
-        return *utf8;
-    }
-    for (const char byte : bytes) {
-        text += static_cast<char16_t>(static_cast<unsigned char>(byte));
-    }
-    return text;
-}
 
 IniReader::IniReader(std::u16string_view text)
 {

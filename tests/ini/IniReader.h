@@ -9,9 +9,6 @@
 
 namespace zupm::test {
 
-/// The text of a file: UTF-16 with a signature, else UTF-8, else one character a byte (a Latin code page).
-[[nodiscard]] std::u16string DecodeIni(std::string_view bytes);
-
 /// What a file says, as the usual readers take it: lines end at CR, LF or both; a line that begins with `[` is a
 /// section up to its first `]`; one that begins with `;` says nothing; others are a key and a value, without blanks at
 /// their ends, the value without one pair of quotes. Of a section or key that comes twice the first counts.

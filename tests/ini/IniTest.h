@@ -9,6 +9,7 @@
 
 #include "tests/ini/IniReader.h"
 #include "tests/ini/IniTexts.h"
+#include "tests/support/IniText.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"

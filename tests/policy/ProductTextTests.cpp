@@ -11,9 +11,7 @@ protected:
     HRESULT Add(std::u16string_view data)
     {
         LoadPolicies("<Policy>\n</Policy>\n");
-        FakeProduct product;
-        product.softwareId.text = u"A";
-        product.data.text = data;
+        ForeignProduct product({0, u"A"}, {0, std::u16string(data)});
         static_cast<void>(m_log.Take());
         const HRESULT code = m_file.Object()->AddPolicy(&product, 1);
         EXPECT_EQ(product.References(), 0U);

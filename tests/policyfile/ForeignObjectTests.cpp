@@ -1,7 +1,7 @@
 // AddPolicy and AddTask of objects that are not the component's own, and how the adds fail when those do.
 
-#include "ForeignObjects.h"
 #include "PolicyFileTest.h"
+#include "tests/support/ForeignObjects.h"
 
 namespace zupm::test {
 

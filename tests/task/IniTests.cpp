@@ -1,8 +1,6 @@
 // A task's dump into an INI file, byte for byte.
-#include <optional>
-
 #include "platform/common/Macros.h"
-#include "platform/common/Utf.h"
+#include "tests/support/IniText.h"
 #include "tests/task/TaskTest.h"
 
 namespace zupm::test {
@@ -34,28 +32,9 @@ protected:
     /// the target's own affair (UTF-8; the code page; UTF-16 for what that lacks).
     [[nodiscard]] std::u16string TextAfterTask() const
     {
-        const std::u16string text = Decoded(Bytes());
+        const std::u16string text = DecodeIni(Bytes());
         EXPECT_TRUE(text.starts_with(std::u16string(kNewTask.begin(), kNewTask.end())));
         return text.substr(std::min(kNewTask.size(), text.size()));
-    }
-    [[nodiscard]] static std::u16string Decoded(std::string_view bytes)
-    {
-        std::u16string text;
-        if (bytes.starts_with("\xFF\xFE")) {
-            for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
-                const auto low = static_cast<unsigned char>(bytes[at]);
-                const auto high = static_cast<unsigned char>(bytes[at + 1]);
-                text += static_cast<char16_t>(low | high << 8);
-            }
-            return text;
-        }
-        if (std::optional<std::u16string> utf8 = ToUtf16(bytes)) {
-            return *utf8;
-        }
-        for (const char byte : bytes) {
-            text += static_cast<char16_t>(static_cast<unsigned char>(byte));  // the code page is a Latin one
-        }
-        return text;
     }
 
     std::u16string m_path = m_folder.Path(u"task.ini");

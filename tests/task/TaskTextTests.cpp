@@ -11,10 +11,7 @@ protected:
     HRESULT Add(std::u16string_view data)
     {
         LoadGroups("");
-        FakeTask task;
-        task.softwareId.text = u"S";
-        task.taskId.text = u"T";
-        task.data.text = data;
+        ForeignTask task({0, u"S"}, {0, u"T"}, {0, std::u16string(data)});
         static_cast<void>(m_log.Take());
         const HRESULT code = m_file.Object()->AddTask(&task, 1);
         EXPECT_EQ(task.References(), 0U);
@@ -118,12 +115,12 @@ TEST_F(TaskText, ThatIsMalformedIsRefusedWithTwoLogLines)
 TEST_F(TaskText, OfAnObjectThatFailsEndsTheAddWithItsCode)
 {
     LoadGroups("");
-    FakeTask task;
-    task.data.code = result::AllocationFailed;
-    EXPECT_EQ(m_file.Object()->AddTask(&task, 1), result::AllocationFailed);
-    task.taskId.code = -77;
-    EXPECT_EQ(m_file.Object()->AddTask(&task, 1), -77);
-    EXPECT_EQ(task.References(), 0U);
+    ForeignTask noData({}, {}, {result::AllocationFailed, {}});
+    EXPECT_EQ(m_file.Object()->AddTask(&noData, 1), result::AllocationFailed);
+    EXPECT_EQ(noData.References(), 0U);
+    ForeignTask noId({}, {-77, {}}, {result::AllocationFailed, {}});
+    EXPECT_EQ(m_file.Object()->AddTask(&noId, 1), -77);
+    EXPECT_EQ(noId.References(), 0U);
 }
 
 }  // namespace zupm::test

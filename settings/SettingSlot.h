@@ -1,0 +1,28 @@
+/// How products and tasks hand a setting out.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "module/host/Strings.h"
+
+namespace zupm {
+
+/// Stores the value of a setting of `data` (a CPolicyData or CTaskData) as StoreString does. BadArgument for a null
+/// slot; else the data's code, with the slot as it was on failure.
+template <class Data>
+[[nodiscard]] result::Code StoreSetting(Data& data, std::u16string_view section, BSTR name, BSTR* slot)
+{
+    if (slot == nullptr) {
+        return result::BadArgument;
+    }
+    std::u16string value;
+    const result::Code code = data.GetSectionSetting(section, TextOf(name), value);
+    if (code >= 0) {
+        // Memory running out here goes unreported: the slot is null then.
+        static_cast<void>(StoreString(slot, value));
+    }
+    return code;
+}
+
+}  // namespace zupm
