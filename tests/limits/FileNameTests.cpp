@@ -3,29 +3,19 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <vector>
 
+#include "tests/limits/FileNames.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {
 namespace {
 
-/// Loading ends in one of these codes; writing too, or in what the system has to say about a device.
-struct NameRow {
-    std::string_view label;
-    std::u16string name;
-    bool isInFolder;
-    std::vector<HRESULT> codes;
-};
-
-const std::vector<HRESULT> kNoSuchName = {result::InvalidName,     result::FileNotFound, result::PathNotFound,
-                                          result::NameTooLong,     result::AccessDenied, result::NotSupported,
-                                          result::InputOutputError};
-
 std::vector<NameRow> Names()
 {
-    return {
+    std::vector<NameRow> names = {
         {"empty", u"", false, {result::InvalidName}},
         {"zero inside", std::u16string(u"a\0b", 3), true, {result::InvalidName}},
         {"unpaired surrogate", std::u16string{u'a', 0xD800}, true, {result::InvalidName}},
@@ -37,20 +27,9 @@ std::vector<NameRow> Names()
         {"the folder itself", u"", true, kNoSuchName},
         {"the folder above", u"..", true, kNoSuchName},
         {"the root", u"/", false, kNoSuchName},
-#ifdef _WIN32
-        {"NUL", u"NUL", false, {result::NotSupported}},
-        {"NUL with an extension", u"nul.xml", false, kNoSuchName},
-        {"CON", u"CON", false, {result::NotSupported}},
-        {"a device in a folder", u"COM1", true, kNoSuchName},
-        {"the device namespace", u"\\\\.\\PhysicalDrive0", false, {result::NotSupported}},
-        {"a pipe", u"\\\\.\\pipe\\none", false, {result::NotSupported}},
-        {"a drive", u"C:", false, kNoSuchName},
-        {"a drive that is not there", u"Q:\\policy.xml", false, {result::PathNotFound, result::FileNotFound}},
-        {"the long prefix alone", u"\\\\?\\", false, kNoSuchName},
-        {"the long prefix before nothing", u"\\\\?\\none\\policy.xml", false, kNoSuchName},
-        {"wildcards", u"*.xml", true, kNoSuchName},
-#endif
     };
+    std::ranges::move(NamesOfTheSystem(), std::back_inserter(names));
+    return names;
 }
 
 /// A code of the system's, in the form that results have.
