@@ -8,8 +8,8 @@
 
 #include "tests/support/Difference.h"
 #include "tests/support/ErrorInfo.h"
-#include "tests/support/ForeignObjects.h"
 #include "tests/support/FixedClock.h"
+#include "tests/support/ForeignObjects.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/MemberCall.h"
 #include "tests/support/PolicyFileClient.h"
