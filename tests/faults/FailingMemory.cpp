@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tests/faults/Operation.h"
+#include "tests/support/Effort.h"
 #include "tests/support/ErrorInfo.h"
 #include "tests/support/FailingAllocations.h"
 #include "tests/support/FixedClock.h"
@@ -93,9 +94,10 @@ void FailingMemory::FailEachAllocation(bool forEver)
     RunWith(kMostAllocations, forEver);  // fills what is kept for good
     static_cast<void>(TakeErrorInformation());
     static_cast<void>(log.Take());
+    const int stride = FaultStride(GetParam().stride);
     int number = 1;
     int failures = -1;
-    for (bool happened = true; happened && !HasFailure(); number += GetParam().stride, ++failures) {
+    for (bool happened = true; happened && !HasFailure(); number += stride, ++failures) {
         ASSERT_LT(number, kMostAllocations) << "it never passed";
         SCOPED_TRACE(testing::Message() << "allocation " << number << (forEver ? " and all later ones" : ""));
         const long live = LiveAllocations();

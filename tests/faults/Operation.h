@@ -31,7 +31,7 @@ struct Operation {
     bool isMember = true;
     /// Fewer failures than this mean that the operation did not get far.
     int fewestFailures = 1;
-    /// The distance from one failing allocation to the next: 1, or a prime for an operation of thousands.
+    /// The distance from one failing allocation to the next: 1, or a prime for an operation of thousands (FaultStride).
     int stride = 1;
 };
 

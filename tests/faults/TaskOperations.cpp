@@ -230,8 +230,7 @@ const std::vector<Operation> kOperations = {
      .codes = {result::OutOfMemory, result::GeneralFailure, result::Unexpected},
      .afterFailure = TheIniFileHasTheFirstLines,
      .afterSuccess = TheIniFileHasTheIdentity,
-     .fewestFailures = 30,
-     .stride = 7},  // a file is replaced for each line, in steps that are the same for all
+     .fewestFailures = 30},
 };
 
 const std::vector<Operation> kSteps = {

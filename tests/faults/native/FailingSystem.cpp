@@ -10,6 +10,7 @@
 #include "platform/native/FileErrors.h"
 #include "tests/native/FaultySystem.h"
 #include "tests/native/TestFolder.h"
+#include "tests/support/Effort.h"
 #include "tests/support/FixedClock.h"
 
 namespace zupm::test {
@@ -60,7 +61,8 @@ Outcome FailingSystem::RunWith(int call, int error, bool forEver)
 
 void FailingSystem::FailEachCall(int error, bool forEver)
 {
-    for (int call = 0; !HasFailure(); call += GetParam().stride) {
+    const int stride = FaultStride(GetParam().stride);
+    for (int call = 0; !HasFailure(); call += stride) {
         ASSERT_LT(call, kMostCalls) << "it never passed";
         SCOPED_TRACE(testing::Message() << "call " << call << (forEver ? " and all later ones" : "") << ", error "
                                         << error);
@@ -68,7 +70,7 @@ void FailingSystem::FailEachCall(int error, bool forEver)
             EXPECT_EQ(outcome.code, S_OK);
             EXPECT_GT(call, 2) << "the operation makes hardly any calls";
             RecordProperty(std::string("failures of error ") + std::to_string(error) + (forEver ? " for good" : ""),
-                           call / GetParam().stride);
+                           call / stride);
             return;
         }
     }

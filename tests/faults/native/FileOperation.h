@@ -25,7 +25,8 @@ struct FileOperation {
     /// What must hold, after a failure and after a success.
     void (*check)(World& world, const Sight& before, const Outcome& outcome);
     void (*prepare)(World& world) = nullptr;
-    /// The distance from one failing call to the next: 1, or a prime for an operation of many calls alike.
+    /// The distance from one failing call to the next: 1, or a prime for an operation of many calls alike
+    /// (FaultStride).
     int stride = 1;
     /// How many of the errors are tried.
     std::size_t errors = 6;
