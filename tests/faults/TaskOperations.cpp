@@ -230,7 +230,8 @@ const std::vector<Operation> kOperations = {
      .codes = {result::OutOfMemory, result::GeneralFailure, result::Unexpected},
      .afterFailure = TheIniFileHasTheFirstLines,
      .afterSuccess = TheIniFileHasTheIdentity,
-     .fewestFailures = 30},
+     .fewestFailures = 30,
+     .stride = 7},  // a file is replaced for each line, in steps that are the same for all
 };
 
 const std::vector<Operation> kSteps = {

@@ -70,8 +70,8 @@ void OldFileHasWholeLines(World& world, const Sight& before, const Outcome& outc
 }
 
 const FileOperation kOperations[] = {
-    {.name = "NewFile", .run = WriteIni, .check = NewFileHasWholeLines, .errors = 2},
-    {.name = "OldFile", .run = WriteIni, .check = OldFileHasWholeLines, .prepare = MakeIni, .errors = 2},
+    {.name = "NewFile", .run = WriteIni, .check = NewFileHasWholeLines, .stride = 5, .errors = 2},
+    {.name = "OldFile", .run = WriteIni, .check = OldFileHasWholeLines, .prepare = MakeIni, .stride = 7, .errors = 2},
 };
 
 }  // namespace
