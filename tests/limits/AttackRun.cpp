@@ -15,7 +15,7 @@ namespace {
 
 /// Below this the clock is too coarse to compare two times.
 constexpr double kComparable = 0.2;
-constexpr int kMostTries = 5;
+constexpr int kMostTries = 8;
 
 }  // namespace
 
