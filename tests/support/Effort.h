@@ -12,8 +12,8 @@ namespace zupm::test {
     return text == nullptr ? otherwise : std::atoi(text);
 }
 
-/// How far one failing call or allocation is from the next: 1 when scripts/torture wants them all, else what suits a run
-/// of all tests.
+/// How far one failing call or allocation is from the next: 1 when scripts/torture wants them all, else what suits a
+/// run of all tests.
 [[nodiscard]] inline int FaultStride(int otherwise)
 {
     return Effort("ZUPM_FAULT_STRIDE", otherwise);
