@@ -10,7 +10,7 @@ namespace zupm::test {
 
 namespace {
 
-constexpr std::size_t kLevels = 1'000'000;
+constexpr std::size_t kLevels = ZUPM_DEEP_LEVELS;
 
 /// A policy file whose product and task each hold a tree of that depth.
 std::string DeepFile(const std::string& tree)

@@ -8,7 +8,7 @@
 namespace AdvXMLParser {
 namespace {
 
-constexpr std::size_t kLevels = 1'000'000;
+constexpr std::size_t kLevels = ZUPM_DEEP_LEVELS;
 
 std::string DeepText()
 {
