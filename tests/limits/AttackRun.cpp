@@ -14,7 +14,7 @@ namespace zupm::test {
 namespace {
 
 /// Below this the clock is too coarse to compare two times.
-constexpr double kComparable = 0.2;
+constexpr double kComparable = 0.4;
 constexpr int kMostTries = 8;
 
 }  // namespace
