@@ -9,7 +9,7 @@
 namespace zupm {
 
 /// Stores the value of a setting of `data` (a CPolicyData or CTaskData) as StoreString does. BadArgument for a null
-/// slot; else the data's code, with the slot as it was on failure.
+/// slot; else the data's code, with the slot as it was on failure. The caller holds the lock of the object around it.
 template <class Data>
 [[nodiscard]] result::Code StoreSetting(Data& data, std::u16string_view section, BSTR name, BSTR* slot)
 {

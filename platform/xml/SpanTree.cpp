@@ -40,8 +40,8 @@ private:
     std::string_view m_run;
 };
 
-/// Where the start tag begins at the end of a text that holds no other tag; 0 in an empty text. No tag has a second
-/// '<'.
+/// Where the start tag begins at the end of a text that holds no other tag; 0 in an empty text. A tag has one '<' only,
+/// so what begins otherwise is a comment or the like in front of it.
 std::size_t StartTagIn(std::string_view opening) noexcept
 {
     const std::size_t markup = opening.find('<');

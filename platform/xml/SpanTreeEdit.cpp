@@ -150,6 +150,7 @@ public:
     [[nodiscard]] std::uint32_t Take() noexcept { return std::exchange(m_copy, kNone); }
 
 private:
+    /// All at once: what grows step by step is twice and three times as large for a while.
     void Reserve()
     {
         std::size_t count = 0;
