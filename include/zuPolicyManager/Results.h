@@ -29,6 +29,11 @@ inline constexpr Code SectionStillMissing = -1205;
 inline constexpr Code PolicyNotFound = -1207;
 inline constexpr Code TaskNotFound = -1208;
 
+// Editing a file in place (IPolicyFileEdit).
+inline constexpr Code FileLocked = -1301;
+inline constexpr Code FileChanged = -1302;
+inline constexpr Code WrittenNotFlushed = -1303;
+
 inline constexpr Code GeneralFailure = static_cast<Code>(0x80004005u);
 inline constexpr Code OutOfMemory = static_cast<Code>(0x8007000Eu);
 
@@ -74,6 +79,10 @@ inline constexpr Meaning kMeanings[] = {
     {SectionStillMissing, u"The section is still missing after it was created."},
     {PolicyNotFound, u"There is no product policy with that software ID."},
     {TaskNotFound, u"There is no task with that software ID and task ID."},
+    {FileLocked, u"Another process is editing the file."},
+    {FileChanged, u"The file was changed by something else since it was loaded, and is left alone."},
+    {WrittenNotFlushed,
+     u"The file is written, but a loss of power may bring the old one back: its folder was not flushed."},
     {GeneralFailure, u"The operation failed: the resource module or the INI file could not be used."},
     {OutOfMemory, u"There is not enough memory."},
     {FileNotFound, u"The file does not exist."},

@@ -37,6 +37,8 @@ inline constexpr IID IID_IPolicyTask{0x2A1631CC, 0xF7D9, 0x440C, {0xAE, 0x86, 0x
 inline constexpr IID IID_IPolicyProduct{0xC7FDCCDA, 0xFD1D, 0x4A9A, {0xA9, 0xB0, 0x6B, 0x6D, 0x74, 0xA2, 0x8B, 0x00}};
 inline constexpr IID IID_IPolicyFile{0x9F576BE8, 0xB305, 0x4494, {0x93, 0xD8, 0xA7, 0xA6, 0x23, 0xBD, 0xFB, 0x9C}};
 
+inline constexpr IID IID_IPolicyFileEdit{0xBCFAFCBC, 0x1EDB, 0x483E, {0x81, 0x96, 0xC2, 0xEB, 0x68, 0x5A, 0x95, 0x21}};
+
 inline constexpr GUID LIBID_ZUPOLICYMANAGERLib{
     0x7DB1286A, 0xCBEF, 0x4823, {0x96, 0xAA, 0x27, 0x09, 0x3A, 0x54, 0x67, 0x41}};
 
@@ -219,4 +221,48 @@ struct IPolicyFile : IDispatch {
     virtual HRESULT get_VersionPolicy(BSTR* pVal) = 0;
     /// [15] The assignment list of the last "PolicyRoot" that was read, empty when it has none. 0x8007000E.
     virtual HRESULT get_PolicyAssignmentList(BSTR* pVal) = 0;
+};
+
+/// Editing a policy file where it lies, beside others who edit it. A second interface of every policy file object,
+/// found by QueryInterface; it works on the same document as IPolicyFile:
+///
+///     OpenForEdit(path, 10000)   opens the file once, locks it, loads it
+///     AddPolicy, RemoveTask ...  of IPolicyFile
+///     CommitEdit(0)              replaces the file if it is still the one that was loaded
+///
+/// Lock     Editors that use this interface take turns. The lock is on the file itself, belongs to this object and ends
+///          with the edit, the object or the process; it leaves nothing on disk. Whoever may write the file can take
+///          it. Readers and WriteFile take none. Natively it is a write lock of the open file over all bytes (fcntl,
+///          F_OFD_SETLK), on Windows one byte far beyond the end (LockFileEx), which disturbs no reader.
+/// Links    A link that the path ends with is followed, and stays, except one that somebody else planted in a folder
+///          that everybody may write (sticky): 0x80070005.
+/// Ends     An edit ends with CommitEdit that succeeds, EndEdit, InitializeFile, the next OpenForEdit, and the object.
+struct IPolicyFileEdit : IUnknown {
+    /// Ends an edit, opens `strPolicyFile` with its folder, waits up to `lTimeout` milliseconds (0 or less: not at all)
+    /// for whoever edits it, locks it and loads it from what was opened, writable. The object's lock is held meanwhile.
+    /// -1301 another process was editing it all the time. 0x80070032 it is no regular file, or its file system has no
+    /// locks; 0x80070005 it may not be read and written; and every code of IPolicyFile::InitializeFile. After a failure
+    /// nothing is loaded and nothing is held.
+    virtual HRESULT OpenForEdit(BSTR strPolicyFile, LONG lTimeout) = 0;
+
+    /// Sets `*plChanged` to 1 when the file is no longer the one that was loaded (other bytes, another file under its
+    /// name, none), otherwise to 0. -4 no edit is open; -13; a file code when that cannot be found out. The slot is
+    /// written on success only.
+    virtual HRESULT HasFileChanged(LONG* plChanged) = 0;
+
+    /// Answers whether CommitEdit would be refused, and leaves no trace: -1302 the file was changed by something else;
+    /// 0x80070005 the folder takes no new file, or the file's owner cannot be kept. Not foreseen: a full disk, and what
+    /// only the replacement itself meets. -4 no edit is open or nothing is loaded.
+    virtual HRESULT RehearseCommit() = 0;
+
+    /// Brings the version attributes up to date and replaces the file as IPolicyFile::WriteFile does, through what was
+    /// opened. -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is
+    /// not 0. -1303 the new file is in place, but its folder could not be flushed. -4 no edit is open or nothing is
+    /// loaded; the codes of WriteFile. After 0 and -1303 the edit is over and its lock free; after any other code it
+    /// stays open and the file is as it was. A change in the moment between the last look and the replacement is not
+    /// noticed.
+    virtual HRESULT CommitEdit(LONG bForce) = 0;
+
+    /// Ends the edit without writing; the document stays. Always 0.
+    virtual HRESULT EndEdit() = 0;
 };
