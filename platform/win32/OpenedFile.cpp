@@ -16,10 +16,18 @@ namespace {
 /// One byte far beyond the end of any file: a lock keeps others from reading what it covers.
 constexpr DWORD kLockedOffsetHigh = 0x7FFFFFFF;
 
-Handle OpenForEditing(const std::u16string& path) noexcept
+/// For reading alone: a reader that does not share writing must be able to open the file while it is held.
+Handle OpenToHold(const std::u16string& path) noexcept
 {
-    return OwnFile(CreateFileW(Wide(path), GENERIC_READ | GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
-                               FILE_ATTRIBUTE_NORMAL, nullptr));
+    return OwnFile(
+        CreateFileW(Wide(path), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+/// Who may not write the file may not replace it either, although its folder's rights would allow it.
+result::Code CheckWritable(HANDLE file) noexcept
+{
+    const Handle writer = OwnFile(ReOpenFile(file, GENERIC_WRITE, kShareAll, 0));
+    return writer == nullptr ? CodeFromLastError() : result::Success;
 }
 
 Handle OpenFolder(const std::u16string& path, DWORD access, DWORD share) noexcept
@@ -86,12 +94,15 @@ result::Code OpenedFile::Open(std::u16string_view path)
     if (NamesDevice(full)) {
         return result::NotSupported;
     }
-    m_file = OpenForEditing(full);
+    m_file = OpenToHold(full);
     if (m_file == nullptr) {
         return CodeFromLastError();
     }
     if (GetFileType(m_file.get()) != FILE_TYPE_DISK) {
         return result::NotSupported;
+    }
+    if (const result::Code code = CheckWritable(m_file.get()); code < 0) {
+        return code;
     }
     if (const result::Code code = IdentityOf(m_file.get(), m_identity); code < 0) {
         return code;
@@ -168,7 +179,7 @@ result::Code OpenedFile::Reopen()
     if (m_file != nullptr) {
         return result::Success;
     }
-    Handle file = OpenForEditing(m_target.path);
+    Handle file = OpenToHold(m_target.path);
     if (file == nullptr) {
         const DWORD error = GetLastError();
         return IsMissing(error) ? result::FileChanged : CodeFromError(error);
