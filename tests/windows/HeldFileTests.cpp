@@ -245,6 +245,10 @@ TEST_F(HeldFileTest, Reader_IsNotDisturbedWhileTheFileIsLocked)
     DWORD count = 0;
     EXPECT_TRUE(ReadFile(reader.get(), text, sizeof(text), &count, nullptr));
     EXPECT_EQ(std::string_view(text, count), "old");
+    // The lock covers no byte that a reader can meet.
+    OVERLAPPED start{};
+    EXPECT_TRUE(LockFileEx(reader.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 0,
+                           static_cast<DWORD>(kLargestFile), &start));
 }
 
 TEST_F(HeldFileTest, ChangedFile_IsNoticedAndLeftAlone)
@@ -307,6 +311,23 @@ TEST_F(HeldFileTest, FileWhoseNameIsGone_IsNoticedAndCanBeWrittenAllTheSame)
     EXPECT_EQ(file.Replace("new", nullptr), result::Success);
     EXPECT_EQ(m_folder.Read(u"file"), "new");
     EXPECT_EQ(m_folder.Read(u"away"), "old");
+}
+
+TEST_F(HeldFileTest, AnotherFileThatAReaderHoldsForAMoment_IsReplacedWhenNothingIsExpected)
+{
+    HeldFile file = Edit();
+    ASSERT_TRUE(MoveFileExW(Wide().c_str(), Wide(u"away").c_str(), 0));
+    m_folder.Write(u"file", "their");
+    Handle reader = Hold(GENERIC_READ, FILE_SHARE_READ);
+    ASSERT_TRUE(reader != nullptr);
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        reader.reset();
+    });
+    EXPECT_EQ(file.Replace("new", nullptr), result::Success);
+    release.join();
+    EXPECT_EQ(m_folder.Read(u"file"), "new");
+    EXPECT_EQ(m_folder.Names(), (std::vector<std::string>{"away", "file"}));
 }
 
 TEST_F(HeldFileTest, FolderUnderTheName_IsNoticedAndNotReplaced)
