@@ -57,7 +57,7 @@ public:
 
     HRESULT OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept override;
     HRESULT HasFileChanged(LONG* plChanged) noexcept override;
-    HRESULT RehearseCommit() noexcept override;
+    HRESULT RehearseCommit(LONG bForce) noexcept override;
     HRESULT CommitEdit(LONG bForce) noexcept override;
     HRESULT EndEdit() noexcept override;
 

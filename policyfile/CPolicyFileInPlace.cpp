@@ -54,12 +54,12 @@ HRESULT CPolicyFile::HasFileChanged(LONG* plChanged) noexcept
     });
 }
 
-HRESULT CPolicyFile::RehearseCommit() noexcept
+HRESULT CPolicyFile::RehearseCommit(LONG bForce) noexcept
 {
     return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::RehearseCommit()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
         const result::Code code = CheckEditOpen();
-        return code < 0 ? code : m_edited.Rehearse();
+        return code < 0 ? code : m_edited.Rehearse(bForce != 0);
     });
 }
 

@@ -58,9 +58,9 @@ void EditedFile::Close() noexcept
     m_bytes = std::string();
 }
 
-result::Code EditedFile::Rehearse() noexcept
+result::Code EditedFile::Rehearse(bool force) noexcept
 {
-    const result::Code code = CheckUnchanged();
+    const result::Code code = force ? result::Success : CheckUnchanged();
     return code == result::Success ? m_file.RehearseReplace() : code;
 }
 

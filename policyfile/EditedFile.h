@@ -30,7 +30,7 @@ public:
     /// Success, FileChanged, or the code of the failed look.
     [[nodiscard]] result::Code CheckUnchanged() noexcept { return m_file.CheckUnchanged(m_bytes); }
     /// The code that Commit would fail with, as far as that can be known without a trace; FileChanged.
-    [[nodiscard]] result::Code Rehearse() noexcept;
+    [[nodiscard]] result::Code Rehearse(bool force) noexcept;
     /// Replaces the file; with `force` also one that was changed. Ends the edit when the new file is in place (Success,
     /// WrittenNotFlushed); after any other code the file is as it was.
     [[nodiscard]] result::Code Commit(std::string_view bytes, bool force) noexcept;
