@@ -36,6 +36,7 @@ HRESULT CPolicyFile::InitializeFile(BSTR strPolicyFile, LONG bReadOnly) noexcept
     return Call(u"CPolicyFile::InitializeFile()", [&](std::u16string& detail) -> result::Code {
         std::u16string path = TextOf(strPolicyFile);
         const CriticalSectionLock lock(m_lock);
+        m_edited.Close();
         m_readOnly = bReadOnly;
         return m_data.InitializeFile(std::move(path), detail);
     });

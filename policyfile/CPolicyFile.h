@@ -1,6 +1,7 @@
 /// The object of coclass PolicyFile.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -11,6 +12,7 @@
 #include "module/host/tables/InterfaceTables.h"
 #include "platform/CriticalSection.h"
 #include "policyfile/CPolicyFileData.h"
+#include "policyfile/EditedFile.h"
 #include "policyfile/PolicyFileProperties.h"
 
 namespace zupm {
@@ -26,7 +28,7 @@ class CTaskInfo;
 ///           back on the same thread finds the object between two steps of an edit, but never freed memory.
 /// Errors    An edit checks read-only first. It empties the index concerned before it changes the document and rebuilds
 ///           it last: after a failure in between the index stays empty, and nothing is rolled back.
-class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile> {
+class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, IID_IPolicyFileEdit>> {
 public:
     static constexpr std::u16string_view kCoclass = u"PolicyFile";
     static constexpr std::u16string_view kCreation = u"CPolicyFile::FinalConstruct()";
@@ -53,12 +55,22 @@ public:
     HRESULT get_VersionPolicy(BSTR* pVal) noexcept override;
     HRESULT get_PolicyAssignmentList(BSTR* pVal) noexcept override;
 
+    HRESULT OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept override;
+    HRESULT HasFileChanged(LONG* plChanged) noexcept override;
+    HRESULT RehearseCommit(LONG bForce) noexcept override;
+    HRESULT CommitEdit(LONG bForce) noexcept override;
+    HRESULT EndEdit() noexcept override;
+
 protected:
     ~CPolicyFile() = default;
 
 private:
     [[nodiscard]] result::Code CheckWritable() const noexcept ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code CheckInitialised() const noexcept ZUPM_REQUIRES(m_lock);
+    /// An edit is open, and there is a document.
+    [[nodiscard]] result::Code CheckEditOpen() const noexcept ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code LoadEdited(std::u16string path, std::chrono::milliseconds patience,
+                                          std::u16string& detail) ZUPM_REQUIRES(m_lock);
 
     /// The edits, after their checks.
     [[nodiscard]] result::Code PutPolicy(IPolicyProduct& incoming, std::u16string& detail) ZUPM_REQUIRES(m_lock);
@@ -89,6 +101,7 @@ private:
     CCriticalSection m_lock;
     PolicyFileProperties m_properties;
     CPolicyFileData m_data ZUPM_GUARDED_BY(m_lock);
+    EditedFile m_edited ZUPM_GUARDED_BY(m_lock);
     std::int32_t m_readOnly ZUPM_GUARDED_BY(m_lock) = 1;
 };
 

@@ -39,13 +39,21 @@ CPolicyFileData::~CPolicyFileData()
 
 result::Code CPolicyFileData::InitializeFile(std::u16string path, std::u16string& detail)
 {
+    const auto read = [this](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {
+        ReadBufferFromFile(m_path, buffer, encoding, true);
+    };
+    return InitializeFile(std::move(path), read, detail);
+}
+
+result::Code CPolicyFileData::InitializeFile(std::u16string path, const ReadText& read, std::u16string& detail)
+{
     if (m_initialised) {
         if (const result::Code code = DeinitializeFile(); code < 0) {
             return code;
         }
     }
     m_path = std::move(path);
-    const result::Code code = Initialize(detail);
+    const result::Code code = Initialize(read, detail);
     m_initialised = code >= 0;
     return code;
 }
@@ -67,10 +75,10 @@ CPolicyFileData::Documents CPolicyFileData::HoldDocuments() const
     return documents;
 }
 
-result::Code CPolicyFileData::Initialize(std::u16string& detail)
+result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& detail)
 {
     try {
-        return LoadDocument();
+        return LoadDocument(read);
     } catch (const AdvXMLParser::ReadWriteException& error) {
         LogFailure(u"CPolicyFile::Initialize() - Read policy file failed");
         return error.GetErrorCode();
@@ -79,10 +87,10 @@ result::Code CPolicyFileData::Initialize(std::u16string& detail)
     }
 }
 
-result::Code CPolicyFileData::LoadDocument()
+result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 {
     AdvXMLParser::XmlText buffer;
-    ReadBufferFromFile(m_path, buffer, m_encoding, true);
+    read(buffer, m_encoding);
     ReplaceDocument(AdvXMLParser::Parser().Parse(std::move(buffer)));
     if (!m_document) {
         return result::AllocationFailed;

@@ -43,6 +43,9 @@ public:
     /// "file:line:column: reason" in `detail`; AllocationFailed (no document); Unexpected (while indexing). Only a
     /// result that is not negative makes the object initialised.
     [[nodiscard]] result::Code InitializeFile(std::u16string path, std::u16string& detail);
+    /// The same for a file that `read` reads: it gives the bytes' text and encoding, or throws ReadWriteException.
+    using ReadText = std::function<void(AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding)>;
+    [[nodiscard]] result::Code InitializeFile(std::u16string path, const ReadText& read, std::u16string& detail);
     /// Empties the indexes and frees the document. Path, versions, assignment list and encoding stay. Always Success.
     result::Code DeinitializeFile() noexcept;
 
@@ -85,8 +88,8 @@ public:
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
 
 private:
-    [[nodiscard]] result::Code Initialize(std::u16string& detail);
-    [[nodiscard]] result::Code LoadDocument();
+    [[nodiscard]] result::Code Initialize(const ReadText& read, std::u16string& detail);
+    [[nodiscard]] result::Code LoadDocument(const ReadText& read);
     void ReplaceDocument(std::unique_ptr<AdvXMLParser::Document> document);
     void ReadProperties();
 

@@ -250,10 +250,10 @@ struct IPolicyFileEdit : IUnknown {
     /// written on success only.
     virtual HRESULT HasFileChanged(LONG* plChanged) = 0;
 
-    /// Answers whether CommitEdit would be refused, and leaves no trace: -1302 the file was changed by something else;
-    /// 0x80070005 the folder takes no new file, or the file's owner cannot be kept. Not foreseen: a full disk, and what
-    /// only the replacement itself meets. -4 no edit is open or nothing is loaded.
-    virtual HRESULT RehearseCommit() = 0;
+    /// Answers whether CommitEdit(bForce) would be refused, and leaves no trace: -1302 the file was changed by
+    /// something else; 0x80070005 the folder takes no new file, or the file's owner cannot be kept. Not foreseen: a
+    /// full disk, and what only the replacement itself meets. -4 no edit is open or nothing is loaded.
+    virtual HRESULT RehearseCommit(LONG bForce) = 0;
 
     /// Brings the version attributes up to date and replaces the file as IPolicyFile::WriteFile does, through what was
     /// opened. -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is

@@ -10,6 +10,13 @@
 
 namespace zupm {
 
+/// An interface that the objects of a class have beside their dual one.
+template <class Other, const IID& iid>
+struct AlsoImplements {
+    using Interface = Other;
+    static const IID& Id() noexcept { return iid; }
+};
+
 /// What a class stands on; PlainObject or AggregatedObject (ObjectForms.h) make objects of it.
 ///
 /// `Class` has, in public:
@@ -21,8 +28,8 @@ namespace zupm {
 ///
 /// Lifetime  Counted by the form; the identity methods stay abstract here.
 /// Threads   Holds no data.
-template <class Class, class Interface>
-class DualObject : public Interface, public ISupportErrorInfo {
+template <class Class, class Interface, class... More>
+class DualObject : public Interface, public ISupportErrorInfo, public More::Interface... {
 public:
     HRESULT QueryInterface(REFIID iid, void** out) noexcept override = 0;
     ULONG AddRef() noexcept override = 0;
@@ -46,7 +53,7 @@ public:
 
     HRESULT InterfaceSupportsErrorInfo(REFIID iid) noexcept final
     {
-        return iid == Class::Description().iid ? S_OK : S_FALSE;
+        return iid == Class::Description().iid || ((iid == More::Id()) || ...) ? S_OK : S_FALSE;
     }
 
     /// The interfaces of the class itself, IID_IUnknown included; a reference is taken through AddRef.
@@ -70,11 +77,16 @@ protected:
     DualObject() noexcept = default;
     ~DualObject() = default;
 
-    /// ComCall for a method of this class.
+    /// ComCall for a method of this class, of its dual interface or of another one.
     template <class Body>
     static HRESULT Call(std::u16string_view operation, Body&& body) noexcept
     {
-        return ComCall(CallSite{Class::Description().iid, Class::kCoclass, operation}, std::forward<Body>(body));
+        return CallOf(Class::Description().iid, operation, std::forward<Body>(body));
+    }
+    template <class Body>
+    static HRESULT CallOf(const IID& iid, std::u16string_view operation, Body&& body) noexcept
+    {
+        return ComCall(CallSite{iid, Class::kCoclass, operation}, std::forward<Body>(body));
     }
 
 private:
@@ -86,7 +98,9 @@ private:
         if (iid == IID_ISupportErrorInfo) {
             return static_cast<ISupportErrorInfo*>(this);
         }
-        return nullptr;
+        void* found = nullptr;
+        static_cast<void>(((iid == More::Id() && (found = static_cast<typename More::Interface*>(this))) || ...));
+        return found;
     }
 };
 

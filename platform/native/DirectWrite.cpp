@@ -1,52 +1,16 @@
 #include "platform/native/DirectWrite.h"
 
 #include <fcntl.h>
-#include <pthread.h>
 
 #include <cerrno>
-#include <csignal>
-#include <ctime>
+#include <utility>
 
 #include "platform/native/FileErrors.h"
-#include "platform/native/NativePath.h"
+#include "platform/native/SignalGuard.h"
 
 namespace zupm::native {
 
 namespace {
-
-/// Keeps a pipe whose reader goes away from ending the process: the component is a guest in it.
-class BrokenPipeGuard {
-public:
-    BrokenPipeGuard() noexcept
-    {
-        sigset_t pending;
-        sigpending(&pending);
-        m_wasPending = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &PipeSignal(), &m_before);
-    }
-    ~BrokenPipeGuard()
-    {
-        if (!m_wasPending) {
-            constexpr timespec kNoWait{0, 0};
-            sigtimedwait(&PipeSignal(), nullptr, &kNoWait);
-        }
-        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
-    }
-    BrokenPipeGuard(const BrokenPipeGuard&) = delete;
-    BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
-
-private:
-    const sigset_t& PipeSignal() noexcept
-    {
-        sigemptyset(&m_pipe);
-        sigaddset(&m_pipe, SIGPIPE);
-        return m_pipe;
-    }
-
-    sigset_t m_pipe{};
-    sigset_t m_before{};
-    bool m_wasPending = false;
-};
 
 /// As long as a reader may take before it reads on.
 constexpr int kPatienceMilliseconds = 1000;
@@ -66,6 +30,7 @@ bool WaitUntilWritable(int file) noexcept
 
 result::Code WriteAll(int file, std::string_view bytes) noexcept
 {
+    const SignalGuard guard;
     while (!bytes.empty()) {
         const ssize_t written = Retry([&] { return Calls().write(file, bytes.data(), bytes.size()); });
         if (written > 0) {
@@ -79,28 +44,16 @@ result::Code WriteAll(int file, std::string_view bytes) noexcept
     return result::Success;
 }
 
-bool IsSpecialFile(const std::string& path) noexcept
-{
-    struct stat status {};
-    return Calls().fstatat(AT_FDCWD, path.c_str(), &status, 0) == 0 && !S_ISREG(status.st_mode) &&
-           !S_ISDIR(status.st_mode);
-}
-
-result::Code WriteSpecialFile(const std::string& path, std::string_view bytes) noexcept
+FileHandle OpenSpecialFile(const std::string& path) noexcept
 {
     FileHandle file = OpenBelow(AT_FDCWD, path.c_str(), O_WRONLY);
-    if (!file) {
-        return LastError();
-    }
     struct stat status {};
-    if (Calls().fstat(file.Get(), &status) != 0) {
-        return LastError();
-    }
-    // Meanwhile it may have become a file: then overwriting its beginning would tear it.
-    if (S_ISREG(status.st_mode)) {
-        return result::SharingViolation;
-    }
-    const BrokenPipeGuard guard;
+    const bool isSpecial = file && Calls().fstat(file.Get(), &status) == 0 && !S_ISREG(status.st_mode);
+    return isSpecial ? std::move(file) : FileHandle();
+}
+
+result::Code WriteSpecialFile(FileHandle file, std::string_view bytes) noexcept
+{
     const result::Code code = WriteAll(file.Get(), bytes);
     const bool closed = file.Close();
     return code == result::Success && !closed ? LastError() : code;

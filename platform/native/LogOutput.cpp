@@ -5,7 +5,8 @@
 
 #include <cstdlib>
 
-#include "platform/native/NativePath.h"
+#include "platform/native/FileHandle.h"
+#include "platform/native/SignalGuard.h"
 
 namespace zupm {
 
@@ -17,6 +18,7 @@ std::optional<std::string> TrustedEnvironmentVariable(const char* name)
 
 void AppendLogLine(const char* path, std::string_view line) noexcept
 {
+    const native::SignalGuard guard;
     if (*path == '\0') {
         static_cast<void>(native::Calls().write(STDERR_FILENO, line.data(), line.size()));
         return;

@@ -3,19 +3,11 @@
 #include <fcntl.h>
 
 #include <cerrno>
-#include <climits>
 
 #include "platform/common/Utf.h"
 #include "platform/native/FileErrors.h"
 
 namespace zupm::native {
-
-namespace {
-
-/// As many links in a row as the system itself follows.
-constexpr int kMostLinks = 40;
-
-}  // namespace
 
 FileHandle OpenBelow(int folder, const char* path, int flags, mode_t mode) noexcept
 {
@@ -41,27 +33,9 @@ FolderAndName SplitPath(std::string_view path)
     return {std::string(path.substr(0, separator == 0 ? 1 : separator)), std::string(path.substr(separator + 1))};
 }
 
-result::Code FollowLinks(std::string& path)
+result::Code OpenFolder(int start, const std::string& path, FileHandle& folder) noexcept
 {
-    for (int links = 0; links <= kMostLinks; ++links) {
-        char target[PATH_MAX];
-        const ssize_t length = Calls().readlink(path.c_str(), target, sizeof(target));
-        if (length < 0) {
-            // EINVAL says that the path is no link; what does not exist is about to be created.
-            return errno == EINVAL || errno == ENOENT ? result::Success : LastError();
-        }
-        if (length == 0 || static_cast<std::size_t>(length) == sizeof(target)) {
-            return result::NameTooLong;
-        }
-        const std::string_view link(target, static_cast<std::size_t>(length));
-        path = link.front() == '/' ? std::string(link) : SplitPath(path).folder.append("/").append(link);
-    }
-    return CodeOfError(ELOOP);
-}
-
-result::Code OpenFolder(const std::string& path, FileHandle& folder) noexcept
-{
-    folder = OpenBelow(AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY);
+    folder = OpenBelow(start, path.c_str(), O_PATH | O_DIRECTORY);
     if (folder) {
         return result::Success;
     }
@@ -74,7 +48,7 @@ result::Code CodeOfMissing(const std::string& path, int error)
         return CodeOfError(error);
     }
     FileHandle folder;
-    const result::Code code = OpenFolder(SplitPath(path).folder, folder);
+    const result::Code code = OpenFolder(AT_FDCWD, SplitPath(path).folder, folder);
     return code == result::Success ? result::FileNotFound : code;
 }
 

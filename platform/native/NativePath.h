@@ -20,12 +20,9 @@ struct FolderAndName {
 };
 [[nodiscard]] FolderAndName SplitPath(std::string_view path);
 
-/// Follows the symbolic links that `path` ends with to the file they stand for, which need not exist.
-[[nodiscard]] result::Code FollowLinks(std::string& path);
-
-/// Opens a folder to name files in it: that takes the right to search it, not to list it. PathNotFound when it is
-/// missing.
-[[nodiscard]] result::Code OpenFolder(const std::string& path, FileHandle& folder) noexcept;
+/// Opens a folder, its path starting at the open folder `start` (or AT_FDCWD), to name files in it: that takes the
+/// right to search it, not to list it. PathNotFound when it is missing.
+[[nodiscard]] result::Code OpenFolder(int start, const std::string& path, FileHandle& folder) noexcept;
 
 /// The code for a file that could not be opened with `error`: what is missing may be its folder.
 [[nodiscard]] result::Code CodeOfMissing(const std::string& path, int error);

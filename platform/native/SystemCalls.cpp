@@ -19,6 +19,11 @@ int OpenAt(int folder, const char* path, int flags, mode_t mode)
     return ::openat(folder, path, flags, mode);  // NOLINT(cppcoreguidelines-pro-type-vararg): the system's own
 }
 
+int SetLock(int file, const struct flock* range)
+{
+    return ::fcntl(file, F_OFD_SETLK, range);  // NOLINT(cppcoreguidelines-pro-type-vararg): the system's own
+}
+
 constinit std::atomic<const SystemCalls*> g_calls{&kSystemCalls};  // NOLINT(cppcoreguidelines-interfaces-global-init)
 
 }  // namespace
@@ -29,12 +34,15 @@ constinit const SystemCalls kSystemCalls = {
     .close = ::close,
     .fstat = ::fstat,
     .fstatat = ::fstatat,
-    .readlink = ::readlink,
+    .faccessat = ::faccessat,
+    .readlinkat = ::readlinkat,
     .read = ::read,
+    .pread = ::pread,
     .write = ::write,
     .poll = ::poll,
     .fsync = ::fsync,
     .flock = ::flock,
+    .setlock = SetLock,
     .fchown = ::fchown,
     .fchmod = ::fchmod,
     .flistxattr = ::flistxattr,

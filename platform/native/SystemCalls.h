@@ -1,6 +1,7 @@
 /// The system calls behind files, one by one, so that tests can make each of them fail.
 #pragma once
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -16,12 +17,15 @@ struct SystemCalls {
     int (*close)(int file);
     int (*fstat)(int file, struct stat* status);
     int (*fstatat)(int folder, const char* path, struct stat* status, int flags);
-    ssize_t (*readlink)(const char* path, char* target, std::size_t capacity);
+    int (*faccessat)(int folder, const char* path, int mode, int flags);
+    ssize_t (*readlinkat)(int folder, const char* path, char* target, std::size_t capacity);
     ssize_t (*read)(int file, void* bytes, std::size_t count);
+    ssize_t (*pread)(int file, void* bytes, std::size_t count, off_t offset);
     ssize_t (*write)(int file, const void* bytes, std::size_t count);
     int (*poll)(pollfd* files, nfds_t count, int timeout);
     int (*fsync)(int file);
     int (*flock)(int file, int operation);
+    int (*setlock)(int file, const struct flock* range);  ///< fcntl with F_OFD_SETLK
     int (*fchown)(int file, uid_t user, gid_t group);
     int (*fchmod)(int file, mode_t mode);
     ssize_t (*flistxattr)(int file, char* names, std::size_t capacity);

@@ -25,6 +25,11 @@ void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS
 {
     std::string bytes;
     ThrowUnlessDone(zupm::ReadWholeFile(path, bytes));
+    DecodeBuffer(std::move(bytes), buffer, encoding, detect);
+}
+
+void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect)
+{
     const UTF_ENCODINGS actual = detect ? DetectEncoding(bytes) : encoding;
     std::optional<XmlText> text = Decode(std::move(bytes), actual);
     if (!text) {
@@ -32,6 +37,18 @@ void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS
     }
     buffer = std::move(*text);
     encoding = actual;
+}
+
+std::string EncodeBuffer(XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
+{
+    if (encoding == UTF_ENCODINGS::Utf8) {
+        return std::move(text).TakeUtf8();
+    }
+    std::optional<std::string> bytes = Encode(text.Utf8(), encoding, writeSignature);
+    if (!bytes) {
+        throw ReadWriteException(zupm::result::NotValidInItsEncoding);
+    }
+    return *std::move(bytes);
 }
 
 void WriteBufferToFile(std::u16string_view path, const XmlText& text, UTF_ENCODINGS encoding, bool writeSignature)

@@ -1,6 +1,7 @@
 /// Documents' texts in files.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "platform/xml/UtfEncodings.h"
@@ -13,6 +14,12 @@ namespace AdvXMLParser {
 /// Throws ReadWriteException: the code of reading the file, or 0x80070459 when the bytes are not valid in their
 /// encoding. No other file is opened.
 void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect);
+
+/// The same for bytes that were read already. Throws ReadWriteException: 0x80070459.
+void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect);
+
+/// The bytes that WriteBufferToFile writes. Throws ReadWriteException: 0x80070459 as there.
+[[nodiscard]] std::string EncodeBuffer(XmlText text, UTF_ENCODINGS encoding, bool writeSignature);
 
 /// Writes a document's text in an encoding, in one step: a reader sees the old file or the new one, and on failure the
 /// old one is intact. With `writeSignature` the signed encodings get their signature. A character that ISO-8859-1

@@ -130,15 +130,16 @@ TEST_F(Replace, LinksThatNeverEnd_AreRefused)
 TEST_F(Replace, LinkWhoseTextCannotBeAPath_IsRefused)
 {
     m_folder.Write("file", "old");
+    ASSERT_EQ(::symlink("file", m_folder.Path("link").c_str()), 0);
     native::SystemCalls odd = native::kSystemCalls;
-    odd.readlink = [](const char*, char*, std::size_t) -> ssize_t { return 0; };
+    odd.readlinkat = [](int, const char*, char*, std::size_t) -> ssize_t { return 0; };
     native::ReplaceSystemCalls(&odd);
-    EXPECT_EQ(Write("file", "new"), result::NameTooLong);
-    odd.readlink = [](const char*, char* target, std::size_t capacity) -> ssize_t {
+    EXPECT_EQ(Write("link", "new"), result::NameTooLong);
+    odd.readlinkat = [](int, const char*, char* target, std::size_t capacity) -> ssize_t {
         std::memset(target, 'x', capacity);
         return static_cast<ssize_t>(capacity);
     };
-    EXPECT_EQ(Write("file", "new"), result::NameTooLong);
+    EXPECT_EQ(Write("link", "new"), result::NameTooLong);
     EXPECT_EQ(m_folder.Read("file"), "old");
 }
 

@@ -95,11 +95,32 @@ private:
     native::SystemCalls m_calls = native::kSystemCalls;
 };
 
-TEST_F(ReplaceRace, LinkThatComesBeforeTheFileIsOpened_IsNotFollowed)
+TEST_F(ReplaceRace, LinkThatComesBeforeTheFileIsOpened_IsALinkLikeAnyOther)
 {
-    EXPECT_LT(WriteWithIntrusionBeforeOpening([this] { PutLink(); }), 0);
-    EXPECT_EQ(m_folder.Read("victim"), "untouched");
+    EXPECT_EQ(WriteWithIntrusionBeforeOpening([this] { PutLink(); }), result::Success);
+    EXPECT_EQ(m_folder.Read("victim"), "new");
+    EXPECT_TRUE(m_folder.IsLink("file"));
     EXPECT_EQ(m_folder.Names(), (Names{"file", "victim"}));
+}
+
+TEST_F(ReplaceRace, LinkThatGoesAwayWhileItIsRead_IsTheFileThatIsThereNow)
+{
+    ASSERT_EQ(::symlink("victim", m_folder.Path("link").c_str()), 0);
+    native::SystemCalls calls = native::kSystemCalls;
+    calls.openat = [](int folder, const char* path, int flags, mode_t mode) {
+        if ((flags & O_PATH) != 0 && std::string_view(path) == "link") {
+            Intrude();
+        }
+        return native::kSystemCalls.openat(folder, path, flags, mode);
+    };
+    g_intrusion = [this] {
+        m_folder.Write("other", "a file");
+        ASSERT_EQ(::rename(m_folder.Path("other").c_str(), m_folder.Path("link").c_str()), 0);
+    };
+    native::ReplaceSystemCalls(&calls);
+    EXPECT_EQ(ReplaceFileAtomically(m_folder.Wide("link"), "new"), result::Success);
+    EXPECT_EQ(m_folder.Read("link"), "new");
+    EXPECT_EQ(m_folder.Read("victim"), "untouched");
 }
 
 TEST_F(ReplaceRace, LinkThatComesBeforeTheRenaming_IsReplacedItself)

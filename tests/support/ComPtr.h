@@ -49,6 +49,11 @@ struct InterfaceTraits<IPolicyFile> {
     static const CLSID& Class() { return CLSID_PolicyFile; }
 };
 
+template <>
+struct InterfaceTraits<IPolicyFileEdit> {
+    static const IID& Id() { return IID_IPolicyFileEdit; }
+};
+
 /// One reference to an object.
 template <class Interface>
 class ComPtr {

@@ -4,16 +4,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
+#include <cstdlib>
+#include <thread>
 
 #include "ToolTest.h"
-#include "file/LockFile.h"
+#include "platform/HeldFile.h"
 
 namespace zupm::test {
 namespace {
 
 using testing::HasSubstr;
-using tool::LockFile;
 
 class NativeTool : public ToolTest {
 protected:
@@ -23,7 +25,36 @@ protected:
     {
         return Tool({"set", file, "PRODUCTB2000", "General", "LogLevel", "5", "--lock-timeout", "0"});
     }
+
+    /// Runs the tool without the rights of root; its exit code.
+    [[nodiscard]] int RunAsNobody(const std::vector<std::string>& arguments) const
+    {
+        constexpr uid_t kNobody = 65534;
+        const pid_t child = fork();
+        if (child == 0) {
+            const bool isReady = chdir(Folder().Folder().c_str()) == 0 && setgid(kNobody) == 0 && setuid(kNobody) == 0;
+            std::vector<const char*> texts = {ZUPM_TOOL};
+            for (const std::string& argument : arguments) {
+                texts.push_back(argument.c_str());
+            }
+            texts.push_back(nullptr);
+            if (isReady) {
+                execv(ZUPM_TOOL, const_cast<char* const*>(texts.data()));
+            }
+            _exit(127);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
 };
+
+/// The exit code of a shell command.
+int Shell(const std::string& command)
+{
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
 
 TEST_F(NativeTool, AFullStandardOutputIsAFailure)
 {
@@ -41,11 +72,13 @@ TEST_F(NativeTool, RefusesArgumentsThatAreNotUtf8)
     }
 }
 
-TEST_F(NativeTool, NamesTheProcessThatHasTheLock)
+TEST_F(NativeTool, WrittenFileWithoutAReport_HasACodeOfItsOwn)
 {
-    LockFile other(Path("policy.xml.lock"), Path("policy.xml"));
-    ASSERT_TRUE(other.TryLock());
-    EXPECT_THAT(Set(), Fails(6, HasSubstr("process " + std::to_string(getpid()) + " is editing it")));
+    const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
+                                {"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--json"});
+    EXPECT_EQ(run.exitCode, 7);
+    EXPECT_EQ(run.messages, "zupolicy: policy.xml: is written, but standard output cannot be written\n");
+    EXPECT_THAT(Decoded(Bytes()), HasSubstr("<Setting name=\"LogLevel\">5</Setting>"));
 }
 
 TEST_F(NativeTool, LockOfAProcessThatWasKilled_IsFree)
@@ -54,8 +87,8 @@ TEST_F(NativeTool, LockOfAProcessThatWasKilled_IsFree)
     ASSERT_EQ(pipe(ready), 0);
     const pid_t child = fork();
     if (child == 0) {
-        LockFile lock(Path("policy.xml.lock"), Path("policy.xml"));
-        const bool isLocked = lock.TryLock();
+        HeldFile file;
+        const bool isLocked = file.Open(Folder().Path(u"policy.xml")) == 0 && file.TryLock() == 0;
         if (write(ready[1], isLocked ? "1" : "0", 1) == 1) {
             pause();
         }
@@ -72,54 +105,101 @@ TEST_F(NativeTool, LockOfAProcessThatWasKilled_IsFree)
     close(ready[1]);
 }
 
-TEST_F(NativeTool, LinkToTheFile_HasTheFilesLock)
+TEST_F(NativeTool, LinkToTheFile_HasTheFilesLockAndStays)
 {
     ASSERT_EQ(symlink("policy.xml", Path("link.xml").c_str()), 0);
-    LockFile other(Path("policy.xml.lock"), Path("policy.xml"));
-    ASSERT_TRUE(other.TryLock());
+    HeldFile other;
+    ASSERT_EQ(other.Open(Folder().Path(u"policy.xml")), 0);
+    ASSERT_EQ(other.TryLock(), 0);
     EXPECT_EQ(Set("link.xml").exitCode, 6);
-    EXPECT_FALSE(Folder().Has(u"link.xml.lock"));
+    other.Close();
+    EXPECT_EQ(Set("link.xml").exitCode, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(Path("link.xml")));
+    EXPECT_FALSE(std::filesystem::is_symlink(Path("policy.xml")));
 }
 
-TEST_F(NativeTool, PlantedLockFile_IsNeitherFollowedNorWaitedFor)
+TEST_F(NativeTool, LinkSwappedInAllTheTime_NeverMakesTheToolWriteItsTarget)
 {
-    (void)Folder().Write(u"victim", "precious");
-    ASSERT_EQ(chmod(Path("victim").c_str(), 0644), 0);
-    ASSERT_EQ(symlink("victim", Path("policy.xml.lock").c_str()), 0);
-    EXPECT_THAT(Set(), Fails(3, HasSubstr("policy.xml.lock cannot be used: ")));
-    ASSERT_EQ(unlink(Path("policy.xml.lock").c_str()), 0);
-    ASSERT_EQ(mkfifo(Path("policy.xml.lock").c_str(), 0600), 0);
-    EXPECT_THAT(Set(), Fails(3, HasSubstr("policy.xml.lock cannot be used: ")));
-    ASSERT_EQ(unlink(Path("policy.xml.lock").c_str()), 0);
-    ASSERT_EQ(link(Path("victim").c_str(), Path("policy.xml.lock").c_str()), 0);
-    EXPECT_EQ(Set().exitCode, 0);
-    EXPECT_EQ(Bytes(u"victim"), "precious");
-    struct stat status {};
-    ASSERT_EQ(stat(Path("victim").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0644u);
-}
-
-TEST_F(NativeTool, NewLockFile_IsForThoseWhoMayWriteTheFile)
-{
-    const struct {
-        mode_t file;
-        mode_t lock;
-    } rows[] = {{0600, 0600}, {0644, 0600}, {0664, 0660}, {0666, 0666}};
-    for (const auto& row : rows) {
-        unlink(Path("policy.xml.lock").c_str());
-        ASSERT_EQ(chmod(Path("policy.xml").c_str(), row.file), 0);
-        EXPECT_EQ(Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", std::to_string(row.file)}).exitCode, 0);
-        struct stat status {};
-        ASSERT_EQ(stat(Path("policy.xml.lock").c_str(), &status), 0);
-        EXPECT_EQ(status.st_mode & 07777, row.lock);
+    (void)Folder().Write(u"precious.xml", SmallFile("<Product SoftwareID=\"PRODUCTB2000\"/>"));
+    const std::string precious = Bytes(u"precious.xml");
+    (void)Folder().Write(u"mine.xml", precious);
+    std::atomic<bool> isOver = false;
+    // The name is in turn a file of the attacker's and a link to a file that he may not write.
+    std::thread attacker([&] {
+        while (!isOver) {
+            (void)Folder().Write(u"own", precious);
+            std::filesystem::rename(Path("own"), Path("mine.xml"));
+            std::filesystem::create_symlink(Path("precious.xml"), Path("next"));
+            std::filesystem::rename(Path("next"), Path("mine.xml"));
+        }
+    });
+    for (int i = 0; i < 60; ++i) {
+        const std::string before = Bytes(u"precious.xml");
+        const ToolRun run = Tool({"set", "mine.xml", "PRODUCTB2000", "S", "N", std::to_string(i)});
+        // Either the link was there when the file was opened, and its target is what was read, or it is left alone.
+        const std::string after = Bytes(u"precious.xml");
+        EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 5 || run.exitCode == 3) << run.exitCode << run.messages;
+        EXPECT_TRUE(after == before || (run.exitCode == 0 && after.find(">" + std::to_string(i) + "<") != after.npos));
     }
+    isOver = true;
+    attacker.join();
 }
 
-TEST_F(NativeTool, Device_IsWrittenWithoutALock)
+TEST_F(NativeTool, PipeInPlaceOfTheFile_IsRefusedWithoutWaiting)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(Set("pipe").exitCode, 3);
+    EXPECT_EQ(Tool({"show", "pipe"}).exitCode, 3);
+}
+
+TEST_F(NativeTool, FileThatMayNotBeReplaced_FailsTheDryRunToo)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give files away";
+    }
+    ASSERT_EQ(chmod(Path("policy.xml").c_str(), 0666), 0);
+    ASSERT_EQ(chmod(Folder().Folder().c_str(), 0755), 0);
+    const auto runAsNobody = [&](const std::vector<std::string>& options) {
+        std::vector<std::string> arguments = {"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return RunAsNobody(arguments);
+    };
+    EXPECT_EQ(runAsNobody({}), 3);
+    EXPECT_EQ(runAsNobody({"--dry-run"}), 3);
+    EXPECT_EQ(Decoded(Bytes()).find(">5<"), std::string::npos);
+}
+
+TEST_F(NativeTool, ClosedStandardStreams_AreNeverWrittenInto)
+{
+    const std::string before = Bytes();
+    const char* const closed[] = {">&-", "2>&-", "<&-", ">&- 2>&-", "<&- >&- 2>&-"};
+    for (const char* streams : closed) {
+        const std::string command = "cd '" + Folder().Folder().string() + "' && '" ZUPM_TOOL "' ";
+        EXPECT_EQ(Shell(command + "show policy.xml " + streams),
+                  std::string(streams) == "2>&-" || std::string(streams) == "<&-" ? 0 : 4)
+            << streams;
+        EXPECT_EQ(Bytes(), before) << streams;
+        const int edited = Shell(command + "set policy.xml PRODUCTB2000 General LogLevel 5 --json " + streams);
+        EXPECT_EQ(edited, std::string(streams) == "2>&-" || std::string(streams) == "<&-" ? 0 : 7) << streams;
+        EXPECT_THAT(Decoded(Bytes()), HasSubstr("</PolicyFile>")) << streams;
+        (void)Folder().Write(u"policy.xml", before);
+    }
+    EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
+}
+
+TEST_F(NativeTool, FileOverTheProcessesLimit_IsAnErrorAndLeavesNothing)
+{
+    const std::string before = Bytes();
+    const std::string command = "cd '" + Folder().Folder().string() + "' && ulimit -f 1 && '" ZUPM_TOOL "' ";
+    EXPECT_EQ(Shell(command + "set policy.xml PRODUCTB2000 General LogLevel 5 2>/dev/null"), 3);
+    EXPECT_EQ(Bytes(), before);
+    EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
+}
+
+TEST_F(NativeTool, Device_IsWrittenAsItIs)
 {
     const ToolRun run = Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "/dev/null"});
     EXPECT_EQ(run.exitCode, 0) << run.messages;
-    EXPECT_FALSE(std::filesystem::exists("/dev/null.lock"));
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ constexpr const char* kFooter =
     "  4  anything else that failed\n"
     "  5  the file was changed by something else meanwhile\n"
     "  6  another process was editing the file for too long\n"
+    "  7  the file is written, but something failed afterwards\n"
     "\nExamples:\n"
     "  zupolicy show policy.xml\n"
     "  zupolicy get policy.xml PRODUCTA1000 General Enabled\n"

@@ -12,6 +12,7 @@ enum class ExitCode : int {
     Other = 4,      ///< Anything else that failed.
     Changed = 5,    ///< The file was changed by something else meanwhile.
     Locked = 6,     ///< Another process was editing the file for too long.
+    Written = 7,    ///< The file is written, but something failed afterwards.
 };
 
 }  // namespace zupm::tool

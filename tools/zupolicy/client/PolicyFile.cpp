@@ -32,6 +32,14 @@ PolicyFile::PolicyFile(const std::string& path, Access access)
     Check(m_file->InitializeFile(Bstr(FromUtf8(path)).Get(), access == Access::ReadOnly ? 1 : 0), path);
 }
 
+PolicyFile::PolicyFile(const std::string& path, std::chrono::seconds patience)
+    : m_file(tool::Create<IPolicyFile>(CLSID_PolicyFile, IID_IPolicyFile)), m_path(path)
+{
+    m_edit = QueryFor<IPolicyFileEdit>(*m_file.Get(), IID_IPolicyFileEdit, path);
+    const auto milliseconds = static_cast<LONG>(std::chrono::milliseconds(patience).count());
+    Check(m_edit->OpenForEdit(Bstr(FromUtf8(path)).Get(), milliseconds), path);
+}
+
 std::unique_ptr<Entry> PolicyFile::Find(const Target& target)
 {
     if (target.taskId) {
@@ -88,6 +96,16 @@ void PolicyFile::Remove(const Target& target)
 void PolicyFile::Write(const std::string& path)
 {
     Check(m_file->WriteFile(Bstr(FromUtf8(path)).Get(), 0), path);
+}
+
+void PolicyFile::Commit(bool force)
+{
+    Check(m_edit->CommitEdit(force ? 1 : 0), m_path);
+}
+
+void PolicyFile::RehearseCommit(bool force)
+{
+    Check(m_edit->RehearseCommit(force ? 1 : 0), m_path);
 }
 
 FileContents PolicyFile::Contents()

@@ -3,6 +3,7 @@
 
 #include <zuPolicyManager/zuPolicyManager.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -14,7 +15,8 @@
 
 namespace zupm::tool {
 
-enum class Access { ReadOnly, Edit };
+/// How a file is loaded: to be read only; to be changed and written somewhere else.
+enum class Access { ReadOnly, Copy };
 
 /// The component's policy file object, with results turned into exceptions.
 ///
@@ -24,6 +26,9 @@ class PolicyFile {
 public:
     /// Loads the file at a UTF-8 path.
     PolicyFile(const std::string& path, Access access);
+    /// Opens, locks and loads the file at a UTF-8 path in order to replace it; waits up to `patience` for whoever edits
+    /// it. The lock ends with Commit and with the object.
+    PolicyFile(const std::string& path, std::chrono::seconds patience);
 
     [[nodiscard]] const std::string& Path() const noexcept { return m_path; }
 
@@ -36,7 +41,13 @@ public:
 
     void Add(Entry& entry) { entry.HandBack(*m_file.Get()); }
     void Remove(const Target& target);
+    /// Writes the document to any path, whatever is there.
     void Write(const std::string& path);
+    /// Replaces the file that was opened to be replaced; throws Failure (Changed) when it is no longer the one that was
+    /// loaded, unless forced.
+    void Commit(bool force);
+    /// Throws what Commit would throw, as far as that can be known without writing.
+    void RehearseCommit(bool force);
 
     /// Everything that the document holds now.
     [[nodiscard]] FileContents Contents();
@@ -47,6 +58,7 @@ private:
     [[nodiscard]] std::string Text();
 
     ComPtr<IPolicyFile> m_file;
+    ComPtr<IPolicyFileEdit> m_edit;
     std::string m_path;
 };
 

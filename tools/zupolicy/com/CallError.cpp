@@ -20,6 +20,12 @@ ExitCode ExitCodeFor(result::Code code)
             return ExitCode::Other;
         case result::SyntaxError:
             return ExitCode::FileError;
+        case result::FileChanged:
+            return ExitCode::Changed;
+        case result::FileLocked:
+            return ExitCode::Locked;
+        case result::WrittenNotFlushed:
+            return ExitCode::Written;
         default:
             break;
     }

@@ -1,51 +1,82 @@
 #include "commands/Edit.h"
 
 #include <chrono>
-#include <filesystem>
 #include <ostream>
 #include <utility>
 
 #include "output/ChangeText.h"
 #include "output/Json.h"
-#include "text/Utf8.h"
 
 namespace zupm::tool {
 namespace {
 
+void Commit(PolicyFile& file, const EditOptions& options)
+{
+    try {
+        file.Commit(options.force);
+    } catch (const CallError& error) {
+        if (error.Result() != result::FileChanged) {
+            throw;
+        }
+        throw Failure(ExitCode::Changed, file.Path() +
+                                             ": was changed by something else meanwhile and is left alone "
+                                             "(--force writes it)");
+    }
+}
+
 /// A file that would only get new time stamps is left alone, so a job that runs every hour does not touch it every
 /// hour; a file that was asked for by name is always written.
-bool MustWrite(const Change& change, const EditOptions& options)
+void Write(PolicyFile& file, Change& change, const EditOptions& options)
 {
-    return !options.dryRun && (change.changed || options.output);
+    if (options.output) {
+        file.Write(*options.output);
+        change.written = *options.output;
+    } else if (change.changed) {
+        Commit(file, options);
+        change.written = file.Path();
+    }
 }
 
-}  // namespace
-
-std::optional<WriteTarget> TargetOf(const std::string& file, const EditOptions& options)
+void Print(const Change& change, const EditOptions& options, Streams streams)
 {
-    std::error_code ignored;
-    if (options.dryRun || (!options.output && !std::filesystem::exists(FromUtf8(file), ignored))) {
-        return std::nullopt;
-    }
-    return std::optional<WriteTarget>(std::in_place, options.output.value_or(file),
-                                      std::chrono::seconds(options.lock.timeoutSeconds));
-}
-
-void FinishEdit(PolicyFile& file, const std::optional<WriteTarget>& target, Change change, const EditOptions& options,
-                Streams streams)
-{
-    if (target && MustWrite(change, options)) {
-        if (!options.force) {
-            target->RequireUnchanged();
-        }
-        change.written = target->Path();
-        file.Write(*change.written);
-    }
     if (options.json) {
         streams.data << ChangeAsJson(change);
     } else if (options.dryRun) {
         streams.data << ChangeAsText(change);
     }
+    streams.data.flush();
+    if (!streams.data && change.written) {
+        throw Failure(ExitCode::Written, *change.written + ": is written, but standard output cannot be written");
+    }
+}
+
+}  // namespace
+
+PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
+{
+    if (options.output) {
+        return PolicyFile(file, Access::Copy);
+    }
+    const std::chrono::seconds patience(options.lock.timeoutSeconds);
+    try {
+        return PolicyFile(file, patience);
+    } catch (const CallError& error) {
+        if (error.Result() != result::FileLocked) {
+            throw;
+        }
+        throw Failure(ExitCode::Locked, file + ": another process is editing it; gave up after " +
+                                            std::to_string(patience.count()) + " s (--lock-timeout)");
+    }
+}
+
+void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Streams streams)
+{
+    if (!options.dryRun) {
+        Write(file, change, options);
+    } else if (!options.output && change.changed) {
+        file.RehearseCommit(options.force);
+    }
+    Print(change, options, streams);
 }
 
 }  // namespace zupm::tool

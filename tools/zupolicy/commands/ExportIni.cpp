@@ -1,9 +1,7 @@
-#include <chrono>
 #include <filesystem>
 
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
-#include "file/WriteTarget.h"
 #include "text/Utf8.h"
 
 namespace zupm::tool {
@@ -13,8 +11,6 @@ ExitCode RunCommand(const ExportIniOptions& options, Streams)
     PolicyFile file(options.file, Access::ReadOnly);
     // Windows looks for an INI file without a folder in its own folder, not in the current one.
     const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
-    // The export reads what the INI file holds and adds to it, setting by setting: another one must not come between.
-    const WriteTarget target(ToUtf8(ini.u16string()), std::chrono::seconds(options.lock.timeoutSeconds));
     try {
         file.FindTask(options.target)->WriteIni(ini.u16string());
     } catch (const CallError& error) {

@@ -24,8 +24,7 @@ std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& optio
 
 ExitCode RunCommand(const RemoveOptions& options, Streams streams)
 {
-    const std::optional<WriteTarget> target = TargetOf(options.file, options.edit);
-    PolicyFile file(options.file, Access::Edit);
+    PolicyFile file = OpenToEdit(options.file, options.edit);
     Change change{options.target, false, options.section, options.name, {}, {}, true, {}};
     if (options.section) {
         const auto entry = file.Find(options.target);
@@ -34,7 +33,7 @@ ExitCode RunCommand(const RemoveOptions& options, Streams streams)
     } else {
         file.Remove(options.target);
     }
-    FinishEdit(file, target, std::move(change), options.edit, streams);
+    FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }
 

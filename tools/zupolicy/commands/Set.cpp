@@ -60,8 +60,7 @@ ExitCode RunCommand(const SetOptions& options, Streams streams)
     const std::u16string name = FromUtf8(options.name);
     const std::u16string value = FromUtf8(options.value);
 
-    const std::optional<WriteTarget> target = TargetOf(options.file, options.edit);
-    PolicyFile file(options.file, Access::Edit);
+    PolicyFile file = OpenToEdit(options.file, options.edit);
     const Found found = FindOrCreate(file, options);
     const auto before = found.entry->Find(section, name);
     const bool changed = found.isNew || before != value || options.fields != TaskFields{};
@@ -75,7 +74,7 @@ ExitCode RunCommand(const SetOptions& options, Streams streams)
     if (before) {
         change.before = ToUtf8(*before);
     }
-    FinishEdit(file, target, std::move(change), options.edit, streams);
+    FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }
 

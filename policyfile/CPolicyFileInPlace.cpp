@@ -1,0 +1,97 @@
+// Editing the file where it lies: IPolicyFileEdit.
+#include <algorithm>
+
+#include "module/host/Strings.h"
+#include "platform/xml/Exceptions.h"
+#include "platform/xml/FileBuffer.h"
+#include "policyfile/CPolicyFile.h"
+
+namespace zupm {
+
+HRESULT CPolicyFile::OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept
+{
+    return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::OpenForEdit()", [&](std::u16string& detail) -> result::Code {
+        std::u16string path = TextOf(strPolicyFile);
+        const CriticalSectionLock lock(m_lock);
+        m_readOnly = 0;
+        const result::Code code =
+            LoadEdited(std::move(path), std::chrono::milliseconds(std::max(lTimeout, LONG{0})), detail);
+        if (code < 0) {
+            m_edited.Close();
+        }
+        return code;
+    });
+}
+
+result::Code CPolicyFile::LoadEdited(std::u16string path, std::chrono::milliseconds patience, std::u16string& detail)
+{
+    const std::u16string place = path;
+    const auto read = [&](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {
+        if (const result::Code code = m_edited.Open(place, patience); code < 0) {
+            throw AdvXMLParser::ReadWriteException(code);
+        }
+        AdvXMLParser::DecodeBuffer(m_edited.Bytes(), buffer, encoding, true);
+    };
+    return m_data.InitializeFile(std::move(path), read, detail);
+}
+
+HRESULT CPolicyFile::HasFileChanged(LONG* plChanged) noexcept
+{
+    return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::HasFileChanged()", [&]() -> result::Code {
+        if (plChanged == nullptr) {
+            return result::BadArgument;
+        }
+        const CriticalSectionLock lock(m_lock);
+        if (!m_edited.IsOpen()) {
+            return result::NotInitialised;
+        }
+        const result::Code code = m_edited.CheckUnchanged();
+        if (code != result::Success && code != result::FileChanged) {
+            return code;
+        }
+        *plChanged = code == result::FileChanged ? 1 : 0;
+        return result::Success;
+    });
+}
+
+HRESULT CPolicyFile::RehearseCommit(LONG bForce) noexcept
+{
+    return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::RehearseCommit()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        const result::Code code = CheckEditOpen();
+        return code < 0 ? code : m_edited.Rehearse(bForce != 0);
+    });
+}
+
+HRESULT CPolicyFile::CommitEdit(LONG bForce) noexcept
+{
+    return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::CommitEdit()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        if (const result::Code code = CheckEditOpen(); code < 0) {
+            return code;
+        }
+        try {
+            m_data.StampVersions();
+            const std::string bytes = AdvXMLParser::EncodeBuffer(m_data.GenerateXml(), m_data.Encoding(), true);
+            return m_edited.Commit(bytes, bForce != 0);
+        } catch (const AdvXMLParser::ReadWriteException& error) {
+            return error.GetErrorCode();
+        }
+    });
+}
+
+HRESULT CPolicyFile::EndEdit() noexcept
+{
+    return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::EndEdit()", [&]() -> result::Code {
+        const CriticalSectionLock lock(m_lock);
+        m_edited.Close();
+        return result::Success;
+    });
+}
+
+result::Code CPolicyFile::CheckEditOpen() const noexcept
+{
+    return m_edited.IsOpen() && m_data.HasDocument() ? result::Success : result::NotInitialised;
+}
+
+}  // namespace zupm

@@ -1,0 +1,45 @@
+/// The file that an edit reads and replaces.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "platform/HeldFile.h"
+#include "zuPolicyManager/Results.h"
+
+namespace zupm {
+
+/// A locked file and the bytes that it held when it was loaded.
+///
+/// Lifetime  The lock ends with Close and with the object.
+/// Threads   None of its own; the owning CPolicyFile holds its lock around every call.
+/// Errors    Result codes. Everything but Open and Close needs an open edit.
+class EditedFile {
+public:
+    [[nodiscard]] bool IsOpen() const noexcept { return m_file.IsOpen(); }
+
+    /// Ends an edit, waits up to `patience` for the file's lock and reads the file. The codes of HeldFile; FileLocked
+    /// when the lock was never free. Nothing is open after a failure.
+    [[nodiscard]] result::Code Open(std::u16string_view path, std::chrono::milliseconds patience);
+    void Close() noexcept;
+
+    /// What the file held when it was opened.
+    [[nodiscard]] const std::string& Bytes() const noexcept { return m_bytes; }
+
+    /// Success, FileChanged, or the code of the failed look.
+    [[nodiscard]] result::Code CheckUnchanged() noexcept { return m_file.CheckUnchanged(m_bytes); }
+    /// The code that Commit would fail with, as far as that can be known without a trace; FileChanged.
+    [[nodiscard]] result::Code Rehearse(bool force) noexcept;
+    /// Replaces the file; with `force` also one that was changed. Ends the edit when the new file is in place (Success,
+    /// WrittenNotFlushed); after any other code the file is as it was.
+    [[nodiscard]] result::Code Commit(std::string_view bytes, bool force) noexcept;
+
+private:
+    [[nodiscard]] result::Code OpenLocked(std::u16string_view path, std::chrono::milliseconds patience);
+
+    HeldFile m_file;
+    std::string m_bytes;
+};
+
+}  // namespace zupm
