@@ -289,13 +289,9 @@ result::Code OpenedFile::CheckFolder() const
 
 result::Code OpenedFile::RehearseReplace()
 {
-    if (const result::Code code = HoldAgain(); code < 0) {
-        return code;
-    }
-    if (const result::Code code = InspectTarget(); code < 0) {
-        return code;
-    }
-    return CheckFolder();
+    m_expected = nullptr;
+    const result::Code code = PrepareTarget();
+    return code < 0 ? code : CheckFolder();
 }
 
 /// Holds the file again and compares it, if it is to be compared; otherwise it need not even exist any more.
@@ -308,14 +304,18 @@ result::Code OpenedFile::PrepareMove()
     return code < 0 ? code : CheckUnchanged(*m_expected);
 }
 
+/// Gets ready for a replacement; a file that is gone for good is replaced with what was last known of it.
+result::Code OpenedFile::PrepareTarget()
+{
+    const result::Code code = PrepareMove();
+    return code < 0 || m_file == nullptr ? code : InspectTarget();
+}
+
 result::Code OpenedFile::Replace(std::string_view bytes, const std::string* expected)
 {
     m_expected = expected;
     // Also before anything is written: a new file that cannot come into place is not worth it.
-    if (const result::Code code = PrepareMove(); code < 0) {
-        return code;
-    }
-    if (const result::Code code = m_file == nullptr ? result::Success : InspectTarget(); code < 0) {
+    if (const result::Code code = PrepareTarget(); code < 0) {
         return code;
     }
     const result::Code code = ReplaceHeld(m_target, bytes, *this);

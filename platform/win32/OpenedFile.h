@@ -43,6 +43,7 @@ private:
     [[nodiscard]] result::Code Reopen();
     [[nodiscard]] result::Code HoldAgain();
     [[nodiscard]] result::Code InspectTarget();
+    [[nodiscard]] result::Code PrepareTarget();
     [[nodiscard]] result::Code CheckFolder() const;
     result::Code PrepareMove() override;
     void LetGo() noexcept override;
