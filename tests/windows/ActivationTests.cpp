@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
 #include <thread>
@@ -11,6 +12,7 @@
 
 #include "tests/support/Bstr.h"
 #include "tests/support/ComPtr.h"
+#include "tests/support/TempFolder.h"
 #include "tests/windows/Registration.h"
 
 namespace zupm::test {
@@ -141,6 +143,72 @@ TEST_F(ActivationTest, ObjectsHandedOut_AreMarshalledToo)
         EXPECT_EQ(task->put_Priority(-5), S_OK);
         EXPECT_EQ(task->get_Priority(&priority), S_OK);
         EXPECT_EQ(priority, -5);
+    });
+}
+
+TEST_F(ActivationTest, EditInterface_IsMarshalledWithItsArgumentsResultsAndCodes)
+{
+    const TempFolder folder;
+    const std::u16string path = folder.Write(
+        u"policy.xml",
+        "<R><PolicyRoot version='1'><PolicyGroup><Policy><Product SoftwareID='A'/></Policy></PolicyGroup></PolicyRoot>"
+        "<TaskRoot version='1'/></R>");
+    InApartment(COINIT_APARTMENTTHREADED, [&] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        ComPtr<IPolicyFileEdit> edit = file.Query<IPolicyFileEdit>();
+        ASSERT_TRUE(edit);
+        EXPECT_TRUE(IsProxy(edit.Get()));
+        const Bstr name(path);
+        LONG changed = -5;
+        EXPECT_EQ(edit->HasFileChanged(&changed), result::NotInitialised);
+        EXPECT_EQ(edit->CommitEdit(0), result::NotInitialised);
+
+        ASSERT_EQ(edit->OpenForEdit(name.Get(), 0), S_OK);
+        EXPECT_EQ(edit->HasFileChanged(&changed), S_OK);
+        EXPECT_EQ(changed, 0);
+        ComPtr<IPolicyFile> second;
+        ASSERT_EQ(CreateIn(second), S_OK);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(second.Query<IPolicyFileEdit>()->OpenForEdit(name.Get(), 200), result::FileLocked);
+        EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(200));
+
+        EXPECT_EQ(file->RemovePolicy(Bstr(u"A").Get()), S_OK) << "both interfaces work on the same document";
+        EXPECT_EQ(edit->RehearseCommit(0), S_OK);
+        const std::string theirs = folder.Read(u"policy.xml") + " ";
+        folder.Write(u"policy.xml", theirs);
+        EXPECT_EQ(edit->HasFileChanged(&changed), S_OK);
+        EXPECT_EQ(changed, 1);
+        EXPECT_EQ(edit->RehearseCommit(0), result::FileChanged);
+        EXPECT_EQ(edit->CommitEdit(0), result::FileChanged);
+        EXPECT_EQ(folder.Read(u"policy.xml"), theirs);
+        EXPECT_EQ(edit->CommitEdit(1), S_OK);
+        EXPECT_EQ(folder.Read(u"policy.xml").find("SoftwareID"), std::string::npos);
+
+        ASSERT_EQ(edit->OpenForEdit(name.Get(), 0), S_OK);
+        EXPECT_EQ(edit->EndEdit(), S_OK);
+        EXPECT_EQ(edit->CommitEdit(0), result::NotInitialised);
+    });
+}
+
+TEST_F(ActivationTest, EditInterface_PassesFromOneApartmentToAnother)
+{
+    const TempFolder folder;
+    const std::u16string path = folder.Write(u"policy.xml", "<R><PolicyRoot/><TaskRoot/></R>");
+    InApartment(COINIT_MULTITHREADED, [&] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        ComPtr<IPolicyFileEdit> edit = file.Query<IPolicyFileEdit>();
+        EXPECT_FALSE(IsProxy(edit.Get()));
+        IStream* stream = nullptr;
+        ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IPolicyFileEdit, edit.Get(), &stream), S_OK);
+        InApartment(COINIT_APARTMENTTHREADED, [&] {
+            ComPtr<IPolicyFileEdit> proxy;
+            ASSERT_EQ(CoGetInterfaceAndReleaseStream(stream, IID_IPolicyFileEdit, proxy.PutVoid()), S_OK);
+            EXPECT_TRUE(IsProxy(proxy.Get()));
+            EXPECT_EQ(proxy->OpenForEdit(Bstr(path).Get(), 0), S_OK);
+        });
+        EXPECT_EQ(edit->CommitEdit(0), S_OK) << "the edit that the other thread opened";
     });
 }
 

@@ -117,7 +117,8 @@ TEST_F(RegistrationTest, Registering_LetsEveryInterfaceBeMarshalledByItsTypeLibr
 {
     ASSERT_EQ(RunRegistration({}), 0);
     for (const wchar_t* iid : {L"{8DCAD88B-D477-40BE-B978-31189549ED15}", L"{2A1631CC-F7D9-440C-AE86-3A88EAE3F5D8}",
-                               L"{C7FDCCDA-FD1D-4A9A-A9B0-6B6D74A28B00}", L"{9F576BE8-B305-4494-93D8-A7A623BDFB9C}"}) {
+                               L"{C7FDCCDA-FD1D-4A9A-A9B0-6B6D74A28B00}", L"{9F576BE8-B305-4494-93D8-A7A623BDFB9C}",
+                               L"{BCFAFCBC-1EDB-483E-8196-C2EB685A9521}"}) {
         const std::wstring key = std::wstring(L"Interface\\").append(iid);
         EXPECT_EQ(ReadRegistryText(key + L"\\TypeLib"), kLibrary) << Narrow(iid);
         EXPECT_EQ(ReadRegistryText(key + L"\\ProxyStubClsid32"), L"{00020424-0000-0000-C000-000000000046}")

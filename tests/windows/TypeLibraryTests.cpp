@@ -187,6 +187,16 @@ Documentation DocumentationOf(ITypeInfo& info)
     return {name.Text(), help.Text()};
 }
 
+/// How many interfaces a class lists.
+UINT InterfacesOf(ITypeInfo& coclass)
+{
+    TYPEATTR* attributes = nullptr;
+    EXPECT_EQ(coclass.GetTypeAttr(&attributes), S_OK);
+    const UINT count = attributes->cImplTypes;
+    coclass.ReleaseTypeAttr(attributes);
+    return count;
+}
+
 class TypeLibraryInterfaceTest : public testing::TestWithParam<const InterfaceDescription& (*)() noexcept> {};
 
 }  // namespace
@@ -208,12 +218,51 @@ TEST(TypeLibraryTest, Library_HasItsIdentifierVersionNameAndHelp)
     EXPECT_EQ(help.Text(), u"zuPolicyManager 1.0 Type Library");
 }
 
-TEST(TypeLibraryTest, Library_DescribesFourInterfacesAndFourClasses)
+TEST(TypeLibraryTest, Library_DescribesFiveInterfacesAndFourClasses)
 {
-    EXPECT_EQ(Library()->GetTypeInfoCount(), 8u);
+    EXPECT_EQ(Library()->GetTypeInfoCount(), 9u);
 }
 
-TEST(TypeLibraryTest, Classes_HaveTheirDescriptionAndDefaultInterface)
+TEST(TypeLibraryTest, EditInterface_HasItsFiveMembersAfterThoseOfIUnknown)
+{
+    constexpr int kUnknownSlots = 3;
+    const auto member = [](std::u16string name, int index, std::string help, std::vector<ParameterText> parameters) {
+        // Numbers that the library makes up for members without one: of a direct interface, by their place.
+        const DISPID id = 0x60010000 + index;
+        return MemberText{std::move(name),      id, INVOKE_FUNC, kUnknownSlots + index, std::move(help),
+                          std::move(parameters)};
+    };
+    const MemberText expected[] = {
+        member(u"OpenForEdit", 0, "Opens, locks and loads a policy file that is going to be replaced",
+               {{u"strPolicyFile", "BSTR", false}, {u"lTimeout", "LONG", false}}),
+        member(u"HasFileChanged", 1, "Whether the file is no longer the one that was loaded",
+               {{u"plChanged", "out LONG*", true}}),
+        member(u"RehearseCommit", 2, "Answers whether CommitEdit would be refused", {{u"bForce", "LONG", false}}),
+        member(u"CommitEdit", 3, "Replaces the file if it is still the one that was loaded",
+               {{u"bForce", "LONG", false}}),
+        member(u"EndEdit", 4, "Ends the edit without writing", {}),
+    };
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(Library()->GetTypeInfoOfGuid(IID_IPolicyFileEdit, info.Put()), S_OK);
+    EXPECT_EQ(DocumentationOf(*info.Get()), (Documentation{u"IPolicyFileEdit", u"IPolicyFileEdit Interface"}));
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
+    const UINT count = attributes->cFuncs;
+    EXPECT_EQ(attributes->typekind, TKIND_INTERFACE);
+    EXPECT_NE(attributes->wTypeFlags & TYPEFLAG_FOLEAUTOMATION, 0) << "what the type library's marshaller asks for";
+    info->ReleaseTypeAttr(attributes);
+    ASSERT_EQ(count, std::size(expected));
+    for (UINT i = 0; i < count; ++i) {
+        EXPECT_EQ(FromLibrary(*info.Get(), i), expected[i]);
+    }
+    HREFTYPE reference = 0;
+    ASSERT_EQ(info->GetRefTypeOfImplType(0, &reference), S_OK);
+    ComPtr<ITypeInfo> base;
+    ASSERT_EQ(info->GetRefTypeInfo(reference, base.Put()), S_OK);
+    EXPECT_EQ(DocumentationOf(*base.Get()).name, u"IUnknown");
+}
+
+TEST(TypeLibraryTest, Classes_HaveTheirDescriptionAndOneInterface)
 {
     struct Row {
         const CLSID& clsid;
@@ -231,6 +280,7 @@ TEST(TypeLibraryTest, Classes_HaveTheirDescriptionAndDefaultInterface)
         ComPtr<ITypeInfo> coclass;
         ASSERT_EQ(library->GetTypeInfoOfGuid(row.clsid, coclass.Put()), S_OK) << Utf8(row.documentation.name);
         EXPECT_EQ(DocumentationOf(*coclass.Get()), row.documentation);
+        EXPECT_EQ(InterfacesOf(*coclass.Get()), 1u) << Utf8(row.documentation.name);
         HREFTYPE reference = 0;
         ASSERT_EQ(coclass->GetRefTypeOfImplType(0, &reference), S_OK);
         ComPtr<ITypeInfo> served;
