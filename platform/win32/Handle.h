@@ -7,6 +7,9 @@
 
 namespace zupm::win32 {
 
+/// The way to open a file that disturbs nobody.
+inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 struct HandleCloser {
     using pointer = HANDLE;
     void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "platform/common/Utf.h"
 #include "platform/win32/Errors.h"
 #include "platform/win32/Wide.h"
@@ -71,6 +73,29 @@ result::Code FullPath(std::u16string_view path, std::u16string& full)
                                         : std::u16string(kLongPrefix).append(full);
     }
     return result::Success;
+}
+
+result::Code FinalPath(void* handle, std::u16string& path)
+{
+    std::u16string real(MAX_PATH, u'\0');
+    DWORD kind = VOLUME_NAME_DOS;
+    for (;;) {
+        const DWORD length = GetFinalPathNameByHandleW(handle, WideBuffer(real), static_cast<DWORD>(real.size()), kind);
+        if (length == 0) {
+            const DWORD error = GetLastError();
+            if (error != ERROR_PATH_NOT_FOUND || kind == VOLUME_NAME_GUID) {
+                return CodeFromError(error);
+            }
+            kind = VOLUME_NAME_GUID;
+            continue;
+        }
+        const bool fits = length < real.size();
+        real.resize(length);
+        if (fits) {
+            path = std::move(real);
+            return result::Success;
+        }
+    }
 }
 
 bool NamesDevice(std::u16string_view full) noexcept

@@ -12,6 +12,10 @@ namespace zupm::win32 {
 /// InvalidName for an empty path, an embedded null or an unpaired surrogate; may throw std::bad_alloc.
 [[nodiscard]] result::Code FullPath(std::u16string_view path, std::u16string& full);
 
+/// The path of an open file or folder with every link followed, in the form for long paths: of its drive, or of its
+/// volume when no drive letter leads there. May throw std::bad_alloc.
+[[nodiscard]] result::Code FinalPath(void* handle, std::u16string& path);
+
 /// True for what the full form shows to be a device or a pipe (`\\.\NUL`, `\\server\pipe\name`): opening such a name
 /// can wait for a partner or have effects of its own.
 [[nodiscard]] bool NamesDevice(std::u16string_view full) noexcept;

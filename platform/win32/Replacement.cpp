@@ -12,6 +12,7 @@
 #include "platform/win32/Errors.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Paths.h"
+#include "platform/win32/RenameOver.h"
 #include "platform/win32/Wide.h"
 
 namespace zupm::win32 {
@@ -19,20 +20,9 @@ namespace zupm::win32 {
 namespace {
 
 constexpr std::uint32_t kLongestWait = 1000;
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr DWORD kKeptAttributes =
     FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
 constexpr std::size_t kPiece = std::size_t{16} << 20;
-
-/// What is known of the file that is to be replaced.
-struct Target {
-    std::u16string path;
-    bool exists = false;
-    bool isRegular = true;
-    DWORD attributes = 0;
-    /// Its access list as a security descriptor; empty when the file system has none or does not tell.
-    std::vector<std::byte> security;
-};
 
 result::Code WriteAll(HANDLE file, std::string_view bytes) noexcept
 {
@@ -66,20 +56,9 @@ result::Code FollowLinks(Target& target)
     if (file == nullptr) {
         return CodeFromLastError();
     }
-    std::u16string real(MAX_PATH, u'\0');
-    for (;;) {
-        const DWORD length = GetFinalPathNameByHandleW(file.get(), WideBuffer(real), static_cast<DWORD>(real.size()),
-                                                       FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
-        if (length == 0) {
-            return CodeFromLastError();
-        }
-        const bool fits = length < real.size();
-        real.resize(length);
-        if (fits) {
-            break;
-        }
+    if (const result::Code code = FinalPath(file.get(), target.path); code < 0) {
+        return code;
     }
-    target.path = std::move(real);
     target.attributes = GetFileAttributesW(Wide(target.path));
     return target.attributes == INVALID_FILE_ATTRIBUTES ? CodeFromLastError() : result::Success;
 }
@@ -241,14 +220,39 @@ DWORD ReplaceHeldFile(const Target& target, const Temporary& temporary)
     return error;
 }
 
-result::Code MoveIntoPlace(const Target& target, Temporary& temporary)
+/// One attempt beside a holder and perhaps others who have the target open.
+DWORD MoveOverHeld(const Target& target, const Temporary& temporary, TargetHolder& holder)
+{
+    const DWORD error = RenameOverOpenFile(temporary.Path(), target.path);
+    // Somebody else is in the way, and would be in the way of any other call too.
+    if (error == ERROR_SUCCESS || error == ERROR_SHARING_VIOLATION || error == ERROR_USER_MAPPED_FILE) {
+        return error;
+    }
+    // The holder's lock ends here. Whoever takes it before the move loads the old file, and finds it changed when he
+    // wants to replace it; or his open file makes the move fail, and this replacement ends.
+    holder.LetGo();
+    return MoveOver(target, temporary);
+}
+
+result::Code Prepare(TargetHolder* holder)
+{
+    return holder == nullptr ? result::Success : holder->PrepareMove();
+}
+
+result::Code MoveIntoPlace(const Target& target, Temporary& temporary, TargetHolder* holder)
 {
     Patience patience;
-    DWORD error = MoveOver(target, temporary);
-    while (error != ERROR_SUCCESS && MayPass(error) && patience.Wait()) {
-        error = MoveOver(target, temporary);
-    }
+    DWORD error = ERROR_SUCCESS;
+    do {
+        if (const result::Code code = Prepare(holder); code < 0) {
+            return code;
+        }
+        error = holder == nullptr ? MoveOver(target, temporary) : MoveOverHeld(target, temporary, *holder);
+    } while (error != ERROR_SUCCESS && MayPass(error) && patience.Wait());
     if (error != ERROR_SUCCESS && MayPass(error) && target.exists) {
+        if (const result::Code code = Prepare(holder); code < 0) {
+            return code;
+        }
         error = ReplaceHeldFile(target, temporary);
     }
     if (error != ERROR_SUCCESS) {
@@ -258,14 +262,33 @@ result::Code MoveIntoPlace(const Target& target, Temporary& temporary)
     return result::Success;
 }
 
+/// True for the errors of a folder that does not let itself be flushed: a right is missing, or the file system cannot.
+bool IsFlushRefused(DWORD error) noexcept
+{
+    return error == ERROR_ACCESS_DENIED || error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED ||
+           error == ERROR_INVALID_PARAMETER;
+}
+
 /// Makes the new name last through a loss of power, where the file system lets a folder be flushed.
-void FlushFolder(const std::u16string& folder) noexcept
+bool FlushFolder(const std::u16string& folder) noexcept
 {
     const Handle handle = OwnFile(CreateFileW(Wide(folder), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
                                               FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    if (handle != nullptr) {
-        FlushFileBuffers(handle.get());
+    return (handle != nullptr && FlushFileBuffers(handle.get()) != 0) || IsFlushRefused(GetLastError());
+}
+
+result::Code ReplaceRegular(Target& target, std::string_view bytes, TargetHolder* holder)
+{
+    // Before the new file is in place: memory that runs out afterwards must not make a failure of it.
+    const std::u16string folder = FolderOf(target.path);
+    Temporary temporary;
+    if (const result::Code code = temporary.Write(target, bytes); code < 0) {
+        return code;
     }
+    if (const result::Code code = MoveIntoPlace(target, temporary, holder); code < 0) {
+        return code;
+    }
+    return FlushFolder(folder) ? result::Success : result::WrittenNotFlushed;
 }
 
 }  // namespace
@@ -291,17 +314,14 @@ result::Code ReplaceFull(const std::u16string& full, std::string_view bytes)
     if (!target.isRegular) {
         return WriteDirectly(target.path, bytes);
     }
-    // Before the new file is in place: memory that runs out afterwards must not make a failure of it.
-    const std::u16string folder = FolderOf(target.path);
-    Temporary temporary;
-    if (const result::Code code = temporary.Write(target, bytes); code < 0) {
-        return code;
-    }
-    if (const result::Code code = MoveIntoPlace(target, temporary); code < 0) {
-        return code;
-    }
-    FlushFolder(folder);
-    return result::Success;
+    const result::Code code = ReplaceRegular(target, bytes, nullptr);
+    // The move itself is written through.
+    return code == result::WrittenNotFlushed ? result::Success : code;
+}
+
+result::Code ReplaceHeld(Target& target, std::string_view bytes, TargetHolder& holder)
+{
+    return ReplaceRegular(target, bytes, &holder);
 }
 
 }  // namespace zupm::win32

@@ -1,0 +1,105 @@
+#include "platform/win32/FileBytes.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/win32/Errors.h"
+
+namespace zupm::win32 {
+
+namespace {
+
+constexpr std::size_t kReadPiece = std::size_t{16} << 20;
+constexpr std::size_t kComparedPiece = std::size_t{64} << 10;
+/// For files that grow, or whose size the system does not report.
+constexpr std::size_t kSmallestPiece = 4096;
+
+result::Code GoToStart(HANDLE file) noexcept
+{
+    return SetFilePointerEx(file, LARGE_INTEGER{}, nullptr, FILE_BEGIN) == 0 ? CodeFromLastError() : result::Success;
+}
+
+}  // namespace
+
+result::Code SizeOf(HANDLE file, std::size_t& size) noexcept
+{
+    LARGE_INTEGER found{};
+    if (GetFileSizeEx(file, &found) == 0) {
+        return CodeFromLastError();
+    }
+    if (found.QuadPart < 0 || static_cast<std::uint64_t>(found.QuadPart) > kLargestFile) {
+        return result::FileTooLarge;
+    }
+    size = static_cast<std::size_t>(found.QuadPart);
+    return result::Success;
+}
+
+result::Code ReadToEnd(HANDLE file, std::string& bytes)
+{
+    std::size_t filled = 0;
+    for (;;) {
+        if (filled == bytes.size()) {
+            if (filled > kLargestFile) {
+                return result::FileTooLarge;
+            }
+            bytes.resize(std::min(std::max(filled * 2, kSmallestPiece), kLargestFile + 1));
+        }
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size() - filled, kReadPiece));
+        DWORD got = 0;
+        if (ReadFile(file, bytes.data() + filled, wanted, &got, nullptr) == 0) {
+            return CodeFromLastError();
+        }
+        if (got == 0) {
+            bytes.resize(filled);
+            return result::Success;
+        }
+        filled += got;
+    }
+}
+
+result::Code ReadAll(HANDLE file, std::string& bytes)
+{
+    std::size_t size = 0;
+    if (const result::Code code = SizeOf(file, size); code < 0) {
+        return code;
+    }
+    if (const result::Code code = GoToStart(file); code < 0) {
+        return code;
+    }
+    // One byte more, so that the end is met without growing.
+    bytes.resize(size + 1);
+    return ReadToEnd(file, bytes);
+}
+
+result::Code Compare(HANDLE file, std::string_view bytes, bool& isSame)
+{
+    isSame = false;
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(file, &size) == 0) {
+        return CodeFromLastError();
+    }
+    if (static_cast<std::uint64_t>(size.QuadPart) != bytes.size()) {
+        return result::Success;
+    }
+    if (const result::Code code = GoToStart(file); code < 0) {
+        return code;
+    }
+    std::vector<char> piece(std::min(bytes.size(), kComparedPiece));
+    while (!bytes.empty()) {
+        DWORD got = 0;
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), piece.size()));
+        if (ReadFile(file, piece.data(), wanted, &got, nullptr) == 0) {
+            return CodeFromLastError();
+        }
+        if (got == 0 || !bytes.starts_with(std::string_view(piece.data(), got))) {
+            return result::Success;
+        }
+        bytes.remove_prefix(got);
+    }
+    isSame = true;
+    return result::Success;
+}
+
+}  // namespace zupm::win32

@@ -1,0 +1,28 @@
+/// The bytes of an open file.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "zuPolicyManager/Results.h"
+
+namespace zupm::win32 {
+
+/// A file's size; FileTooLarge for more than kLargestFile, or the code of the failed call.
+[[nodiscard]] result::Code SizeOf(HANDLE file, std::size_t& size) noexcept;
+
+/// Reads from the handle's position to the end of the file, which may have grown or shrunk since its size was asked.
+/// `bytes` comes with room for what is expected. May throw std::bad_alloc.
+[[nodiscard]] result::Code ReadToEnd(HANDLE file, std::string& bytes);
+
+/// Reads a whole file from its first byte, the size asked before. May throw std::bad_alloc.
+[[nodiscard]] result::Code ReadAll(HANDLE file, std::string& bytes);
+
+/// Compares a whole file with a text, a piece at a time: `isSame`, or the code of the failed call. May throw
+/// std::bad_alloc.
+[[nodiscard]] result::Code Compare(HANDLE file, std::string_view bytes, bool& isSame);
+
+}  // namespace zupm::win32

@@ -1,0 +1,61 @@
+/// A file that is edited in place, and its folder, both open.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/win32/Handle.h"
+#include "platform/win32/Replacement.h"
+
+namespace zupm::win32 {
+
+/// Which file a handle belongs to, whatever its names are.
+struct FileIdentity {
+    std::uint32_t volume = 0;
+    std::uint64_t index = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// What HeldFile is on Windows; its contract is there. Methods may throw std::bad_alloc.
+///
+/// Folder    Held without shared deletion, so that neither it nor a folder above it can be renamed: the folder's path
+///           with the file's name keeps its meaning.
+/// Let go    Where the system cannot rename over an open file, the handle is closed for the moment of a move, and with
+///           it the lock. After a move that failed both are taken again, at once or with the next call. When another
+///           editor was faster, FileLocked comes until he ends, and then FileChanged if he wrote.
+class OpenedFile final : private TargetHolder {
+public:
+    OpenedFile() = default;
+    ~OpenedFile() { LetGo(); }
+
+    [[nodiscard]] result::Code Open(std::u16string_view path);
+    [[nodiscard]] result::Code TryLock();
+    [[nodiscard]] result::Code Read(std::string& bytes);
+    [[nodiscard]] result::Code CheckUnchanged(std::string_view bytes);
+    [[nodiscard]] result::Code RehearseReplace();
+    [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected);
+
+private:
+    [[nodiscard]] result::Code HoldFolder();
+    [[nodiscard]] result::Code CheckName() const;
+    [[nodiscard]] result::Code Reopen();
+    [[nodiscard]] result::Code HoldAgain();
+    [[nodiscard]] result::Code InspectTarget();
+    [[nodiscard]] result::Code CheckFolder() const;
+    result::Code PrepareMove() override;
+    void LetGo() noexcept override;
+
+    Handle m_folder;
+    Handle m_file;
+    FileIdentity m_identity;
+    bool m_isLocked = false;
+    bool m_wantsLock = false;
+    /// What a replacement under way expects; null when it takes whatever it finds.
+    const std::string* m_expected = nullptr;
+    /// The file as it was last looked at; its path is the held folder's with the file's name.
+    Target m_target;
+};
+
+}  // namespace zupm::win32
