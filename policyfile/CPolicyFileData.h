@@ -52,6 +52,8 @@ public:
 
     /// Every document that a handle of now may point into; whoever holds the list keeps them alive.
     [[nodiscard]] Documents HoldDocuments() const;
+    /// True while no other load has begun since HoldDocuments gave that list.
+    [[nodiscard]] bool HasLoaded(const Documents& documents) const noexcept { return documents.back() == m_document; }
 
     /// Adds what the document holds to an index; of equal keys the first counts and the others are logged. Unexpected.
     [[nodiscard]] result::Code InitializePolicyMap() noexcept;

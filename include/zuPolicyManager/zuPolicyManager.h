@@ -4,14 +4,15 @@
 ///             with a sentence each). Where a method lists codes, E_OUTOFMEMORY (0x8007000E) may always come instead.
 ///             A failing call also leaves error information for the thread (GetErrorInfo): the sentence, and for XML
 ///             that cannot be parsed "file:line:column: reason".
-/// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed
-/// and
-///             a new one stored, which the caller frees with SysFreeString; so initialise slots to null. On failure a
-///             slot keeps what it held unless the method says otherwise. A null slot gives -13.
+/// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed,
+///             and a new one stored, which the caller frees with SysFreeString; so initialise slots to null. On failure
+///             a slot keeps what it held unless the method says otherwise. A null slot gives -13.
 /// Objects     Out interface pointers carry a reference that the caller releases; a slot's old pointer is not released.
 ///             Objects handed out own private copies and stay valid after the policy file object is gone.
 /// Threads     Any thread may call any object; each object serialises itself. The lock order is policy file, then
-///             product or task, then what lies inside it.
+///             product or task, then what lies inside it. AddPolicy and AddTask keep the policy file's lock while they
+///             call the incoming object: one of another maker's must not wait in such a call for a thread that uses the
+///             same policy file, or both wait for ever. It may call the policy file on its own thread.
 /// Numbers     `LONG` is a signed 32-bit integer; versions are decimal texts of unsigned 64-bit numbers.
 #pragma once
 
@@ -163,14 +164,16 @@ struct IPolicyProduct : IDispatch {
 struct IPolicyFile : IDispatch {
     /// [1] Puts a copy of a task into the document, in place of one with the same software ID and task ID, whatever
     /// `bOverwrite` says. `pTask` stays the caller's. -5 read-only; -13 null or no IPolicyTask; -4 nothing is loaded;
-    /// -1100 the document has no "TaskRoot"; or the code of the task's own getters. A failure after the old task was
-    /// taken out is not rolled back, and tasks are not found again until AddTask or RemoveTask succeeds or a file is
-    /// loaded.
+    /// -1100 the document has no "TaskRoot"; or the code of the task's own getters. A task that throws gives -2
+    /// (memory: 0x8007000E). One that has this object load a file while it is asked gives -4; that file is loaded then,
+    /// without the task. A failure after the old task was taken out is not rolled back, and tasks are not found again
+    /// until AddTask or RemoveTask succeeds or a file is loaded.
     virtual HRESULT AddTask(IUnknown* pTask, LONG bOverwrite) = 0;
 
     /// [2] Puts a copy of a product policy into the document, in place of one with the same software ID, whatever
     /// `bOverwrite` says, and makes its time stamp the policy version. -5; -4; -13 null or no IPolicyProduct;
-    /// -1100 the document has no "Policy" to put it in. As AddTask after a late failure.
+    /// -1100 the document has no "Policy" to put it in. As AddTask for a policy that throws or loads, and after a late
+    /// failure.
     virtual HRESULT AddPolicy(IUnknown* pPolicy, LONG bOverwrite) = 0;
 
     /// [3] Hands out a task as an IPolicyTask object with a private copy. -4 nothing is loaded; -1208 no such task;
