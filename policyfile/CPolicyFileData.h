@@ -41,7 +41,9 @@ public:
 
     /// Closes what is loaded and loads another file. FileNotFound and the other codes of reading; SyntaxError with
     /// "file:line:column: reason" in `detail`; AllocationFailed (no document); Unexpected (while indexing). Only a
-    /// result that is not negative makes the object initialised.
+    /// result that is not negative makes the object initialised. A failure leaves no document, with one exception:
+    /// after Unexpected the new one is there, with the entries that were made of it. Those entries stay, beside the
+    /// ones of the next load, until a load follows that succeeded.
     [[nodiscard]] result::Code InitializeFile(std::u16string path, std::u16string& detail);
     /// Empties the indexes and frees the document. Path, versions, assignment list and encoding stay. Always Success.
     result::Code DeinitializeFile() noexcept;
@@ -83,14 +85,16 @@ public:
 
     /// The document's text; there must be one.
     [[nodiscard]] AdvXMLParser::XmlText GenerateXml() const { return m_document->GenerateXML(false); }
-    /// The encoding of the last file that was read.
+    /// The encoding of the last file whose bytes could be read as text, whether or not that could be parsed. A document
+    /// that is there was read in it.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
 
 private:
     [[nodiscard]] result::Code Initialize(std::u16string& detail);
     [[nodiscard]] result::Code LoadDocument();
-    void ReplaceDocument(std::unique_ptr<AdvXMLParser::Document> document);
-    void ReadProperties();
+    /// Takes the document of a load that failed while indexing out of sight.
+    void RetireDocument();
+    void ReadProperties(const AdvXMLParser::Element& root);
 
     /// The document element; null without a document.
     [[nodiscard]] AdvXMLParser::Element Root() const noexcept;

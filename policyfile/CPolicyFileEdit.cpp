@@ -125,8 +125,12 @@ result::Code CPolicyFile::PutTask(IPolicyTask& incoming, const CPolicyFileData::
     if (const result::Code code = CheckStillLoaded(documents, detail); code < 0) {
         return code;
     }
+    const std::u16string softwareId = softwareText.Text();
+    const std::u16string taskId = taskText.Text();
+    RequireXmlText(softwareId);
+    RequireXmlText(taskId);
     std::unique_ptr<CTaskRef> place;
-    if (const result::Code code = CopyTaskRef(softwareText.Text(), taskText.Text(), place); code < 0) {
+    if (const result::Code code = CopyTaskRef(softwareId, taskId, place); code < 0) {
         return code;
     }
     if (const result::Code code = m_data.DeinitializeTaskMap(); code < 0) {

@@ -164,16 +164,17 @@ struct IPolicyProduct : IDispatch {
 struct IPolicyFile : IDispatch {
     /// [1] Puts a copy of a task into the document, in place of one with the same software ID and task ID, whatever
     /// `bOverwrite` says. `pTask` stays the caller's. -5 read-only; -13 null or no IPolicyTask; -4 nothing is loaded;
-    /// -1100 the document has no "TaskRoot"; or the code of the task's own getters. A task that throws gives -2
-    /// (memory: 0x8007000E). One that has this object load a file while it is asked gives -4; that file is loaded then,
-    /// without the task. A failure after the old task was taken out is not rolled back, and tasks are not found again
-    /// until AddTask or RemoveTask succeeds or a file is loaded.
+    /// -1100 the document has no "TaskRoot"; -2 an ID holds a character that XML cannot hold (nothing changed); or the
+    /// code of the task's own getters. A task that throws gives -2 (memory: 0x8007000E). One that has this object load
+    /// a file while it is asked gives -4; that file is loaded then, without the task. A failure after the old task was
+    /// taken out is not rolled back, and tasks are not found again until AddTask or RemoveTask succeeds or a file is
+    /// loaded.
     virtual HRESULT AddTask(IUnknown* pTask, LONG bOverwrite) = 0;
 
     /// [2] Puts a copy of a product policy into the document, in place of one with the same software ID, whatever
     /// `bOverwrite` says, and makes its time stamp the policy version. -5; -4; -13 null or no IPolicyProduct;
-    /// -1100 the document has no "Policy" to put it in. As AddTask for a policy that throws or loads, and after a late
-    /// failure.
+    /// -1100 the document has no "Policy" to put it in; -2 as for AddTask. As AddTask for a policy that throws or
+    /// loads, and after a late failure.
     virtual HRESULT AddPolicy(IUnknown* pPolicy, LONG bOverwrite) = 0;
 
     /// [3] Hands out a task as an IPolicyTask object with a private copy. -4 nothing is loaded; -1208 no such task;
@@ -192,8 +193,9 @@ struct IPolicyFile : IDispatch {
 
     /// [7] Loads a policy file; what was loaded before is dropped first. `bReadOnly` other than 0 refuses later edits.
     /// -1106 the text is not well-formed, declares entities or names an encoding that is not supported;
-    /// 0x80070459 the bytes are not valid in their encoding; a file code such as 0x80070002. Nothing is loaded after a
-    /// failure.
+    /// 0x80070459 the bytes are not valid in their encoding; a file code such as 0x80070002; -2 memory ran out while
+    /// the indexes were built. Nothing is loaded after a failure; after -2 alone WriteFile and WriteFileBuffer have the
+    /// new document.
     virtual HRESULT InitializeFile(BSTR strPolicyFile, LONG bReadOnly) = 0;
 
     /// [8] Writes the document to `strPolicyFile` (always to that path, whatever `bUseInternal` says, and also when it
