@@ -1,7 +1,9 @@
 /// The policy manager component: four creatable classes that read and change a management agent's policy file.
 ///
 /// Results     Every method returns a signed 32-bit result: 0 is success, negative is failure (Results.h has them all,
-///             with a sentence each). Where a method lists codes, E_OUTOFMEMORY (0x8007000E) may always come instead.
+///             with a sentence each). Where a method lists codes, one for lack of memory may always come instead:
+///             E_OUTOFMEMORY (0x8007000E), -3, or -2 from steps that turn every exception into -2 (filling an index,
+///             copying a product or task, reading and writing settings).
 ///             A failing call also leaves error information for the thread (GetErrorInfo): the sentence, and for XML
 ///             that cannot be parsed "file:line:column: reason".
 /// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed,
@@ -134,7 +136,8 @@ struct IPolicyTask : IDispatch {
 /// the software ID "SoftwareID" and no sections.
 struct IPolicyProduct : IDispatch {
     /// [1] The software ID. get: -3 the string could not be allocated. put: always 0; it changes nothing on an object
-    /// whose binding failed.
+    /// whose binding failed, nor for an ID with a character that XML cannot hold (which is logged). Read the ID back
+    /// where that matters.
     virtual HRESULT get_SoftwareID(BSTR* pVal) = 0;
     virtual HRESULT put_SoftwareID(BSTR newVal) = 0;
 
