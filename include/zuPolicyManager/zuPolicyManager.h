@@ -203,8 +203,8 @@ struct IPolicyFile : IDispatch {
 
     /// [8] Writes the document to `strPolicyFile` (always to that path, whatever `bUseInternal` says, and also when it
     /// was loaded read-only) in the encoding it was read in, after bringing the version attributes up to date. The file
-    /// is replaced in one step: a reader sees the old or the new one. -4 nothing is loaded; or a file code, with the
-    /// old file intact.
+    /// is replaced in one step: a reader sees the old or the new one. -4 nothing is loaded; 0x800700DF the file would
+    /// be too large to be loaded again; or another file code. The old file is intact then.
     virtual HRESULT WriteFile(BSTR strPolicyFile, LONG bUseInternal) = 0;
 
     /// [9] Hands out an enumerator (ITaskInfo) over the tasks as they are now. -4, -32 and -2 leave the slot null.

@@ -12,10 +12,19 @@ namespace AdvXMLParser {
 
 namespace {
 
+constinit std::size_t g_largestWritten = zupm::kLargestFile;
+
 void ThrowUnlessDone(zupm::result::Code code)
 {
     if (code < 0) {
         throw ReadWriteException(code);
+    }
+}
+
+void ThrowUnlessLoadable(std::size_t size)
+{
+    if (size > g_largestWritten) {
+        throw ReadWriteException(zupm::result::FileTooLarge);
     }
 }
 
@@ -34,17 +43,28 @@ void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS
     encoding = actual;
 }
 
-void WriteBufferToFile(std::u16string_view path, const XmlText& text, UTF_ENCODINGS encoding, bool writeSignature)
+std::string BytesToWrite(XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
 {
+    ThrowUnlessLoadable(text.Utf8().size());
     if (encoding == UTF_ENCODINGS::Utf8) {
-        ThrowUnlessDone(zupm::ReplaceFileAtomically(path, text.Utf8()));
-        return;
+        return std::move(text).TakeUtf8();
     }
-    const std::optional<std::string> bytes = Encode(text.Utf8(), encoding, writeSignature);
+    std::optional<std::string> bytes = Encode(text.Utf8(), encoding, writeSignature);
     if (!bytes) {
         throw ReadWriteException(zupm::result::NotValidInItsEncoding);
     }
-    ThrowUnlessDone(zupm::ReplaceFileAtomically(path, *bytes));
+    ThrowUnlessLoadable(bytes->size());
+    return std::move(*bytes);
+}
+
+void WriteBufferToFile(std::u16string_view path, XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
+{
+    ThrowUnlessDone(zupm::ReplaceFileAtomically(path, BytesToWrite(std::move(text), encoding, writeSignature)));
+}
+
+void LimitWrittenFiles(std::size_t bytes) noexcept
+{
+    g_largestWritten = bytes;
 }
 
 }  // namespace AdvXMLParser
