@@ -79,7 +79,7 @@ HRESULT CPolicyFile::CommitEdit(LONG bForce) noexcept
         }
         try {
             m_data.StampVersions();
-            const std::string bytes = AdvXMLParser::EncodeBuffer(m_data.GenerateXml(), m_data.Encoding(), true);
+            const std::string bytes = AdvXMLParser::BytesToWrite(m_data.GenerateXml(), m_data.Encoding(), true);
             return m_edited.Commit(bytes, bForce != 0);
         } catch (const AdvXMLParser::ReadWriteException& error) {
             return error.GetErrorCode();

@@ -136,6 +136,20 @@ TEST_F(ForeignObjects, FailingIDOfATask_EndsTheAddBeforeAnythingChanges)
     EXPECT_EQ(m_file.FindTask(u"A", u"1"), 0);
 }
 
+TEST_F(ForeignObjects, IDsThatXMLCannotHold_EndTheAddBeforeAnythingChanges)
+{
+    ForeignProduct product({0, u"\x01"}, {0, u"<X><Policy><Product SoftwareID='B'/></Policy></X>"});
+    EXPECT_EQ(m_file.Object()->AddPolicy(&product, 0), result::Unexpected);
+    const Answer data{0, u"<X><TaskGroup SoftwareID='A' TaskID='2'><Task/></TaskGroup></X>"};
+    ForeignTask badSoftware({0, u"\xD800"}, {0, u"2"}, data);
+    EXPECT_EQ(m_file.Object()->AddTask(&badSoftware, 0), result::Unexpected);
+    ForeignTask badTask({0, u"A"}, {0, u"\x01"}, data);
+    EXPECT_EQ(m_file.Object()->AddTask(&badTask, 0), result::Unexpected);
+    EXPECT_EQ(Buffer(), kFile);
+    EXPECT_EQ(m_file.FindPolicy(u"A"), 0);
+    EXPECT_EQ(m_file.FindTask(u"A", u"1"), 0);
+}
+
 TEST_F(ForeignObjects, TaskDataThatCannotBeUsed_LeavesTheOldOneDeletedAndTheIndexEmpty)
 {
     for (const BadDataRow& row : kBadTasks) {
