@@ -13,10 +13,6 @@ constexpr char kFile[] =
     "<R><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='A'/></Policy></PolicyGroup></PolicyRoot>"
     "<TaskRoot><TaskGroup SoftwareID='A' TaskID='1'><Task/></TaskGroup></TaskRoot></R>";
 
-constexpr char kOther[] =
-    "<Q><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='Z'/></Policy></PolicyGroup></PolicyRoot>"
-    "<TaskRoot><TaskGroup SoftwareID='Z' TaskID='9'><Task/></TaskGroup></TaskRoot></Q>";
-
 const Answer kProductData{0, u"<X><Policy><Product SoftwareID='A'/></Policy></X>"};
 const Answer kTaskData{0, u"<X><TaskGroup SoftwareID='A' TaskID='1'><Task/></TaskGroup></X>"};
 
@@ -25,8 +21,6 @@ protected:
     void SetUp() override { ASSERT_EQ(LoadText(kFile), 0); }
 
     [[nodiscard]] std::string Buffer() const { return Utf8(m_file.Buffer().value_or(u"")); }
-    /// Loads the other file into the same object.
-    void LoadOther() { EXPECT_EQ(m_file.Load(m_folder.Write(u"other.xml", kOther)), 0); }
 
     HRESULT AddProduct(std::function<void()> onId, std::function<void()> onData)
     {
@@ -74,32 +68,6 @@ TEST_F(ReentrantObjects, TaskThatLooksItselfUp_IsThereWhenAskedForItsIDAndGoneWh
     EXPECT_EQ(AddTask(look, lookAtBoth), 0);
     look();
     EXPECT_EQ(found, (std::vector<HRESULT>{0, result::TaskNotFound, 0}));
-}
-
-TEST_F(ReentrantObjects, FileLoadedWhileAnIDIsAsked_IsTheOneThatTheEntryGoesInto)
-{
-    EXPECT_EQ(AddProduct([&] { LoadOther(); }, Nothing), 0);
-    EXPECT_EQ(m_file.FindPolicy(u"A"), 0);
-    EXPECT_EQ(m_file.FindPolicy(u"Z"), 0);
-    EXPECT_EQ(AddTask([&] { LoadOther(); }, Nothing), 0);
-    EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s, u"Z/9"s}));
-}
-
-TEST_F(ReentrantObjects, FileLoadedWhileDataIsAsked_IsNotTouchedAndItsEntriesAreIndexed)
-{
-    LogCapture log;
-    EXPECT_EQ(AddProduct(Nothing, [&] { LoadOther(); }), 0);
-    EXPECT_EQ(Buffer(), kOther) << "the entry went into the document that it was meant for";
-    EXPECT_EQ(m_file.FindPolicy(u"A"), result::PolicyNotFound);
-    EXPECT_EQ(m_file.FindPolicy(u"Z"), 0);
-    EXPECT_EQ(log.Take(), (std::vector{LogLine{8,
-                                               "CPolicyFile::InitializePolicyMap() -- SoftwareID Z exists already in "
-                                               "the policy map"}}))
-        << "the index that the load built is added to";
-    ASSERT_EQ(LoadText(kFile), 0);
-    EXPECT_EQ(AddTask(Nothing, [&] { LoadOther(); }), 0);
-    EXPECT_EQ(Buffer(), kOther);
-    EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"Z/9"s}));
 }
 
 TEST_F(ReentrantObjects, EntryAddedWhileDataIsAsked_IsInTheFileToo)
