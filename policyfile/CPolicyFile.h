@@ -65,6 +65,17 @@ public:
 protected:
     ~CPolicyFile() = default;
 
+    /// GetTaskInfo after its checks. Open to tests, which make it fail in ways that our own objects do not.
+    [[nodiscard]] virtual result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
+
+    /// Passes the data to `change` under the object's lock. For tests, which bring about what no file leads to.
+    template <class Change>
+    void ChangeData(Change change)
+    {
+        const CriticalSectionLock lock(m_lock);
+        change(m_data);
+    }
+
 private:
     [[nodiscard]] result::Code CheckWritable() const noexcept ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code CheckInitialised() const noexcept ZUPM_REQUIRES(m_lock);
@@ -103,7 +114,6 @@ private:
     [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)
         ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
 
     ResourceModuleUse m_resources;
     CCriticalSection m_lock;

@@ -46,6 +46,12 @@ constexpr StampRow kStampRows[] = {
      "<Other/></PolicyRoot></R>",
      "<R><PolicyRoot version='1'><PolicyGroup Path=\"0_4\"/><PolicyGroup Path=''/><PolicyGroup Path='x'/>"
      "<Other/></PolicyRoot></R>"},
+    {"groups of every PolicyRoot get a missing Path",
+     "<R><PolicyRoot version='1'/><PolicyRoot version='1'><PolicyGroup Path='x'/><PolicyGroup/></PolicyRoot>"
+     "<PolicyRoot version='1'><PolicyGroup/></PolicyRoot></R>",
+     "<R><PolicyRoot version='1'/><PolicyRoot version='1'><PolicyGroup Path='x'/><PolicyGroup "
+     "Path=\"0_4\"/></PolicyRoot>"
+     "<PolicyRoot version='1'><PolicyGroup Path=\"0_4\"/></PolicyRoot></R>"},
     {"only the root's children count", "<R><X><TaskRoot/><PolicyRoot><PolicyGroup/></PolicyRoot></X><PolicyGroup/></R>",
      "<R><X><TaskRoot/><PolicyRoot><PolicyGroup/></PolicyRoot></X><PolicyGroup/></R>"},
 };
