@@ -9,7 +9,8 @@
 
 namespace zupm {
 
-/// The largest file that is read: offsets into a document are 32 bits wide, and the parser's index is signed.
+/// The largest file that is read, and the largest document that is written: offsets into a document are 32 bits wide,
+/// and the parser's index is signed.
 inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
 
 /// Reads a regular file whole into `bytes` (left empty on failure).

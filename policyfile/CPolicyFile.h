@@ -24,8 +24,9 @@ class CTaskInfo;
 ///
 /// Lifetime  Counted; objects handed out hold nothing of it.
 /// Threads   The object's lock serialises everything except the three properties (replaced whole) and the creation of
-///           blank objects (which touches no member). It is held across calls into incoming objects; one that calls
-///           back on the same thread finds the object between two steps of an edit, but never freed memory.
+///           blank objects (which touches no member). It is held across calls into incoming objects: one that waits for
+///           another thread of the same file waits for ever; one that calls back on the same thread finds the object
+///           between two steps of an edit, but never freed memory, and an edit ends when the file was loaded again.
 /// Errors    An edit checks read-only first. It empties the index concerned before it changes the document and rebuilds
 ///           it last: after a failure in between the index stays empty, and nothing is rolled back.
 class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, IID_IPolicyFileEdit>> {
@@ -64,6 +65,17 @@ public:
 protected:
     ~CPolicyFile() = default;
 
+    /// GetTaskInfo after its checks. Open to tests, which make it fail in ways that our own objects do not.
+    [[nodiscard]] virtual result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
+
+    /// Passes the data to `change` under the object's lock. For tests, which bring about what no file leads to.
+    template <class Change>
+    void ChangeData(Change change)
+    {
+        const CriticalSectionLock lock(m_lock);
+        change(m_data);
+    }
+
 private:
     [[nodiscard]] result::Code CheckWritable() const noexcept ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code CheckInitialised() const noexcept ZUPM_REQUIRES(m_lock);
@@ -72,9 +84,16 @@ private:
     [[nodiscard]] result::Code LoadEdited(std::u16string path, std::chrono::milliseconds patience,
                                           std::u16string& detail) ZUPM_REQUIRES(m_lock);
 
-    /// The edits, after their checks.
-    [[nodiscard]] result::Code PutPolicy(IPolicyProduct& incoming, std::u16string& detail) ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code PutTask(IPolicyTask& incoming, std::u16string& detail) ZUPM_REQUIRES(m_lock);
+    /// NotInitialised, with the reason in `detail`, when these are no longer the documents: an incoming object can have
+    /// this file load again while it is asked something, and the edit was meant for the document before.
+    [[nodiscard]] result::Code CheckStillLoaded(const CPolicyFileData::Documents& documents,
+                                                std::u16string& detail) const ZUPM_REQUIRES(m_lock);
+
+    /// The edits, after their checks. `documents` are those from before the incoming object was first called.
+    [[nodiscard]] result::Code PutPolicy(IPolicyProduct& incoming, const CPolicyFileData::Documents& documents,
+                                         std::u16string& detail) ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code PutTask(IPolicyTask& incoming, const CPolicyFileData::Documents& documents,
+                                       std::u16string& detail) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code DropPolicy(std::u16string_view softwareId) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code DropTask(std::u16string_view softwareId, std::u16string_view taskId)
         ZUPM_REQUIRES(m_lock);
@@ -86,16 +105,15 @@ private:
     [[nodiscard]] result::Code CopyTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
                                            std::unique_ptr<CTaskRef>& copy) const ZUPM_REQUIRES(m_lock);
 
-    /// Write a copy of what an incoming object holds into the document, and take its new version over.
-    [[nodiscard]] result::Code WriteProduct(IPolicyProduct& incoming, const AdvXMLParser::Element& policy,
+    /// Write what an incoming object gave as its data into the document, and take the new version over.
+    [[nodiscard]] result::Code WriteProduct(std::u16string_view xml, const AdvXMLParser::Element& policy,
                                             std::u16string& detail) ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code WriteTask(IPolicyTask& incoming, const AdvXMLParser::Element& group,
+    [[nodiscard]] result::Code WriteTask(std::u16string_view xml, const AdvXMLParser::Element& group,
                                          std::u16string& detail) ZUPM_REQUIRES(m_lock);
 
     [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)
         ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
 
     ResourceModuleUse m_resources;
     CCriticalSection m_lock;

@@ -53,6 +53,7 @@ result::Code CPolicyFileData::InitializeFile(std::u16string path, const ReadText
         }
     }
     m_path = std::move(path);
+    RetireDocument();
     const result::Code code = Initialize(read, detail);
     m_initialised = code >= 0;
     return code;
@@ -91,28 +92,28 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 {
     AdvXMLParser::XmlText buffer;
     read(buffer, m_encoding);
-    ReplaceDocument(AdvXMLParser::Parser().Parse(std::move(buffer)));
-    if (!m_document) {
+    std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(std::move(buffer));
+    if (!document) {
         return result::AllocationFailed;
     }
-    ReadProperties();
+    ReadProperties(document->GetRoot());
+    m_document = std::move(document);
     const result::Code code = InitializePolicyMap();
     return code < 0 ? code : InitializeTaskMap();
 }
 
-void CPolicyFileData::ReplaceDocument(std::unique_ptr<Document> document)
+void CPolicyFileData::RetireDocument()
 {
-    std::shared_ptr<Document> shared = std::move(document);
     if (m_document) {
-        // Left by a load that failed while indexing: the entries that it made stay in the indexes, so it stays too.
+        // Left by a load that failed while indexing: the entries that it made stay in the indexes, so it stays alive.
         m_retired.push_back(m_document);
+        m_document.reset();
     }
-    m_document = std::move(shared);
 }
 
-void CPolicyFileData::ReadProperties()
+void CPolicyFileData::ReadProperties(const Element& root)
 {
-    for (const Element child : ElementChildren(Root())) {
+    for (const Element child : ElementChildren(root)) {
         if (child.NameIs(u"PolicyRoot")) {
             ReadVersion(child, m_properties.policyVersion);
             m_properties.assignmentList.Set(child.GetAttribute(u"AssignmentList").GetText());

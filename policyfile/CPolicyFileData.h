@@ -41,7 +41,9 @@ public:
 
     /// Closes what is loaded and loads another file. FileNotFound and the other codes of reading; SyntaxError with
     /// "file:line:column: reason" in `detail`; AllocationFailed (no document); Unexpected (while indexing). Only a
-    /// result that is not negative makes the object initialised.
+    /// result that is not negative makes the object initialised. A failure leaves no document, with one exception:
+    /// after Unexpected the new one is there, with the entries that were made of it. Those entries stay, beside the
+    /// ones of the next load, until a load follows that succeeded.
     [[nodiscard]] result::Code InitializeFile(std::u16string path, std::u16string& detail);
     /// The same for a file that `read` reads: it gives the bytes' text and encoding, or throws ReadWriteException.
     using ReadText = std::function<void(AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding)>;
@@ -55,6 +57,8 @@ public:
 
     /// Every document that a handle of now may point into; whoever holds the list keeps them alive.
     [[nodiscard]] Documents HoldDocuments() const;
+    /// True while no other load has begun since HoldDocuments gave that list.
+    [[nodiscard]] bool HasLoaded(const Documents& documents) const noexcept { return documents.back() == m_document; }
 
     /// Adds what the document holds to an index; of equal keys the first counts and the others are logged. Unexpected.
     [[nodiscard]] result::Code InitializePolicyMap() noexcept;
@@ -84,14 +88,16 @@ public:
 
     /// The document's text; there must be one.
     [[nodiscard]] AdvXMLParser::XmlText GenerateXml() const { return m_document->GenerateXML(false); }
-    /// The encoding of the last file that was read.
+    /// The encoding of the last file whose bytes could be read as text, whether or not that could be parsed. A document
+    /// that is there was read in it.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
 
 private:
     [[nodiscard]] result::Code Initialize(const ReadText& read, std::u16string& detail);
     [[nodiscard]] result::Code LoadDocument(const ReadText& read);
-    void ReplaceDocument(std::unique_ptr<AdvXMLParser::Document> document);
-    void ReadProperties();
+    /// Takes the document of a load that failed while indexing out of sight.
+    void RetireDocument();
+    void ReadProperties(const AdvXMLParser::Element& root);
 
     /// The document element; null without a document.
     [[nodiscard]] AdvXMLParser::Element Root() const noexcept;

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "module/host/ComPtr.h"
+#include "module/host/IncomingObject.h"
 #include "module/host/ObjectForms.h"
 #include "module/host/Strings.h"
 #include "policy/CPolicyProduct.h"
@@ -14,21 +15,6 @@ namespace zupm {
 
 using AdvXMLParser::Element;
 
-namespace {
-
-/// The interface of an incoming object; empty when the object is null or lacks it.
-template <class Interface>
-ComPtr<Interface> InterfaceOf(IUnknown* object, REFIID iid) noexcept
-{
-    ComPtr<Interface> incoming;
-    if (object == nullptr || FAILED(object->QueryInterface(iid, incoming.PutVoid()))) {
-        return {};
-    }
-    return incoming;
-}
-
-}  // namespace
-
 HRESULT CPolicyFile::AddPolicy(IUnknown* pPolicy, LONG /*bOverwrite*/) noexcept
 {
     return Call(u"CPolicyFile::AddPolicy()", [&](std::u16string& detail) -> result::Code {
@@ -39,8 +25,9 @@ HRESULT CPolicyFile::AddPolicy(IUnknown* pPolicy, LONG /*bOverwrite*/) noexcept
         if (const result::Code code = CheckInitialised(); code < 0) {
             return code;
         }
-        const auto incoming = InterfaceOf<IPolicyProduct>(pPolicy, IID_IPolicyProduct);
-        return incoming ? PutPolicy(*incoming, detail) : result::BadArgument;
+        const CPolicyFileData::Documents documents = m_data.HoldDocuments();
+        const IncomingObject<IPolicyProduct> incoming(pPolicy, IID_IPolicyProduct);
+        return incoming ? PutPolicy(*incoming, documents, detail) : result::BadArgument;
     });
 }
 
@@ -57,21 +44,33 @@ HRESULT CPolicyFile::AddTask(IUnknown* pTask, LONG /*bOverwrite*/) noexcept
         if (const result::Code code = CheckInitialised(); code < 0) {
             return code;
         }
-        const auto incoming = InterfaceOf<IPolicyTask>(pTask, IID_IPolicyTask);
-        return incoming ? PutTask(*incoming, detail) : result::BadArgument;
+        const CPolicyFileData::Documents documents = m_data.HoldDocuments();
+        const IncomingObject<IPolicyTask> incoming(pTask, IID_IPolicyTask);
+        return incoming ? PutTask(*incoming, documents, detail) : result::BadArgument;
     });
 }
 
-result::Code CPolicyFile::PutPolicy(IPolicyProduct& incoming, std::u16string& detail)
+result::Code CPolicyFile::CheckStillLoaded(const CPolicyFileData::Documents& documents, std::u16string& detail) const
+{
+    if (m_data.HasLoaded(documents)) {
+        return result::Success;
+    }
+    detail = u"The file was loaded again while the object was asked for its data.";
+    return result::NotInitialised;
+}
+
+result::Code CPolicyFile::PutPolicy(IPolicyProduct& incoming, const CPolicyFileData::Documents& documents,
+                                    std::u16string& detail)
 {
     Bstr idText;
     if (const result::Code code = incoming.get_SoftwareID(idText.Put()); code < 0) {
         return code;
     }
+    if (const result::Code code = CheckStillLoaded(documents, detail); code < 0) {
+        return code;
+    }
     const std::u16string softwareId = idText.Text();
     RequireXmlText(softwareId);
-    // The incoming object is asked once more below and may have this file load another document then.
-    const CPolicyFileData::Documents documents = m_data.HoldDocuments();
     std::unique_ptr<CPolicyRef> place;
     if (const result::Code code = CopyPolicyRef(softwareId, place); code < 0) {
         return code;
@@ -85,21 +84,24 @@ result::Code CPolicyFile::PutPolicy(IPolicyProduct& incoming, std::u16string& de
         }
     }
     place->GetProduct().Delete();
-    const result::Code code = WriteProduct(incoming, place->GetElement(), detail);
-    return code < 0 ? code : m_data.InitializePolicyMap();
-}
-
-result::Code CPolicyFile::WriteProduct(IPolicyProduct& incoming, const Element& policy, std::u16string& detail)
-{
     Bstr xml;
     if (const result::Code code = incoming.get_PolicyData(xml.Put()); code < 0) {
         return code;
     }
+    if (const result::Code code = CheckStillLoaded(documents, detail); code < 0) {
+        return code;
+    }
+    const result::Code code = WriteProduct(xml.Text(), place->GetElement(), detail);
+    return code < 0 ? code : m_data.InitializePolicyMap();
+}
+
+result::Code CPolicyFile::WriteProduct(std::u16string_view xml, const Element& policy, std::u16string& detail)
+{
     ComPtr<CPolicyProduct> product;
     if (const result::Code code = CreatePlain(product); code < 0) {
         return code;
     }
-    if (const result::Code code = product->BindFromXmlText(xml.Text(), detail); code < 0) {
+    if (const result::Code code = product->BindFromXmlText(xml, detail); code < 0) {
         return code;
     }
     // The new version replaces the old one even when it is smaller, other than a task's.
@@ -109,7 +111,8 @@ result::Code CPolicyFile::WriteProduct(IPolicyProduct& incoming, const Element& 
     return code;
 }
 
-result::Code CPolicyFile::PutTask(IPolicyTask& incoming, std::u16string& detail)
+result::Code CPolicyFile::PutTask(IPolicyTask& incoming, const CPolicyFileData::Documents& documents,
+                                  std::u16string& detail)
 {
     Bstr softwareText;
     if (const result::Code code = incoming.get_SoftwareID(softwareText.Put()); code < 0) {
@@ -119,9 +122,15 @@ result::Code CPolicyFile::PutTask(IPolicyTask& incoming, std::u16string& detail)
     if (const result::Code code = incoming.get_TaskID(taskText.Put()); code < 0) {
         return code;
     }
-    const CPolicyFileData::Documents documents = m_data.HoldDocuments();  // as for policies
+    if (const result::Code code = CheckStillLoaded(documents, detail); code < 0) {
+        return code;
+    }
+    const std::u16string softwareId = softwareText.Text();
+    const std::u16string taskId = taskText.Text();
+    RequireXmlText(softwareId);
+    RequireXmlText(taskId);
     std::unique_ptr<CTaskRef> place;
-    if (const result::Code code = CopyTaskRef(softwareText.Text(), taskText.Text(), place); code < 0) {
+    if (const result::Code code = CopyTaskRef(softwareId, taskId, place); code < 0) {
         return code;
     }
     if (const result::Code code = m_data.DeinitializeTaskMap(); code < 0) {
@@ -133,21 +142,24 @@ result::Code CPolicyFile::PutTask(IPolicyTask& incoming, std::u16string& detail)
         }
     }
     place->GetElement().Delete();
-    const result::Code code = WriteTask(incoming, place->GetGroup(), detail);
-    return code < 0 ? code : m_data.InitializeTaskMap();
-}
-
-result::Code CPolicyFile::WriteTask(IPolicyTask& incoming, const Element& group, std::u16string& detail)
-{
     Bstr xml;
     if (const result::Code code = incoming.get_TaskData(xml.Put()); code < 0) {
         return code;
     }
+    if (const result::Code code = CheckStillLoaded(documents, detail); code < 0) {
+        return code;
+    }
+    const result::Code code = WriteTask(xml.Text(), place->GetGroup(), detail);
+    return code < 0 ? code : m_data.InitializeTaskMap();
+}
+
+result::Code CPolicyFile::WriteTask(std::u16string_view xml, const Element& group, std::u16string& detail)
+{
     ComPtr<CPolicyTask> task;
     if (const result::Code code = CreatePlain(task); code < 0) {
         return code;
     }
-    if (const result::Code code = task->BindFromText(xml.Text(), detail); code < 0) {
+    if (const result::Code code = task->BindFromText(xml, detail); code < 0) {
         return code;
     }
     std::uint64_t version = 0;

@@ -13,13 +13,20 @@ HRESULT CPolicyFile::OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept
     return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::OpenForEdit()", [&](std::u16string& detail) -> result::Code {
         std::u16string path = TextOf(strPolicyFile);
         const CriticalSectionLock lock(m_lock);
+        m_edited.Close();
         m_readOnly = 0;
-        const result::Code code =
-            LoadEdited(std::move(path), std::chrono::milliseconds(std::max(lTimeout, LONG{0})), detail);
-        if (code < 0) {
+        try {
+            const std::chrono::milliseconds patience(std::max(lTimeout, LONG{0}));
+            const result::Code code = LoadEdited(std::move(path), patience, detail);
+            if (code < 0) {
+                m_edited.Close();
+            }
+            return code;
+        } catch (...) {
+            // A lack of memory must not leave the file locked.
             m_edited.Close();
+            throw;
         }
-        return code;
     });
 }
 
@@ -72,7 +79,7 @@ HRESULT CPolicyFile::CommitEdit(LONG bForce) noexcept
         }
         try {
             m_data.StampVersions();
-            const std::string bytes = AdvXMLParser::EncodeBuffer(m_data.GenerateXml(), m_data.Encoding(), true);
+            const std::string bytes = AdvXMLParser::BytesToWrite(m_data.GenerateXml(), m_data.Encoding(), true);
             return m_edited.Commit(bytes, bForce != 0);
         } catch (const AdvXMLParser::ReadWriteException& error) {
             return error.GetErrorCode();

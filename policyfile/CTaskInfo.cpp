@@ -73,7 +73,7 @@ result::Code CTaskInfo::GetTaskData(std::size_t position, BSTR* softwareId, BSTR
 result::Code CTaskInfo::Append(std::u16string_view softwareId, std::u16string_view taskId) noexcept
 {
     try {
-        m_list.push_back(std::make_unique<CTaskInfoData>(softwareId, taskId));
+        AppendRecord(std::make_unique<CTaskInfoData>(softwareId, taskId));
         return result::Success;
     } catch (const std::bad_alloc&) {
         return result::AllocationFailed;

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "module/host/DualObject.h"
 #include "module/host/ResourceModuleUse.h"
@@ -44,6 +45,9 @@ public:
 
 protected:
     ~CTaskInfo() { DeinitializeList(); }
+
+    /// Puts a record at the end of the list. Open to tests, which put none there. Throws std::bad_alloc.
+    void AppendRecord(std::unique_ptr<CTaskInfoData> record) { m_list.push_back(std::move(record)); }
 
 private:
     static constexpr std::size_t kUnset = std::numeric_limits<std::size_t>::max();

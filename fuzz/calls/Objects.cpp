@@ -166,9 +166,9 @@ IUnknown* Objects::MakeForeign(Input& input)
     test::Answer data = MakeAnswer(input);
     const auto callBack = [this, &input] { CallBack(input); };
     if (input.Flag()) {
-        return &m_foreignProducts.emplace_back(std::move(softwareId), std::move(data), callBack);
+        return &m_foreignProducts.emplace_back(std::move(softwareId), std::move(data), callBack, callBack);
     }
-    return &m_foreignTasks.emplace_back(std::move(softwareId), MakeAnswer(input), std::move(data), callBack);
+    return &m_foreignTasks.emplace_back(std::move(softwareId), MakeAnswer(input), std::move(data), callBack, callBack);
 }
 
 void Objects::CallBack(Input& input)

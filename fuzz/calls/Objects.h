@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "fuzz/calls/ReentrantObjects.h"
 #include "fuzz/support/Input.h"
 #include "platform/Dispatch.h"
 #include "tests/support/ComPtr.h"
+#include "tests/support/ReentrantObjects.h"
 
 namespace zupm::fuzz {
 
@@ -58,8 +58,8 @@ private:
     std::vector<LiveObject> m_objects;
     ScriptStep m_step;
     int m_callBacks = 0;
-    std::deque<ReentrantProduct> m_foreignProducts;
-    std::deque<ReentrantTask> m_foreignTasks;
+    std::deque<test::ReentrantProduct> m_foreignProducts;
+    std::deque<test::ReentrantTask> m_foreignTasks;
 };
 
 }  // namespace zupm::fuzz

@@ -61,7 +61,8 @@ struct Meaning {
 
 inline constexpr Meaning kMeanings[] = {
     {Success, u"The operation succeeded."},
-    {Unexpected, u"An unexpected exception was caught, or a value holds a character that XML cannot hold."},
+    {Unexpected,
+     u"An unexpected exception was caught, memory ran out, or a value holds a character that XML cannot hold."},
     {AllocationFailed, u"An allocation failed."},
     {NotInitialised, u"The object is not initialised: no policy file is loaded, or no data is bound."},
     {ReadOnly, u"The policy file was opened read-only."},

@@ -1,17 +1,20 @@
 /// The policy manager component: four creatable classes that read and change a management agent's policy file.
 ///
 /// Results     Every method returns a signed 32-bit result: 0 is success, negative is failure (Results.h has them all,
-///             with a sentence each). Where a method lists codes, E_OUTOFMEMORY (0x8007000E) may always come instead.
+///             with a sentence each). Where a method lists codes, one for lack of memory may always come instead:
+///             E_OUTOFMEMORY (0x8007000E), -3, or -2 from steps that turn every exception into -2 (filling an index,
+///             copying a product or task, reading and writing settings).
 ///             A failing call also leaves error information for the thread (GetErrorInfo): the sentence, and for XML
 ///             that cannot be parsed "file:line:column: reason".
-/// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed
-/// and
-///             a new one stored, which the caller frees with SysFreeString; so initialise slots to null. On failure a
-///             slot keeps what it held unless the method says otherwise. A null slot gives -13.
+/// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed,
+///             and a new one stored, which the caller frees with SysFreeString; so initialise slots to null. On failure
+///             a slot keeps what it held unless the method says otherwise. A null slot gives -13.
 /// Objects     Out interface pointers carry a reference that the caller releases; a slot's old pointer is not released.
 ///             Objects handed out own private copies and stay valid after the policy file object is gone.
 /// Threads     Any thread may call any object; each object serialises itself. The lock order is policy file, then
-///             product or task, then what lies inside it.
+///             product or task, then what lies inside it. AddPolicy and AddTask keep the policy file's lock while they
+///             call the incoming object: one of another maker's must not wait in such a call for a thread that uses the
+///             same policy file, or both wait for ever. It may call the policy file on its own thread.
 /// Numbers     `LONG` is a signed 32-bit integer; versions are decimal texts of unsigned 64-bit numbers.
 #pragma once
 
@@ -135,7 +138,8 @@ struct IPolicyTask : IDispatch {
 /// the software ID "SoftwareID" and no sections.
 struct IPolicyProduct : IDispatch {
     /// [1] The software ID. get: -3 the string could not be allocated. put: always 0; it changes nothing on an object
-    /// whose binding failed.
+    /// whose binding failed, nor for an ID with a character that XML cannot hold (which is logged). Read the ID back
+    /// where that matters.
     virtual HRESULT get_SoftwareID(BSTR* pVal) = 0;
     virtual HRESULT put_SoftwareID(BSTR newVal) = 0;
 
@@ -165,14 +169,17 @@ struct IPolicyProduct : IDispatch {
 struct IPolicyFile : IDispatch {
     /// [1] Puts a copy of a task into the document, in place of one with the same software ID and task ID, whatever
     /// `bOverwrite` says. `pTask` stays the caller's. -5 read-only; -13 null or no IPolicyTask; -4 nothing is loaded;
-    /// -1100 the document has no "TaskRoot"; or the code of the task's own getters. A failure after the old task was
+    /// -1100 the document has no "TaskRoot"; -2 an ID holds a character that XML cannot hold (nothing changed); or the
+    /// code of the task's own getters. A task that throws gives -2 (memory: 0x8007000E). One that has this object load
+    /// a file while it is asked gives -4; that file is loaded then, without the task. A failure after the old task was
     /// taken out is not rolled back, and tasks are not found again until AddTask or RemoveTask succeeds or a file is
     /// loaded.
     virtual HRESULT AddTask(IUnknown* pTask, LONG bOverwrite) = 0;
 
     /// [2] Puts a copy of a product policy into the document, in place of one with the same software ID, whatever
     /// `bOverwrite` says, and makes its time stamp the policy version. -5; -4; -13 null or no IPolicyProduct;
-    /// -1100 the document has no "Policy" to put it in. As AddTask after a late failure.
+    /// -1100 the document has no "Policy" to put it in; -2 as for AddTask. As AddTask for a policy that throws or
+    /// loads, and after a late failure.
     virtual HRESULT AddPolicy(IUnknown* pPolicy, LONG bOverwrite) = 0;
 
     /// [3] Hands out a task as an IPolicyTask object with a private copy. -4 nothing is loaded; -1208 no such task;
@@ -191,14 +198,15 @@ struct IPolicyFile : IDispatch {
 
     /// [7] Loads a policy file; what was loaded before is dropped first. `bReadOnly` other than 0 refuses later edits.
     /// -1106 the text is not well-formed, declares entities or names an encoding that is not supported;
-    /// 0x80070459 the bytes are not valid in their encoding; a file code such as 0x80070002. Nothing is loaded after a
-    /// failure.
+    /// 0x80070459 the bytes are not valid in their encoding; a file code such as 0x80070002; -2 memory ran out while
+    /// the indexes were built. Nothing is loaded after a failure; after -2 alone WriteFile and WriteFileBuffer have the
+    /// new document.
     virtual HRESULT InitializeFile(BSTR strPolicyFile, LONG bReadOnly) = 0;
 
     /// [8] Writes the document to `strPolicyFile` (always to that path, whatever `bUseInternal` says, and also when it
     /// was loaded read-only) in the encoding it was read in, after bringing the version attributes up to date. The file
-    /// is replaced in one step: a reader sees the old or the new one. -4 nothing is loaded; or a file code, with the
-    /// old file intact.
+    /// is replaced in one step: a reader sees the old or the new one. -4 nothing is loaded; 0x800700DF the file would
+    /// be too large to be loaded again; or another file code. The old file is intact then.
     virtual HRESULT WriteFile(BSTR strPolicyFile, LONG bUseInternal) = 0;
 
     /// [9] Hands out an enumerator (ITaskInfo) over the tasks as they are now. -4, -32 and -2 leave the slot null.

@@ -1,7 +1,6 @@
 /// The component's lines in the agent's log.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -27,15 +26,12 @@ void LogFailure(std::u16string_view text) noexcept;
 /// failed.
 void LogParseFailure(std::u16string_view operation, std::int64_t line, std::int64_t column) noexcept;
 
-/// As much of a key as is logged: a file can hold a long one a million times over.
-inline constexpr std::size_t kLongestLoggedKey = 1000;
-
-/// Level 8: a duplicate key was skipped while indexing. The arguments are keys, for the format's %s.
+/// Level 8: a duplicate key was skipped while indexing. The arguments are keys, for the format's %s, which is given
+/// them whole: who logs at this level wants to find them in the file.
 template <class... Keys>
 void LogDuplicate(std::u16string_view format, const Keys&... keys) noexcept
 {
-    CzuLogger::AddMessageW(kLogSubsystem, kLogDuplicate, format,
-                           std::u16string_view(keys).substr(0, kLongestLoggedKey)...);
+    CzuLogger::AddMessageW(kLogSubsystem, kLogDuplicate, format, std::u16string_view(keys)...);
 }
 
 /// To be called while an exception is handled: OutOfMemory for std::bad_alloc; anything else is logged by LogException

@@ -12,10 +12,19 @@ namespace AdvXMLParser {
 
 namespace {
 
+constinit std::size_t g_largestWritten = zupm::kLargestFile;
+
 void ThrowUnlessDone(zupm::result::Code code)
 {
     if (code < 0) {
         throw ReadWriteException(code);
+    }
+}
+
+void ThrowUnlessLoadable(std::size_t size)
+{
+    if (size > g_largestWritten) {
+        throw ReadWriteException(zupm::result::FileTooLarge);
     }
 }
 
@@ -39,8 +48,9 @@ void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, b
     encoding = actual;
 }
 
-std::string EncodeBuffer(XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
+std::string BytesToWrite(XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
 {
+    ThrowUnlessLoadable(text.Utf8().size());
     if (encoding == UTF_ENCODINGS::Utf8) {
         return std::move(text).TakeUtf8();
     }
@@ -48,20 +58,18 @@ std::string EncodeBuffer(XmlText text, UTF_ENCODINGS encoding, bool writeSignatu
     if (!bytes) {
         throw ReadWriteException(zupm::result::NotValidInItsEncoding);
     }
-    return *std::move(bytes);
+    ThrowUnlessLoadable(bytes->size());
+    return std::move(*bytes);
 }
 
-void WriteBufferToFile(std::u16string_view path, const XmlText& text, UTF_ENCODINGS encoding, bool writeSignature)
+void WriteBufferToFile(std::u16string_view path, XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
 {
-    if (encoding == UTF_ENCODINGS::Utf8) {
-        ThrowUnlessDone(zupm::ReplaceFileAtomically(path, text.Utf8()));
-        return;
-    }
-    const std::optional<std::string> bytes = Encode(text.Utf8(), encoding, writeSignature);
-    if (!bytes) {
-        throw ReadWriteException(zupm::result::NotValidInItsEncoding);
-    }
-    ThrowUnlessDone(zupm::ReplaceFileAtomically(path, *bytes));
+    ThrowUnlessDone(zupm::ReplaceFileAtomically(path, BytesToWrite(std::move(text), encoding, writeSignature)));
+}
+
+void LimitWrittenFiles(std::size_t bytes) noexcept
+{
+    g_largestWritten = bytes;
 }
 
 }  // namespace AdvXMLParser

@@ -24,6 +24,9 @@ void ExpectErrorInformation(HRESULT code)
         EXPECT_FALSE(left.present);
     } else if (left.present) {
         EXPECT_EQ(left.description, result::SentenceFor(code));
+        if (code == result::Unexpected) {
+            EXPECT_NE(left.description.find(u"memory"), left.description.npos) << "the sentence names what happened";
+        }
     }
 }
 

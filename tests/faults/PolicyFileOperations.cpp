@@ -76,6 +76,52 @@ void TheBufferIsWholeOrNull(World& world)
     EXPECT_TRUE(world.text.IsNull() || world.text.Text() == world.file.Buffer());
 }
 
+// --- editing in place ------------------------------------------------------------------------------------------------
+
+ComPtr<IPolicyFileEdit> EditOf(const PolicyFileClient& file)
+{
+    return ComPtr<IPolicyFile>(file.Object()).Query<IPolicyFileEdit>();
+}
+
+HRESULT OpenForEdit(World& world)
+{
+    return EditOf(world.file)->OpenForEdit(world.path.Get(), 0);
+}
+
+/// Nothing is loaded, and whoever comes next finds the file's lock free.
+void NothingIsLoadedAndNothingHeld(World& world, const Sight& before)
+{
+    NothingIsLoaded(world, before);
+    EXPECT_EQ(EditOf(world.file)->CommitEdit(1), result::NotInitialised);
+    EXPECT_EQ(EditOf(PolicyFileClient())->OpenForEdit(world.path.Get(), 0), S_OK);
+}
+
+void OpenTheEdit(World& world)
+{
+    ASSERT_EQ(OpenForEdit(world), S_OK);
+}
+
+HRESULT RehearseCommit(World& world)
+{
+    return EditOf(world.file)->RehearseCommit(0);
+}
+
+HRESULT CommitEdit(World& world)
+{
+    return EditOf(world.file)->CommitEdit(0);
+}
+
+/// The edit is still open and can be committed; the file is as it was.
+void TheEditIsStillOpen(World& world, const Sight& before)
+{
+    TheFolderIsAsBefore(world, before);
+    LONG changed = -1;
+    EXPECT_EQ(EditOf(world.file)->HasFileChanged(&changed), S_OK);
+    EXPECT_EQ(changed, 0);
+}
+
+void NothingIsDifferent(World&) {}
+
 // --- properties ------------------------------------------------------------------------------------------------------
 
 template <auto getter>
@@ -201,6 +247,25 @@ const std::vector<Operation> kOperations = {
      .codes = {result::OutOfMemory},
      .afterFailure = TheFolderIsAsBefore,
      .afterSuccess = TheDocumentIsInTheFile<true>,
+     .fewestFailures = 10},
+    {.name = "OpenForEdit",
+     .run = OpenForEdit,
+     .codes = {result::OutOfMemory, result::Unexpected},
+     .afterFailure = NothingIsLoadedAndNothingHeld,
+     .afterSuccess = TheFileIsLoaded,
+     .fewestFailures = 50},
+    {.name = "RehearseCommit",
+     .run = RehearseCommit,
+     .codes = {result::OutOfMemory},
+     .afterFailure = EverythingIsAsBefore,
+     .afterSuccess = NothingIsDifferent,
+     .prepare = OpenTheEdit},
+    {.name = "CommitEdit",
+     .run = CommitEdit,
+     .codes = {result::OutOfMemory},
+     .afterFailure = TheEditIsStillOpen,
+     .afterSuccess = TheDocumentIsInTheFile<false>,
+     .prepare = OpenTheEdit,
      .fewestFailures = 10},
     {.name = "WriteFileBuffer",
      .run = WriteBuffer,

@@ -11,6 +11,11 @@
 
 namespace zupm::test {
 
+inline constexpr std::size_t kCounted = std::size_t{256} << 10;
+/// For attacks whose first 100 or 200 KiB cost less, or a fixed amount, and for tokens as long as the file: the parser
+/// reads a short one at once, a long one in pieces.
+inline constexpr std::size_t kCountedLarge = std::size_t{2} << 20;
+
 /// One attack: a policy file of any size, what is done with it, and the code that must come out at every size.
 struct Attack {
     std::string_view label;
@@ -24,6 +29,8 @@ struct Attack {
     /// How often the content is in memory at once, as documents: the file's own, an object's private copy, the text on
     /// its way back.
     int documents = 1;
+    /// The size at which its cost is counted, and compared with that of half the size.
+    std::size_t countedSize = kCounted;
 };
 
 // Where the attacks are listed, by what they use.

@@ -1,6 +1,5 @@
 #include "tests/limits/AttackRun.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <stdexcept>
@@ -11,21 +10,12 @@
 
 namespace zupm::test {
 
-namespace {
-
-/// Below this the clock is too coarse to compare two times.
-constexpr double kComparable = 0.4;
-constexpr int kMostTries = 8;
-
-}  // namespace
-
-AttackRun RunAttack(const Attack& attack, std::size_t size, int repeats)
+AttackRun RunAttack(const Attack& attack, std::size_t size)
 {
     const TempFolder folder;
     folder.Write(u"in.xml", attack.file(size));
-    const ChildRun child =
-        RunChild({ZUPM_ATTACKER, folder.Folder(), {}},
-                 {std::string(attack.label), (folder.Folder() / "in.xml").string(), std::to_string(repeats)});
+    const ChildRun child = RunChild({ZUPM_ATTACKER, folder.Folder(), {}},
+                                    {std::string(attack.label), (folder.Folder() / "in.xml").string()});
     AttackRun run;
     std::istringstream line(child.out);
     if (child.exitCode != 0 || !(line >> run.code >> run.seconds >> run.peakBytes)) {
@@ -33,26 +23,6 @@ AttackRun RunAttack(const Attack& attack, std::size_t size, int repeats)
                                  child.out + child.messages);
     }
     return run;
-}
-
-Measured Measure(const Attack& attack, std::size_t size)
-{
-    Measured measured{RunAttack(attack, size, 1), std::nullopt};
-    double half = 0;
-    for (int tries = 1;; ++tries) {
-        const double full = measured.full.seconds;
-        if (full >= kComparable) {
-            const double again = RunAttack(attack, size / 2, 1).seconds;
-            half = tries == 1 ? again : std::min(half, again);
-            measured.ratio = full / half;
-        } else {
-            measured.ratio = std::nullopt;
-        }
-        if (tries == kMostTries || (full <= MostSeconds(attack) && measured.ratio.value_or(0) <= kMostRatio)) {
-            return measured;
-        }
-        measured.full.seconds = std::min(full, RunAttack(attack, size, 1).seconds);
-    }
 }
 
 }  // namespace zupm::test

@@ -1,12 +1,10 @@
 // Runs one attack in a process of its own, so that its memory can be measured:
-//   limits_attacker LABEL FILE REPEATS
-// The last line is "code seconds bytes": the attack's result, the least processor time of the runs, the peak memory.
-#include <algorithm>
+//   limits_attacker LABEL FILE
+// The last line is "code seconds bytes": the attack's result, its processor time, the peak memory.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <limits>
 #include <thread>
 
 #include "tests/limits/Attack.h"
@@ -36,20 +34,15 @@ void EndInTheEnd()
 
 int main(int argc, char** argv)
 {
-    const Attack* const attack = argc == 4 ? FindAttack(argv[1]) : nullptr;
+    const Attack* const attack = argc == 3 ? FindAttack(argv[1]) : nullptr;
     const ComponentHost host;
     if (attack == nullptr || FAILED(host.Started())) {
         return EXIT_FAILURE;
     }
     EndInTheEnd();
-    const std::u16string path = std::filesystem::path(argv[2]).u16string();
-    HRESULT code = 0;
-    double seconds = std::numeric_limits<double>::max();
-    for (int left = std::atoi(argv[3]); left > 0; --left) {
-        const double begin = ProcessorSeconds();
-        code = attack->run(path);
-        seconds = std::min(seconds, ProcessorSeconds() - begin);
-    }
+    const double begin = ProcessorSeconds();
+    const HRESULT code = attack->run(std::filesystem::path(argv[2]).u16string());
+    const double seconds = ProcessorSeconds() - begin;
     std::printf("%d %.6f %llu\n", static_cast<int>(code), seconds, static_cast<unsigned long long>(PeakMemory()));
     return EXIT_SUCCESS;
 }

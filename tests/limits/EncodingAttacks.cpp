@@ -160,10 +160,10 @@ constexpr Attack kAttacks[] = {
     {"odd length of UTF-16", OddLengthOfUtf16, LoadOnly, result::NotValidInItsEncoding},
     {"ISO-8859-1 of high letters", Latin1OfHighLetters, LoadAndWrite, result::Success, 2},
     {"zeros", Zeros, LoadOnly, result::SyntaxError},
-    {"zero at the end", ZeroAtTheEnd, LoadOnly, result::SyntaxError},
-    {"control character", ControlCharacters, LoadOnly, result::SyntaxError},
-    {"reference to U+0000", ReferenceToNothing, LoadOnly, result::SyntaxError},
-    {"reference beyond U+10FFFF", ReferenceBeyondUnicode, LoadOnly, result::SyntaxError},
+    {"zero at the end", ZeroAtTheEnd, LoadOnly, result::SyntaxError, 1, 1, kCountedLarge},
+    {"control character", ControlCharacters, LoadOnly, result::SyntaxError, 1, 1, kCountedLarge},
+    {"reference to U+0000", ReferenceToNothing, LoadOnly, result::SyntaxError, 1, 1, kCountedLarge},
+    {"reference beyond U+10FFFF", ReferenceBeyondUnicode, LoadOnly, result::SyntaxError, 1, 1, kCountedLarge},
 };
 
 }  // namespace

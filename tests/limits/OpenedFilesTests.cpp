@@ -44,7 +44,7 @@ std::vector<std::string> UnexpectedCalls(const Attack& attack)
     folder.Write(u"in.xml", attack.file(kSize));
     const ChildRun run =
         RunChild({kTracer, folder.Folder(), {}}, {"-f", "-qq", "-e", "trace=%file,%network,%process", "-o", traceFile,
-                                                  ZUPM_ATTACKER, std::string(attack.label), file, "1"});
+                                                  ZUPM_ATTACKER, std::string(attack.label), file});
     EXPECT_EQ(run.exitCode, 0) << run.messages;
     EXPECT_TRUE(run.out.starts_with(std::to_string(attack.code) + " ")) << run.out;
 

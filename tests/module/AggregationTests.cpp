@@ -1,6 +1,8 @@
 // The four classes as parts of an outer object.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "module/ModuleServer.h"
 #include "tests/module/Classes.h"
 #include "tests/support/Bstr.h"
@@ -55,6 +57,19 @@ TEST(Aggregation, InterfacesOfTheInnerObjectHaveTheOutersIdentity)
         }
         EXPECT_EQ(outer.References(), 1U) << row.label;
     }
+}
+
+TEST(Aggregation, EditInterfaceOfAnInnerPolicyFileHasTheOutersIdentity)
+{
+    const auto row = std::ranges::find_if(kClasses, [](const ClassRow& entry) { return entry.iid == IID_IPolicyFile; });
+    ASSERT_NE(row, std::end(kClasses));
+    OuterObject outer(*row);
+    ComPtr<IPolicyFileEdit> edit;
+    ASSERT_EQ(outer.QueryInterface(IID_IPolicyFileEdit, edit.PutVoid()), S_OK);
+    EXPECT_EQ(outer.References(), 2U);
+    ComPtr<IUnknown> identity;
+    ASSERT_EQ(edit->QueryInterface(IID_IUnknown, identity.PutVoid()), S_OK);
+    EXPECT_EQ(identity.Get(), static_cast<IUnknown*>(&outer));
 }
 
 TEST(Aggregation, ReferencesToInnerInterfacesAreCountedByTheOuterObject)

@@ -75,6 +75,17 @@ TEST_F(FileProduct, PutSoftwareId_ReplacesTheWholeOldOne)
     EXPECT_EQ(product.Data(), Ok(u"<PolicyData><Policy><Product other='o' SoftwareID='C'/></Policy></PolicyData>"));
 }
 
+TEST_F(FileProduct, RemoveSection_OfAMissingSectionRebuildsTheIndexesAllTheSame)
+{
+    LoadPolicies("<Policy><Product SoftwareID='A'><Section name='S'/><Section name='S'/></Product></Policy>\n");
+    ProductClient product = m_file.Policy(u"A");
+    static_cast<void>(m_log.Take());
+    EXPECT_EQ(product.RemoveSection(u"None"), result::SectionNotFound);
+    EXPECT_EQ(m_log.Take(),
+              (LogLines{{8, "CXMLDataObject::Initialize() -- Section S exists already in the section map"}}))
+        << "names that occur twice are logged by every rebuild";
+}
+
 TEST_F(FileProduct, HandedBack_StampsItsPolicyAndChangesNothingElse)
 {
     LoadPolicies(

@@ -47,6 +47,17 @@ TEST_F(NewProduct, PutSoftwareId_OfANullStringIsTheEmptyOne)
     EXPECT_EQ(m_product.Data(), Ok(u"<PolicyData><Policy><Product SoftwareID=\"\"/></Policy></PolicyData>"));
 }
 
+TEST_F(NewProduct, PutSoftwareId_ThatXMLCannotHold_SucceedsAndChangesNothingButTheLog)
+{
+    const TextResult before = m_product.Data();
+    for (const std::u16string_view id : {u"a\x01", u"\xD800", u"\xFFFF"}) {
+        EXPECT_EQ(m_product.PutSoftwareID(id), 0);
+        EXPECT_EQ(m_log.Take(), (std::vector{LogLine{1, "Unexpected exception in CPolicyData::SetSoftwareID()"}}));
+        EXPECT_EQ(m_product.SoftwareID(), Ok(u"SoftwareID"));
+        EXPECT_EQ(m_product.Data(), before);
+    }
+}
+
 TEST_F(NewProduct, PropertiesWorkByName)
 {
     EXPECT_EQ(MemberCall(m_object.Get(), u"SoftwareID").Get().text, u"SoftwareID");

@@ -213,6 +213,35 @@ TEST_F(PolicyFileFormat, SameTaskIDUnderOtherSoftware_IsAnotherTask)
     EXPECT_TRUE(log.Take().empty());
 }
 
+TEST_F(PolicyFileFormat, SamePairInDifferentTaskGroups_OnlyTheFirstIsReachableAndEachOtherIsLogged)
+{
+    LogCapture log;
+    ASSERT_EQ(LoadText(Root("<TaskRoot><TaskGroup SoftwareID='A' TaskID='1'><Task TaskVersion='first'/></TaskGroup>"
+                            "<TaskGroup SoftwareID='A' TaskID='1'><Task TaskVersion='second'/></TaskGroup></TaskRoot>"
+                            "<TaskRoot><TaskGroup SoftwareID='A' TaskID='1'><Task TaskVersion='third'/></TaskGroup>"
+                            "</TaskRoot>")),
+              0);
+    EXPECT_EQ(m_file.Task(u"A", u"1").Version(), (TextResult{0, u"first"}));
+    EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s}));
+    const LogLine line{8, "CPolicyFile::InitializeTaskMap() -- TaskID 1 exists already in the task map for Software A"};
+    EXPECT_EQ(log.Take(), (std::vector{line, line}));
+}
+
+TEST_F(PolicyFileFormat, DuplicateLines_NameTheWholeKeys)
+{
+    const std::string software = std::string(400, 's') + "1";
+    const std::string task = std::string(400, 't') + "2";
+    const std::string group = "<TaskGroup SoftwareID='" + software + "' TaskID='" + task + "'><Task/></TaskGroup>";
+    LogCapture log;
+    ASSERT_EQ(LoadText(Root(Policies(Product(software, "a") + Product(software, "b")) + "<TaskRoot>" + group + group +
+                            "</TaskRoot>")),
+              0);
+    EXPECT_EQ(log.Take(), (std::vector{LogLine{8, "CPolicyFile::InitializePolicyMap() -- SoftwareID " + software +
+                                                      " exists already in the policy map"},
+                                       LogLine{8, "CPolicyFile::InitializeTaskMap() -- TaskID " + task +
+                                                      " exists already in the task map for Software " + software}}));
+}
+
 TEST_F(PolicyFileFormat, KeysAreComparedExactly)
 {
     LogCapture log;

@@ -144,6 +144,30 @@ TEST_F(PolicyFileLoading, DuplicateLog_ShowsIdentifiersWithFormatCharactersAsThe
                                                "already in the policy map"}}));
 }
 
+TEST_F(PolicyFileLoading, DuplicateLog_ShowsLongKeysWhole)
+{
+    const std::string software(3'000, 's');
+    const std::string task(70'000, 't');
+    const std::string name(5'000, 'n');
+    const std::string product = "<Product SoftwareID='" + software + "'><Section name='" + name + "'><Setting name='" +
+                                task + "'/><Setting name='" + task + "'/></Section><Section name='" + name +
+                                "'/></Product>";
+    LogCapture log;
+    ASSERT_EQ(LoadText("<R><PolicyRoot><PolicyGroup><Policy>" + product + product +
+                       "</Policy></PolicyGroup></PolicyRoot><TaskRoot><TaskGroup SoftwareID='" + software +
+                       "' TaskID='" + task + "'><Task/><Task/></TaskGroup></TaskRoot></R>"),
+              0);
+    EXPECT_EQ(log.Take(), (std::vector{LogLine{8, "CPolicyFile::InitializePolicyMap() -- SoftwareID " + software +
+                                                      " exists already in the policy map"},
+                                       LogLine{8, "CPolicyFile::InitializeTaskMap() -- TaskID " + task +
+                                                      " exists already in the task map for Software " + software}}));
+    ASSERT_EQ(m_file.FindPolicy(std::u16string(software.size(), u's')), 0);
+    EXPECT_EQ(log.Take(), (std::vector{LogLine{8, "CXMLDataObject::Initialize() -- Setting " + task +
+                                                      " exists already in the setting map for the section " + name},
+                                       LogLine{8, "CXMLDataObject::Initialize() -- Section " + name +
+                                                      " exists already in the section map"}}));
+}
+
 TEST_F(PolicyFileLoading, ReadOnlyChoice_IsStoredEvenWhenTheLoadFails)
 {
     ASSERT_EQ(LoadText("<R>", 1), result::SyntaxError);

@@ -116,6 +116,36 @@ TEST_F(PolicyEdits, RemovingTheFirstOfTwoWithTheSameID_MakesTheSecondReachable)
     EXPECT_EQ(m_file.RemovePolicy(u"A"), result::PolicyNotFound);
 }
 
+TEST_F(PolicyEdits, ReplacingTheFirstOfTwoWithTheSameID_LeavesTheSecondWhereItIs)
+{
+    const FixedClock clock;
+    ASSERT_EQ(
+        LoadText("<R><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='A' which='1'/><Product SoftwareID='B'/>"
+                 "<Product SoftwareID='A' which='2'/></Policy></PolicyGroup></PolicyRoot></R>"),
+        0);
+    ASSERT_EQ(m_file.Add(m_file.Policy(u"A")), 0);
+    EXPECT_EQ(Utf8(Buffer()), "<R><PolicyRoot><PolicyGroup><Policy PathID=\"0_4\" PolicyVersion=\"" +
+                                  std::string(kStamp) +
+                                  "\"><Product SoftwareID='B'/><Product SoftwareID='A' which='2'/>"
+                                  "<Product SoftwareID='A' which='1'/></Policy></PolicyGroup></PolicyRoot></R>");
+    EXPECT_NE(m_file.Policy(u"A").Data().text.value().find(u"which='2'"), std::u16string::npos)
+        << "the one that stayed comes first now";
+}
+
+TEST_F(PolicyEdits, NewPolicy_GoesIntoTheFirstPolicyElementOfALaterRootWhenNoEarlierRootHasOne)
+{
+    const FixedClock clock;
+    constexpr char kLaterRoot[] =
+        "<R><PolicyRoot><PolicyGroup/></PolicyRoot><PolicyRoot><PolicyGroup/><PolicyGroup><Policy/><Policy/>"
+        "</PolicyGroup></PolicyRoot></R>";
+    ASSERT_EQ(LoadText(kLaterRoot), 0);
+    ASSERT_EQ(m_file.Add(m_file.NewPolicy(u"C")), 0);
+    EXPECT_EQ(Utf8(Buffer()), ReplaceOnce(kLaterRoot, "<Policy/><Policy/>",
+                                          "<Policy PathID=\"0_4\" PolicyVersion=\"" + std::string(kStamp) +
+                                              "\"><Product SoftwareID=\"C\"/></Policy><Policy/>"));
+    EXPECT_EQ(m_file.FindPolicy(u"C"), 0);
+}
+
 TEST_F(PolicyEdits, EveryRebuildOfTheIndex_LogsTheDuplicatesAgain)
 {
     ASSERT_EQ(LoadText("<R><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='A'/><Product SoftwareID='A'/>"

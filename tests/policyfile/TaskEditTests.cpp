@@ -133,6 +133,20 @@ TEST_F(TaskEdits, ReplacedTaskOfAGroupWithTwo_LeavesOneTaskInTheGroup)
     EXPECT_EQ(text.find("<Task/>"), std::string::npos);
 }
 
+TEST_F(TaskEdits, ReplacedTask_TakesEverythingElseOutOfItsGroupTextsAndCommentsToo)
+{
+    const FixedClock clock;
+    ASSERT_EQ(LoadText("<R><TaskRoot><TaskGroup SoftwareID='A' TaskID='1'>before<!-- c --><Other/><Task PathID='7' "
+                       "TaskVersion='3'/>after<![CDATA[x]]><?p q?></TaskGroup></TaskRoot></R>"),
+              0);
+    ASSERT_EQ(m_file.Add(m_file.Task(u"A", u"1")), 0);
+    const std::string text = Utf8(Buffer());
+    const std::size_t start = text.find('>', text.find("<TaskGroup ")) + 1;
+    const std::string inside = text.substr(start, text.find("</TaskGroup>") - start);
+    EXPECT_TRUE(inside.starts_with("<Task PathID='0_4' TaskVersion='" + std::string(kStamp) + "'><Section ")) << text;
+    EXPECT_TRUE(inside.ends_with("</Section></Task>")) << text;
+}
+
 TEST_F(TaskEdits, EditsOfTasks_CheckReadOnlyThenNullThenLoadedThenTheObject)
 {
     const ProductClient product = m_file.NewPolicy(u"A");

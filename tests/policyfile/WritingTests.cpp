@@ -1,6 +1,8 @@
 // WriteFile and WriteFileBuffer.
 
 #include "PolicyFileTest.h"
+#include "platform/Files.h"
+#include "platform/xml/FileBuffer.h"
 
 namespace zupm::test {
 
@@ -44,6 +46,12 @@ constexpr StampRow kStampRows[] = {
      "<Other/></PolicyRoot></R>",
      "<R><PolicyRoot version='1'><PolicyGroup Path=\"0_4\"/><PolicyGroup Path=''/><PolicyGroup Path='x'/>"
      "<Other/></PolicyRoot></R>"},
+    {"groups of every PolicyRoot get a missing Path",
+     "<R><PolicyRoot version='1'/><PolicyRoot version='1'><PolicyGroup Path='x'/><PolicyGroup/></PolicyRoot>"
+     "<PolicyRoot version='1'><PolicyGroup/></PolicyRoot></R>",
+     "<R><PolicyRoot version='1'/><PolicyRoot version='1'><PolicyGroup Path='x'/><PolicyGroup "
+     "Path=\"0_4\"/></PolicyRoot>"
+     "<PolicyRoot version='1'><PolicyGroup Path=\"0_4\"/></PolicyRoot></R>"},
     {"only the root's children count", "<R><X><TaskRoot/><PolicyRoot><PolicyGroup/></PolicyRoot></X><PolicyGroup/></R>",
      "<R><X><TaskRoot/><PolicyRoot><PolicyGroup/></PolicyRoot></X><PolicyGroup/></R>"},
 };
@@ -175,6 +183,23 @@ TEST_F(PolicyFileWriting, WrittenFile_LoadsAgainWithTheSameContent)
     EXPECT_EQ(again.Tasks().All(), (std::vector{u"B/{1}"s}));
     EXPECT_EQ(again.VersionPolicy(), m_file.VersionPolicy());
     EXPECT_EQ(again.VersionTask(), m_file.VersionTask());
+}
+
+TEST_F(PolicyFileWriting, DocumentThatCouldNotBeLoadedAgain_IsRefusedBeforeTheFileIsTouched)
+{
+    const std::string_view text = "<R><PolicyRoot version='0'/></R>";
+    ASSERT_EQ(LoadText(text), 0);
+    m_folder.Write(u"out.xml", "old");
+    AdvXMLParser::LimitWrittenFiles(text.size() - 1);
+    EXPECT_EQ(m_file.Write(m_folder.Path(u"out.xml")), result::FileTooLarge);
+    EXPECT_EQ(LastErrorDescription(), result::SentenceFor(result::FileTooLarge));
+    EXPECT_EQ(m_folder.Read(u"out.xml"), "old");
+    EXPECT_EQ(m_folder.Names(), (std::vector{"out.xml"s, "policy.xml"s})) << "no temporary";
+    EXPECT_EQ(m_file.Write(m_folder.Path(u"new.xml")), result::FileTooLarge);
+    EXPECT_FALSE(m_folder.Has(u"new.xml"));
+    EXPECT_EQ(Utf8(m_file.Buffer().value_or(u"")), text) << "the document stays loaded";
+    AdvXMLParser::LimitWrittenFiles(kLargestFile);
+    EXPECT_EQ(WriteOut(), text);
 }
 
 }  // namespace zupm::test

@@ -154,6 +154,20 @@ TEST_F(StoreChange, NothingIsCreatedForAValueOrANameThatXmlCannotHold)
     }
 }
 
+TEST_F(StoreChange, InAContainerThatWasDeletedNothingCanBeCreated)
+{
+    Load(R"(<R><P><Section name="S"/></P></R>)");
+    AdvXMLParser::Element container = *Root().Begin();
+    CXMLDataObject store(container, nullptr);
+    ASSERT_EQ(store.Initialize(), result::Success);
+    container.Delete();
+    EXPECT_EQ(store.SetSettingValue(u"S", u"A", u"1", 1), result::NotCreated);
+    result::Code code = result::Success;
+    EXPECT_TRUE(store.AddSetting(u"T", u"A", code).IsNull());
+    EXPECT_EQ(code, result::NotCreated);
+    EXPECT_EQ(Text(), "<R></R>");
+}
+
 TEST_F(StoreChange, RemovingASettingDeletesItsElementAlone)
 {
     Load(

@@ -69,6 +69,21 @@ TEST_F(StoreIndex, ARepeatedSettingOfOneSectionIsLoggedAndTheFirstWins)
     EXPECT_EQ(value, u"1");
 }
 
+TEST_F(StoreIndex, DuplicateLinesNameTheWholeNames)
+{
+    const std::string section = std::string(400, 's') + "1";
+    const std::string setting = std::string(400, 't') + "2";
+    const std::string element = "<Section name='" + section + "'><Setting name='" + setting + "'>1</Setting></Section>";
+    Load("<P>" + element + element + "</P>");
+    CXMLDataObject store(Root(), nullptr);
+    ASSERT_EQ(store.Initialize(), result::Success);
+    EXPECT_THAT(m_log.Take(),
+                ElementsAre(LogLine{8, "CXMLDataObject::Initialize() -- Section " + section +
+                                           " exists already in the section map"},
+                            LogLine{8, "CXMLDataObject::Initialize() -- Setting " + setting +
+                                           " exists already in the setting map for the section " + section}));
+}
+
 TEST_F(StoreIndex, InitialisingTwiceDoesNothingTheSecondTime)
 {
     Load(R"(<P><Section name="S"/><Section name="S"/></P>)");

@@ -112,6 +112,29 @@ TEST_F(LoadedTask, OutlivesTheFileAndLeavesItAlone)
     EXPECT_EQ(task.Get(u"A", u"x"), Ok(u"1"));
 }
 
+TEST_F(LoadedTask, RemoveSection_OfAMissingSectionLeavesTheIndexesAsTheyAre)
+{
+    LoadGroups(
+        "<TaskGroup SoftwareID='S' TaskID='T'><Task><Section name='A'/><Section name='A'/></Task></TaskGroup>\n");
+    TaskClient task = m_file.Task(u"S", u"T");
+    static_cast<void>(m_log.Take());
+    EXPECT_EQ(task.RemoveSection(u"None"), result::SectionNotFound);
+    EXPECT_EQ(m_log.Take(), std::vector<LogLine>{}) << "a rebuild would log the name that occurs twice";
+    EXPECT_EQ(task.RemoveSection(u"A"), 0);
+}
+
+TEST_F(LoadedTask, PathIdThatItHas_BecomesTheDefaultOneInItsText)
+{
+    LoadGroups("<TaskGroup Path='7' SoftwareID='S' TaskID='T'><Task PathID='8' TaskVersion='9'/></TaskGroup>\n");
+    EXPECT_NE(
+        Utf8(m_file.Task(u"S", u"T").Data().text.value()).find("<Task PathID='0_4' TaskVersion='20260102030405'>"),
+        std::string::npos);
+    ASSERT_EQ(m_file.Add(m_file.Task(u"S", u"T")), 0);
+    const std::string buffer = Utf8(m_file.Buffer().value());
+    EXPECT_NE(buffer.find("<TaskGroup Path='0_4' "), std::string::npos) << buffer;
+    EXPECT_NE(buffer.find("<Task PathID='0_4' TaskVersion='20260102030405'>"), std::string::npos) << buffer;
+}
+
 TEST_F(LoadedTask, HandedBack_FillsItsGroupAndChangesNothingElse)
 {
     LoadGroups(

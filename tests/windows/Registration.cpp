@@ -27,7 +27,7 @@ unsigned long RunProgram(std::wstring commandLine)
     PROCESS_INFORMATION process{};
     if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process) ==
         0) {
-        throw std::runtime_error("cannot start " + Narrow(commandLine));
+        throw std::runtime_error("cannot start " + Narrow(commandLine) + ": error " + std::to_string(GetLastError()));
     }
     WaitForSingleObject(process.hProcess, INFINITE);
     DWORD code = 0;

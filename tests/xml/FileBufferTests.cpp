@@ -85,5 +85,52 @@ TEST(FileBuffer, TextThatItsEncodingCannotHoldIsNotWritten)
     EXPECT_EQ(bytes, "old");
 }
 
+/// A limit for the length of a test.
+class WrittenFilesLimit {
+public:
+    explicit WrittenFilesLimit(std::size_t bytes) { LimitWrittenFiles(bytes); }
+    ~WrittenFilesLimit() { LimitWrittenFiles(zupm::kLargestFile); }
+    WrittenFilesLimit(const WrittenFilesLimit&) = delete;
+    WrittenFilesLimit& operator=(const WrittenFilesLimit&) = delete;
+};
+
+/// A text of 11 bytes as UTF-8 and 10 characters, and how many bytes a file with it has.
+struct SizeRow {
+    const char* label;
+    UTF_ENCODINGS encoding;
+    std::size_t bytes;
+};
+
+constexpr SizeRow kSizeRows[] = {
+    {"UTF-8", UTF_ENCODINGS::Utf8, 11},
+    {"UTF-8 with a signature", UTF_ENCODINGS::Utf8Signed, 14},
+    {"UTF-16", UTF_ENCODINGS::Utf16LittleEndian, 20},
+    {"UTF-16 with a signature", UTF_ENCODINGS::Utf16BigEndianSigned, 22},
+    {"ISO-8859-1, whose text is larger", UTF_ENCODINGS::Iso8859_1, 11},
+};
+
+TEST(FileBuffer, TextOfAFileThatCouldNotBeReadAgainIsRefusedAndTheOldFileStays)
+{
+    const zupm::test::TempFolder folder;
+    const std::u16string path = folder.Path(u"file.xml");
+    const XmlText text(std::string("<a>\xC3\xA4xy</a>"));
+    for (const SizeRow& row : kSizeRows) {
+        ASSERT_EQ(zupm::ReplaceFileAtomically(path, "old"), 0);
+        {
+            const WrittenFilesLimit limit(row.bytes - 1);
+            try {
+                WriteBufferToFile(path, text, row.encoding, true);
+                FAIL() << row.label;
+            } catch (const ReadWriteException& failure) {
+                EXPECT_EQ(failure.GetErrorCode(), zupm::result::FileTooLarge) << row.label;
+            }
+            EXPECT_EQ(folder.Read(u"file.xml"), "old") << row.label;
+        }
+        const WrittenFilesLimit limit(row.bytes);
+        WriteBufferToFile(path, text, row.encoding, true);
+        EXPECT_NE(folder.Read(u"file.xml"), "old") << row.label;
+    }
+}
+
 }  // namespace
 }  // namespace AdvXMLParser

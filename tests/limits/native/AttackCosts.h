@@ -1,0 +1,31 @@
+/// What attacks cost, in instructions: the same on a quiet machine and on a busy one.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "tests/limits/Attack.h"
+
+namespace zupm::test {
+
+/// One attack on a file of `attack.countedSize` bytes and on one of half of that.
+struct AttackCost {
+    HRESULT code = 0;  ///< of the larger file
+    std::uint64_t half = 0;
+    std::uint64_t full = 0;
+
+    /// How much more the larger file costs: 2 where the cost is linear, 4 where it grows with the square.
+    [[nodiscard]] double Growth() const { return static_cast<double>(full) / static_cast<double>(half); }
+    [[nodiscard]] double PerByte(const Attack& attack) const
+    {
+        return static_cast<double>(full) / static_cast<double>(attack.countedSize);
+    }
+};
+
+/// The costs by label. All instructions of a process are counted, those of libraries too; what the system does for it
+/// is not. Throws std::runtime_error when an attack does not come to its end.
+[[nodiscard]] std::map<std::string_view, AttackCost> CountAttacks(const std::vector<Attack>& attacks);
+
+}  // namespace zupm::test

@@ -1,0 +1,81 @@
+// Which operations of a section cursor take its lock, and of a store the store's inside it.
+#include <gtest/gtest.h>
+
+#include "platform/xml/AdvXMLParser.h"
+#include "settings/CSectionParser.h"
+#include "tests/locks/LockUse.h"
+
+namespace zupm::test {
+
+namespace {
+
+struct CursorRow {
+    const char* name;
+    result::Code (*call)(CSectionParser& cursor);
+};
+
+constexpr CursorRow kRows[] = {
+    {"Initialize", [](CSectionParser& c) { return c.Initialize(); }},
+    {"SetSettingValue", [](CSectionParser& c) { return c.SetSettingValue(u"S", u"A", u"1"); }},
+    {"GetSettingValue",
+     [](CSectionParser& c) {
+         std::u16string value;
+         return c.GetSettingValue(u"S", u"A", value);
+     }},
+    {"RemoveSetting", [](CSectionParser& c) { return c.RemoveSetting(u"S", u"A"); }},
+    {"Deinitialize", [](CSectionParser& c) { return c.Deinitialize(); }},
+};
+
+/// The cursor's lock, known from a call that is refused under it.
+const CCriticalSection* LockOf(CSectionParser& cursor)
+{
+    const LockUse use;
+    EXPECT_EQ(cursor.RemoveSetting(u"S", u"A"), result::CursorNotInitialised);
+    return use.Entries().empty() ? nullptr : use.Entries().front().section;
+}
+
+}  // namespace
+
+TEST(CursorLocks, AreTakenFirstByEveryOperationAndLeftByAll)
+{
+    const AdvXMLParser::Document document(u"P");
+    CSectionParser cursor(document.GetRoot(), nullptr);
+    const CCriticalSection* const lock = LockOf(cursor);
+    ASSERT_NE(lock, nullptr);
+    for (const CursorRow& row : kRows) {
+        const LockUse use;
+        EXPECT_EQ(row.call(cursor), 0) << row.name;
+        ASSERT_FALSE(use.Entries().empty()) << row.name;
+        EXPECT_EQ(use.Entries().front().section, lock) << row.name;
+        for (std::size_t i = 1; i < use.Entries().size(); ++i) {
+            EXPECT_EQ(use.Entries()[i].held.front(), lock) << row.name;
+        }
+        EXPECT_FALSE(IsHeld(lock)) << row.name;
+    }
+}
+
+TEST(CursorLocks, OfTheStoreAreTakenInsideWhenItIsBuiltAndDropped)
+{
+    const AdvXMLParser::Document document(u"P");
+    CSectionParser cursor(document.GetRoot(), nullptr);
+    const CCriticalSection* const lock = LockOf(cursor);
+    for (const auto& call :
+         {+[](CSectionParser& c) { return c.Initialize(); }, +[](CSectionParser& c) { return c.Deinitialize(); }}) {
+        const LockUse use;
+        EXPECT_EQ(call(cursor), 0);
+        ASSERT_GE(use.Entries().size(), 2U);
+        EXPECT_EQ(use.Entries()[1].held, std::vector{lock});
+    }
+}
+
+TEST(CursorLocks, AreNotTakenByInitializeOfAnInitialisedCursor)
+{
+    const AdvXMLParser::Document document(u"P");
+    CSectionParser cursor(document.GetRoot(), nullptr);
+    ASSERT_EQ(cursor.Initialize(), 0);
+    const LockUse use;
+    EXPECT_EQ(cursor.Initialize(), 0);
+    EXPECT_TRUE(use.Entries().empty());
+}
+
+}  // namespace zupm::test

@@ -1,0 +1,221 @@
+// Which members of which object take the object's lock, that it is held to the end of them, and that everything they
+// call runs inside it.
+#include <gtest/gtest.h>
+
+#include "platform/CriticalSection.h"
+#include "tests/locks/LockUse.h"
+#include "tests/support/Outs.h"
+#include "tests/support/PolicyFileClient.h"
+#include "tests/support/ReentrantObjects.h"
+#include "tests/support/TempFolder.h"
+
+namespace zupm::test {
+
+namespace {
+
+constexpr char kFile[] =
+    "<R><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='A'><Section name='S'><Setting name='N'>v</Setting>"
+    "</Section></Product></Policy></PolicyGroup></PolicyRoot><TaskRoot><TaskGroup SoftwareID='A' TaskID='1'><Task>"
+    "<Section name='S'><Setting name='N'>v</Setting></Section></Task></TaskGroup></TaskRoot></R>";
+
+enum class ObjectLock { Taken, NotTaken };
+
+/// A file with a product and a task of it, and arguments for every member.
+class World {
+public:
+    World() { EXPECT_EQ(file->InitializeFile(path.Get(), 0), 0); }
+
+    TempFolder folder;
+    Bstr path{folder.Write(u"policy.xml", kFile)};
+    Bstr out{folder.Path(u"out")};
+    Bstr a{u"A"};
+    Bstr one{u"1"};
+    Bstr section{u"S"};
+    Bstr name{u"N"};
+    ComPtr<IPolicyFile> file = Create<IPolicyFile>();
+    ComPtr<IPolicyProduct> product = Create<IPolicyProduct>();
+    ComPtr<IPolicyTask> task = Create<IPolicyTask>();
+    OutText text;
+    OutNumber number;
+    OutObject<IUnknown> object;
+    OutObject<IPolicyTask> newTask;
+    OutObject<IPolicyProduct> newPolicy;
+};
+
+/// Runs `call` and gives the outermost section that it enters; null when it enters none.
+template <class Call>
+const CCriticalSection* OutermostOf(Call call)
+{
+    const LockUse use;
+    call();
+    return use.Entries().empty() ? nullptr : use.Entries().front().section;
+}
+
+/// The sections that `use` holds other than inside `lock`, lock itself excepted.
+int EnteredOutside(const LockUse& use, const CCriticalSection* lock)
+{
+    int count = 0;
+    for (const LockEntry& entry : use.Entries()) {
+        count += entry.section != lock && (entry.held.empty() || entry.held.front() != lock) ? 1 : 0;
+    }
+    return count;
+}
+
+struct MemberRow {
+    const char* name;
+    ObjectLock lock;
+    HRESULT (*call)(World& world);
+};
+
+constexpr MemberRow kFileMembers[] = {
+    {"InitializeFile", ObjectLock::Taken, [](World& w) { return w.file->InitializeFile(w.path.Get(), 0); }},
+    {"GetPolicy", ObjectLock::Taken, [](World& w) { return w.file->GetPolicy(w.a.Get(), w.object.Slot()); }},
+    {"GetTask", ObjectLock::Taken, [](World& w) { return w.file->GetTask(w.a.Get(), w.one.Get(), w.object.Slot()); }},
+    {"GetTaskInfo", ObjectLock::Taken, [](World& w) { return w.file->GetTaskInfo(w.object.Slot()); }},
+    {"AddPolicy", ObjectLock::Taken, [](World& w) { return w.file->AddPolicy(w.product.Get(), 1); }},
+    {"AddTask", ObjectLock::Taken, [](World& w) { return w.file->AddTask(w.task.Get(), 1); }},
+    {"WriteFile", ObjectLock::Taken, [](World& w) { return w.file->WriteFile(w.out.Get(), 0); }},
+    {"WriteFileBuffer", ObjectLock::Taken, [](World& w) { return w.file->WriteFileBuffer(w.text.Slot()); }},
+    {"VersionTask", ObjectLock::NotTaken, [](World& w) { return w.file->get_VersionTask(w.text.Slot()); }},
+    {"VersionPolicy", ObjectLock::NotTaken, [](World& w) { return w.file->get_VersionPolicy(w.text.Slot()); }},
+    {"PolicyAssignmentList", ObjectLock::NotTaken,
+     [](World& w) { return w.file->get_PolicyAssignmentList(w.text.Slot()); }},
+    {"CreateTask", ObjectLock::NotTaken, [](World& w) { return w.file->CreateTask(w.newTask.Slot()); }},
+    {"CreatePolicy", ObjectLock::NotTaken, [](World& w) { return w.file->CreatePolicy(w.newPolicy.Slot()); }},
+    {"RemovePolicy", ObjectLock::Taken, [](World& w) { return w.file->RemovePolicy(w.a.Get()); }},
+    {"RemoveTask", ObjectLock::Taken, [](World& w) { return w.file->RemoveTask(w.a.Get(), w.one.Get()); }},
+};
+
+constexpr MemberRow kProductMembers[] = {
+    {"get SoftwareID", ObjectLock::Taken, [](World& w) { return w.product->get_SoftwareID(w.text.Slot()); }},
+    {"put SoftwareID", ObjectLock::Taken, [](World& w) { return w.product->put_SoftwareID(w.a.Get()); }},
+    {"get PolicyData", ObjectLock::Taken, [](World& w) { return w.product->get_PolicyData(w.text.Slot()); }},
+    {"put Section", ObjectLock::NotTaken, [](World& w) { return w.product->put_Section(w.section.Get()); }},
+    {"PutSetting", ObjectLock::Taken, [](World& w) { return w.product->PutSetting(w.name.Get(), w.a.Get()); }},
+    {"GetSetting", ObjectLock::Taken, [](World& w) { return w.product->GetSetting(w.name.Get(), w.text.Slot()); }},
+    {"GetSectionSetting", ObjectLock::Taken,
+     [](World& w) { return w.product->GetSectionSetting(w.section.Get(), w.name.Get(), w.text.Slot()); }},
+    {"PutSectionSetting", ObjectLock::NotTaken,
+     [](World& w) { return w.product->PutSectionSetting(w.section.Get(), w.name.Get(), w.a.Get()); }},
+    {"RemoveSetting", ObjectLock::Taken,
+     [](World& w) { return w.product->RemoveSetting(w.section.Get(), w.name.Get()); }},
+    {"RemoveSection", ObjectLock::Taken, [](World& w) { return w.product->RemoveSection(w.section.Get()); }},
+};
+
+constexpr MemberRow kTaskMembers[] = {
+    {"get CreatorID", ObjectLock::Taken, [](World& w) { return w.task->get_CreatorID(w.text.Slot()); }},
+    {"put CreatorID", ObjectLock::Taken, [](World& w) { return w.task->put_CreatorID(w.a.Get()); }},
+    {"get SoftwareID", ObjectLock::Taken, [](World& w) { return w.task->get_SoftwareID(w.text.Slot()); }},
+    {"put SoftwareID", ObjectLock::Taken, [](World& w) { return w.task->put_SoftwareID(w.a.Get()); }},
+    {"get TaskID", ObjectLock::Taken, [](World& w) { return w.task->get_TaskID(w.text.Slot()); }},
+    {"put TaskID", ObjectLock::Taken, [](World& w) { return w.task->put_TaskID(w.a.Get()); }},
+    {"get DisplayName", ObjectLock::Taken, [](World& w) { return w.task->get_DisplayName(w.text.Slot()); }},
+    {"put DisplayName", ObjectLock::Taken, [](World& w) { return w.task->put_DisplayName(w.a.Get()); }},
+    {"get TaskType", ObjectLock::Taken, [](World& w) { return w.task->get_TaskType(w.text.Slot()); }},
+    {"put TaskType", ObjectLock::Taken, [](World& w) { return w.task->put_TaskType(w.a.Get()); }},
+    {"get PlatformsSupported", ObjectLock::Taken,
+     [](World& w) { return w.task->get_PlatformsSupported(w.text.Slot()); }},
+    {"put PlatformsSupported", ObjectLock::Taken, [](World& w) { return w.task->put_PlatformsSupported(w.a.Get()); }},
+    {"get Priority", ObjectLock::Taken, [](World& w) { return w.task->get_Priority(w.number.Slot()); }},
+    {"put Priority", ObjectLock::Taken, [](World& w) { return w.task->put_Priority(3); }},
+    {"get TaskData", ObjectLock::Taken, [](World& w) { return w.task->get_TaskData(w.text.Slot()); }},
+    {"put Section", ObjectLock::Taken, [](World& w) { return w.task->put_Section(w.section.Get()); }},
+    {"PutSetting", ObjectLock::Taken, [](World& w) { return w.task->PutSetting(w.name.Get(), w.a.Get()); }},
+    {"GetSetting", ObjectLock::Taken, [](World& w) { return w.task->GetSetting(w.name.Get(), w.text.Slot()); }},
+    {"GetSectionSetting", ObjectLock::Taken,
+     [](World& w) { return w.task->GetSectionSetting(w.section.Get(), w.name.Get(), w.text.Slot()); }},
+    {"PutSectionSetting", ObjectLock::Taken,
+     [](World& w) { return w.task->PutSectionSetting(w.section.Get(), w.name.Get(), w.a.Get()); }},
+    {"WriteTaskDataToIniFile", ObjectLock::Taken, [](World& w) { return w.task->WriteTaskDataToIniFile(w.out.Get()); }},
+    {"RemoveSetting", ObjectLock::Taken, [](World& w) { return w.task->RemoveSetting(w.section.Get(), w.name.Get()); }},
+    {"RemoveSection", ObjectLock::Taken, [](World& w) { return w.task->RemoveSection(w.section.Get()); }},
+    {"get Version", ObjectLock::Taken, [](World& w) { return w.task->get_Version(w.text.Slot()); }},
+};
+
+/// Calls every member of one class, all of which succeed, and expects of `lock` what its row says.
+template <std::size_t count>
+void ExpectLockUse(World& world, const MemberRow (&rows)[count], const CCriticalSection* lock)
+{
+    ASSERT_NE(lock, nullptr);
+    for (const MemberRow& row : rows) {
+        const LockUse use;
+        EXPECT_EQ(row.call(world), 0) << row.name;
+        EXPECT_EQ(use.Entered(lock), row.lock == ObjectLock::Taken) << row.name;
+        EXPECT_EQ(row.lock == ObjectLock::Taken ? EnteredOutside(use, lock) : 0, 0)
+            << row.name << ": a lock inside the object's is entered without it";
+        EXPECT_FALSE(IsHeld(lock)) << row.name << ": it is left";
+    }
+}
+
+/// A file's lock, known from a member that takes it as its first one.
+const CCriticalSection* LockOf(const World& world)
+{
+    OutText text;
+    return OutermostOf([&] { EXPECT_EQ(world.file->WriteFileBuffer(text.Slot()), 0); });
+}
+
+}  // namespace
+
+TEST(ObjectLocks, OfAPolicyFile_AreTakenByEverythingButPropertiesAndBlankObjects)
+{
+    World world;
+    ExpectLockUse(world, kFileMembers, LockOf(world));
+}
+
+TEST(ObjectLocks, OfAProduct_AreTakenByEverythingButSectionAndPutSectionSetting)
+{
+    World world;
+    ExpectLockUse(world, kProductMembers,
+                  OutermostOf([&] { EXPECT_EQ(world.product->get_SoftwareID(world.text.Slot()), 0); }));
+}
+
+TEST(ObjectLocks, OfATask_AreTakenByEverything)
+{
+    World world;
+    ExpectLockUse(world, kTaskMembers, OutermostOf([&] { EXPECT_EQ(world.task->get_TaskID(world.text.Slot()), 0); }));
+}
+
+TEST(ObjectLocks, PutSectionSettingOfAProduct_StillTakesTheLocksOfWhatItWrites)
+{
+    World world;
+    const CCriticalSection* const object =
+        OutermostOf([&] { EXPECT_EQ(world.product->get_SoftwareID(world.text.Slot()), 0); });
+    const LockUse use;
+    EXPECT_EQ(world.product->PutSectionSetting(world.section.Get(), world.name.Get(), world.a.Get()), 0);
+    ASSERT_GE(use.Entries().size(), 2U) << "the private document's, and the cursor's inside it";
+    EXPECT_TRUE(use.Entries()[0].held.empty());
+    EXPECT_EQ(use.Entries()[1].held, std::vector{use.Entries()[0].section});
+    EXPECT_FALSE(use.Entered(object));
+}
+
+TEST(ObjectLocks, OfAFile_AreHeldAcrossCallsIntoIncomingObjects)
+{
+    World world;
+    const CCriticalSection* const lock = LockOf(world);
+    int calls = 0;
+    const auto look = [&] {
+        EXPECT_TRUE(IsHeld(lock));
+        ++calls;
+    };
+    ReentrantProduct product({0, u"A"}, {0, u"<X><Policy><Product SoftwareID='A'/></Policy></X>"}, look, look);
+    EXPECT_EQ(world.file->AddPolicy(&product, 1), 0);
+    ReentrantTask task({0, u"A"}, {0, u"1"}, {0, u"<X><TaskGroup><Task/></TaskGroup></X>"}, look, look);
+    EXPECT_EQ(world.file->AddTask(&task, 1), 0);
+    EXPECT_EQ(calls, 4);
+    EXPECT_FALSE(IsHeld(lock));
+}
+
+TEST(ObjectLocks, OfAFile_AreLeftByCallsThatFail)
+{
+    World world;
+    const CCriticalSection* const lock = LockOf(world);
+    const auto look = [&] { EXPECT_TRUE(IsHeld(lock)); };
+    ReentrantProduct product({0, u"\x01"}, {0, u"<"}, look, look);
+    EXPECT_EQ(world.file->AddPolicy(&product, 1), result::Unexpected);
+    EXPECT_FALSE(IsHeld(lock)) << "an exception passed out of the operation";
+    EXPECT_EQ(world.file->RemovePolicy(world.section.Get()), result::PolicyNotFound);
+    EXPECT_EQ(world.file->WriteFile(nullptr, 0), result::InvalidName);
+    EXPECT_FALSE(IsHeld(lock));
+}
+
+}  // namespace zupm::test
