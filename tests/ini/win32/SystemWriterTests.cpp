@@ -68,7 +68,7 @@ TEST_F(SystemWriter, StillGivesWhatWasRecorded)
 
 TEST_F(SystemWriter, AndOurs_GiveTheSameBytes)
 {
-    for (const IniCase& input : RandomIniCases(2, 1000)) {
+    for (const IniCase& input : RandomIniCases(2, 300)) {
         const std::u16string path = NewFile(input);
         EXPECT_TRUE(zupm::WritePrivateProfileStringW(input.section, input.key, input.value, path));
         EXPECT_EQ(ReadBytes(path), AfterSystem(input));
@@ -77,7 +77,7 @@ TEST_F(SystemWriter, AndOurs_GiveTheSameBytes)
 
 TEST_F(SystemWriter, AndTheNativeText_GiveTheSameUnits)
 {
-    for (IniCase input : RandomIniCases(3, 2000)) {
+    for (IniCase input : RandomIniCases(3, 600)) {
         const std::u16string text = input.before->starts_with("\xFF\xFE")
                                         ? Units(*input.before)
                                         : std::u16string(input.before->begin(), input.before->end());
