@@ -1,6 +1,7 @@
 /// INI files: one setting written at a time, as the operating system's own call writes it.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace zupm {
@@ -18,8 +19,8 @@ namespace zupm {
 [[nodiscard]] bool WritePrivateProfileStringW(std::u16string_view section, std::u16string_view key,
                                               std::u16string_view value, std::u16string_view path) noexcept;
 
-/// Whether an INI file takes both texts for one name of a section or key: blanks at their ends and case do not count
-/// (Windows: the case of every letter; natively of A to Z).
-[[nodiscard]] bool IsSameProfileName(std::u16string_view left, std::u16string_view right) noexcept;
+/// The form of a section's or key's name that is the same for all names that an INI file takes for one: without blanks
+/// at its ends, and in capitals (Windows: every letter; natively A to Z, as far as WritePrivateProfileStringW goes).
+[[nodiscard]] std::u16string ProfileName(std::u16string_view name);
 
 }  // namespace zupm

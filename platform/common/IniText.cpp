@@ -184,9 +184,11 @@ std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept
     return WithoutTrailingBlanks(WithoutLeadingBlanks(text));
 }
 
-bool IsSameIniName(std::u16string_view left, std::u16string_view right) noexcept
+std::u16string IniName(std::u16string_view name)
 {
-    return EqualsIgnoringAsciiCase(WithoutIniBlanks(left), WithoutIniBlanks(right));
+    std::u16string folded(WithoutIniBlanks(name));
+    std::ranges::transform(folded, folded.begin(), ToAsciiCapital);
+    return folded;
 }
 
 }  // namespace zupm

@@ -52,9 +52,9 @@ result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes)
     return ReplaceFile(path, bytes, Durability::LeftToTheSystem);
 }
 
-bool IsSameProfileName(std::u16string_view left, std::u16string_view right) noexcept
+std::u16string ProfileName(std::u16string_view name)
 {
-    return IsSameIniName(left, right);
+    return IniName(name);
 }
 
 }  // namespace zupm

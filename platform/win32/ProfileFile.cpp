@@ -5,8 +5,11 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "platform/Files.h"
 #include "platform/PrivateProfile.h"
+#include "platform/common/CaseFold.h"
 #include "platform/common/IniText.h"
 #include "platform/win32/ProfileEncoding.h"
 #include "platform/win32/SystemProfile.h"
@@ -14,21 +17,7 @@
 
 namespace zupm {
 
-namespace {
-
 using namespace win32;
-
-int LengthOf(std::u16string_view text)
-{
-    return static_cast<int>(text.size());
-}
-
-const wchar_t* UnitsOf(std::u16string_view text)
-{
-    return reinterpret_cast<const wchar_t*>(text.data());
-}
-
-}  // namespace
 
 std::u16string ProfilePath(std::u16string_view path)
 {
@@ -56,11 +45,11 @@ result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes)
     return ReplaceFileAtomically(path, bytes);
 }
 
-bool IsSameProfileName(std::u16string_view left, std::u16string_view right) noexcept
+std::u16string ProfileName(std::u16string_view name)
 {
-    left = WithoutIniBlanks(left);
-    right = WithoutIniBlanks(right);
-    return CompareStringOrdinal(UnitsOf(left), LengthOf(left), UnitsOf(right), LengthOf(right), TRUE) == CSTR_EQUAL;
+    std::u16string folded(WithoutIniBlanks(name));
+    std::ranges::transform(folded, folded.begin(), ToCapital);
+    return folded;
 }
 
 }  // namespace zupm

@@ -80,11 +80,11 @@ TEST(IniWrite, LargeValue_ReadsBackWhole)
 
 TEST(IniWrite, NamesAreTheSame_ButForCaseOfAToZAndBlanksAtTheirEnds)
 {
-    EXPECT_TRUE(IsSameIniName(u"Key", u" kEY\t"));
-    EXPECT_TRUE(IsSameIniName(u"", u"  "));
-    EXPECT_FALSE(IsSameIniName(u"a b", u"ab"));
-    EXPECT_FALSE(IsSameIniName(u"\u00C4", u"\u00E4"));
-    EXPECT_FALSE(IsSameIniName(u"key", u"keys"));
+    EXPECT_EQ(IniName(u"Key"), IniName(u" kEY\t"));
+    EXPECT_EQ(IniName(u""), IniName(u"  "));
+    EXPECT_NE(IniName(u"a b"), IniName(u"ab"));
+    EXPECT_NE(IniName(u"\u00C4"), IniName(u"\u00E4"));
+    EXPECT_NE(IniName(u"key"), IniName(u"keys"));
 }
 
 }  // namespace

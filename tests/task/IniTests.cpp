@@ -1,6 +1,7 @@
 // A task's dump into an INI file, byte for byte.
 #include "platform/common/Macros.h"
 #include "tests/support/IniText.h"
+#include "tests/support/LogCapture.h"
 #include "tests/task/TaskTest.h"
 
 namespace zupm::test {
@@ -97,7 +98,14 @@ TEST_F(TaskIni, LetsSettingsOfTheSectionTaskReplaceTheIdentityFields)
         "<TaskGroup SoftwareID='S' TaskID='T' DisplayName='attribute'><Task><Section name='Task'>"
         "<Setting name='TaskName'>setting</Setting><Setting name='Own'>1</Setting></Section></Task>"
         "</TaskGroup>\n");
-    EXPECT_EQ(Dump(m_file.Task(u"S", u"T")), 0);
+    LogCapture log;
+    const TaskClient task = m_file.Task(u"S", u"T");
+    static_cast<void>(log.Take());
+    EXPECT_EQ(Dump(task), 0);
+    EXPECT_EQ(log.Take(),
+              (std::vector<LogLine>{{8,
+                                     "CXMLDataObject::WriteAllSettingsToIniFile() -- Setting TaskName of the section "
+                                     "Task replaces another of that name in the INI file"}}));
     EXPECT_EQ(Bytes(),
               "[Task]\r\n"
               "TaskName=setting\r\n"

@@ -1,20 +1,34 @@
 #include <chrono>
 #include <filesystem>
+#include <ostream>
+#include <system_error>
 
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
+#include "file/FileBytes.h"
+#include "file/OrdinaryFile.h"
+#include "file/TemporaryFolder.h"
 #include "file/WriteTarget.h"
+#include "model/IniCollisions.h"
+#include "output/CheckText.h"
 #include "text/Utf8.h"
 
 namespace zupm::tool {
+namespace {
 
-ExitCode RunCommand(const ExportIniOptions& options, Streams)
+constexpr const char* kStandardOutput = "-";
+
+void WarnOfCollisions(PolicyFile& file, const ExportIniOptions& options, std::ostream& messages)
 {
-    PolicyFile file(options.file, Access::ReadOnly);
-    // Windows looks for an INI file without a folder in its own folder, not in the current one.
-    const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
-    // The export reads what the INI file holds and adds to it, setting by setting: another one must not come between.
-    const WriteTarget target(ToUtf8(ini.u16string()), std::chrono::seconds(options.lock.timeoutSeconds));
+    for (const Task& task : file.Contents().tasks) {
+        if (task.softwareId == options.target.softwareId && task.taskId == options.target.taskId) {
+            messages << WarningsAsText(options.file, IniCollisions(task));
+        }
+    }
+}
+
+void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesystem::path& ini)
+{
     try {
         file.FindTask(options.target)->WriteIni(ini.u16string());
     } catch (const CallError& error) {
@@ -22,6 +36,48 @@ ExitCode RunCommand(const ExportIniOptions& options, Streams)
             throw Failure(ExitCode::FileError, options.iniFile + ": the INI file cannot be written");
         }
         throw;
+    }
+}
+
+void ExportToFile(PolicyFile& file, const ExportIniOptions& options)
+{
+    // Windows looks for an INI file without a folder in its own folder, not in the current one.
+    const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
+    if (!IsOrdinaryFile(ini)) {
+        throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; `-` writes to the standard output");
+    }
+    // The export reads what the INI file holds and adds to it, setting by setting: another one must not come between.
+    const WriteTarget target(ToUtf8(ini.u16string()), std::chrono::seconds(options.lock.timeoutSeconds));
+    Export(file, options, ini);
+}
+
+/// An export needs a file: each setting is put into what is there. So it goes by way of one.
+void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostream& data)
+{
+    try {
+        const TemporaryFolder folder;
+        const std::filesystem::path ini = folder.Path() / "task.ini";
+        Export(file, options, ini);
+        const std::optional<std::string> bytes = BytesOf(ini);
+        if (!bytes) {
+            throw std::system_error(std::make_error_code(std::errc::io_error));
+        }
+        data << *bytes;
+    } catch (const std::system_error& error) {
+        throw Failure(ExitCode::FileError, std::string("a temporary file cannot be used: ") + error.what());
+    }
+}
+
+}  // namespace
+
+ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
+{
+    PolicyFile file(options.file, Access::ReadOnly);
+    WarnOfCollisions(file, options, streams.messages);
+    if (options.iniFile == kStandardOutput) {
+        ExportToStream(file, options, streams.data);
+    } else {
+        ExportToFile(file, options);
     }
     return ExitCode::Ok;
 }
