@@ -1,21 +1,26 @@
-/// INI files: one setting written at a time, nothing lost and nothing injected.
+/// INI files: one setting written at a time, as the operating system's own call writes it.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace zupm {
 
 /// Writes `key=value` into the section of an INI file; true when the file now holds it.
 ///
-/// Sections and keys are found without regard to case; an existing key's value is replaced in place, a new key goes to
-/// the end of its section and a new section to the end of the file. All other lines stay byte for byte. A missing file
-/// is created. Line ends are CR LF.
-/// A value that reading would trim or unquote (blanks at an end, a pair of enclosing quotes) is written in quotes.
-/// Refused, with false, a log line of level 7 and the file as it was: an empty section or key; CR, LF or NUL anywhere;
-/// ']' in a section; '=' in a key, a key that begins with ';' or '[', blanks at either end of a section or key.
-/// Text that the file's 8-bit encoding cannot hold first turns the file into UTF-16 with a signature (Windows: the
-/// code page; natively the 8-bit encoding is UTF-8, which holds everything).
+/// The file's bytes are those that the system's own call of this name gives, values raw: whoever reads with the
+/// system's call finds what that call would have written (Windows: it is the call itself that edits the text; natively
+/// the same bytes, with UTF-8 where Windows uses its code page). A file name without a folder means the Windows folder
+/// on Windows, the current one natively. A missing file is created.
+/// What differs from the system's call: the file is replaced in one step; text that its 8-bit encoding cannot hold
+/// first turns it into UTF-16 with a signature; CR, LF or NUL in the section, key or value is refused with false, a log
+/// line of level 7 and the file as it was, because it would become a setting of its own or cut one off.
+/// A file that cannot be read or written gives false without a log line.
 [[nodiscard]] bool WritePrivateProfileStringW(std::u16string_view section, std::u16string_view key,
                                               std::u16string_view value, std::u16string_view path) noexcept;
+
+/// The form of a section's or key's name that is the same for all names that an INI file takes for one: without blanks
+/// at its ends, and in capitals (Windows: every letter; natively A to Z, as far as WritePrivateProfileStringW goes).
+[[nodiscard]] std::u16string ProfileName(std::u16string_view name);
 
 }  // namespace zupm

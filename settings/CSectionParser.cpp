@@ -94,7 +94,7 @@ result::Code CSectionParser::RemoveSetting(std::u16string_view section, std::u16
     return m_initialised ? m_store->RemoveSetting(section, setting) : result::CursorNotInitialised;
 }
 
-result::Code CSectionParser::WriteAllSettingsToIniFile(std::u16string_view path) noexcept
+result::Code CSectionParser::WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written) noexcept
 {
     CXMLDataObject* store = nullptr;
     {
@@ -102,7 +102,7 @@ result::Code CSectionParser::WriteAllSettingsToIniFile(std::u16string_view path)
         store = m_store.get();
     }
     // The export runs outside the lock: it may take as long as the disk does.
-    return store == nullptr ? result::CursorNotInitialised : store->WriteAllSettingsToIniFile(path);
+    return store == nullptr ? result::CursorNotInitialised : store->WriteAllSettingsToIniFile(path, std::move(written));
 }
 
 }  // namespace zupm

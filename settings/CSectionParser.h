@@ -48,7 +48,7 @@ public:
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view setting) noexcept;
 
     /// Writes all settings, raw. Asks for a store, not for the initialised state.
-    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path) noexcept;
+    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written = {}) noexcept;
 
 private:
     void DropStore() noexcept ZUPM_REQUIRES(m_lock);

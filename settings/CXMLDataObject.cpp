@@ -247,7 +247,7 @@ result::Code CXMLDataObject::Refresh() noexcept
     return m_isStale ? Reinitialize() : result::Success;
 }
 
-result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path) noexcept
+result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written) noexcept
 {
     return CatchAll(u"CXMLDataObject::WriteAllSettingsToIniFile()", [&]() -> result::Code {
         if (const result::Code code = Refresh(); code < 0) {
@@ -255,8 +255,13 @@ result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path)
         }
         for (const auto& [sectionName, settings] : m_sections) {
             for (const auto& [settingName, setting] : settings->Settings()) {
-                static_cast<void>(
-                    WritePrivateProfileStringW(sectionName, settingName, setting->GetElement().GetText(), path));
+                if (WritePrivateProfileStringW(sectionName, settingName, setting->GetElement().GetText(), path) &&
+                    !written.Add(sectionName, settingName)) {
+                    LogDuplicate(
+                        u"CXMLDataObject::WriteAllSettingsToIniFile() -- Setting %s of the section %s replaces another "
+                        u"of that name in the INI file",
+                        settingName, sectionName);
+                }
             }
         }
         return result::Success;

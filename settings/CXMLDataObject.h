@@ -11,6 +11,7 @@
 #include "platform/CriticalSection.h"
 #include "platform/xml/Node.h"
 #include "settings/CElementMap.h"
+#include "settings/CIniNames.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
@@ -67,8 +68,9 @@ public:
     /// Deinitialize, then the result of Initialize.
     [[nodiscard]] result::Code Reinitialize() noexcept;
 
-    /// Writes every setting of the indexes, raw, in code-unit order. What the file refuses is left out.
-    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path) noexcept;
+    /// Writes every setting of the indexes, raw, in code-unit order. What the file refuses is left out. A setting that
+    /// an INI file takes for one that was written before, or for one of `written`, replaces it, with a line of level 8.
+    [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written = {}) noexcept;
 
     [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
 

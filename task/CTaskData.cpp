@@ -137,6 +137,7 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
     if (path.empty()) {
         return result::GeneralFailure;
     }
+    constexpr std::u16string_view kSection = u"Task";
     const std::u16string priority = FormatSigned(m_fields.priority);
     const std::pair<std::u16string_view, std::u16string_view> rows[] = {
         {u"TaskName", m_fields.displayName}, {u"Platforms", m_fields.platformsSupported},
@@ -144,12 +145,14 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
         {u"TaskID", m_fields.taskId},        {u"CreatorSoftwareID", m_fields.creatorId},
         {u"TaskType", m_fields.taskType},    {u"TaskVersion", m_fields.version},
     };
+    CIniNames written;
     for (const auto& [key, value] : rows) {
-        if (!WritePrivateProfileStringW(u"Task", key, value, path)) {
+        if (!WritePrivateProfileStringW(kSection, key, value, path)) {
             return result::GeneralFailure;
         }
+        written.Add(kSection, key);
     }
-    return m_cursor ? m_cursor->WriteAllSettingsToIniFile(path) : result::CursorNotInitialised;
+    return m_cursor ? m_cursor->WriteAllSettingsToIniFile(path, std::move(written)) : result::CursorNotInitialised;
 }
 
 Element CTaskData::Task() const noexcept

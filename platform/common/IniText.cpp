@@ -1,9 +1,7 @@
 #include "platform/common/IniText.h"
 
 #include <algorithm>
-
-#include "platform/common/CaseFold.h"
-#include "platform/common/Utf.h"
+#include <vector>
 
 namespace zupm {
 
@@ -11,33 +9,132 @@ namespace {
 
 constexpr std::u16string_view kLineEnd = u"\r\n";
 
-/// What readers of INI files trim.
-constexpr bool IsIniBlank(char16_t unit)
+constexpr bool IsBlank(char16_t unit)
 {
-    return unit == u' ' || unit == u'\t' || unit == u'\v' || unit == u'\f';
+    return (unit >= u'\t' && unit <= u'\r') || unit == u'\x1A' || unit == u' ';
 }
 
-/// What some reader might trim: all control characters, and every space of the basic plane.
-constexpr bool MayBeTrimmed(char16_t unit)
+std::u16string_view WithoutLeadingBlanks(std::u16string_view text)
 {
-    return unit <= u' ' || (unit >= 0x7F && unit <= 0xA0) || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200B) ||
-           unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000 || unit == 0xFEFF;
-}
-
-bool LosesItsEnds(std::u16string_view text)
-{
-    return !text.empty() && (MayBeTrimmed(text.front()) || MayBeTrimmed(text.back()));
-}
-
-std::u16string_view Trim(std::u16string_view text)
-{
-    while (!text.empty() && IsIniBlank(text.front())) {
+    while (!text.empty() && IsBlank(text.front())) {
         text.remove_prefix(1);
     }
-    while (!text.empty() && IsIniBlank(text.back())) {
+    return text;
+}
+
+std::u16string_view WithoutTrailingBlanks(std::u16string_view text)
+{
+    while (!text.empty() && IsBlank(text.back())) {
         text.remove_suffix(1);
     }
     return text;
+}
+
+std::u16string_view UpToNull(std::u16string_view text)
+{
+    return text.substr(0, text.find(u'\0'));
+}
+
+constexpr char16_t ToAsciiCapital(char16_t unit)
+{
+    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
+}
+
+bool EqualsIgnoringAsciiCase(std::u16string_view left, std::u16string_view right)
+{
+    return std::ranges::equal(left, right, {}, ToAsciiCapital, ToAsciiCapital);
+}
+
+/// A section's header, or one line in a section.
+struct Entry {
+    bool isSection = false;
+    std::u16string_view name;
+    std::optional<std::u16string_view> value;  ///< nothing without '='
+};
+
+/// The header in a line; nothing for any other line.
+std::optional<Entry> ReadSection(std::u16string_view line)
+{
+    const std::size_t bracket = line.rfind(u']');
+    if (!line.starts_with(u'[') || bracket == line.npos) {
+        return std::nullopt;
+    }
+    return Entry{true, UpToNull(WithoutIniBlanks(line.substr(1, bracket - 1))), std::nullopt};
+}
+
+/// Appends a line that is no header. Of lines with neither name nor meaning only the first in a row is kept.
+void AppendKey(std::u16string_view line, std::vector<Entry>& entries)
+{
+    const std::size_t equals = line.find(u'=');
+    const std::u16string_view name = WithoutTrailingBlanks(line.substr(0, equals));
+    Entry entry{false, UpToNull(name), std::nullopt};
+    if (equals != line.npos) {
+        entry.value = UpToNull(WithoutLeadingBlanks(line.substr(equals + 1)));
+    }
+    if (!name.empty() || entries.back().isSection || !entries.back().name.empty()) {
+        entries.push_back(entry);
+    }
+}
+
+std::vector<Entry> Parse(std::u16string_view text)
+{
+    std::vector<Entry> entries{{true, {}, std::nullopt}};
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of(kLineEnd), text.size());
+        const std::u16string_view line = WithoutIniBlanks(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.empty()) {
+            continue;
+        }
+        if (const std::optional<Entry> section = ReadSection(line)) {
+            entries.push_back(*section);
+        } else {
+            AppendKey(line, entries);
+        }
+    }
+    return entries;
+}
+
+std::u16string Format(const std::vector<Entry>& entries)
+{
+    std::u16string text;
+    for (const Entry& entry : entries) {
+        if (!entry.isSection) {
+            text.append(entry.name);
+            if (entry.value) {
+                text.append(u"=").append(*entry.value);
+            }
+            text.append(kLineEnd);
+        } else if (!entry.name.empty()) {
+            text.append(u"[").append(entry.name).append(u"]").append(kLineEnd);
+        }
+    }
+    return text;
+}
+
+using Entries = std::vector<Entry>;
+
+/// The first section of the name.
+Entries::iterator FindSection(Entries& entries, std::u16string_view name)
+{
+    const std::u16string_view wanted = WithoutIniBlanks(name);
+    return std::ranges::find_if(entries, [wanted](const Entry& entry) {
+        return entry.isSection && EqualsIgnoringAsciiCase(entry.name, wanted);
+    });
+}
+
+/// The first key of the name in a section, or where the section ends.
+Entries::iterator FindKey(Entries& entries, Entries::iterator section, std::u16string_view name)
+{
+    const std::u16string_view wanted = WithoutIniBlanks(name);
+    return std::find_if(std::next(section), entries.end(), [wanted](const Entry& entry) {
+        return entry.isSection || EqualsIgnoringAsciiCase(entry.name, wanted);
+    });
+}
+
+bool IsKey(const Entries& entries, Entries::const_iterator place)
+{
+    return place != entries.end() && !place->isSection;
 }
 
 bool IsQuoted(std::u16string_view text)
@@ -45,180 +142,53 @@ bool IsQuoted(std::u16string_view text)
     return text.size() >= 2 && (text.front() == u'"' || text.front() == u'\'') && text.front() == text.back();
 }
 
-/// A value as it stands in the file, so that reading gives back what was written.
-std::u16string QuoteWhereNeeded(std::u16string_view value)
-{
-    if (!IsQuoted(value) && !LosesItsEnds(value)) {
-        return std::u16string(value);
-    }
-    return std::u16string(u"\"").append(value).append(u"\"");
-}
-
-/// One line of the text: places of its first unit, of its line end and of the next line.
-struct Line {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    std::size_t next = 0;
-};
-
-Line LineAt(std::u16string_view text, std::size_t begin)
-{
-    const std::size_t end = std::min(text.find_first_of(kLineEnd, begin), text.size());
-    const std::size_t lineEndLength = text.substr(end).starts_with(kLineEnd) ? 2 : 1;
-    return {begin, end, std::min(end + lineEndLength, text.size())};
-}
-
-/// The name in a line `[name]`, whatever follows the bracket; nothing for any other line.
-std::optional<std::u16string_view> SectionNameOf(std::u16string_view line)
-{
-    line = Trim(line);
-    const std::size_t bracket = line.find(u']');
-    if (!line.starts_with(u'[') || bracket == line.npos) {
-        return std::nullopt;
-    }
-    return Trim(line.substr(1, bracket - 1));
-}
-
-/// Where a value stands, or where it could be put.
-struct Place {
-    bool sectionFound = false;
-    bool keyFound = false;
-    std::size_t begin = 0;  ///< of the value; without one, behind the last line of the section that is not blank
-    std::size_t end = 0;
-};
-
-/// Looks at one line inside the wanted section; true when it holds the key.
-bool LookForKey(std::u16string_view text, const Line& line, std::u16string_view key, Place& place)
-{
-    const std::u16string_view content = text.substr(line.begin, line.end - line.begin);
-    if (Trim(content).empty()) {
-        return false;
-    }
-    place.begin = place.end = line.next;
-    const std::size_t equals = content.find(u'=');
-    if (equals == content.npos || !EqualsIgnoringCase(Trim(content.substr(0, equals)), key)) {
-        return false;
-    }
-    // Blanks between '=' and the value are the writer's habit and stay.
-    std::size_t value = equals + 1;
-    while (value < content.size() && IsIniBlank(content[value])) {
-        ++value;
-    }
-    place = {true, true, line.begin + value, line.end};
-    return true;
-}
-
-Place Find(std::u16string_view text, std::u16string_view section, std::u16string_view key)
-{
-    Place place;
-    for (std::size_t at = 0; at < text.size();) {
-        const Line line = LineAt(text, at);
-        at = line.next;
-        if (const auto name = SectionNameOf(text.substr(line.begin, line.end - line.begin))) {
-            if (place.sectionFound) {
-                break;
-            }
-            if (EqualsIgnoringCase(*name, section)) {
-                place = {true, false, line.next, line.next};
-            }
-        } else if (place.sectionFound && LookForKey(text, line, key, place)) {
-            break;
-        }
-    }
-    return place;
-}
-
-bool EndsLine(std::u16string_view text)
-{
-    return text.empty() || text.back() == u'\n' || text.back() == u'\r';
-}
-
-/// One thing that an INI file cannot hold.
-struct Refusal {
-    bool (*applies)(std::u16string_view section, std::u16string_view key, std::u16string_view value);
-    std::u16string_view reason;
-};
-
-using Text = std::u16string_view;
-
-bool HasForbidden(Text text)
-{
-    constexpr Text kForbidden(u"\0\r\n", 3);
-    return text.find_first_of(kForbidden) != text.npos;
-}
-
-constexpr Refusal kRefusals[] = {
-    {[](Text section, Text, Text) { return section.empty(); }, u"the section is empty"},
-    {[](Text, Text key, Text) { return key.empty(); }, u"the key is empty"},
-    {[](Text section, Text key, Text value) {
-         return HasForbidden(section) || HasForbidden(key) || HasForbidden(value);
-     },
-     u"a line break or null character"},
-    {[](Text section, Text, Text) { return section.find(u']') != section.npos; }, u"a bracket in the section"},
-    {[](Text, Text key, Text) { return key.find(u'=') != key.npos; }, u"an equals sign in the key"},
-    {[](Text, Text key, Text) { return key.front() == u';' || key.front() == u'['; },
-     u"the key begins like another line"},
-    {[](Text section, Text key, Text) { return LosesItsEnds(section) || LosesItsEnds(key); },
-     u"a blank at an end of the section or key"},
-    {[](Text section, Text key, Text value) {
-         return FindInvalidUtf16(section) != kValid || FindInvalidUtf16(key) != kValid ||
-                FindInvalidUtf16(value) != kValid;
-     },
-     u"an unpaired surrogate"},
-};
-
 }  // namespace
 
-std::u16string_view WhyIniRefuses(std::u16string_view section, std::u16string_view key,
-                                  std::u16string_view value) noexcept
+std::u16string SetIniValue(std::u16string_view text, std::u16string_view section, std::u16string_view key,
+                           std::u16string_view value)
 {
-    for (const Refusal& refusal : kRefusals) {
-        if (refusal.applies(section, key, value)) {
-            return refusal.reason;
-        }
+    Entries entries = Parse(text);
+    auto found = FindSection(entries, section);
+    if (found == entries.end()) {
+        found = entries.insert(found, {true, WithoutLeadingBlanks(section), std::nullopt});
     }
-    return {};
-}
-
-std::optional<std::u16string> SetIniValue(std::u16string_view text, std::u16string_view section,
-                                          std::u16string_view key, std::u16string_view value)
-{
-    if (!WhyIniRefuses(section, key, value).empty()) {
-        return std::nullopt;
+    auto place = FindKey(entries, found, key);
+    const std::u16string_view written = WithoutLeadingBlanks(value);
+    if (!IsKey(entries, place)) {
+        place = entries.insert(place, {false, WithoutLeadingBlanks(key), std::nullopt});
+    } else if (place->value == written) {
+        return std::u16string(text);
     }
-    const Place place = Find(text, section, key);
-    const std::size_t begin = place.sectionFound ? place.begin : text.size();
-    const std::size_t end = place.sectionFound ? place.end : text.size();
-    const std::u16string written = QuoteWhereNeeded(value);
-
-    std::u16string result;
-    result.reserve(text.size() + section.size() + key.size() + written.size() + 16);
-    result.append(text.substr(0, begin));
-    if (place.keyFound) {
-        return result.append(written).append(text.substr(end));
-    }
-    if (!EndsLine(result)) {
-        result.append(kLineEnd);
-    }
-    if (!place.sectionFound) {
-        result.append(u"[").append(section).append(u"]").append(kLineEnd);
-    }
-    result.append(key).append(u"=").append(written).append(kLineEnd);
-    return result.append(text.substr(end));
+    place->value = written;
+    return Format(entries);
 }
 
 std::optional<std::u16string> ReadIniValue(std::u16string_view text, std::u16string_view section,
                                            std::u16string_view key)
 {
-    const Place place = Find(text, section, key);
-    if (!place.keyFound) {
+    Entries entries = Parse(text);
+    const auto found = FindSection(entries, section);
+    if (found == entries.end()) {
         return std::nullopt;
     }
-    std::u16string_view value = Trim(text.substr(place.begin, place.end - place.begin));
-    if (IsQuoted(value)) {
-        value = value.substr(1, value.size() - 2);
+    const auto place = FindKey(entries, found, key);
+    if (!IsKey(entries, place) || !place->value) {
+        return std::nullopt;
     }
-    return std::u16string(value);
+    const std::u16string_view value = *place->value;
+    return std::u16string(IsQuoted(value) ? value.substr(1, value.size() - 2) : value);
+}
+
+std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept
+{
+    return WithoutTrailingBlanks(WithoutLeadingBlanks(text));
+}
+
+std::u16string IniName(std::u16string_view name)
+{
+    std::u16string folded(WithoutIniBlanks(name));
+    std::ranges::transform(folded, folded.begin(), ToAsciiCapital);
+    return folded;
 }
 
 }  // namespace zupm

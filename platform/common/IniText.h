@@ -1,4 +1,8 @@
-/// The text of INI files: what may be written, one value written, one value read. No files, no encodings.
+/// The text of INI files as the system's own call edits it. No files, no encodings.
+///
+/// The rules are those that Wine's WritePrivateProfileStringW shows; a recording of it is part of the tests. It reads a
+/// file whole and writes it anew, so an edit also changes the form of other lines: blank lines go, blanks around names
+/// and values go, text after a section's bracket goes, lines end with CR LF.
 #pragma once
 
 #include <optional>
@@ -7,23 +11,25 @@
 
 namespace zupm {
 
-/// Why a setting cannot stand in an INI file, in words (ASCII); empty when it can.
+/// The text with `key=value` in its section; the text itself, to the byte, when the key has that value already.
 ///
-/// An empty section or key; CR, LF or NUL anywhere; ']' in a section; '=' in a key, a key that begins with ';' or '[';
-/// blanks or other control characters at either end of a section or key; an unpaired surrogate.
-[[nodiscard]] std::u16string_view WhyIniRefuses(std::u16string_view section, std::u16string_view key,
-                                                std::u16string_view value) noexcept;
+/// Lines end at CR or LF. Blanks are U+0009 to U+000D, U+001A and U+0020. A line that begins with `[` is a section up
+/// to its last `]`; any other is a key up to its first `=`, comments as well. What precedes the first section belongs
+/// to the section without a name. Section and key are the first of their names, without the blanks at their ends and
+/// the case of A to Z; new ones are written without the blanks before them, and so is the value. A new key ends its
+/// section, a new section the text. Null characters in the text cut off the name or value that they are in.
+[[nodiscard]] std::u16string SetIniValue(std::u16string_view text, std::u16string_view section, std::u16string_view key,
+                                         std::u16string_view value);
 
-/// The text with `key=value` in its section; nothing when WhyIniRefuses objects.
-///
-/// Lines end at CR LF, LF or CR; the lines written end with CR LF. Section and key are the first of their names, case
-/// aside. Of an existing key only the value changes; a new key follows the last line of its section that is not blank;
-/// a new section follows the last line of the text. Everything else stays as it is.
-[[nodiscard]] std::optional<std::u16string> SetIniValue(std::u16string_view text, std::u16string_view section,
-                                                        std::u16string_view key, std::u16string_view value);
-
-/// The value as a reader of INI files gets it: without blanks at its ends, then without one pair of enclosing quotes.
+/// The value as the system's call for reading finds it: without blanks at its ends, then without one pair of enclosing
+/// quotes.
 [[nodiscard]] std::optional<std::u16string> ReadIniValue(std::u16string_view text, std::u16string_view section,
                                                          std::u16string_view key);
+
+/// A name or value without the blanks at its ends.
+[[nodiscard]] std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept;
+
+/// The form that is the same for all names that SetIniValue takes for one: without those blanks, A to Z as capitals.
+[[nodiscard]] std::u16string IniName(std::u16string_view name);
 
 }  // namespace zupm

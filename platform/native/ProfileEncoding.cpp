@@ -46,53 +46,58 @@ std::string EncodeUtf8(std::u16string_view text)
     return bytes;
 }
 
-std::u16string DecodeLittleEndian(std::string_view bytes)
+/// Which half of a unit comes first.
+enum class ByteOrder { LowFirst, HighFirst };
+
+std::u16string DecodeUnits(std::string_view bytes, ByteOrder order)
 {
-    std::u16string text(bytes.size() / 2, u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto low = static_cast<std::uint8_t>(bytes[2 * i]);
-        const auto high = static_cast<std::uint8_t>(bytes[2 * i + 1]);
-        text[i] = static_cast<char16_t>(high << 8 | low);
+    std::u16string text((bytes.size() + 1) / 2, u'\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const bool isLow = (i % 2 == 0) == (order == ByteOrder::LowFirst);
+        const auto half = static_cast<std::uint8_t>(bytes[i]);
+        text[i / 2] = static_cast<char16_t>(text[i / 2] | (isLow ? half : half << 8));
     }
     return text;
 }
 
-std::string EncodeLittleEndian(std::u16string_view text)
+std::string EncodeUnits(std::u16string_view text, ByteOrder order)
 {
     std::string bytes;
     bytes.reserve(text.size() * 2);
     for (const char16_t unit : text) {
-        bytes.push_back(static_cast<char>(unit & 0xFF));
-        bytes.push_back(static_cast<char>(unit >> 8));
+        const char low = static_cast<char>(unit & 0xFF);
+        const char high = static_cast<char>(unit >> 8);
+        bytes.push_back(order == ByteOrder::LowFirst ? low : high);
+        bytes.push_back(order == ByteOrder::LowFirst ? high : low);
     }
     return bytes;
 }
 
 }  // namespace
 
-std::optional<ProfileText> DecodeProfile(std::string_view bytes)
+ProfileText DecodeProfile(std::string_view bytes)
 {
     if (bytes.starts_with(kBigEndianSignature)) {
-        return std::nullopt;
+        bytes.remove_prefix(kBigEndianSignature.size());
+        return {ProfileEncoding::Utf16BigEndianSigned, DecodeUnits(bytes, ByteOrder::HighFirst)};
     }
     if (bytes.starts_with(kLittleEndianSignature)) {
         bytes.remove_prefix(kLittleEndianSignature.size());
-        if (bytes.size() % 2 != 0) {
-            return std::nullopt;
-        }
-        return ProfileText{ProfileEncoding::Utf16LittleEndianSigned, DecodeLittleEndian(bytes)};
+        return {ProfileEncoding::Utf16LittleEndianSigned, DecodeUnits(bytes, ByteOrder::LowFirst)};
     }
     if (bytes.starts_with(kUtf8Signature)) {
-        return ProfileText{ProfileEncoding::Utf8Signed, DecodeUtf8(bytes.substr(kUtf8Signature.size()))};
+        return {ProfileEncoding::Utf8Signed, DecodeUtf8(bytes.substr(kUtf8Signature.size()))};
     }
-    return ProfileText{ProfileEncoding::Utf8, DecodeUtf8(bytes)};
+    return {ProfileEncoding::Utf8, DecodeUtf8(bytes)};
 }
 
 std::string EncodeProfile(const ProfileText& profile)
 {
     switch (profile.encoding) {
         case ProfileEncoding::Utf16LittleEndianSigned:
-            return std::string(kLittleEndianSignature).append(EncodeLittleEndian(profile.text));
+            return std::string(kLittleEndianSignature).append(EncodeUnits(profile.text, ByteOrder::LowFirst));
+        case ProfileEncoding::Utf16BigEndianSigned:
+            return std::string(kBigEndianSignature).append(EncodeUnits(profile.text, ByteOrder::HighFirst));
         case ProfileEncoding::Utf8Signed:
             return std::string(kUtf8Signature).append(EncodeUtf8(profile.text));
         case ProfileEncoding::Utf8:

@@ -1,13 +1,12 @@
 /// How an INI file's bytes hold its text.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace zupm::native {
 
-enum class ProfileEncoding { Utf8, Utf8Signed, Utf16LittleEndianSigned };
+enum class ProfileEncoding { Utf8, Utf8Signed, Utf16LittleEndianSigned, Utf16BigEndianSigned };
 
 /// A decoded INI file. In 8-bit text a byte that is no UTF-8 becomes a unit of U+DC80 to U+DCFF, which valid text
 /// cannot hold, so that it comes back as it was.
@@ -16,8 +15,8 @@ struct ProfileText {
     std::u16string text;
 };
 
-/// Nothing for UTF-16 with an odd number of bytes or of the other byte order.
-[[nodiscard]] std::optional<ProfileText> DecodeProfile(std::string_view bytes);
+/// Half a unit at the end of UTF-16 is taken for a whole one, its other half zero.
+[[nodiscard]] ProfileText DecodeProfile(std::string_view bytes);
 [[nodiscard]] std::string EncodeProfile(const ProfileText& profile);
 
 }  // namespace zupm::native

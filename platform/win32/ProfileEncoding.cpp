@@ -3,9 +3,10 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 #include "platform/Files.h"
+#include "platform/common/Utf.h"
 #include "platform/win32/Wide.h"
 
 namespace zupm::win32 {
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::string_view kSignature = "\xFF\xFE";
 constexpr std::string_view kBigEndianSignature = "\xFE\xFF";
-constexpr char16_t kLastByte = 0xFF;
+constexpr std::string_view kUtf8Signature = "\xEF\xBB\xBF";
 
 std::u16string FromCodePage(std::string_view bytes)
 {
@@ -53,66 +54,35 @@ std::optional<std::string> ToCodePage(std::u16string_view text)
     return bytes;
 }
 
-std::u16string OneUnitAByte(std::string_view bytes)
+/// The text of a file in 8 bits; nothing when that would lose a byte.
+std::optional<std::u16string> TextOf(std::string_view bytes)
 {
-    std::u16string text(bytes.size(), u'\0');
-    std::ranges::transform(bytes, text.begin(), [](char byte) { return static_cast<unsigned char>(byte); });
-    return text;
-}
-
-std::optional<std::string> OneByteAUnit(std::u16string_view text)
-{
-    if (std::ranges::any_of(text, [](char16_t unit) { return unit > kLastByte; })) {
-        return std::nullopt;
+    if (bytes.starts_with(kUtf8Signature)) {
+        return ToUtf16(bytes.substr(kUtf8Signature.size()));
     }
-    std::string bytes(text.size(), '\0');
-    std::ranges::transform(text, bytes.begin(), [](char16_t unit) { return static_cast<char>(unit); });
-    return bytes;
+    std::u16string text = FromCodePage(bytes);
+    return ToCodePage(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
 }
 
 }  // namespace
 
-std::optional<ProfileText> DecodeProfile(std::string_view bytes)
+bool IsUtf16(std::string_view bytes) noexcept
 {
-    const bool isUtf16 = bytes.starts_with(kSignature);
-    if (bytes.starts_with(kBigEndianSignature) || (isUtf16 && bytes.size() % sizeof(char16_t) != 0)) {
+    return bytes.starts_with(kSignature) || bytes.starts_with(kBigEndianSignature);
+}
+
+bool CodePageHolds(std::u16string_view text)
+{
+    return ToCodePage(text).has_value();
+}
+
+std::optional<std::string> AsUtf16(std::string_view bytes)
+{
+    const std::optional<std::u16string> text = TextOf(bytes);
+    if (!text) {
         return std::nullopt;
     }
-    if (isUtf16) {
-        bytes.remove_prefix(kSignature.size());
-        std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
-        std::memcpy(text.data(), bytes.data(), bytes.size());
-        return ProfileText{std::move(text), ProfileEncoding::Utf16};
-    }
-    std::u16string text = FromCodePage(bytes);
-    if (ToCodePage(text) == bytes) {
-        return ProfileText{std::move(text), ProfileEncoding::CodePage};
-    }
-    return ProfileText{OneUnitAByte(bytes), ProfileEncoding::RawBytes};
-}
-
-std::optional<std::string> EncodeProfile(std::u16string_view text, ProfileEncoding encoding)
-{
-    switch (encoding) {
-        case ProfileEncoding::CodePage:
-            return ToCodePage(text);
-        case ProfileEncoding::RawBytes:
-            return OneByteAUnit(text);
-        case ProfileEncoding::Utf16:
-            break;
-    }
-    std::string bytes(kSignature);
-    bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
-    return bytes;
-}
-
-std::optional<std::u16string> InEncoding(std::u16string_view text, ProfileEncoding encoding)
-{
-    if (encoding != ProfileEncoding::RawBytes) {
-        return std::u16string(text);
-    }
-    const auto bytes = ToCodePage(text);
-    return bytes ? std::optional(OneUnitAByte(*bytes)) : std::nullopt;
+    return std::string(kSignature).append(reinterpret_cast<const char*>(text->data()), text->size() * sizeof(char16_t));
 }
 
 }  // namespace zupm::win32

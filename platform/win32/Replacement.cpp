@@ -2,10 +2,7 @@
 
 #include <windows.h>
 
-#include <bcrypt.h>
-
 #include <algorithm>
-#include <array>
 #include <utility>
 #include <vector>
 
@@ -13,6 +10,7 @@
 #include "platform/win32/Handle.h"
 #include "platform/win32/Paths.h"
 #include "platform/win32/RenameOver.h"
+#include "platform/win32/UnguessableName.h"
 #include "platform/win32/Wide.h"
 
 namespace zupm::win32 {
@@ -110,23 +108,6 @@ result::Code Inspect(Target& target)
         return code;
     }
     ReadAccessList(target);
-    return result::Success;
-}
-
-result::Code UnguessableName(std::u16string& name)
-{
-    std::array<unsigned char, 16> random{};
-    if (BCryptGenRandom(nullptr, random.data(), static_cast<ULONG>(random.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG) <
-        0) {
-        return result::InputOutputError;
-    }
-    constexpr std::u16string_view kDigits = u"0123456789abcdef";
-    name = u"~";
-    for (const unsigned char byte : random) {
-        name += kDigits[byte >> 4U];
-        name += kDigits[byte & 15U];
-    }
-    name += u".tmp";
     return result::Success;
 }
 

@@ -8,7 +8,9 @@ namespace {
 
 std::u16string Trimmed(std::u16string_view text)
 {
-    const auto isBlank = [](char16_t unit) { return unit == u' ' || unit == u'\t'; };
+    const auto isBlank = [](char16_t unit) {
+        return std::u16string_view(u"\t\n\v\f\r\x1A ").find(unit) != std::u16string_view::npos;
+    };
     while (!text.empty() && isBlank(text.front())) {
         text.remove_prefix(1);
     }
@@ -25,6 +27,11 @@ std::u16string Unquoted(std::u16string text)
     return isQuoted ? text.substr(1, text.size() - 2) : text;
 }
 
+std::u16string UpToNull(const std::u16string& text)
+{
+    return text.substr(0, text.find(u'\0'));
+}
+
 }  // namespace
 
 IniReader::IniReader(std::u16string_view text)
@@ -39,13 +46,20 @@ IniReader::IniReader(std::u16string_view text)
 void IniReader::ReadLine(std::u16string_view line)
 {
     const std::u16string text = Trimmed(line);
-    if (text.starts_with(u'[')) {
-        m_current = Trimmed(std::u16string_view(text).substr(1, text.find(u']') - 1));
+    const std::size_t bracket = text.rfind(u']');
+    if (text.starts_with(u'[') && bracket != text.npos) {
+        m_current = UpToNull(Trimmed(std::u16string_view(text).substr(1, bracket - 1)));
         m_sections.try_emplace(m_current);
-    } else if (const std::size_t equals = text.find(u'='); !text.starts_with(u';') && equals != text.npos) {
+    } else if (const std::size_t equals = text.find(u'='); equals != text.npos) {
         const std::u16string_view view = text;
-        m_sections[m_current].try_emplace(Trimmed(view.substr(0, equals)), Unquoted(Trimmed(view.substr(equals + 1))));
+        m_sections[m_current].try_emplace(UpToNull(Trimmed(view.substr(0, equals))),
+                                          Unquoted(UpToNull(Trimmed(view.substr(equals + 1)))));
     }
+}
+
+std::u16string IniReader::AsRead(std::u16string_view value)
+{
+    return Unquoted(Trimmed(value));
 }
 
 std::optional<std::u16string> IniReader::Value(const std::u16string& section, const std::u16string& key) const

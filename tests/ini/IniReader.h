@@ -9,12 +9,15 @@
 
 namespace zupm::test {
 
-/// What a file says, as the usual readers take it: lines end at CR, LF or both; a line that begins with `[` is a
-/// section up to its first `]`; one that begins with `;` says nothing; others are a key and a value, without blanks at
-/// their ends, the value without one pair of quotes. Of a section or key that comes twice the first counts.
+/// What a file says, as the system's own call takes it: lines end at CR, LF or both; a line that begins with `[` is a
+/// section up to its last `]`; others are a key and a value, without blanks at their ends, the value without one pair
+/// of quotes; a null character ends a name or value. Of a section or key that comes twice the first counts.
 class IniReader {
 public:
     explicit IniReader(std::u16string_view text);
+
+    /// What is read of a value that was written as it is.
+    [[nodiscard]] static std::u16string AsRead(std::u16string_view value);
 
     [[nodiscard]] std::optional<std::u16string> Value(const std::u16string& section, const std::u16string& key) const;
     /// All "section/key" in order.

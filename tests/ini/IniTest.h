@@ -18,8 +18,9 @@ namespace zupm::test {
 
 class IniTest : public testing::Test {
 protected:
-    /// What the file holds before, in sections that the task has no part in.
-    static constexpr std::string_view kOld = "; mine\r\n[Before]\r\nkept=1\r\n\r\n[After]\r\nkept = 2\r\n";
+    /// What the file holds before, in sections that the task has no part in; in the form in which every writer leaves
+    /// it.
+    static constexpr std::string_view kOld = "; mine\r\n[Before]\r\nkept=1\r\n[After]\r\nkept=2\r\n";
 
     /// Writes a task with these settings of section, key and value into a file with the old content.
     HRESULT DumpOver(std::string_view old, const std::vector<std::vector<std::u16string>>& settings)
@@ -39,17 +40,6 @@ protected:
 
     [[nodiscard]] std::string Bytes() const { return m_folder.Read(u"task.ini"); }
     [[nodiscard]] IniReader Reader() const { return IniReader(DecodeIni(Bytes())); }
-
-    /// The names of a new task's dump over the old content, and these.
-    [[nodiscard]] static std::vector<std::u16string> NamesWith(std::vector<std::u16string> names)
-    {
-        for (const char16_t* const name :
-             {u"Before/kept", u"After/kept", u"Task/TaskName", u"Task/Platforms", u"Task/TaskPriority",
-              u"Task/SoftwareName", u"Task/TaskID", u"Task/CreatorSoftwareID", u"Task/TaskType", u"Task/TaskVersion"}) {
-            names.emplace_back(name);
-        }
-        return names;
-    }
 
     LogCapture m_log;
     TempFolder m_folder;

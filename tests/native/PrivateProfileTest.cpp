@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <barrier>
+#include <filesystem>
 #include <thread>
 
 #include "platform/common/CzuLogger.h"
@@ -75,7 +76,9 @@ TEST_F(PrivateProfile, Encodings_StayAndNoByteIsLost)
          Wide(std::u16string{u'x', 0xD800} + u"\r\n[S]\r\nk=\u00F6\r\n")},
         {"another 8-bit code page", "[S]\r\nx=\xE4\xFF\x80\xC3\r\nk=1\r\n",
          "[S]\r\nx=\xE4\xFF\x80\xC3\r\nk=\xC3\xB6\r\n"},
-        {"nulls", std::string("a\0b\r\n", 5), std::string("a\0b\r\n", 5) + "[S]\r\nk=\xC3\xB6\r\n"},
+        {"UTF-16, high bytes first", std::string("\xFE\xFF\0[\0S\0]", 8),
+         std::string("\xFE\xFF\0[\0S\0]\0\r\0\n\0k\0=\0\xF6\0\r\0\n", 22)},
+        {"half a unit at the end", Wide(u"[S]\r\n") + "x", Wide(u"[S]\r\nx\r\nk=\u00F6\r\n")},
     };
     for (const EncodingCase& row : cases) {
         m_folder.Write("file.ini", row.before);
@@ -85,25 +88,51 @@ TEST_F(PrivateProfile, Encodings_StayAndNoByteIsLost)
     EXPECT_TRUE(m_log.empty());
 }
 
-TEST_F(PrivateProfile, EncodingsThatCannotBeKept_AreRefusedWithALogLine)
+TEST_F(PrivateProfile, AnUnpairedSurrogate_TurnsTheFileIntoUtf16)
 {
-    for (const std::string& bytes : {std::string("\xFE\xFF\0[", 4), std::string("\xFF\xFE[", 3)}) {
-        m_folder.Write("file.ini", bytes);
-        EXPECT_FALSE(Write(u"S", u"k", u"v"));
-        EXPECT_EQ(m_folder.Read("file.ini"), bytes);
-        EXPECT_EQ(m_log.size(), 1u);
-        m_log.clear();
-    }
+    const std::u16string lone{u'v', 0xDC80};
+    m_folder.Write("file.ini", "[S]\r\nx=\xC3\xA4\r\n");
+    EXPECT_TRUE(Write(u"S", u"k", lone));
+    EXPECT_EQ(m_folder.Read("file.ini"), Wide(u"[S]\r\nx=\u00E4\r\nk=" + lone + u"\r\n"));
+    m_folder.Write("file.ini", "[S]\r\nx=\xFF\r\n");
+    EXPECT_FALSE(Write(u"S", u"k", lone));
+    EXPECT_EQ(m_folder.Read("file.ini"), "[S]\r\nx=\xFF\r\n");
+    EXPECT_TRUE(m_log.empty());
 }
 
-TEST_F(PrivateProfile, RefusedSetting_LeavesTheFileAndALogLine)
+TEST_F(PrivateProfile, ALineBreakOrNull_IsRefusedWithALogLineAndTheFileStays)
 {
     m_folder.Write("file.ini", "[S]\r\nk=1\r\n");
-    EXPECT_FALSE(Write(u"S", u"k", u"2\r\n[Injected]\r\nx=1"));
-    EXPECT_FALSE(Write(u"", u"k", u"2"));
-    EXPECT_FALSE(Write(u"S", u"k=x", u"2"));
+    const std::u16string null(1, u'\0');
+    for (const std::u16string& text : {u"2\r\n[Injected]\r\nx=1" + std::u16string(), std::u16string(u"a\r"),
+                                       std::u16string(u"\na"), null, u"a" + null}) {
+        EXPECT_FALSE(Write(text, u"k", u"2"));
+        EXPECT_FALSE(Write(u"S", text, u"2"));
+        EXPECT_FALSE(Write(u"S", u"k", text));
+        constexpr std::string_view kLine =
+            "WritePrivateProfileStringW() - setting refused: a line break or null character in its ";
+        const std::string line(kLine);
+        EXPECT_EQ(m_log, (std::vector<std::string>{line + "section", line + "key", line + "value"}));
+        m_log.clear();
+    }
     EXPECT_EQ(m_folder.Read("file.ini"), "[S]\r\nk=1\r\n");
-    EXPECT_EQ(m_log.size(), 3u);
+}
+
+TEST_F(PrivateProfile, AValueThatIsThereAlready_LeavesTheFileUntouched)
+{
+    m_folder.Write("file.ini", "\n[S]\n k = 1\n");
+    ASSERT_EQ(::chmod(m_folder.Path("file.ini").c_str(), 0444), 0);
+    EXPECT_TRUE(Write(u"s", u"K", u"1"));
+    EXPECT_EQ(m_folder.Read("file.ini"), "\n[S]\n k = 1\n");
+}
+
+TEST_F(PrivateProfile, AFileNameAlone_IsAFileOfTheCurrentFolder)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.Path(""));
+    EXPECT_TRUE(WritePrivateProfileStringW(u"S", u"k", u"v", u"bare.ini"));
+    std::filesystem::current_path(before);
+    EXPECT_EQ(m_folder.Read("bare.ini"), "[S]\r\nk=v\r\n");
 }
 
 TEST_F(PrivateProfile, RefusedSetting_CreatesNoFile)
@@ -112,12 +141,13 @@ TEST_F(PrivateProfile, RefusedSetting_CreatesNoFile)
     EXPECT_EQ(m_folder.Names(), std::vector<std::string>{});
 }
 
-TEST_F(PrivateProfile, PathsThatCannotBeWritten_GiveFalse)
+TEST_F(PrivateProfile, PathsThatCannotBeWritten_GiveFalseWithoutALogLine)
 {
     for (const std::u16string& path :
          {std::u16string(), m_folder.Wide(""), m_folder.Wide("none/file.ini"), std::u16string(u"/dev/null")}) {
         EXPECT_FALSE(WritePrivateProfileStringW(u"S", u"k", u"v", path));
     }
+    EXPECT_TRUE(m_log.empty());
     EXPECT_EQ(m_folder.Names(), std::vector<std::string>{});
 }
 

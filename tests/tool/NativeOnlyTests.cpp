@@ -63,6 +63,51 @@ TEST_F(NativeTool, AFullStandardOutputIsAFailure)
     EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
 }
 
+TEST_F(NativeTool, AnExportToAFullStandardOutputIsAFailure)
+{
+    const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
+                                {"export-ini", "policy.xml", "PRODUCTB2000", "-", "--task", "{task-1}"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+}
+
+TEST_F(NativeTool, AnExportToADevicePipeOrOpenFileIsRefused)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    ASSERT_EQ(symlink("/dev/stdout", Path("link").c_str()), 0);
+    for (const std::string name :
+         {"/dev/stdout", "/dev/stderr", "/dev/fd/1", "/proc/self/fd/1", "/dev/null", "pipe", "link"}) {
+        for (const std::string& target : {Path("out.txt"), std::string("/dev/null")}) {
+            const ToolRun run = RunTool({Folder().Folder(), target},
+                                        {"export-ini", "policy.xml", "PRODUCTB2000", name, "--task", "{task-1}"});
+            EXPECT_EQ(run.exitCode, 3) << name << " " << target;
+            EXPECT_EQ(run.messages, "zupolicy: " + name + ": not a regular file; `-` writes to the standard output\n");
+        }
+    }
+    EXPECT_EQ(Bytes(u"out.txt"), "");
+}
+
+TEST_F(NativeTool, AnExportFollowsALinkToAnOrdinaryFile)
+{
+    (void)Folder().Write(u"real.ini", "[A]\r\nx=1\r\n");
+    ASSERT_EQ(symlink("real.ini", Path("link.ini").c_str()), 0);
+    EXPECT_EQ(Out({"export-ini", "policy.xml", "PRODUCTB2000", "link.ini", "--task", "{task-1}"}), "");
+    EXPECT_THAT(Bytes(u"real.ini"), testing::StartsWith("[A]\r\nx=1\r\n[Task]\r\n"));
+}
+
+TEST_F(NativeTool, AnExportToStandardOutputLeavesNothingAmongTheTemporaryFiles)
+{
+    std::filesystem::create_directory(Path("tmp"));
+    ASSERT_EQ(setenv("TMPDIR", Path("tmp").c_str(), 1), 0);
+    const ToolRun run = Tool({"export-ini", "policy.xml", "PRODUCTB2000", "-", "--task", "{task-1}"});
+    EXPECT_TRUE(std::filesystem::is_empty(Path("tmp")));
+    std::filesystem::remove(Path("tmp"));
+    const ToolRun failed = Tool({"export-ini", "policy.xml", "PRODUCTB2000", "-", "--task", "{task-1}"});
+    ASSERT_EQ(unsetenv("TMPDIR"), 0);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(failed, Fails(3, HasSubstr("a temporary file cannot be used: ")));
+}
+
 TEST_F(NativeTool, RefusesArgumentsThatAreNotUtf8)
 {
     const char* const values[] = {"\xFF", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"};

@@ -196,7 +196,7 @@ void Grammar::AddExportIni(CLI::App& app)
     AddFile(sub, m_exportIni.file);
     AddTarget(sub, m_exportIni.target);
     sub.get_option("--task")->required();
-    sub.add_option("INI-FILE", m_exportIni.iniFile, "The INI file, created when missing")->required();
+    sub.add_option("INI-FILE", m_exportIni.iniFile, "The INI file, created when missing; - for standard output")->required();
     AddLock(sub, m_exportIni.lock);
     OnUse(sub, m_exportIni);
 }

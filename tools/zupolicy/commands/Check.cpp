@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <ostream>
+#include <utility>
 
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
+#include "model/IniCollisions.h"
 #include "output/CheckText.h"
 #include "output/Json.h"
 #include "text/FilePosition.h"
@@ -29,6 +32,17 @@ Counts CountAll(const FileContents& contents)
     return counts;
 }
 
+/// In the order of the file.
+std::vector<Duplicate> WarningsOf(const FileContents& contents)
+{
+    std::vector<Duplicate> warnings = contents.duplicates;
+    const std::vector<Duplicate> collisions = IniCollisions(contents.tasks);
+    warnings.insert(warnings.end(), collisions.begin(), collisions.end());
+    std::ranges::stable_sort(warnings, {},
+                             [](const Duplicate& warning) { return std::pair(warning.line, warning.column); });
+    return warnings;
+}
+
 CheckReport ReportOf(const std::string& path)
 {
     CheckReport report;
@@ -36,7 +50,7 @@ CheckReport ReportOf(const std::string& path)
     try {
         const FileContents contents = PolicyFile(path, Access::ReadOnly).Contents();
         report.ok = true;
-        report.duplicates = contents.duplicates;
+        report.duplicates = WarningsOf(contents);
         report.counts = CountAll(contents);
     } catch (const CallError& error) {
         const FilePosition position = SplitPosition(path, error.Description());

@@ -7,9 +7,12 @@
 
 namespace zupm::tool {
 
+/// Line and column count from 1; they are of the start tag.
 struct Setting {
     std::string name;
     std::string value;
+    std::uint64_t line = 0;
+    std::uint64_t column = 0;
 };
 
 struct Section {

@@ -17,9 +17,14 @@ std::string ReportAsText(const CheckReport& report)
             report.line ? Place(report.file, *report.line, report.column.value_or(1)) : report.file + ": ";
         return place + report.message + "\n";
     }
+    return WarningsAsText(report.file, report.duplicates);
+}
+
+std::string WarningsAsText(const std::string& file, const std::vector<Duplicate>& warnings)
+{
     std::string text;
-    for (const Duplicate& duplicate : report.duplicates) {
-        text += Place(report.file, duplicate.line, duplicate.column) + "warning: " + duplicate.message + "\n";
+    for (const Duplicate& warning : warnings) {
+        text += Place(file, warning.line, warning.column) + "warning: " + warning.message + "\n";
     }
     return text;
 }

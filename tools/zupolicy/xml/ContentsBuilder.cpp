@@ -130,7 +130,7 @@ ContentsBuilder::Place ContentsBuilder::OpenSetting(const Attributes& attributes
                              " occurs again; only the first is used");
         return Place::Other;
     }
-    section.settings.push_back({name, {}});
+    section.settings.push_back({name, {}, position.line, position.column});
     return Place::Setting;
 }
 

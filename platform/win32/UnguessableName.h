@@ -1,0 +1,13 @@
+/// Names for temporary files.
+#pragma once
+
+#include <string>
+
+#include "zuPolicyManager/Results.h"
+
+namespace zupm::win32 {
+
+/// A file name that nobody can guess, from the system's random numbers.
+[[nodiscard]] result::Code UnguessableName(std::u16string& name);
+
+}  // namespace zupm::win32
