@@ -13,6 +13,10 @@ namespace zupm {
 /// and the parser's index is signed.
 inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
 
+/// Whether the new file survives a loss of power once the call returned, or the old one may come back. It is one of the
+/// two in any case, for a reader and after a loss of power, and never a part of one.
+enum class Durability { Flushed, LeftToTheSystem };
+
 /// Reads a regular file whole into `bytes` (left empty on failure).
 /// FileNotFound, PathNotFound, AccessDenied (also for a folder), NotSupported (a device, pipe or socket: never opened
 /// in a way that could wait), FileTooLarge, InvalidName (an empty path, an embedded null, an unpaired surrogate),

@@ -1,10 +1,12 @@
 /// A file that is edited in place: opened once, locked, read, compared and replaced through what was opened.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "platform/Files.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
@@ -54,11 +56,18 @@ public:
     /// the new bytes are on the disk: FileChanged otherwise. Without, whatever has the name by then is replaced.
     /// The codes of ReplaceFileAtomically, with the file as it was; WrittenNotFlushed when the new file is in place and
     /// the folder could not be flushed.
-    [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected) noexcept;
+    [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected,
+                                       Durability durability = Durability::Flushed) noexcept;
 
 private:
     struct Handles;
     std::unique_ptr<Handles> m_handles;
 };
+
+/// Opens the file and takes its lock, again and again for up to `patience` while somebody else has it, keeps writers
+/// out or has just replaced the file. The codes of HeldFile::Open and TryLock; FileLocked when the lock was never free.
+/// What is open after a failure has no lock: after NotSupported the file, when only its file system has no locks.
+[[nodiscard]] result::Code OpenLocked(std::u16string_view path, std::chrono::milliseconds patience,
+                                      HeldFile& file) noexcept;
 
 }  // namespace zupm

@@ -1,28 +1,11 @@
 #include "policyfile/EditedFile.h"
 
-#include <thread>
-
 namespace zupm {
-
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-constexpr std::chrono::milliseconds kPause(10);
-
-/// Whether another moment may bring another answer: somebody edits the file, keeps writers out, or has just replaced
-/// it.
-bool MayPass(result::Code code)
-{
-    return code == result::FileLocked || code == result::FileChanged || code == result::SharingViolation;
-}
-
-}  // namespace
 
 result::Code EditedFile::Open(std::u16string_view path, std::chrono::milliseconds patience)
 {
     Close();
-    result::Code code = OpenLocked(path, patience);
+    result::Code code = OpenLocked(path, patience, m_file);
     if (code == result::Success) {
         code = m_file.Read(m_bytes);
     }
@@ -30,26 +13,6 @@ result::Code EditedFile::Open(std::u16string_view path, std::chrono::millisecond
         Close();
     }
     return code;
-}
-
-result::Code EditedFile::OpenLocked(std::u16string_view path, std::chrono::milliseconds patience)
-{
-    const Clock::time_point end = Clock::now() + patience;
-    for (;;) {
-        // Opened anew each time: whoever had the lock has most likely put a new file in the old one's place.
-        result::Code code = m_file.Open(path);
-        if (code == result::Success) {
-            code = m_file.TryLock();
-        }
-        if (!MayPass(code)) {
-            return code;
-        }
-        if (Clock::now() >= end) {
-            return code == result::FileChanged ? result::FileLocked : code;
-        }
-        m_file.Close();
-        std::this_thread::sleep_for(kPause);
-    }
 }
 
 void EditedFile::Close() noexcept

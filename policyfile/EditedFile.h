@@ -36,8 +36,6 @@ public:
     [[nodiscard]] result::Code Commit(std::string_view bytes, bool force) noexcept;
 
 private:
-    [[nodiscard]] result::Code OpenLocked(std::u16string_view path, std::chrono::milliseconds patience);
-
     HeldFile m_file;
     std::string m_bytes;
 };

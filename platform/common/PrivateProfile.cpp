@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <mutex>
 
-#include "platform/Files.h"
+#include "platform/HeldFile.h"
 #include "platform/ProfileFile.h"
 #include "platform/common/CzuLogger.h"
 
@@ -12,6 +12,9 @@ namespace zupm {
 namespace {
 
 constexpr std::uint32_t kSubsystem = 0x800;
+/// How long one setting waits for another writer of its file, and how often it starts over for one that takes no lock.
+constexpr std::chrono::milliseconds kPatience(5000);
+constexpr int kMostTries = 10;
 
 // Two threads that write into one file must not lose one another's setting between reading and replacing it.
 std::mutex g_profileLock;
@@ -34,20 +37,41 @@ std::u16string_view RefusedPart(const ProfileSetting& setting)
     return BreaksALine(setting.value) ? u"value" : u"";
 }
 
-/// Reads the file, puts the setting in and replaces the file: the one place that does.
-result::Code Write(const ProfileSetting& setting, std::u16string_view path)
+/// Puts the setting into the file that is held, and replaces it; FileChanged when somebody who takes no lock changed
+/// it.
+result::Code WriteHeld(const ProfileSetting& setting, HeldFile& file)
 {
-    const std::lock_guard lock(g_profileLock);
     std::string bytes;
-    const result::Code read = ReadWholeFile(path, bytes);
-    if (read < 0 && read != result::FileNotFound) {
-        return read;
+    if (const result::Code code = file.Read(bytes); code < 0) {
+        return code;
     }
     const std::optional<std::string> changed = WithSetting(bytes, setting);
     if (!changed) {
         return result::NotSupported;
     }
-    return read == result::Success && *changed == bytes ? result::Success : ReplaceProfile(path, *changed);
+    // A setting is written at a time, and each waits for the disk once: for the bytes, but not for the folder as well.
+    return *changed == bytes ? result::Success : file.Replace(*changed, &bytes, Durability::LeftToTheSystem);
+}
+
+/// Reads the file, puts the setting in and replaces the file, holding its lock: another process that exports into the
+/// same file at the same time must lose nothing.
+result::Code Write(const ProfileSetting& setting, std::u16string_view path)
+{
+    const std::lock_guard lock(g_profileLock);
+    result::Code code = result::FileChanged;
+    for (int tries = 0; tries < kMostTries && code == result::FileChanged; ++tries) {
+        HeldFile file;
+        code = OpenLocked(path, kPatience, file);
+        if (code == result::FileNotFound) {
+            const std::optional<std::string> first = WithSetting({}, setting);
+            return first ? ReplaceProfile(path, *first) : result::NotSupported;
+        }
+        // A file system without locks still takes the setting.
+        if (code == result::Success || (code == result::NotSupported && file.IsOpen())) {
+            code = WriteHeld(setting, file);
+        }
+    }
+    return code;
 }
 
 }  // namespace

@@ -153,10 +153,10 @@ result::Code HeldFile::RehearseReplace() noexcept
     });
 }
 
-result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected) noexcept
+result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected, Durability durability) noexcept
 {
     return Guarded([&]() -> result::Code {
-        Replacement replacement(m_handles->place, bytes, Durability::Flushed);
+        Replacement replacement(m_handles->place, bytes, durability);
         const result::Code code =
             replacement.Run([&] { return expected == nullptr ? result::Success : CheckUnchanged(*expected); });
         return code != result::Success && replacement.IsInPlace() ? result::WrittenNotFlushed : code;

@@ -7,13 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Files.h"
 #include "platform/native/FilePlace.h"
 
 namespace zupm::native {
-
-/// Whether the new file survives a loss of power once the call returned, or the old one may come back. It is one of the
-/// two in any case, for a reader and after a loss of power, and never a part of one.
-enum class Durability { Flushed, LeftToTheSystem };
 
 /// A replacement under way: a temporary file beside the target, which becomes the target.
 ///

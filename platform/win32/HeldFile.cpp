@@ -75,7 +75,8 @@ result::Code HeldFile::RehearseReplace() noexcept
     return Guarded([&] { return m_handles->file.RehearseReplace(); });
 }
 
-result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected) noexcept
+// The move is written through and the folder flushed whichever durability is asked for.
+result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected, Durability) noexcept
 {
     return Guarded([&] { return m_handles->file.Replace(bytes, expected); });
 }

@@ -115,10 +115,41 @@ TEST_F(Lock, WhatDoesNotReplaceTheFile_WaitsForNobody)
     EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "General", "LogLevel"}), "3\n");
     EXPECT_EQ(Tool({"check", "policy.xml"}).exitCode, 0);
     EXPECT_EQ(SetLogLevel({"--output", "new.xml", "--lock-timeout", "0"}).exitCode, 0);
-    EXPECT_EQ(
-        Tool({"export-ini", "policy.xml", "PRODUCTA1000", "task.ini", "--task", "{task-1}", "--lock-timeout", "0"})
-            .exitCode,
-        0);
+    EXPECT_EQ(Tool({"export-ini", "policy.xml", "PRODUCTA1000", "task.ini", "--task", "{task-1}"}).exitCode, 0);
+}
+
+TEST_F(Lock, ExportsOfSeveralProcessesIntoOneIniFile_LoseNothing)
+{
+    constexpr int kSettings = 30;
+    std::string tasks;
+    for (int process = 0; process < kProcesses; ++process) {
+        const std::string id = std::to_string(process);
+        tasks += "<TaskGroup SoftwareID=\"P\" TaskID=\"" + id + "\"><Task><Section name=\"S" + id + "\">";
+        for (int setting = 0; setting < kSettings; ++setting) {
+            const std::string number = std::to_string(setting);
+            tasks += "<Setting name=\"N" + number + "\">" + id + "/" + number + "</Setting>";
+        }
+        tasks += "</Section></Task></TaskGroup>";
+    }
+    (void)Folder().Write(u"tasks.xml", SmallFile("", tasks));
+    (void)Folder().Write(u"all.ini", "; begins here\r\n");
+    std::vector<std::future<ToolRun>> runs;
+    for (int process = 0; process < kProcesses; ++process) {
+        runs.push_back(std::async(std::launch::async, [&, process] {
+            return Tool({"export-ini", "tasks.xml", "P", "all.ini", "--task", std::to_string(process)});
+        }));
+    }
+    for (std::future<ToolRun>& run : runs) {
+        EXPECT_EQ(run.get().exitCode, 0);
+    }
+    const std::string ini = Bytes(u"all.ini");
+    for (int process = 0; process < kProcesses; ++process) {
+        for (int setting = 0; setting < kSettings; ++setting) {
+            const std::string number = std::to_string(setting);
+            EXPECT_THAT(ini, HasSubstr("N" + number + "=" + std::to_string(process) + "/" + number + "\r\n"));
+        }
+    }
+    EXPECT_EQ(Folder().Names(), (std::vector<std::string>{"all.ini", "policy.xml", "tasks.xml"}));
 }
 
 /// Lets something else change the file while the tool has it open: it is a large one, which takes a while to load.

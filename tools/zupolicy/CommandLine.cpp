@@ -197,7 +197,6 @@ void Grammar::AddExportIni(CLI::App& app)
     AddTarget(sub, m_exportIni.target);
     sub.get_option("--task")->required();
     sub.add_option("INI-FILE", m_exportIni.iniFile, "The INI file, created when missing; - for standard output")->required();
-    AddLock(sub, m_exportIni.lock);
     OnUse(sub, m_exportIni);
 }
 

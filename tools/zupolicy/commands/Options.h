@@ -65,7 +65,6 @@ struct ExportIniOptions {
     std::string file;
     Target target;
     std::string iniFile;
-    LockOptions lock;
 };
 
 struct CheckOptions {
