@@ -17,8 +17,11 @@ else()
         -Wl,--push-state,--no-as-needed zuPolicyManager64 -Wl,--pop-state zucomrt)
     set(moduleFolder ${CMAKE_INSTALL_LIBDIR})
     install(TARGETS zucomrt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-    set_target_properties(zucomrt PROPERTIES INSTALL_RPATH "$ORIGIN")
-    set_target_properties(zupolicy PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+    # The same run paths in the build tree and installed: for one that is to be replaced CMake reserves room with ':' at its
+    # end, and the loader takes an empty entry for the current folder, where anybody may have planted a library.
+    set_target_properties(zuPolicyManager64 zucomrt PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+    set_target_properties(zupolicy PROPERTIES
+        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
 endif()
 
 install(TARGETS zuPolicyManager64

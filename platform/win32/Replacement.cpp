@@ -21,6 +21,8 @@ constexpr std::uint32_t kLongestWait = 1000;
 constexpr DWORD kKeptAttributes =
     FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
 constexpr std::size_t kPiece = std::size_t{16} << 20;
+/// Units in a file's name.
+constexpr std::size_t kLongestName = 255;
 
 result::Code WriteAll(HANDLE file, std::string_view bytes) noexcept
 {
@@ -61,14 +63,23 @@ result::Code FollowLinks(Target& target)
     return target.attributes == INVALID_FILE_ATTRIBUTES ? CodeFromLastError() : result::Success;
 }
 
-void ReadAccessList(Target& target)
+/// A list that is there and cannot be read is a refusal: without it more people might read the new file than the old.
+result::Code ReadAccessList(Target& target)
 {
-    DWORD needed = 0;
-    GetFileSecurityW(Wide(target.path), DACL_SECURITY_INFORMATION, nullptr, 0, &needed);
-    target.security.resize(needed);
-    if (needed == 0 ||
-        GetFileSecurityW(Wide(target.path), DACL_SECURITY_INFORMATION, target.security.data(), needed, &needed) == 0) {
+    for (;;) {
+        DWORD needed = 0;
+        const auto size = static_cast<DWORD>(target.security.size());
+        if (GetFileSecurityW(Wide(target.path), DACL_SECURITY_INFORMATION, target.security.data(), size, &needed) !=
+            0) {
+            return result::Success;
+        }
+        const DWORD error = GetLastError();
+        if (error == ERROR_INSUFFICIENT_BUFFER && needed > size) {
+            target.security.resize(needed);
+            continue;
+        }
         target.security.clear();
+        return error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_FUNCTION ? result::Success : CodeFromError(error);
     }
 }
 
@@ -107,8 +118,7 @@ result::Code Inspect(Target& target)
     if (const result::Code code = CheckWritable(target); code < 0) {
         return code;
     }
-    ReadAccessList(target);
-    return result::Success;
+    return ReadAccessList(target);
 }
 
 /// The new text in a file of its own beside the target.
@@ -180,23 +190,45 @@ DWORD MoveOver(const Target& target, const Temporary& temporary) noexcept
     return isMoved ? ERROR_SUCCESS : GetLastError();
 }
 
+/// The name of the old file while ReplaceFileW works: its own with an ending. A process that is killed then can leave
+/// the old file under that name alone, so it says which file it was and is not that of a temporary, which may be
+/// deleted.
+result::Code BackupPath(const std::u16string& target, std::u16string& path)
+{
+    constexpr std::u16string_view kEnding = u".old-";
+    constexpr std::size_t kDigits = 32;
+    path = FolderOf(target);
+    path += target.substr(path.size(), kLongestName - kEnding.size() - kDigits);
+    path += kEnding;
+    return AppendUnguessable(path);
+}
+
+/// Gives the old file its name back after a replacement that failed half-way, waiting for who may hold it just now.
+/// What does not succeed leaves it under the backup name.
+void RestoreBackup(const std::u16string& backup, const std::u16string& target) noexcept
+{
+    Patience patience;
+    while (MoveFileExW(Wide(backup), Wide(target), MOVEFILE_WRITE_THROUGH) == 0 && MayPass(GetLastError()) &&
+           patience.Wait()) {
+    }
+}
+
 /// For a target that somebody keeps open: works beside readers that share deletion, but may leave the name missing for
 /// a moment. The old file gets a backup name of ours: without one a replacement that fails half-way would lose it, or
 /// leave it under a name that nobody knows.
 DWORD ReplaceHeldFile(const Target& target, const Temporary& temporary)
 {
-    std::u16string name;
-    if (UnguessableName(name) < 0) {
+    std::u16string backup;
+    if (BackupPath(target.path, backup) < 0) {
         return ERROR_SHARING_VIOLATION;
     }
-    const std::u16string backup = FolderOf(target.path) + name;
     const bool isReplaced =
         ReplaceFileW(Wide(target.path), Wide(temporary.Path()), Wide(backup), 0, nullptr, nullptr) != 0;
     const DWORD error = isReplaced ? ERROR_SUCCESS : GetLastError();
     if (isReplaced || GetFileAttributesW(Wide(target.path)) != INVALID_FILE_ATTRIBUTES) {
         DeleteFileW(Wide(backup));
     } else {
-        MoveFileExW(Wide(backup), Wide(target.path), MOVEFILE_WRITE_THROUGH);
+        RestoreBackup(backup, target.path);
     }
     return error;
 }

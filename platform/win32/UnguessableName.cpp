@@ -9,7 +9,7 @@
 
 namespace zupm::win32 {
 
-result::Code UnguessableName(std::u16string& name)
+result::Code AppendUnguessable(std::u16string& name)
 {
     std::array<unsigned char, 16> random{};
     if (BCryptGenRandom(nullptr, random.data(), static_cast<ULONG>(random.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG) <
@@ -17,13 +17,19 @@ result::Code UnguessableName(std::u16string& name)
         return result::InputOutputError;
     }
     constexpr std::u16string_view kDigits = u"0123456789abcdef";
-    name = u"~";
     for (const unsigned char byte : random) {
         name += kDigits[byte >> 4U];
         name += kDigits[byte & 15U];
     }
-    name += u".tmp";
     return result::Success;
+}
+
+result::Code UnguessableName(std::u16string& name)
+{
+    name = u"~";
+    const result::Code code = AppendUnguessable(name);
+    name += u".tmp";
+    return code;
 }
 
 }  // namespace zupm::win32
