@@ -1,5 +1,6 @@
 #include "tests/limits/native/AttackCosts.h"
 
+#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -37,12 +38,15 @@ public:
         return std::istringstream(child.out);
     }
 
-    /// The instructions of the process in the counter's next line, and its code.
+    /// The instructions of the process in the counter's next line, and its code; 0 for one that did not come to its
+    /// end.
     [[nodiscard]] std::uint64_t Next(std::istringstream& lines, HRESULT& code) const
     {
         constexpr std::string_view kTotal = "\nsummary: ";
         std::string process;
-        lines >> process >> code;
+        if (lines >> process >> code && process == "0") {
+            return 0;
+        }
         const std::string counted = m_folder.Read(u"count." + std::u16string(process.begin(), process.end()));
         const std::size_t place = counted.rfind(kTotal);
         if (!lines || place == std::string::npos) {
@@ -71,8 +75,8 @@ std::map<std::string_view, AttackCost> CountAttacks(const std::vector<Attack>& a
     std::map<std::string_view, AttackCost> costs;
     for (const Attack& attack : attacks) {
         AttackCost& cost = costs[attack.label];
-        cost.half = counting.Next(lines, code) - common;
-        cost.full = counting.Next(lines, cost.code) - common;
+        cost.half = std::max(counting.Next(lines, code), common) - common;
+        cost.full = std::max(counting.Next(lines, cost.code), common) - common;
     }
     return costs;
 }

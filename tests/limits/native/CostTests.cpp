@@ -1,6 +1,8 @@
 // What attacks cost, counted in instructions: no clock, so no other work of the machine, has a part in it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/limits/native/AttackCosts.h"
 
 namespace zupm::test {
@@ -22,7 +24,7 @@ TEST(Costs, GrowNoFasterThanTheFile_AndAreBoundedForEachByte)
         SCOPED_TRACE(attack.label);
         const AttackCost& cost = costs.at(attack.label);
         EXPECT_EQ(cost.code, attack.code);
-        EXPECT_GT(cost.half, 0U);
+        EXPECT_GT(std::min(cost.half, cost.full), 0U) << "it did not come to its end";
         EXPECT_LE(cost.Growth(), kMostGrowth);
         EXPECT_LE(cost.PerByte(attack), kMostPerByte * attack.calls);
     }
