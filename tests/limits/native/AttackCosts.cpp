@@ -1,6 +1,5 @@
 #include "tests/limits/native/AttackCosts.h"
 
-#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -74,9 +73,13 @@ std::map<std::string_view, AttackCost> CountAttacks(const std::vector<Attack>& a
     const std::uint64_t common = counting.Next(lines, code);
     std::map<std::string_view, AttackCost> costs;
     for (const Attack& attack : attacks) {
-        AttackCost& cost = costs[attack.label];
-        cost.half = std::max(counting.Next(lines, code), common) - common;
-        cost.full = std::max(counting.Next(lines, cost.code), common) - common;
+        const std::uint64_t half = counting.Next(lines, code);
+        const std::uint64_t full = counting.Next(lines, code);
+        if (half >= common && full >= common) {
+            costs[attack.label] = {code, half - common, full - common};
+        } else {
+            costs[attack.label] = {};
+        }
     }
     return costs;
 }

@@ -1,8 +1,6 @@
 // What attacks cost, counted in instructions: no clock, so no other work of the machine, has a part in it.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "tests/limits/native/AttackCosts.h"
 
 namespace zupm::test {
@@ -23,8 +21,11 @@ TEST(Costs, GrowNoFasterThanTheFile_AndAreBoundedForEachByte)
     for (const Attack& attack : attacks) {
         SCOPED_TRACE(attack.label);
         const AttackCost& cost = costs.at(attack.label);
+        if (cost.half == 0) {
+            ADD_FAILURE() << "it did not come to its end";
+            continue;
+        }
         EXPECT_EQ(cost.code, attack.code);
-        EXPECT_GT(std::min(cost.half, cost.full), 0U) << "it did not come to its end";
         EXPECT_LE(cost.Growth(), kMostGrowth);
         EXPECT_LE(cost.PerByte(attack), kMostPerByte * attack.calls);
     }
