@@ -183,7 +183,7 @@ constexpr Attack kAttacks[] = {
     {"elements", Elements, LoadAndWrite, result::Success, 2},
     {"elements of different names", ElementsOfDifferentNames, LoadOnly, result::Success},
     {"attributes of different names", AttributesOfDifferentNames, LoadOnly, result::Success},
-    {"many attributes", AttributesOfElements, LoadAndWrite, result::Success, 2},
+    {"many attributes", AttributesOfElements, LoadAndWrite, result::Success, 2, 1, kCountedLarge},
     {"too many attributes", TooManyAttributes, LoadOnly, result::SyntaxError, 1, 1, kCountedLarge},
     {"one attribute twice among many", OneAttributeTwice, LoadOnly, result::SyntaxError, 1, 1, kCountedLarge},
     {"references", References, LoadOnly, result::Success},

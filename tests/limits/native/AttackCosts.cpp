@@ -37,12 +37,15 @@ public:
         return std::istringstream(child.out);
     }
 
-    /// The instructions of the process in the counter's next line, and its code.
+    /// The instructions of the process in the counter's next line, and its code; 0 for one that did not come to its
+    /// end.
     [[nodiscard]] std::uint64_t Next(std::istringstream& lines, HRESULT& code) const
     {
         constexpr std::string_view kTotal = "\nsummary: ";
         std::string process;
-        lines >> process >> code;
+        if (lines >> process >> code && process == "0") {
+            return 0;
+        }
         const std::string counted = m_folder.Read(u"count." + std::u16string(process.begin(), process.end()));
         const std::size_t place = counted.rfind(kTotal);
         if (!lines || place == std::string::npos) {
@@ -70,9 +73,13 @@ std::map<std::string_view, AttackCost> CountAttacks(const std::vector<Attack>& a
     const std::uint64_t common = counting.Next(lines, code);
     std::map<std::string_view, AttackCost> costs;
     for (const Attack& attack : attacks) {
-        AttackCost& cost = costs[attack.label];
-        cost.half = counting.Next(lines, code) - common;
-        cost.full = counting.Next(lines, cost.code) - common;
+        const std::uint64_t half = counting.Next(lines, code);
+        const std::uint64_t full = counting.Next(lines, code);
+        if (half >= common && full >= common) {
+            costs[attack.label] = {code, half - common, full - common};
+        } else {
+            costs[attack.label] = {};
+        }
     }
     return costs;
 }

@@ -24,8 +24,9 @@ struct AttackCost {
     }
 };
 
-/// The costs by label. All instructions of a process are counted, those of libraries too; what the system does for it
-/// is not. Throws std::runtime_error when an attack does not come to its end.
+/// The costs by label; both are 0 for an attack that does not come to its end. All instructions of a process are
+/// counted, those of libraries too; what the system does for it is not. Throws std::runtime_error when nothing could be
+/// counted.
 [[nodiscard]] std::map<std::string_view, AttackCost> CountAttacks(const std::vector<Attack>& attacks);
 
 }  // namespace zupm::test

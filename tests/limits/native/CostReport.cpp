@@ -1,6 +1,5 @@
 // Prints what the attacks cost in instructions, as a table:
 //   limits_costs [WORD]      only the attacks that have the word in their label
-#include <algorithm>
 #include <cstdio>
 #include <string>
 

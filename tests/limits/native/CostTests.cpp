@@ -21,8 +21,11 @@ TEST(Costs, GrowNoFasterThanTheFile_AndAreBoundedForEachByte)
     for (const Attack& attack : attacks) {
         SCOPED_TRACE(attack.label);
         const AttackCost& cost = costs.at(attack.label);
+        if (cost.half == 0) {
+            ADD_FAILURE() << "it did not come to its end";
+            continue;
+        }
         EXPECT_EQ(cost.code, attack.code);
-        EXPECT_GT(cost.half, 0U);
         EXPECT_LE(cost.Growth(), kMostGrowth);
         EXPECT_LE(cost.PerByte(attack), kMostPerByte * attack.calls);
     }

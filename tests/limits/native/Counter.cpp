@@ -1,6 +1,8 @@
 // Runs attacks, each in a process of its own, for a tool that counts the instructions of every process:
 //   limits_counter [LABEL FILE]...
-// A line for each is "process code". The first line is of a process that does nothing: what all have in common.
+// A line for each is "process code", "0 0" for one that did not come to its end. The first line is of a process that
+// does nothing: what all have in common.
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,23 +18,31 @@ using namespace zupm::test;
 
 namespace {
 
+/// The tool makes an attack some twenty times slower; most take less than a second of processor time with it.
+constexpr rlim_t kMostSeconds = 30;
+
 /// Ends without what programs do at their end: none of it belongs to an attack.
 [[noreturn]] void RunAndEnd(const Attack* attack, const char* file)
 {
+    const rlimit limit{kMostSeconds, kMostSeconds};
+    setrlimit(RLIMIT_CPU, &limit);
     const HRESULT code = attack == nullptr ? 0 : attack->run(std::filesystem::path(file).u16string());
     std::printf("%d %d\n", static_cast<int>(getpid()), static_cast<int>(code));
     std::fflush(stdout);
     _exit(EXIT_SUCCESS);
 }
 
-bool RunInAProcess(const Attack* attack, const char* file)
+void RunInAProcess(const Attack* attack, const char* file)
 {
     const pid_t child = fork();
     if (child == 0) {
         RunAndEnd(attack, file);
     }
     int status = 0;
-    return child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || status != 0) {
+        std::puts("0 0");
+        std::fflush(stdout);
+    }
 }
 
 /// The tool translates code when it runs first. What runs here is translated once and not again in every process.
@@ -54,15 +64,13 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     Prepare();
-    if (!RunInAProcess(nullptr, nullptr)) {
-        return EXIT_FAILURE;
-    }
+    RunInAProcess(nullptr, nullptr);
     for (int place = 1; place + 1 < argc; place += 2) {
         const Attack* const attack = FindAttack(argv[place]);
-        if (attack == nullptr || !RunInAProcess(attack, argv[place + 1])) {
-            std::fprintf(stderr, "%s did not come to its end\n", argv[place]);
+        if (attack == nullptr) {
             return EXIT_FAILURE;
         }
+        RunInAProcess(attack, argv[place + 1]);
     }
     return EXIT_SUCCESS;
 }
