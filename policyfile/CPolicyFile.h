@@ -65,8 +65,9 @@ public:
 protected:
     ~CPolicyFile() = default;
 
-    /// GetTaskInfo after its checks. Open to tests, which make it fail in ways that our own objects do not.
-    [[nodiscard]] virtual result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
+    /// Called under the lock before an enumerator is made; does nothing. Open to tests, which let it fail in ways that
+    /// our own objects do not.
+    virtual void BeforeTaskInfo() {}
 
     /// Passes the data to `change` under the object's lock. For tests, which bring about what no file leads to.
     template <class Change>
@@ -114,6 +115,7 @@ private:
     [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)
         ZUPM_REQUIRES(m_lock);
+    [[nodiscard]] result::Code HandOutTaskInfo(IUnknown** slot) ZUPM_REQUIRES(m_lock);
 
     ResourceModuleUse m_resources;
     CCriticalSection m_lock;

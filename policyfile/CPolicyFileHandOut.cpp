@@ -115,6 +115,7 @@ HRESULT CPolicyFile::GetTaskInfo(IUnknown** pTaskInfo) noexcept
 
 result::Code CPolicyFile::HandOutTaskInfo(IUnknown** slot)
 {
+    BeforeTaskInfo();
     ComPtr<CTaskInfo> list;
     if (const result::Code code = CreatePlain(list); code < 0) {
         return code;

@@ -36,20 +36,16 @@ constexpr char kTaskLine[] =
     "a product with a long name";
 
 struct Loading {
-    TempFolder folder;
-    Bstr path{folder.Write(u"first.xml", FileOf("first"))};
+    explicit Loading(std::u16string_view first) : path(first) {}
+
+    Bstr path;
     PolicyFileClient file;
     HRESULT code = 0;
 };
 
 struct Adding {
-    Adding()
-    {
-        const std::u16string path = folder.Write(u"policy.xml", "<R><TaskRoot version='5'/></R>");
-        EXPECT_EQ(file.Load(path), 0);
-    }
+    explicit Adding(std::u16string_view path) { EXPECT_EQ(file.Load(path), 0); }
 
-    TempFolder folder;
     PolicyFileClient file;
     ForeignTask task{{0, u"A"}, {0, u"1"}, {0, u"<X><TaskGroup SoftwareID='A' TaskID='1'><Task/></TaskGroup></X>"}};
     HRESULT code = 0;
@@ -64,6 +60,9 @@ bool Contains(const std::vector<LogLine>& lines, const char* text)
 
 TEST(HalfWay, EntriesOfALoadThatFailedWhileIndexing_StayAndWinOverThoseOfTheNextFile)
 {
+    const TempFolder folder;
+    const std::u16string first = folder.Write(u"first.xml", FileOf("first"));
+    const std::u16string second = folder.Write(u"second.xml", FileOf("second"));
     int products = 0;
     int tasks = 0;
     const auto load = [](Loading& l) { l.code = l.file.Object()->InitializeFile(l.path.Get(), 0); };
@@ -72,7 +71,6 @@ TEST(HalfWay, EntriesOfALoadThatFailedWhileIndexing_StayAndWinOverThoseOfTheNext
             return;
         }
         EXPECT_EQ(l.file.FindPolicy(kProduct), result::NotInitialised);
-        const std::u16string second = l.folder.Write(u"second.xml", FileOf("second"));
         LogCapture log;
         ASSERT_EQ(l.file.Load(second), 0);
         const std::vector<LogLine> lines = log.Take();
@@ -88,7 +86,7 @@ TEST(HalfWay, EntriesOfALoadThatFailedWhileIndexing_StayAndWinOverThoseOfTheNext
             << "a load of an object that has a file drops everything first";
         EXPECT_EQ(l.file.Task(kProduct, kTask).Version(), (TextResult{0, u"second"}));
     };
-    WithEachAllocationFailing([] { return std::make_unique<Loading>(); }, load, look);
+    WithEachAllocationFailing([&] { return std::make_unique<Loading>(first); }, load, look);
     EXPECT_GT(products, 0);
     EXPECT_GT(tasks, 0);
     EXPECT_GT(products, tasks) << "products are indexed first";
@@ -97,6 +95,8 @@ TEST(HalfWay, EntriesOfALoadThatFailedWhileIndexing_StayAndWinOverThoseOfTheNext
 TEST(HalfWay, AddOfATaskThatFailsAfterItsStamp_RaisesTheVersionAllTheSame)
 {
     const FixedClock clock;
+    const TempFolder folder;
+    const std::u16string path = folder.Write(u"policy.xml", "<R><TaskRoot version='5'/></R>");
     int raised = 0;
     const auto add = [](Adding& a) { a.code = a.file.Object()->AddTask(&a.task, 1); };
     const auto look = [&](const Adding& a) {
@@ -107,7 +107,7 @@ TEST(HalfWay, AddOfATaskThatFailsAfterItsStamp_RaisesTheVersionAllTheSame)
         }
         EXPECT_TRUE(a.code < 0 || a.file.VersionTask() == (TextResult{0, clock.Stamp()}));
     };
-    WithEachAllocationFailing([] { return std::make_unique<Adding>(); }, add, look);
+    WithEachAllocationFailing([&] { return std::make_unique<Adding>(path); }, add, look);
     EXPECT_GT(raised, 0);
 }
 

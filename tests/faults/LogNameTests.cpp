@@ -30,9 +30,12 @@ constexpr std::u16string_view kProduct = u"a product with a long name";
 constexpr std::u16string_view kSection = u"a section with a long name";
 constexpr std::u16string_view kSetting = u"a setting with a long name";
 
-/// A document and what stands on it; `file` and `folder` for the operations that need them.
+/// A document and what stands on it; `file` and `iniPath` for the operations that need them.
 struct Stage {
-    Stage() { EXPECT_EQ(store.Initialize(), 0); }
+    explicit Stage(const TempFolder& folder) : iniPath(folder.Path(u"out.ini")), path(folder.Path(u"policy.xml"))
+    {
+        EXPECT_EQ(store.Initialize(), 0);
+    }
 
     /// The first element of that name.
     [[nodiscard]] AdvXMLParser::Element Find(std::u16string_view name) const
@@ -56,9 +59,8 @@ struct Stage {
 
     std::unique_ptr<AdvXMLParser::Document> document =
         AdvXMLParser::Parser().Parse(AdvXMLParser::XmlText(std::string(kFile)));
-    TempFolder folder;
-    std::u16string iniPath = folder.Path(u"out.ini");
-    Bstr path{folder.Write(u"policy.xml", kFile)};
+    std::u16string iniPath;
+    Bstr path;
     PolicyFileClient file;
     CXMLDataObject store{Find(u"Product"), nullptr};
     CPolicyData policy{nullptr};
@@ -135,13 +137,13 @@ std::string NameIn(const LogLine& line)
 }
 
 /// Every name that a row's operation logs at the level of exceptions.
-Names LoggedBy(const NameRow& row)
+Names LoggedBy(const NameRow& row, const TempFolder& folder)
 {
     Names names;
     LogCapture log;
     WithEachAllocationFailing(
         [&] {
-            auto stage = std::make_unique<Stage>();
+            auto stage = std::make_unique<Stage>(folder);
             row.prepare(*stage);
             static_cast<void>(log.Take());
             return stage;
@@ -162,9 +164,11 @@ Names LoggedBy(const NameRow& row)
 TEST(LogNames, OfOperationsThatAnExceptionEnded_AreTheirOwn)
 {
     const FixedClock clock;
+    const TempFolder folder;
+    folder.Write(u"policy.xml", kFile);
     for (const NameRow& row : kRows) {
         SCOPED_TRACE(row.label);
-        const Names logged = LoggedBy(row);
+        const Names logged = LoggedBy(row, folder);
         for (const std::string& name : row.names) {
             EXPECT_TRUE(logged.contains(name)) << name << " never came";
         }

@@ -36,11 +36,7 @@ protected:
     ~OddPolicyFile() = default;
 
 private:
-    [[nodiscard]] result::Code HandOutTaskInfo(IUnknown** slot) override
-    {
-        failHandOut();
-        return CPolicyFile::HandOutTaskInfo(slot);
-    }
+    void BeforeTaskInfo() override { failHandOut(); }
 };
 
 /// An enumerator with a record, a place where none is, and another record.
