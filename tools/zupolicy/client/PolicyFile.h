@@ -9,12 +9,21 @@
 #include "client/Entry.h"
 #include "client/TaskEntry.h"
 #include "com/ComPtr.h"
-#include "model/FileContents.h"
 #include "model/Target.h"
 
 namespace zupm::tool {
 
 enum class Access { ReadOnly, Edit };
+
+/// What the component reports about a whole file.
+struct FileVersions {
+    std::string policy;
+    std::string task;
+    std::string assignmentList;
+};
+
+/// Throws Failure (FileError) for a file name that is not valid UTF-8: the component takes no other.
+void RequireName(const std::string& path);
 
 /// The component's policy file object, with results turned into exceptions.
 ///
@@ -38,13 +47,11 @@ public:
     void Remove(const Target& target);
     void Write(const std::string& path);
 
-    /// Everything that the document holds now.
-    [[nodiscard]] FileContents Contents();
+    [[nodiscard]] FileVersions Versions();
 
 private:
     [[nodiscard]] std::string SubjectFor(const Target& target) const;
     [[nodiscard]] std::unique_ptr<Entry> FindPolicy(const Target& target);
-    [[nodiscard]] std::string Text();
 
     ComPtr<IPolicyFile> m_file;
     std::string m_path;

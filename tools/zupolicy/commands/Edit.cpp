@@ -5,6 +5,7 @@
 #include <ostream>
 #include <utility>
 
+#include "commands/WriteToStream.h"
 #include "output/ChangeText.h"
 #include "output/Json.h"
 #include "text/Utf8.h"
@@ -24,7 +25,8 @@ bool MustWrite(const Change& change, const EditOptions& options)
 std::optional<WriteTarget> TargetOf(const std::string& file, const EditOptions& options)
 {
     std::error_code ignored;
-    if (options.dryRun || (!options.output && !std::filesystem::exists(FromUtf8(file), ignored))) {
+    if (options.dryRun || options.GoesToStandardOutput() ||
+        (!options.output && !std::filesystem::exists(FromUtf8(file), ignored))) {
         return std::nullopt;
     }
     return std::optional<WriteTarget>(std::in_place, options.output.value_or(file),
@@ -34,6 +36,10 @@ std::optional<WriteTarget> TargetOf(const std::string& file, const EditOptions& 
 void FinishEdit(PolicyFile& file, const std::optional<WriteTarget>& target, Change change, const EditOptions& options,
                 Streams streams)
 {
+    if (options.GoesToStandardOutput()) {
+        WriteToStream(file, streams.data);
+        return;
+    }
     if (target && MustWrite(change, options)) {
         if (!options.force) {
             target->RequireUnchanged();
@@ -42,7 +48,7 @@ void FinishEdit(PolicyFile& file, const std::optional<WriteTarget>& target, Chan
         file.Write(*change.written);
     }
     if (options.json) {
-        streams.data << ChangeAsJson(change);
+        WriteChangeAsJson(streams.data, change);
     } else if (options.dryRun) {
         streams.data << ChangeAsText(change);
     }

@@ -1,3 +1,4 @@
+#include "client/Explain.h"
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
 #include "commands/Edit.h"
@@ -26,14 +27,16 @@ ExitCode RunCommand(const RemoveOptions& options, Streams streams)
 {
     const std::optional<WriteTarget> target = TargetOf(options.file, options.edit);
     PolicyFile file(options.file, Access::Edit);
-    Change change{options.target, false, options.section, options.name, {}, {}, true, {}};
-    if (options.section) {
-        const auto entry = file.Find(options.target);
-        change.before = RemoveInside(*entry, options);
-        file.Add(*entry);
-    } else {
-        file.Remove(options.target);
-    }
+    Change change{options.target, false, options.section, options.name, {}, {}, {}, true, {}};
+    Explaining({options.file, options.target, options.section, options.name}, [&] {
+        if (options.section) {
+            const auto entry = file.Find(options.target);
+            change.before = RemoveInside(*entry, options);
+            file.Add(*entry);
+        } else {
+            file.Remove(options.target);
+        }
+    });
     FinishEdit(file, target, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }

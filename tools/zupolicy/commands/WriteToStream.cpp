@@ -1,0 +1,22 @@
+#include "commands/WriteToStream.h"
+
+#include <ostream>
+#include <string>
+
+#include "file/SourceText.h"
+#include "file/TemporaryFolder.h"
+#include "text/Utf8.h"
+
+namespace zupm::tool {
+
+// The component writes files only, so a file in a private folder takes the bytes first.
+void WriteToStream(PolicyFile& file, std::ostream& out)
+{
+    const TemporaryFolder folder;
+    const std::string path = ToUtf8((folder.Path() / "document.xml").u16string());
+    file.Write(path);
+    const std::string bytes = ReadBytes(path);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+}  // namespace zupm::tool
