@@ -3,7 +3,7 @@
 /// Results     Every method returns a signed 32-bit result: 0 is success, negative is failure (Results.h has them all,
 ///             with a sentence each). Where a method lists codes, E_OUTOFMEMORY (0x8007000E) may always come instead.
 ///             A failing call also leaves error information for the thread (GetErrorInfo): the sentence, and for XML
-///             that cannot be parsed "file:line:column: reason".
+///             that cannot be parsed, and bytes that are not valid in their encoding, "file:line:column: reason".
 /// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed
 /// and
 ///             a new one stored, which the caller frees with SysFreeString; so initialise slots to null. On failure a

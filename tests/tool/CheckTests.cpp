@@ -29,6 +29,30 @@ TEST_F(Check, PrintsFileLineColumnAndMessageForABrokenFile)
     EXPECT_THAT(Tool({"check", "broken.xml"}), Fails(3, MatchesPattern("broken\\.xml:2:[0-9]+: .+\n")));
 }
 
+TEST_F(Check, PrintsThePlaceOfBytesThatAreNoText)
+{
+    using namespace std::string_literals;
+    const struct {
+        std::string bytes;
+        const char* place;
+    } rows[] = {
+        {"<a>\n ü\xFF</a>", "2:3"},
+        {"\xEF\xBB\xBF<a>\r\n\xC3", "2:1"},
+        {"\xFF", "1:1"},
+        {"\xFF\xFE<\0a\0>\0\n\0 \0\x00\xD8<\0"s, "2:2"},
+        {"\xFE\xFF\0<\0a\0>\0\n\0 \0"s, "2:2"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.place);
+        (void)Folder().Write(u"broken.xml", row.bytes);
+        EXPECT_THAT(Tool({"check", "broken.xml"}),
+                    Fails(3, "broken.xml:" + std::string(row.place) +
+                                 ": The text is not valid in its encoding, or the encoding cannot hold it.\n"));
+        EXPECT_THAT(Tool({"show", "broken.xml"}), Fails(3, HasSubstr("zupolicy: broken.xml:" + std::string(row.place) +
+                                                                     ": The text is not valid in")));
+    }
+}
+
 TEST_F(Check, PrintsTheMessageAloneWhenThereIsNoPosition)
 {
     EXPECT_THAT(Tool({"check", "none.xml"}), Fails(3, "none.xml: The file does not exist.\n"));
