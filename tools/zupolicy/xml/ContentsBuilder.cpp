@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "text/Visible.h"
+
 namespace zupm::tool {
 namespace {
 
@@ -140,7 +142,8 @@ ContentsBuilder::Place ContentsBuilder::OpenPolicy(const Markup& tag)
     }
     m_contents.places.policy = true;
     RequireNumber(tag, "PolicyVersion");
-    m_policyVersion = KeepAttribute(tag, "PolicyVersion");
+    // Every product of the policy repeats the version, so a long one, which is no version, is cut.
+    m_policyVersion = Keep(Shortened(AttributeOf(tag.attributes, "PolicyVersion").value_or("")));
     return Place::Policy;
 }
 
@@ -180,7 +183,24 @@ ContentsBuilder::Place ContentsBuilder::OpenTaskGroup(const Markup& tag)
     m_group.platforms = KeepAttribute(tag, "Platforms");
     m_group.creator = KeepAttribute(tag, "CreatorID");
     m_group.priority = KeepAttribute(tag, "TaskPriority");
+    m_isNewGroup = !HasTaskOfGroup();
     return Place::TaskGroup;
+}
+
+// Asked once for a group, not for each of its tasks: keys may be long.
+bool ContentsBuilder::HasTaskOfGroup() const
+{
+    const std::deque<Task>& tasks = m_contents.tasks;
+    const auto isSame = [&](std::uint32_t number) {
+        return m_contents.Text(tasks[number].softwareId) == m_contents.Text(m_group.softwareId) &&
+               m_contents.Text(tasks[number].taskId) == m_contents.Text(m_group.taskId);
+    };
+    return m_taskKeys.Find(KeyOfGroup(), isSame) != kNone;
+}
+
+std::uint32_t ContentsBuilder::KeyOfGroup() const
+{
+    return KeyOf(KeyOf(0, m_contents.Text(m_group.softwareId)), m_contents.Text(m_group.taskId));
 }
 
 ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
@@ -189,18 +209,13 @@ ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
         return Place::Other;
     }
     RequireNumber(tag, "TaskVersion");
-    std::deque<Task>& tasks = m_contents.tasks;
-    const std::string_view softwareId = m_contents.Text(m_group.softwareId);
-    const std::string_view taskId = m_contents.Text(m_group.taskId);
-    const std::uint32_t known =
-        m_taskKeys.FindOrAdd(KeyOf(KeyOf(0, softwareId), taskId), SizeOf(tasks), [&](std::uint32_t number) {
-            return m_contents.Text(tasks[number].softwareId) == softwareId &&
-                   m_contents.Text(tasks[number].taskId) == taskId;
-        });
-    if (known != kNone) {
+    if (!m_isNewGroup) {
         Warn(Warning::Kind::TaskAgain, tag, m_group.taskId, m_group.softwareId);
         return Place::Other;
     }
+    m_isNewGroup = false;
+    std::deque<Task>& tasks = m_contents.tasks;
+    m_taskKeys.Add(KeyOfGroup(), SizeOf(tasks));
     tasks.push_back(m_group);
     tasks.back().version = KeepAttribute(tag, "TaskVersion");
     tasks.back().firstSection = tasks.back().endSection = SizeOf(m_contents.sections);

@@ -56,6 +56,10 @@ private:
     [[nodiscard]] Place OpenSection(const Markup& tag);
     [[nodiscard]] Place OpenSetting(const Markup& tag);
 
+    /// Whether a group before this one has a task of the same key.
+    [[nodiscard]] bool HasTaskOfGroup() const;
+    [[nodiscard]] std::uint32_t KeyOfGroup() const;
+
     [[nodiscard]] Piece Keep(std::string_view text);
     /// An attribute's value among the texts; empty when the tag does not have it.
     [[nodiscard]] Piece KeepAttribute(const Markup& tag, std::string_view name);
@@ -72,6 +76,7 @@ private:
 
     Piece m_policyVersion;
     Task m_group;
+    bool m_isNewGroup = false;    ///< no task has the group's key so far
     std::uint32_t m_entry = 0;    ///< counts policies and tasks
     std::uint32_t m_section = 0;  ///< the section that is open
 

@@ -36,17 +36,31 @@ std::uint32_t KeyOf(std::uint64_t number, std::string_view text)
     return static_cast<std::uint32_t>(key);
 }
 
+void RecordIndex::Add(std::uint32_t key, std::uint32_t number)
+{
+    if (2 * (m_count + 1) > m_places.size()) {
+        Grow();
+    }
+    Put({key, number});
+    ++m_count;
+}
+
+void RecordIndex::Put(const Place& place)
+{
+    std::size_t at = place.key;
+    while (m_places[at & Mask()].number != kNone) {
+        ++at;
+    }
+    m_places[at & Mask()] = place;
+}
+
 void RecordIndex::Grow()
 {
     std::vector<Place> places(std::max<std::size_t>(16, 2 * m_places.size()));
     m_places.swap(places);
     for (const Place& place : places) {
         if (place.number != kNone) {
-            std::size_t at = place.key;
-            while (m_places[at & Mask()].number != kNone) {
-                ++at;
-            }
-            m_places[at & Mask()] = place;
+            Put(place);
         }
     }
 }

@@ -19,22 +19,31 @@ namespace zupm::tool {
 /// Invariant At most half of the places are taken.
 class RecordIndex {
 public:
-    /// The record with this key for which `isSame(number)` holds; else takes `number` in and gives kNone.
+    /// The record with this key for which `isSame(number)` holds; kNone when there is none.
+    template <typename IsSame>
+    [[nodiscard]] std::uint32_t Find(std::uint32_t key, IsSame isSame) const
+    {
+        for (std::size_t at = key; !m_places.empty() && m_places[at & Mask()].number != kNone; ++at) {
+            const Place& place = m_places[at & Mask()];
+            if (place.key == key && isSame(place.number)) {
+                return place.number;
+            }
+        }
+        return kNone;
+    }
+
+    /// Takes in a record that Find does not find.
+    void Add(std::uint32_t key, std::uint32_t number);
+
+    /// As Find; takes `number` in when there is none.
     template <typename IsSame>
     [[nodiscard]] std::uint32_t FindOrAdd(std::uint32_t key, std::uint32_t number, IsSame isSame)
     {
-        if (2 * (m_count + 1) > m_places.size()) {
-            Grow();
+        const std::uint32_t known = Find(key, isSame);
+        if (known == kNone) {
+            Add(key, number);
         }
-        Place* place = &m_places[key & Mask()];
-        for (std::size_t at = key; place->number != kNone; place = &m_places[++at & Mask()]) {
-            if (place->key == key && isSame(place->number)) {
-                return place->number;
-            }
-        }
-        *place = {key, number};
-        ++m_count;
-        return kNone;
+        return known;
     }
 
 private:
@@ -44,6 +53,7 @@ private:
     };
 
     [[nodiscard]] std::size_t Mask() const { return m_places.size() - 1; }
+    void Put(const Place& place);
     void Grow();
 
     std::vector<Place> m_places;
