@@ -78,10 +78,15 @@ CPolicyFileData::Documents CPolicyFileData::HoldDocuments() const
 
 result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& detail)
 {
+    constexpr std::u16string_view kReadFailed = u"CPolicyFile::Initialize() - Read policy file failed";
     try {
         return LoadDocument(read);
+    } catch (const AdvXMLParser::InvalidTextException& error) {
+        LogFailure(kReadFailed);
+        DescribePlace(m_path, error.GetLine(), error.GetColumn(), result::SentenceFor(error.GetErrorCode()), detail);
+        return error.GetErrorCode();
     } catch (const AdvXMLParser::ReadWriteException& error) {
-        LogFailure(u"CPolicyFile::Initialize() - Read policy file failed");
+        LogFailure(kReadFailed);
         return error.GetErrorCode();
     } catch (const AdvXMLParser::ParsingException& error) {
         return ReportParseFailure(u"CPolicyFile::Initialize()", m_path, error, detail);

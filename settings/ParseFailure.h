@@ -1,6 +1,7 @@
 /// What becomes of a parse error.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,10 @@ namespace zupm {
 
 /// The source named in a parse error of text that came from no file.
 inline constexpr std::u16string_view kTextSource = u"text";
+
+/// Puts "source:line:column: reason" into `detail`; leaves it empty when memory runs out.
+void DescribePlace(std::u16string_view source, std::uint32_t line, std::uint32_t column, std::u16string_view reason,
+                   std::u16string& detail) noexcept;
 
 /// Logs the error's place under `operation` ("CClass::Initialize()"), puts "source:line:column: reason" into `detail`
 /// (left empty when memory runs out) and returns SyntaxError.

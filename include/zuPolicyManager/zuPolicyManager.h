@@ -5,7 +5,7 @@
 ///             E_OUTOFMEMORY (0x8007000E), -3, or -2 from steps that turn every exception into -2 (filling an index,
 ///             copying a product or task, reading and writing settings).
 ///             A failing call also leaves error information for the thread (GetErrorInfo): the sentence, and for XML
-///             that cannot be parsed "file:line:column: reason".
+///             that cannot be parsed, and bytes that are not valid in their encoding, "file:line:column: reason".
 /// Strings     In: the caller's; null counts as the empty string. Out: a string that the slot already holds is freed,
 ///             and a new one stored, which the caller frees with SysFreeString; so initialise slots to null. On failure
 ///             a slot keeps what it held unless the method says otherwise. A null slot gives -13.

@@ -165,6 +165,11 @@ UTF_ENCODINGS DetectEncoding(std::string_view bytes) noexcept
 
 std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding)
 {
+    return TryDecode(bytes, encoding);
+}
+
+std::optional<XmlText> TryDecode(std::string& bytes, UTF_ENCODINGS encoding)
+{
     if (const std::string_view signature = SignatureOf(encoding); bytes.starts_with(signature)) {
         bytes.erase(0, signature.size());
     }
@@ -191,6 +196,22 @@ std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding)
             bytes = std::move(*utf8);
     }
     return XmlText(std::move(bytes), encoding);
+}
+
+Position PositionOfInvalid(std::string_view bytes, UTF_ENCODINGS encoding)
+{
+    if (encoding == Utf8 || encoding == Utf8Signed) {
+        return PositionOf(bytes, zupm::FindInvalidUtf8(bytes));
+    }
+    std::u16string units;
+    units.reserve(bytes.size() / 2);
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        units += UnitAt(bytes, at, IsLittleEndian(encoding));
+    }
+    // Units that are all valid are followed by half of one.
+    units.resize(std::min(units.size(), zupm::FindInvalidUtf16(units)));
+    const std::string valid = zupm::ToUtf8Lossy(units);
+    return PositionOf(valid, valid.size());
 }
 
 std::optional<std::string> Encode(std::string_view utf8, UTF_ENCODINGS encoding, bool writeSignature)

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/xml/Position.h"
 #include "platform/xml/UtfEncodings.h"
 #include "platform/xml/XmlText.h"
 
@@ -22,6 +23,12 @@ namespace AdvXMLParser {
 
 /// Bytes to text, signature dropped; nothing when the bytes are not valid in the encoding.
 [[nodiscard]] std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding);
+
+/// As Decode, but takes the bytes only when they are valid; otherwise at most their signature is gone from them.
+[[nodiscard]] std::optional<XmlText> TryDecode(std::string& bytes, UTF_ENCODINGS encoding);
+
+/// Where bytes without signature, for which Decode gives nothing, stop being valid in their encoding.
+[[nodiscard]] Position PositionOfInvalid(std::string_view bytes, UTF_ENCODINGS encoding);
 
 /// Text to bytes; nothing when the encoding cannot hold a character where no reference can stand for it.
 [[nodiscard]] std::optional<std::string> Encode(std::string_view utf8, UTF_ENCODINGS encoding, bool writeSignature);

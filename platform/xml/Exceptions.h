@@ -21,6 +21,23 @@ private:
     std::int32_t m_errorCode;
 };
 
+/// A file's bytes are not valid in their encoding. Line and column are those of the first of them that is not; they
+/// count as those of a ParsingException.
+class InvalidTextException : public ReadWriteException {
+public:
+    InvalidTextException(std::int32_t errorCode, std::uint32_t line, std::uint32_t column) noexcept
+        : ReadWriteException(errorCode), m_line(line), m_column(column)
+    {
+    }
+
+    [[nodiscard]] std::uint32_t GetLine() const noexcept { return m_line; }
+    [[nodiscard]] std::uint32_t GetColumn() const noexcept { return m_column; }
+
+private:
+    std::uint32_t m_line;
+    std::uint32_t m_column;
+};
+
 /// Text is not a document that is accepted. Line and column count from 1; a column counts characters.
 class ParsingException : public std::exception {
 public:

@@ -40,9 +40,10 @@ void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS
 void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect)
 {
     const UTF_ENCODINGS actual = detect ? DetectEncoding(bytes) : encoding;
-    std::optional<XmlText> text = Decode(std::move(bytes), actual);
+    std::optional<XmlText> text = TryDecode(bytes, actual);
     if (!text) {
-        throw ReadWriteException(zupm::result::NotValidInItsEncoding);
+        const Position position = PositionOfInvalid(bytes, actual);
+        throw InvalidTextException(zupm::result::NotValidInItsEncoding, position.line, position.column);
     }
     buffer = std::move(*text);
     encoding = actual;

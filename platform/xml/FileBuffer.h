@@ -12,8 +12,8 @@ namespace AdvXMLParser {
 
 /// Reads a whole file as text. With `detect` the encoding is found out (signature, then declaration, else UTF-8) and
 /// told; without, `encoding` says what it is. `buffer` and `encoding` are unchanged on failure.
-/// Throws ReadWriteException: the code of reading the file, or 0x80070459 when the bytes are not valid in their
-/// encoding. No other file is opened.
+/// Throws ReadWriteException: the code of reading the file, or, as InvalidTextException, 0x80070459 when the bytes are
+/// not valid in their encoding. No other file is opened.
 void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect);
 
 /// The same for bytes that were read already. Throws ReadWriteException: 0x80070459.

@@ -51,6 +51,60 @@ TEST_F(CommandLine, WrongLinesAreUsageErrors)
     }
 }
 
+TEST_F(CommandLine, HelpIsACommand)
+{
+    EXPECT_EQ(Out({"help"}), Out({"--help"}));
+    EXPECT_EQ(Out({"help", "help"}), Out({"help"}));
+    for (const std::string command : {"show", "get", "set", "remove", "export-ini", "check"}) {
+        EXPECT_EQ(Out({"help", command}), Out({command, "--help"}));
+    }
+    EXPECT_THAT(Tool({"help", "shwo"}), Fails(2, HasSubstr("no such command: \"shwo\"; did you mean \"show\"?\n")));
+    EXPECT_THAT(Tool({"help", "show", "get"}), Fails(2, HasSubstr("one command at a time")));
+}
+
+TEST_F(CommandLine, MistypedCommandsAndOptionsAreNamedAndCorrected)
+{
+    const struct {
+        std::vector<std::string> line;
+        const char* complaint;
+    } rows[] = {
+        {{"shwo"}, "no such command: \"shwo\"; did you mean \"show\"?"},
+        {{"SHOW", "policy.xml"}, "no such command: \"SHOW\"; did you mean \"show\"?"},
+        {{"chekc", "policy.xml"}, "no such command: \"chekc\"; did you mean \"check\"?"},
+        {{"policy.xml"}, "no such command: \"policy.xml\""},
+        {{""}, "no such command: \"\""},
+        {{"--jsno"}, "no such command: \"--jsno\""},
+        {{"show", "policy.xml", "--jsno"}, "no such option: \"--jsno\"; did you mean \"--json\"?"},
+        {{"show", "--Names", "policy.xml"}, "no such option: \"--Names\"; did you mean \"--names\"?"},
+        {{"get", "policy.xml", "--tsk=x"}, "no such option: \"--tsk\"; did you mean \"--task\"?"},
+        {{"show", "policy.xml", "--frobnicate"}, "no such option: \"--frobnicate\""},
+        {{"show", "policy.xml", "PRODUCTA1000", "more"}, "unexpected argument: \"more\""},
+        {{}, "a command is missing"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.line));
+        EXPECT_THAT(Tool(row.line), Fails(2, testing::StartsWith(std::string("zupolicy: ") + row.complaint + "\n")));
+    }
+}
+
+TEST_F(CommandLine, ComplaintsAreOneLineWhateverTheArgumentHolds)
+{
+    EXPECT_THAT(Tool({"show\nx: ok\x1B[1m"}),
+                Fails(2, testing::StartsWith("zupolicy: no such command: \"show\\nx: ok\\u001b[1m\"\n")));
+    EXPECT_THAT(Tool({"show", "policy.xml", "P", "a\nb"}),
+                Fails(2, testing::StartsWith("zupolicy: unexpected argument: \"a\\nb\"\n")));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "P", "--lock-timeout", "1\n2"}), Fails(2, HasSubstr("1\\n2")));
+}
+
+TEST_F(CommandLine, AFolderIsCalledAFolder)
+{
+    std::filesystem::create_directory(Folder().Folder() / "folder");
+    EXPECT_THAT(Tool({"check", "."}), Fails(3, ".: is a folder\n"));
+    EXPECT_THAT(Tool({"check", "folder"}), Fails(3, "folder: is a folder\n"));
+    EXPECT_THAT(Tool({"get", "folder", "P", "S", "N"}),
+                Fails(3, testing::StartsWith("zupolicy: folder: is a folder [")));
+}
+
 TEST_F(CommandLine, FilesMayHaveAnyName)
 {
     for (const char16_t* name : {u"[a].xml", u"größe 🚀.xml", u"get", u"@x.xml"}) {

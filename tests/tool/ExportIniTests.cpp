@@ -57,46 +57,5 @@ TEST_F(ExportIni, RefusesAFolder)
     EXPECT_FALSE(Folder().Has(u"folder.lock"));
 }
 
-constexpr std::string_view kCollisions = R"(<TaskGroup SoftwareID="P" TaskID="T"><Task>
-<Section name="S">
-<Setting name="Key">1</Setting>
-<Setting name="key">2</Setting>
-</Section>
-<Section name="s"><Setting name="KEY">3</Setting><Setting name="other">4</Setting></Section>
-<Section name="Task"><Setting name="taskname">5</Setting></Section>
-</Task></TaskGroup>)";
-
-/// The warnings about those, from the line of the first setting on.
-std::string CollisionWarnings(const std::string& file, int line)
-{
-    const auto place = [&](int below, int column) {
-        return file + ":" + std::to_string(line + below) + ":" + std::to_string(column) + ": warning: setting ";
-    };
-    constexpr const char* kEnd = " are one in an INI file; it holds one of them\n";
-    return place(1, 1) + "key of section S and setting Key of section S" + kEnd +  //
-           place(3, 19) + "KEY of section s and setting Key of section S" + kEnd + place(4, 22) +
-           "taskname of section Task and the task's field TaskName" + kEnd;
-}
-
-TEST_F(ExportIni, WarnsOfNamesThatAreOneInAnIniFile)
-{
-    (void)Folder().Write(u"p.xml", SmallFile("", kCollisions));
-    const ToolRun run = Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "T"});
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.messages, CollisionWarnings("p.xml", 11));
-    EXPECT_THAT(Bytes(u"task.ini"), HasSubstr("[S]\r\nKey=3\r\nother=4\r\n"));
-    EXPECT_THAT(Bytes(u"task.ini"), HasSubstr("[Task]\r\nTaskName=5\r\n"));
-}
-
-TEST_F(ExportIni, CheckWarnsOfThemToo)
-{
-    (void)Folder().Write(u"p.xml", SmallFile("", kCollisions));
-    const ToolRun run = Tool({"check", "p.xml", "--json"});
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.messages, CollisionWarnings("p.xml", 11));
-    EXPECT_THAT(run.out, HasSubstr("the task's field TaskName are one in an INI file"));
-}
-
 }  // namespace
 }  // namespace zupm::test

@@ -61,10 +61,44 @@ TEST_F(Get, SaysWhichOfTaskSectionAndSettingIsMissing)
     EXPECT_THAT(Tool({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "--task", "{task-9}"}),
                 Fails(1, HasSubstr("task PRODUCTA1000 {task-9}: There is no task with that software ID and task ID. "
                                    "[TaskNotFound, 0xFFFFFB48]")));
-    EXPECT_THAT(Tool({"get", "policy.xml", "PRODUCTA1000", "general", "Enabled"}),
-                Fails(1, HasSubstr("There is no such section. [SectionNotFound, 0xFFFFFB50]")));
-    EXPECT_THAT(Tool({"get", "policy.xml", "PRODUCTA1000", "General", "enabled"}),
-                Fails(1, HasSubstr("There is no such setting. [SettingNotFound, 0xFFFFFB4F]")));
+    EXPECT_THAT(Tool({"get", "policy.xml", "PRODUCTA1000", "Printing", "Enabled"}),
+                Fails(1,
+                      "zupolicy: policy.xml: policy PRODUCTA1000: section \"Printing\": There is no such section. "
+                      "[SectionNotFound, 0xFFFFFB50]\n"));
+    EXPECT_THAT(Tool({"get", "policy.xml", "PRODUCTA1000", "General", "Colour"}),
+                Fails(1,
+                      "zupolicy: policy.xml: policy PRODUCTA1000: setting \"Colour\" of section \"General\": There is "
+                      "no such setting. [SettingNotFound, 0xFFFFFB4F]\n"));
+}
+
+TEST_F(Get, AsksForTheNameThatMayHaveBeenMeant)
+{
+    const struct {
+        std::vector<std::string> line;
+        const char* meant;
+    } rows[] = {
+        {{"PRODUCTA1000", "general", "Enabled"}, "General"},
+        {{"PRODUCTA1000", "Exclusion", "Count"}, "Exclusions"},
+        {{"PRODUCTA1000", "General", "ENABLED"}, "Enabled"},
+        {{"PRODUCTA1000", "General", "GreetingJp"}, "GreetingJa"},
+        {{"PRODUCTA100", "General", "Enabled"}, "PRODUCTA1000"},
+        {{"PRODUCTA1000", "Schedule", "Hour", "--task", "task-1"}, "{task-1}"},
+        {{"PRODUCTA1000", "Schedule", "Hours", "--task", "{task-1}"}, "Hour"},
+        {{"productb2000", "Schedule", "AtStart", "--task", "{task-1}"}, "PRODUCTB2000"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.line));
+        std::vector<std::string> line = {"get", "policy.xml"};
+        line.insert(line.end(), row.line.begin(), row.line.end());
+        EXPECT_THAT(Tool(line), Fails(1, testing::EndsWith("]; did you mean \"" + std::string(row.meant) + "\"?\n")));
+    }
+}
+
+TEST_F(Get, AsksNothingWhenNoNameIsNear)
+{
+    (void)Folder().Write(u"short.xml", SmallFile("<Product SoftwareID='P'><Section name='S'/></Product>"));
+    EXPECT_THAT(Tool({"get", "short.xml", "P", "T", "N"}), Fails(1, testing::Not(HasSubstr("mean"))));
+    EXPECT_THAT(Tool({"get", "short.xml", "Q", "T", "N"}), Fails(1, testing::Not(HasSubstr("mean"))));
 }
 
 TEST_F(Get, ReportsAMissingFileAsAFileError)

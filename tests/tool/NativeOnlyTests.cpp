@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <thread>
+#include <nlohmann/json.hpp>
 
 #include "ToolTest.h"
 #include "platform/HeldFile.h"
@@ -15,6 +16,7 @@
 namespace zupm::test {
 namespace {
 
+using nlohmann::json;
 using testing::HasSubstr;
 
 class NativeTool : public ToolTest {
@@ -110,11 +112,61 @@ TEST_F(NativeTool, AnExportToStandardOutputLeavesNothingAmongTheTemporaryFiles)
 
 TEST_F(NativeTool, RefusesArgumentsThatAreNotUtf8)
 {
-    const char* const values[] = {"\xFF", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"};
-    for (const char* value : values) {
-        EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", value}),
-                    Fails(2, "zupolicy: an argument is not valid UTF-8\n"));
+    const struct {
+        const char* value;
+        const char* shown;
+    } rows[] = {{"\xFF", R"(\xff)"},
+                {"a\xC3", R"(a\xc3)"},
+                {"\xC0\x80", R"(\xc0\x80)"},
+                {"\xED\xA0\x80", R"(\xed\xa0\x80)"},
+                {"\xF4\x90\x80\x80", R"(\xf4\x90\x80\x80)"},
+                {"\xE2\x82", R"(\xe2\x82)"}};
+    for (const auto& row : rows) {
+        EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", row.value}),
+                    Fails(2, std::string("zupolicy: an argument is not valid UTF-8: ") + row.shown + "\n"));
     }
+}
+
+TEST_F(NativeTool, Check_GoesOnAfterANameThatIsNotUtf8)
+{
+    std::filesystem::copy_file(Path("policy.xml"), Path("a\xFF.xml"));
+    const ToolRun run = Tool({"check", "--verbose", "a\xFF.xml", "policy.xml"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.messages, MatchesPattern("a\\\\xff\\.xml: the name is not valid UTF-8\npolicy\\.xml: ok: .+\n"));
+    const json reports = json::parse(Tool({"check", "--json", "a\xFF.xml", "policy.xml"}).out);
+    EXPECT_EQ(reports[0], json::parse(R"({"file": "a\ufffd.xml", "ok": false, "line": null, "column": null,
+        "message": "the name is not valid UTF-8"})"));
+    EXPECT_EQ(reports[1]["ok"], true);
+}
+
+TEST_F(NativeTool, OtherCommands_NameAFileWhoseNameIsNotUtf8)
+{
+    const std::string message = "zupolicy: a\\xff.xml: the name is not valid UTF-8\n";
+    EXPECT_THAT(Tool({"show", "a\xFF.xml"}), Fails(3, message));
+    EXPECT_THAT(Tool({"get", "a\xFF.xml", "P", "S", "N"}), Fails(3, message));
+}
+
+TEST_F(NativeTool, NameOfAFile_ForgesNoLineAndMovesNoCursor)
+{
+    const std::string name = "x.xml: fine\ny\x1B[2J\xE2\x80\xAE.xml";
+    const std::string shown = R"(x.xml: fine\ny\u001b[2J\u202e.xml)";
+    EXPECT_THAT(Tool({"check", name}), Fails(3, shown + ": The file does not exist.\n"));
+    EXPECT_THAT(Tool({"show", name}),
+                Fails(3, "zupolicy: " + shown + ": The file does not exist. [FileNotFound, 0x80070002]\n"));
+    std::filesystem::copy_file(Path("policy.xml"), Path(name.c_str()));
+    EXPECT_THAT(Out({"show", name, "--names"}), testing::StartsWith("File             " + shown + "\n"));
+    EXPECT_EQ(json::parse(Out({"show", name, "--json"}))["file"], name);
+    std::filesystem::create_directory(Path("sub\n"));
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "none\n/x"}),
+                Fails(3, HasSubstr("zupolicy: none\\n/x: ")));
+}
+
+TEST_F(NativeTool, AFullStandardOutput_IsAFailureForADocumentToo)
+{
+    const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
+                                {"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "-"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
 }
 
 TEST_F(NativeTool, WrittenFileWithoutAReport_HasACodeOfItsOwn)

@@ -79,6 +79,29 @@ TEST_F(Remove, WritesElsewhereAndPrintsTheChangeAsJson)
     EXPECT_EQ(Tool({"get", "new.xml", "PRODUCTB2000", "General", "LogLevel"}).exitCode, 1);
 }
 
+TEST_F(Remove, WritesTheDocumentToStandardOutput)
+{
+    const std::string before = Bytes();
+    const ToolRun run = Tool({"remove", "policy.xml", "PRODUCTB2000", "--output", "-"});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTB2000", "--output", "new.xml"}), "");
+    EXPECT_EQ(run.out, Bytes(u"new.xml"));
+    EXPECT_EQ(Bytes(), before);
+    EXPECT_FALSE(Folder().Has(u"-"));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTB2000", "--output", "-", "--json"}),
+                Fails(2, HasSubstr("excludes --json")));
+}
+
+TEST_F(Remove, NamesWhatIsMissingAndWhatMayHaveBeenMeant)
+{
+    EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTB2000", "Genral"}),
+                Fails(1, HasSubstr(": section \"Genral\": There is no such section. [SectionNotFound, 0xFFFFFB50]; did "
+                                   "you mean \"General\"?\n")));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTb2000"}), Fails(1, HasSubstr("did you mean \"PRODUCTB2000\"?")));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTA1000", "--task", "{tsk-1}"}),
+                Fails(1, HasSubstr("did you mean \"{task-1}\"?")));
+}
+
 TEST_F(Remove, FailsAndWritesNothingWhenThereIsNothingToRemove)
 {
     const std::string before = Bytes();

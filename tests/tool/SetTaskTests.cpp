@@ -1,8 +1,11 @@
+#include <nlohmann/json.hpp>
+
 #include "ToolTest.h"
 
 namespace zupm::test {
 namespace {
 
+using nlohmann::json;
 using testing::HasSubstr;
 
 class SetTask : public ToolTest {};
@@ -49,6 +52,55 @@ TEST_F(SetTask, ChangesAFieldAloneWhenTheValueIsThereAlready)
         "");
     EXPECT_THAT(Out({"show", "policy.xml", "PRODUCTA1000", "--task", "{task-1}"}),
                 HasSubstr("  Type             Full\n"));
+}
+
+TEST_F(SetTask, LeavesTheFileUntouchedWhenTheFieldsAreThereAlready)
+{
+    const std::string before = Bytes();
+    const std::vector<std::string> line = {
+        "set",        "policy.xml", "PRODUCTA1000", "Schedule", "Hour",           "2",
+        "--task",     "{task-1}",   "--type",       "Scan",     "--display-name", "Nächtliche Prüfung",
+        "--priority", "5",          "--platforms",  "WIN|LNX",  "--creator",      "SITEADMIN"};
+    EXPECT_EQ(Out(line), "");
+    EXPECT_EQ(Bytes(), before);
+    std::vector<std::string> withJson = line;
+    withJson.push_back("--json");
+    const json change = json::parse(Out(withJson));
+    EXPECT_EQ(change["changed"], false);
+    EXPECT_EQ(change["written"], nullptr);
+    EXPECT_EQ(change["fields"], json::array());
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(SetTask, ShowsEachFieldThatChanges)
+{
+    const std::string before = Bytes();
+    const std::vector<std::string> line = {"set",        "policy.xml", "PRODUCTA1000", "Schedule", "Hour",
+                                           "2",          "--task",     "{task-1}",     "--type",   "Full",
+                                           "--priority", "-3",         "--platforms",  "WIN|LNX",  "--dry-run"};
+    EXPECT_EQ(Out(line),
+              "task PRODUCTA1000 {task-1}: Schedule/Hour: \"2\" (unchanged)\n"
+              "task PRODUCTA1000 {task-1}: type: \"Scan\" -> \"Full\"\n"
+              "task PRODUCTA1000 {task-1}: priority: \"5\" -> \"-3\"\n");
+    std::vector<std::string> withJson = line;
+    withJson.push_back("--json");
+    const json change = json::parse(Out(withJson));
+    EXPECT_EQ(change["changed"], true);
+    EXPECT_EQ(change["fields"], json::parse(R"([{"name": "type", "before": "Scan", "after": "Full"},
+                                                {"name": "priority", "before": "5", "after": "-3"}])"));
+    EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(SetTask, ShowsTheFieldsOfANewTask)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTA1000", "S", "N", "1", "--task", "{task-9}", "--create", "--type", "T",
+                   "--dry-run"}),
+              "new task PRODUCTA1000 {task-9}: S/N: (none) -> \"1\"\n"
+              "new task PRODUCTA1000 {task-9}: displayName: (none) -> \"{task-9}\"\n"
+              "new task PRODUCTA1000 {task-9}: type: (none) -> \"T\"\n"
+              "new task PRODUCTA1000 {task-9}: platforms: (none) -> \"\"\n"
+              "new task PRODUCTA1000 {task-9}: creator: (none) -> \"\"\n"
+              "new task PRODUCTA1000 {task-9}: priority: (none) -> \"0\"\n");
 }
 
 TEST_F(SetTask, RefusesSettingsThatTheTasksFieldsOverwrite)

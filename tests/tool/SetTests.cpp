@@ -42,6 +42,58 @@ TEST_F(Set, WritesElsewhereAndLeavesTheFileAlone)
     EXPECT_EQ(Out({"get", "new.xml", "PRODUCTB2000", "General", "LogLevel"}), "5\n");
 }
 
+TEST_F(Set, WritesTheDocumentToStandardOutputInItsOwnEncoding)
+{
+    const std::string before = Bytes();
+    const std::vector<std::string> line = {"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5"};
+    const auto lineWith = [&](const std::vector<std::string>& options) {
+        std::vector<std::string> all = line;
+        all.insert(all.end(), options.begin(), options.end());
+        return all;
+    };
+    Folder().Write(u"new.xml", Out(lineWith({"--output", "-"})));
+    EXPECT_EQ(Folder().Names(), (std::vector<std::string>{"new.xml", "policy.xml"}));
+    EXPECT_EQ(Bytes(), before);
+    EXPECT_THAT(Changes(u"new.xml"), HasSubstr("+ <Setting name=\"LogLevel\">5</Setting>"));
+    EXPECT_EQ(Bytes(u"new.xml").substr(0, 2), "\xFF\xFE");
+
+    // The same bytes as a file gets, line ends included, also when there is nothing to change.
+    (void)Folder().Write(u"small.xml",
+                         "<a>\r\n<PolicyRoot version='1'>\n<PolicyGroup Path='0_4'><Policy><Product "
+                         "SoftwareID='P'><Section name='S'><Setting name='N'>1</Setting></Section>"
+                         "</Product></Policy></PolicyGroup></PolicyRoot></a>\r\n");
+    EXPECT_EQ(Out({"set", "small.xml", "P", "S", "N", "1", "--output", "-"}),
+              "<a>\r\n<PolicyRoot version='1'>\n<PolicyGroup Path='0_4'><Policy><Product "
+              "SoftwareID='P'><Section name='S'><Setting name='N'>1</Setting></Section>"
+              "</Product></Policy></PolicyGroup></PolicyRoot></a>\r\n");
+    EXPECT_THAT(Tool(lineWith({"--output", "-", "--json"})), Fails(2, HasSubstr("excludes --json")));
+    EXPECT_THAT(Tool(lineWith({"--output", "-", "--dry-run"})), Fails(2, HasSubstr("excludes --dry-run")));
+}
+
+TEST_F(Set, NamesTheElementThatANewEntryNeeds)
+{
+    const struct {
+        const char* text;
+        const char* task;
+        const char* missing;
+    } rows[] = {
+        {"<F/>", nullptr, "PolicyRoot"},
+        {"<F><PolicyRoot/></F>", nullptr, "PolicyGroup"},
+        {"<F><PolicyRoot><PolicyGroup/></PolicyRoot></F>", nullptr, "Policy"},
+        {"<F><PolicyRoot><PolicyGroup><Policy/></PolicyGroup></PolicyRoot></F>", "{t}", "TaskRoot"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        (void)Folder().Write(u"bare.xml", row.text);
+        std::vector<std::string> line = {"set", "bare.xml", "P", "S", "N", "1", "--create"};
+        if (row.task != nullptr) {
+            line.insert(line.end(), {"--task", row.task});
+        }
+        EXPECT_THAT(Tool(line), Fails(4, HasSubstr(": The file has no " + std::string(row.missing) +
+                                                   " element to put it in. [ElementMissing, 0xFFFFFBB4]\n")));
+    }
+}
+
 TEST_F(Set, WritesTheOtherFileEvenWhenNothingChanged)
 {
     EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "3", "--output", "new.xml"}), "");
@@ -113,7 +165,7 @@ TEST_F(Set, HintsAtTheTwoDashes)
 TEST_F(Set, TakesAnyTextAsAValue)
 {
     const char* const values[] = {"",    " ",  "get",   "set",   "/etc", "[a,b]", "{}",
-                                  "a=b", "%%", "@file", "\"q\"", "'q'",  "-"};
+                                  "a=b", "%%", "@file", "\"q\"", "'q'",  "-",     "++"};
     for (const char* value : values) {
         SCOPED_TRACE(value);
         EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "show", "get", value}), "");

@@ -87,6 +87,71 @@ TEST_F(Show, EscapesWhatWouldMoveTheCursorOfATerminal)
     EXPECT_THAT(Out({"show", "odd.xml"}), HasSubstr("    a\\tb = 1\\n2\\r\\\\\\u009b31m\n"));
 }
 
+TEST_F(Show, EscapesWhatCannotBeSeenOrTurnsTheWriting)
+{
+    const struct {
+        const char* reference;
+        const char* shown;
+    } rows[] = {
+        {"&#xAD;", R"(\u00ad)"},      {"&#x200B;", R"(\u200b)"},      {"&#x200D;", R"(\u200d)"},
+        {"&#x200F;", R"(\u200f)"},    {"&#x2028;", R"(\u2028)"},      {"&#x2029;", R"(\u2029)"},
+        {"&#x202A;", R"(\u202a)"},    {"&#x202E;", R"(\u202e)"},      {"&#x2066;", R"(\u2066)"},
+        {"&#x2069;", R"(\u2069)"},    {"&#xFEFF;", R"(\ufeff)"},      {"&#x061C;", R"(\u061c)"},
+        {"&#x3164;", R"(\u3164)"},    {"&#xE0041;", R"(\U000e0041)"}, {"&#x1D173;", R"(\U0001d173)"},
+        {"&#x7F;", R"(\u007f)"},      {"&#x85;", R"(\u0085)"},        {"&#xA0;", "\xC2\xA0"},
+        {"&#x2027;", "\xE2\x80\xA7"}, {"&#x202F;", "\xE2\x80\xAF"},   {"&#x1F680;", "\xF0\x9F\x9A\x80"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.reference);
+        const std::string in = "a" + std::string(row.reference) + "b";
+        const std::string out = "a" + std::string(row.shown) + "b";
+        (void)Folder().Write(
+            u"odd.xml", SmallFile("<Product SoftwareID='" + in + "'><Section name='" + in + "'><Setting name='" + in +
+                                  "'>" + in + "</Setting></Section></Product>\n"));
+        EXPECT_THAT(Out({"show", "odd.xml"}),
+                    HasSubstr("Policy " + out + "\n  [" + out + "]\n    " + out + " = " + out + "\n"));
+    }
+}
+
+TEST_F(Show, ReadsEveryEncoding)
+{
+    const std::string body =
+        "<F><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='P'><Section name='\xFC'>"
+        "<Setting name='a'>\xE4\xDF</Setting></Section></Product></Policy></PolicyGroup>"
+        "</PolicyRoot></F>";
+    (void)Folder().Write(u"latin.xml", "<?xml version='1.0' encoding='iso-8859-1'?>" + body);
+    EXPECT_THAT(Out({"show", "latin.xml"}), testing::EndsWith("Policy P\n  [ü]\n    a = äß\n"));
+    const auto wide = [](const std::string& latin, bool littleEndian, bool hasSignature) {
+        std::string bytes = !hasSignature ? "" : littleEndian ? "\xFF\xFE" : "\xFE\xFF";
+        for (const char c : latin) {
+            bytes += littleEndian ? std::string{c, '\0'} : std::string{'\0', c};
+        }
+        return bytes;
+    };
+    for (const bool littleEndian : {true, false}) {
+        (void)Folder().Write(u"wide.xml", wide(body, littleEndian, true));
+        EXPECT_THAT(Out({"show", "wide.xml"}), testing::EndsWith("Policy P\n  [ü]\n    a = äß\n"));
+        (void)Folder().Write(u"wide.xml", wide("<?xml version='1.0' encoding='UTF-16'?>" + body, littleEndian, false));
+        EXPECT_THAT(Out({"show", "wide.xml"}), testing::EndsWith("Policy P\n  [ü]\n    a = äß\n"));
+    }
+    (void)Folder().Write(u"signed.xml", "\xEF\xBB\xBF" + SmallFile("<Product SoftwareID='ü'/>"));
+    EXPECT_THAT(Out({"show", "signed.xml"}), testing::EndsWith("Policy ü\n"));
+}
+
+TEST_F(Show, PassesOverMarkupThatLooksLikeTags)
+{
+    (void)Folder().Write(
+        u"odd.xml",
+        "<?xml version='1.0'?><!DOCTYPE F [<!-- ' ]> --><!ELEMENT F ANY><?x ]> ' ?><!ATTLIST a b CDATA ']>'>]>\n"
+        "<!-- <F> --><F a='>'><PolicyRoot  AssignmentList = \"'>\" ><?y <F> ?><PolicyGroup><Policy>"
+        "<Product b='/>' SoftwareID = 'P&quot;&#x26;&#39;&lt;' ><Section\nname\t=\t'a\r\nb\tc'><Setting name='n'>"
+        "1<![CDATA[<x>&amp;]]]>2\r\n3<!-- no -->\r4<x><y/></x>5&#13;&gt;</Setting ><Setting name='m'/></Section>"
+        "</Product></Policy></PolicyGroup></PolicyRoot></F>\n<!-- end -->");
+    EXPECT_THAT(Out({"show", "odd.xml"}),
+                testing::EndsWith("Policy P\"&'<\n  [a b c]\n    n = 1<x>&amp;]2\\n3\\n45\\r>\n    m = \n"));
+    EXPECT_EQ(Out({"get", "odd.xml", "P\"&'<", "a b c", "n"}), "1<x>&amp;]2\n3\n45\r>\n");
+}
+
 TEST_F(Show, ReadsByTheComponentsRules)
 {
     (void)Folder().Write(u"odd.xml",

@@ -3,6 +3,7 @@
 #include <exception>
 #include <new>
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <variant>
 
@@ -14,7 +15,10 @@
 namespace zupm::tool {
 namespace {
 
-constexpr std::string_view kPrefix = "zupolicy: ";
+void Complain(Streams streams, std::string_view text)
+{
+    streams.messages.Line("zupolicy: " + std::string(text));
+}
 
 ExitCode Execute(const Command& command, Streams streams)
 {
@@ -36,7 +40,7 @@ ExitCode Finish(ExitCode code, Streams streams)
 {
     streams.data.flush();
     if (!streams.data && code == ExitCode::Ok) {
-        streams.messages << kPrefix << "standard output cannot be written\n";
+        Complain(streams, "standard output cannot be written");
         return ExitCode::Other;
     }
     return code;
@@ -47,12 +51,12 @@ ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
     try {
         return Finish(ParseAndExecute(arguments, streams), streams);
     } catch (const Failure& failure) {
-        streams.messages << kPrefix << failure.what() << '\n';
+        Complain(streams, failure.what());
         return failure.Code();
     } catch (const std::bad_alloc&) {
-        streams.messages << kPrefix << "out of memory\n";
+        Complain(streams, "out of memory");
     } catch (const std::exception& error) {
-        streams.messages << kPrefix << error.what() << '\n';
+        Complain(streams, error.what());
     }
     return ExitCode::Other;
 }
@@ -61,7 +65,8 @@ ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
 
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages) noexcept
 {
-    return static_cast<int>(RunGuarded(arguments, Streams{out, messages}));
+    Messages lines(messages);
+    return static_cast<int>(RunGuarded(arguments, Streams{out, lines}));
 }
 
 }  // namespace zupm::tool

@@ -1,9 +1,10 @@
 #include "client/PolicyFile.h"
 
+#include <filesystem>
+
 #include "client/PolicyEntry.h"
 #include "com/ObjectFactory.h"
 #include "text/Utf8.h"
-#include "xml/DocumentReader.h"
 
 namespace zupm::tool {
 namespace {
@@ -24,20 +25,44 @@ std::string PropertyText(IPolicyFile& file, Getter getter, const std::string& su
     return ToUtf8(text.Text());
 }
 
+bool IsFolder(const std::string& path)
+{
+    std::error_code ignored;
+    return std::filesystem::is_directory(std::filesystem::path(FromUtf8(path)), ignored);
+}
+
+void CheckOpened(HRESULT result, const std::string& path)
+{
+    // The system calls it an access that is denied, or a name that is not valid.
+    if (result < 0 && IsFolder(path)) {
+        throw CallError(result, path, "is a folder");
+    }
+    Check(result, path);
+}
+
 }  // namespace
+
+void RequireName(const std::string& path)
+{
+    if (!IsUtf8(path)) {
+        throw Failure(ExitCode::FileError, path + ": the name is not valid UTF-8");
+    }
+}
 
 PolicyFile::PolicyFile(const std::string& path, Access access)
     : m_file(tool::Create<IPolicyFile>(CLSID_PolicyFile, IID_IPolicyFile)), m_path(path)
 {
-    Check(m_file->InitializeFile(Bstr(FromUtf8(path)).Get(), access == Access::ReadOnly ? 1 : 0), path);
+    RequireName(path);
+    CheckOpened(m_file->InitializeFile(Bstr(FromUtf8(path)).Get(), access == Access::ReadOnly ? 1 : 0), path);
 }
 
 PolicyFile::PolicyFile(const std::string& path, std::chrono::seconds patience)
     : m_file(tool::Create<IPolicyFile>(CLSID_PolicyFile, IID_IPolicyFile)), m_path(path)
 {
+    RequireName(path);
     m_edit = QueryFor<IPolicyFileEdit>(*m_file.Get(), IID_IPolicyFileEdit, path);
     const auto milliseconds = static_cast<LONG>(std::chrono::milliseconds(patience).count());
-    Check(m_edit->OpenForEdit(Bstr(FromUtf8(path)).Get(), milliseconds), path);
+    CheckOpened(m_edit->OpenForEdit(Bstr(FromUtf8(path)).Get(), milliseconds), path);
 }
 
 std::unique_ptr<Entry> PolicyFile::Find(const Target& target)
@@ -108,24 +133,11 @@ void PolicyFile::RehearseCommit(bool force)
     Check(m_edit->RehearseCommit(force ? 1 : 0), m_path);
 }
 
-FileContents PolicyFile::Contents()
+FileVersions PolicyFile::Versions()
 {
-    FileContents contents = ReadDocument(Text());
-    contents.policyVersion = PropertyText(*m_file.Get(), &IPolicyFile::get_VersionPolicy, m_path);
-    contents.taskVersion = PropertyText(*m_file.Get(), &IPolicyFile::get_VersionTask, m_path);
-    contents.assignmentList = PropertyText(*m_file.Get(), &IPolicyFile::get_PolicyAssignmentList, m_path);
-    return contents;
-}
-
-std::string PolicyFile::Text()
-{
-    Bstr text;
-    Check(m_file->WriteFileBuffer(text.Slot()), m_path);
-    if (text.Get() == nullptr) {
-        // WriteFileBuffer reports success in every case and leaves the slot empty when memory ran out.
-        throw std::bad_alloc();
-    }
-    return ToUtf8(text.Text());
+    return {PropertyText(*m_file.Get(), &IPolicyFile::get_VersionPolicy, m_path),
+            PropertyText(*m_file.Get(), &IPolicyFile::get_VersionTask, m_path),
+            PropertyText(*m_file.Get(), &IPolicyFile::get_PolicyAssignmentList, m_path)};
 }
 
 std::string PolicyFile::SubjectFor(const Target& target) const

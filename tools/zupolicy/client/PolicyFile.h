@@ -10,13 +10,22 @@
 #include "client/Entry.h"
 #include "client/TaskEntry.h"
 #include "com/ComPtr.h"
-#include "model/FileContents.h"
 #include "model/Target.h"
 
 namespace zupm::tool {
 
 /// How a file is loaded: to be read only; to be changed and written somewhere else.
 enum class Access { ReadOnly, Copy };
+
+/// What the component reports about a whole file.
+struct FileVersions {
+    std::string policy;
+    std::string task;
+    std::string assignmentList;
+};
+
+/// Throws Failure (FileError) for a file name that is not valid UTF-8: the component takes no other.
+void RequireName(const std::string& path);
 
 /// The component's policy file object, with results turned into exceptions.
 ///
@@ -49,13 +58,11 @@ public:
     /// Throws what Commit would throw, as far as that can be known without writing.
     void RehearseCommit(bool force);
 
-    /// Everything that the document holds now.
-    [[nodiscard]] FileContents Contents();
+    [[nodiscard]] FileVersions Versions();
 
 private:
     [[nodiscard]] std::string SubjectFor(const Target& target) const;
     [[nodiscard]] std::unique_ptr<Entry> FindPolicy(const Target& target);
-    [[nodiscard]] std::string Text();
 
     ComPtr<IPolicyFile> m_file;
     ComPtr<IPolicyFileEdit> m_edit;

@@ -1,5 +1,7 @@
 #include "client/TaskEntry.h"
 
+#include <utility>
+
 #include "text/Utf8.h"
 
 namespace zupm::tool {
@@ -10,25 +12,41 @@ void TaskEntry::PutIds(std::u16string_view softwareId, std::u16string_view taskI
     Check(Object()->put_TaskID(Bstr(taskId).Get()), Subject());
 }
 
-void TaskEntry::PutFields(const TaskFields& fields)
+std::vector<FieldChange> TaskEntry::PutFields(const TaskFields& fields)
 {
-    const auto put = [&](const std::optional<std::string>& value, auto setter) {
-        if (value) {
+    std::vector<FieldChange> changes;
+    const auto put = [&](const char* name, const std::optional<std::string>& value, auto getter, auto setter) {
+        if (!value) {
+            return;
+        }
+        Bstr slot;
+        Check((Object()->*getter)(slot.Slot()), Subject());
+        if (std::string before = ToUtf8(slot.Text()); before != *value) {
             Check((Object()->*setter)(Bstr(FromUtf8(*value)).Get()), Subject());
+            changes.push_back({name, std::move(before), *value});
         }
     };
-    put(fields.displayName, &IPolicyTask::put_DisplayName);
-    put(fields.type, &IPolicyTask::put_TaskType);
-    put(fields.platforms, &IPolicyTask::put_PlatformsSupported);
-    put(fields.creator, &IPolicyTask::put_CreatorID);
-    if (fields.priority) {
-        Check(Object()->put_Priority(*fields.priority), Subject());
+    put("displayName", fields.displayName, &IPolicyTask::get_DisplayName, &IPolicyTask::put_DisplayName);
+    put("type", fields.type, &IPolicyTask::get_TaskType, &IPolicyTask::put_TaskType);
+    put("platforms", fields.platforms, &IPolicyTask::get_PlatformsSupported, &IPolicyTask::put_PlatformsSupported);
+    put("creator", fields.creator, &IPolicyTask::get_CreatorID, &IPolicyTask::put_CreatorID);
+    PutPriority(fields.priority, changes);
+    return changes;
+}
+
+void TaskEntry::PutPriority(std::optional<std::int32_t> priority, std::vector<FieldChange>& changes)
+{
+    LONG before = 0;
+    Check(Object()->get_Priority(&before), Subject());
+    if (priority && *priority != before) {
+        Check(Object()->put_Priority(*priority), Subject());
+        changes.push_back({"priority", std::to_string(before), std::to_string(*priority)});
     }
 }
 
 void TaskEntry::PutDefaults(std::u16string_view taskId)
 {
-    PutFields({ToUtf8(taskId), "", "", "", 0});
+    static_cast<void>(PutFields({ToUtf8(taskId), "", "", "", 0}));
 }
 
 void TaskEntry::WriteIni(std::u16string_view path)

@@ -1,7 +1,10 @@
 /// One task.
 #pragma once
 
+#include <vector>
+
 #include "client/Entry.h"
+#include "model/Change.h"
 #include "model/TaskFields.h"
 
 namespace zupm::tool {
@@ -13,12 +16,15 @@ public:
 
     void HandBack(IPolicyFile& file) override { Check(file.AddTask(Object(), 1), Subject()); }
     void PutIds(std::u16string_view softwareId, std::u16string_view taskId);
-    /// Sets the fields that have a value.
-    void PutFields(const TaskFields& fields);
+    /// Sets the fields that have a value and hold another one so far; gives those that changed.
+    std::vector<FieldChange> PutFields(const TaskFields& fields);
     /// Fills in what a new task must not leave as the component's placeholder: the display name becomes the task ID,
     /// the other texts empty.
     void PutDefaults(std::u16string_view taskId);
     void WriteIni(std::u16string_view path);
+
+private:
+    void PutPriority(std::optional<std::int32_t> priority, std::vector<FieldChange>& changes);
 };
 
 }  // namespace zupm::tool

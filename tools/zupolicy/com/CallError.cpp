@@ -74,6 +74,16 @@ CallError::CallError(result::Code code, const std::string& subject, const std::s
 {
 }
 
+CallError::CallError(const CallError& other, const std::string& message)
+    : Failure(other.Code(), message), m_result(other.m_result), m_description(other.m_description)
+{
+}
+
+CallError CallError::With(const std::string& more) const
+{
+    return {*this, what() + more};
+}
+
 result::Code Check(HRESULT result, const std::string& subject)
 {
     const auto code = static_cast<result::Code>(result);

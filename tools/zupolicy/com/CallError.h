@@ -15,11 +15,16 @@ public:
     /// `description` is the thread's error information for the call.
     CallError(result::Code code, const std::string& subject, const std::string& description);
 
+    /// The same failure with more to its message.
+    [[nodiscard]] CallError With(const std::string& more) const;
+
     [[nodiscard]] result::Code Result() const noexcept { return m_result; }
     /// The error information alone, as the component gave it.
     [[nodiscard]] const std::string& Description() const noexcept { return m_description; }
 
 private:
+    CallError(const CallError& other, const std::string& message);
+
     result::Code m_result;
     std::string m_description;
 };

@@ -1,10 +1,6 @@
-#include <algorithm>
-#include <ostream>
-#include <utility>
-
-#include "client/PolicyFile.h"
+#include "client/Contents.h"
+#include "com/CallError.h"
 #include "commands/Commands.h"
-#include "model/IniCollisions.h"
 #include "output/CheckText.h"
 #include "output/Json.h"
 #include "text/FilePosition.h"
@@ -12,73 +8,61 @@
 namespace zupm::tool {
 namespace {
 
-void Count(Counts& counts, const std::vector<Section>& sections)
+CheckReport BrokenReport(const std::string& path, std::string_view description)
 {
-    counts.sections += sections.size();
-    for (const Section& section : sections) {
-        counts.settings += section.settings.size();
-    }
+    const FilePosition position = SplitPosition(path, description);
+    return {path, std::nullopt, position.line, position.column, position.message};
 }
 
-Counts CountAll(const FileContents& contents)
+/// A failure's message without the file's name in front: a report names the file itself.
+std::string_view WithoutName(std::string_view message, const std::string& path)
 {
-    Counts counts{contents.policies.size(), contents.tasks.size(), 0, 0};
-    for (const Policy& policy : contents.policies) {
-        Count(counts, policy.sections);
-    }
-    for (const Task& task : contents.tasks) {
-        Count(counts, task.sections);
-    }
-    return counts;
-}
-
-/// In the order of the file.
-std::vector<Duplicate> WarningsOf(const FileContents& contents)
-{
-    std::vector<Duplicate> warnings = contents.duplicates;
-    const std::vector<Duplicate> collisions = IniCollisions(contents.tasks);
-    warnings.insert(warnings.end(), collisions.begin(), collisions.end());
-    std::ranges::stable_sort(warnings, {},
-                             [](const Duplicate& warning) { return std::pair(warning.line, warning.column); });
-    return warnings;
+    const std::string name = path + ": ";
+    return message.starts_with(name) ? message.substr(name.size()) : message;
 }
 
 CheckReport ReportOf(const std::string& path)
 {
-    CheckReport report;
-    report.file = path;
     try {
-        const FileContents contents = PolicyFile(path, Access::ReadOnly).Contents();
-        report.ok = true;
-        report.duplicates = WarningsOf(contents);
-        report.counts = CountAll(contents);
+        return {path, ReadContents(path), {}, {}, {}};
     } catch (const CallError& error) {
-        const FilePosition position = SplitPosition(path, error.Description());
-        report.line = position.line;
-        report.column = position.column;
-        report.message = position.message;
+        return BrokenReport(path, error.Description());
+    } catch (const Failure& failure) {
+        return {path, std::nullopt, {}, {}, std::string(WithoutName(failure.what(), path))};
     }
-    return report;
+}
+
+/// Whether the file is good enough for `check` to end with 0.
+bool Passes(const CheckReport& report, const CheckOptions& options)
+{
+    return report.contents && (!options.strict || report.contents->warnings.empty());
 }
 
 }  // namespace
 
+// Each report is printed and dropped before the next file is read.
 ExitCode RunCommand(const CheckOptions& options, Streams streams)
 {
-    std::vector<CheckReport> reports;
-    bool allOk = true;
+    JsonWriter json(streams.data);
+    if (options.json) {
+        json.BeginArray();
+    }
+    bool allPass = true;
     for (const std::string& path : options.files) {
-        reports.push_back(ReportOf(path));
-        allOk = allOk && reports.back().ok;
-        streams.messages << ReportAsText(reports.back());
-        if (options.verbose && reports.back().ok) {
-            streams.messages << CountsAsText(reports.back());
+        const CheckReport report = ReportOf(path);
+        allPass = Passes(report, options) && allPass;
+        PrintReport(streams.messages, report);
+        if (options.verbose && report.contents) {
+            PrintCounts(streams.messages, report);
+        }
+        if (options.json) {
+            WriteReportAsJson(json, report);
         }
     }
     if (options.json) {
-        streams.data << ReportsAsJson(reports);
+        json.EndArray();
     }
-    return allOk ? ExitCode::Ok : ExitCode::FileError;
+    return allPass ? ExitCode::Ok : ExitCode::FileError;
 }
 
 }  // namespace zupm::tool

@@ -4,6 +4,7 @@
 #include <ostream>
 #include <utility>
 
+#include "commands/WriteToStream.h"
 #include "output/ChangeText.h"
 #include "output/Json.h"
 
@@ -40,7 +41,7 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
 void Print(const Change& change, const EditOptions& options, Streams streams)
 {
     if (options.json) {
-        streams.data << ChangeAsJson(change);
+        WriteChangeAsJson(streams.data, change);
     } else if (options.dryRun) {
         streams.data << ChangeAsText(change);
     }
@@ -71,6 +72,10 @@ PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
 
 void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Streams streams)
 {
+    if (options.GoesToStandardOutput()) {
+        WriteToStream(file, streams.data);
+        return;
+    }
     if (!options.dryRun) {
         Write(file, change, options);
     } else if (!options.output && change.changed) {

@@ -10,8 +10,8 @@
 
 namespace zupm::tool {
 
-/// Loads the file that is edited: opened and locked to be replaced, or loaded alone when the result goes elsewhere. A dry
-/// run opens it as the edit does, so it fails where the edit fails.
+/// Loads the file that is edited: opened and locked to be replaced, or loaded alone when the result goes elsewhere. A
+/// dry run opens it as the edit does, so it fails where the edit fails.
 [[nodiscard]] PolicyFile OpenToEdit(const std::string& file, const EditOptions& options);
 
 /// Writes the edited file where the options say (nowhere in a dry run, nor in place when nothing changed), then prints

@@ -7,23 +7,12 @@
 #include "file/CopyFile.h"
 #include "file/OrdinaryFile.h"
 #include "file/TemporaryFolder.h"
-#include "model/IniCollisions.h"
-#include "output/CheckText.h"
 #include "text/Utf8.h"
 
 namespace zupm::tool {
 namespace {
 
 constexpr const char* kStandardOutput = "-";
-
-void WarnOfCollisions(PolicyFile& file, const ExportIniOptions& options, std::ostream& messages)
-{
-    for (const Task& task : file.Contents().tasks) {
-        if (task.softwareId == options.target.softwareId && task.taskId == options.target.taskId) {
-            messages << WarningsAsText(options.file, IniCollisions(task));
-        }
-    }
-}
 
 void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesystem::path& ini)
 {
@@ -65,7 +54,6 @@ void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostr
 ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
 {
     PolicyFile file(options.file, Access::ReadOnly);
-    WarnOfCollisions(file, options, streams.messages);
     if (options.iniFile == kStandardOutput) {
         ExportToStream(file, options, streams.data);
     } else {

@@ -1,5 +1,6 @@
 #include <ostream>
 
+#include "client/Explain.h"
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
 #include "output/Json.h"
@@ -9,10 +10,13 @@ namespace zupm::tool {
 
 ExitCode RunCommand(const GetOptions& options, Streams streams)
 {
-    PolicyFile file(options.file, Access::ReadOnly);
-    const std::string value = ToUtf8(file.Find(options.target)->Get(FromUtf8(options.section), FromUtf8(options.name)));
+    const Sought sought{options.file, options.target, options.section, options.name};
+    const std::string value = Explaining(sought, [&] {
+        PolicyFile file(options.file, Access::ReadOnly);
+        return ToUtf8(file.Find(options.target)->Get(FromUtf8(options.section), FromUtf8(options.name)));
+    });
     if (options.json) {
-        streams.data << ValueAsJson(options.target, options.section, {options.name, value});
+        WriteValueAsJson(streams.data, options.target, options.section, options.name, value);
     } else {
         streams.data << value << '\n';
     }

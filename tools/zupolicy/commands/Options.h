@@ -39,6 +39,9 @@ struct EditOptions {
     bool force = false;
     bool json = false;
     LockOptions lock;
+
+    /// A file of this name has another one as well: ./-
+    [[nodiscard]] bool GoesToStandardOutput() const { return output == "-"; }
 };
 
 struct SetOptions {
@@ -70,6 +73,7 @@ struct ExportIniOptions {
 struct CheckOptions {
     std::vector<std::string> files;
     bool verbose = false;
+    bool strict = false;
     bool json = false;
 };
 

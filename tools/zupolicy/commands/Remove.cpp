@@ -1,3 +1,4 @@
+#include "client/Explain.h"
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
 #include "commands/Edit.h"
@@ -25,14 +26,16 @@ std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& optio
 ExitCode RunCommand(const RemoveOptions& options, Streams streams)
 {
     PolicyFile file = OpenToEdit(options.file, options.edit);
-    Change change{options.target, false, options.section, options.name, {}, {}, true, {}};
-    if (options.section) {
-        const auto entry = file.Find(options.target);
-        change.before = RemoveInside(*entry, options);
-        file.Add(*entry);
-    } else {
-        file.Remove(options.target);
-    }
+    Change change{options.target, false, options.section, options.name, {}, {}, {}, true, {}};
+    Explaining({options.file, options.target, options.section, options.name}, [&] {
+        if (options.section) {
+            const auto entry = file.Find(options.target);
+            change.before = RemoveInside(*entry, options);
+            file.Add(*entry);
+        } else {
+            file.Remove(options.target);
+        }
+    });
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }

@@ -1,10 +1,13 @@
 #include <memory>
+#include <utility>
 
+#include "client/Explain.h"
 #include "client/PolicyFile.h"
 #include "client/TaskEntry.h"
 #include "commands/Commands.h"
 #include "commands/Edit.h"
 #include "text/Utf8.h"
+#include "text/Visible.h"
 
 namespace zupm::tool {
 namespace {
@@ -12,31 +15,51 @@ namespace {
 struct Found {
     std::unique_ptr<Entry> entry;
     bool isNew;
+    std::vector<FieldChange> fields;
 };
 
-std::unique_ptr<Entry> FindExisting(PolicyFile& file, const SetOptions& options)
+Sought SoughtBy(const SetOptions& options)
+{
+    return {options.file, options.target, options.section, options.name};
+}
+
+Found FindExisting(PolicyFile& file, const SetOptions& options)
 {
     if (!options.target.taskId) {
-        return file.Find(options.target);
+        return {file.Find(options.target), false, {}};
     }
     auto task = file.FindTask(options.target);
-    task->PutFields(options.fields);
-    return task;
+    std::vector<FieldChange> fields = task->PutFields(options.fields);
+    return {std::move(task), false, std::move(fields)};
+}
+
+/// What a new task gets: the fields that were given, and the defaults of the others.
+std::vector<FieldChange> FieldsOfNewEntry(const SetOptions& options)
+{
+    if (!options.target.taskId) {
+        return {};
+    }
+    const TaskFields& fields = options.fields;
+    return {{"displayName", std::nullopt, fields.displayName.value_or(*options.target.taskId)},
+            {"type", std::nullopt, fields.type.value_or("")},
+            {"platforms", std::nullopt, fields.platforms.value_or("")},
+            {"creator", std::nullopt, fields.creator.value_or("")},
+            {"priority", std::nullopt, std::to_string(fields.priority.value_or(0))}};
 }
 
 Found FindOrCreate(PolicyFile& file, const SetOptions& options)
 {
     try {
-        return {FindExisting(file, options), false};
+        return FindExisting(file, options);
     } catch (const CallError& error) {
         if (error.Code() != ExitCode::NotFound) {
             throw;
         }
         if (!options.create) {
-            throw Failure(error.Code(), std::string(error.what()) + " (--create adds it)");
+            throw error.With(" (--create adds it)" + SuggestionFor(error, SoughtBy(options)));
         }
     }
-    return {file.Create(options.target, options.fields), true};
+    return {file.Create(options.target, options.fields), true, FieldsOfNewEntry(options)};
 }
 
 /// The component writes a task's identity fields into some of the task's own settings whenever the task goes back, so
@@ -46,31 +69,39 @@ void RequireKept(PolicyFile& file, const SetOptions& options)
     const auto kept = file.Find(options.target)->Find(FromUtf8(options.section), FromUtf8(options.name));
     if (kept != FromUtf8(options.value)) {
         throw Failure(ExitCode::Other, options.file + ": " + Describe(options.target) + ": setting " +
-                                           ForTerminal(options.name) + " of section " + ForTerminal(options.section) +
+                                           Shortened(options.name) + " of section " + Shortened(options.section) +
                                            " repeats a field of the task and cannot be set on its own; use " +
                                            "--display-name, --type, --platforms or --priority");
     }
+}
+
+/// Puts the value into the entry and the entry into the file.
+void Put(PolicyFile& file, Entry& entry, const SetOptions& options)
+{
+    entry.Put(FromUtf8(options.section), FromUtf8(options.name), FromUtf8(options.value));
+    try {
+        file.Add(entry);
+    } catch (const CallError& error) {
+        throw Explained(error, SoughtBy(options));
+    }
+    RequireKept(file, options);
 }
 
 }  // namespace
 
 ExitCode RunCommand(const SetOptions& options, Streams streams)
 {
-    const std::u16string section = FromUtf8(options.section);
-    const std::u16string name = FromUtf8(options.name);
     const std::u16string value = FromUtf8(options.value);
-
     PolicyFile file = OpenToEdit(options.file, options.edit);
-    const Found found = FindOrCreate(file, options);
-    const auto before = found.entry->Find(section, name);
-    const bool changed = found.isNew || before != value || options.fields != TaskFields{};
+    Found found = FindOrCreate(file, options);
+    const auto before = found.entry->Find(FromUtf8(options.section), FromUtf8(options.name));
+    const bool changed = found.isNew || before != value || !found.fields.empty();
     if (changed) {
-        found.entry->Put(section, name, value);
-        file.Add(*found.entry);
-        RequireKept(file, options);
+        Put(file, *found.entry, options);
     }
 
-    Change change{options.target, found.isNew, options.section, options.name, {}, options.value, changed, {}};
+    Change change{options.target, found.isNew, options.section, options.name, {}, options.value, {}, changed, {}};
+    change.fields = std::move(found.fields);
     if (before) {
         change.before = ToUtf8(*before);
     }

@@ -1,8 +1,8 @@
 #include <algorithm>
-#include <ostream>
 
 #include "Failure.h"
-#include "client/PolicyFile.h"
+#include "client/Contents.h"
+#include "client/Explain.h"
 #include "commands/Commands.h"
 #include "output/Json.h"
 #include "output/ShowText.h"
@@ -10,52 +10,31 @@
 namespace zupm::tool {
 namespace {
 
-/// Takes out everything that the filters do not name.
-void Filter(FileContents& contents, const ShowOptions& options)
+void RequireSomething(const FileContents& contents, const ShowOptions& options, const Selection& selection)
 {
-    if (!options.softwareId) {
-        return;
-    }
-    std::erase_if(contents.policies, [&](const Policy& policy) {
-        return options.taskId.has_value() || policy.softwareId != *options.softwareId;
-    });
-    std::erase_if(contents.tasks, [&](const Task& task) {
-        return task.softwareId != *options.softwareId || (options.taskId && task.taskId != *options.taskId);
-    });
-}
-
-void RequireSomething(const FileContents& contents, const ShowOptions& options)
-{
-    if (!options.softwareId || !contents.policies.empty() || !contents.tasks.empty()) {
+    const auto isSelected = [&](const auto& record) { return selection.Has(contents, record); };
+    if (!options.softwareId || std::any_of(contents.policies.begin(), contents.policies.end(), isSelected) ||
+        std::any_of(contents.tasks.begin(), contents.tasks.end(), isSelected)) {
         return;
     }
     const Target target{*options.softwareId, options.taskId};
     const std::string what = options.taskId ? Describe(target) : Describe(target) + " and tasks of it";
-    throw Failure(ExitCode::NotFound, options.file + ": " + what + ": not in the file");
-}
-
-void DropSections(FileContents& contents)
-{
-    for (Policy& policy : contents.policies) {
-        policy.sections.clear();
-    }
-    for (Task& task : contents.tasks) {
-        task.sections.clear();
-    }
+    throw Failure(ExitCode::NotFound,
+                  options.file + ": " + what + ": not in the file" + SuggestionFor(contents, target));
 }
 
 }  // namespace
 
 ExitCode RunCommand(const ShowOptions& options, Streams streams)
 {
-    FileContents contents = PolicyFile(options.file, Access::ReadOnly).Contents();
-    Filter(contents, options);
-    RequireSomething(contents, options);
-    if (options.namesOnly) {
-        DropSections(contents);
+    const FileContents contents = ReadContents(options.file);
+    const Selection selection{options.softwareId, options.taskId, !options.namesOnly};
+    RequireSomething(contents, options, selection);
+    if (options.json) {
+        WriteContentsAsJson(streams.data, options.file, contents, selection);
+    } else {
+        WriteContentsAsText(streams.data, options.file, contents, selection);
     }
-    streams.data << (options.json ? ContentsAsJson(options.file, contents, !options.namesOnly)
-                                  : ContentsAsText(options.file, contents));
     return ExitCode::Ok;
 }
 

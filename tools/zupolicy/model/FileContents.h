@@ -1,58 +1,104 @@
-/// What a policy file holds, as the tool shows it: plain UTF-8 records in document order.
+/// What a policy file holds, as the tool shows it: records in document order, small enough for a hostile file.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <limits>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace zupm::tool {
 
-/// Line and column count from 1; they are of the start tag.
+/// A text of the file's contents, by its place in FileContents::texts.
+struct Piece {
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+};
+
+/// No record.
+inline constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+
 struct Setting {
-    std::string name;
-    std::string value;
-    std::uint64_t line = 0;
-    std::uint64_t column = 0;
+    Piece name;
+    Piece value;
+    std::uint32_t section = kNone;
+    std::uint32_t next = kNone;  ///< the section's next setting
 };
 
+/// The sections of one name in one entry.
 struct Section {
-    std::string name;
-    std::vector<Setting> settings;
+    Piece name;
+    std::uint32_t entry = kNone;
+    std::uint32_t firstSetting = kNone;
+    std::uint32_t lastSetting = kNone;
 };
 
+/// A product's policy. Its sections are those from `firstSection` to before `endSection`; the same holds for tasks.
 struct Policy {
-    std::string softwareId;
-    std::string version;
-    std::vector<Section> sections;
+    Piece softwareId;
+    Piece version;
+    std::uint32_t firstSection = 0;
+    std::uint32_t endSection = 0;
 };
 
 /// Fields that the file does not have are empty.
 struct Task {
-    std::string softwareId;
-    std::string taskId;
-    std::string displayName;
-    std::string type;
-    std::string platforms;
-    std::string creator;
-    std::string priority;
-    std::string version;
-    std::vector<Section> sections;
+    Piece softwareId;
+    Piece taskId;
+    Piece displayName;
+    Piece type;
+    Piece platforms;
+    Piece creator;
+    Piece priority;
+    Piece version;
+    std::uint32_t firstSection = 0;
+    std::uint32_t endSection = 0;
 };
 
-/// An entry that the component never reaches, because an earlier one has the same key. Line and column count from 1.
-struct Duplicate {
-    std::uint64_t line = 0;
-    std::uint64_t column = 0;
-    std::string message;
+/// What is odd about a file that loads all the same.
+struct Warning {
+    enum class Kind : std::uint8_t {
+        PolicyAgain,   ///< text: software ID; the component never reaches it
+        TaskAgain,     ///< other: software ID, text: task ID
+        SectionAgain,  ///< text: name
+        SettingAgain,  ///< other: section, text: name
+        NoRoots,       ///< neither policies nor tasks: perhaps no policy file at all
+        NotANumber,    ///< other: attribute's name, text: its value
+    };
+
+    Kind kind;
+    std::uint32_t line;  ///< counts from 1, as does the column
+    std::uint32_t column;
+    Piece text;
+    Piece other;
+};
+
+/// The elements that a new entry needs, as far as the file has them.
+struct Places {
+    bool policyRoot = false;
+    bool policyGroup = false;
+    bool policy = false;
+    bool taskRoot = false;
 };
 
 struct FileContents {
     std::string policyVersion;
     std::string taskVersion;
     std::string assignmentList;
-    std::vector<Policy> policies;
-    std::vector<Task> tasks;
-    std::vector<Duplicate> duplicates;
+
+    std::string texts;
+    std::deque<Policy> policies;
+    std::deque<Task> tasks;
+    std::deque<Section> sections;
+    std::deque<Setting> settings;
+    std::deque<Warning> warnings;
+    Places places;
+
+    [[nodiscard]] std::string_view Text(Piece piece) const
+    {
+        return std::string_view(texts).substr(piece.offset, piece.length);
+    }
 };
 
 }  // namespace zupm::tool

@@ -1,13 +1,13 @@
 #include "model/Target.h"
 
-#include "text/Utf8.h"
+#include "text/Visible.h"
 
 namespace zupm::tool {
 
 std::string Describe(const Target& target)
 {
-    const std::string id = ForTerminal(target.softwareId);
-    return target.taskId ? "task " + id + " " + ForTerminal(*target.taskId) : "policy " + id;
+    const std::string id = Shortened(target.softwareId);
+    return target.taskId ? "task " + id + " " + Shortened(*target.taskId) : "policy " + id;
 }
 
 }  // namespace zupm::tool

@@ -1,43 +1,38 @@
 #include "output/ChangeText.h"
 
-#include "text/Utf8.h"
+#include "text/Visible.h"
 
 namespace zupm::tool {
 namespace {
 
-std::string Quoted(const std::optional<std::string>& value, const char* otherwise)
+std::string ValueText(const std::optional<std::string>& value, const char* otherwise)
 {
-    if (!value) {
-        return otherwise;
-    }
-    std::string text = "\"";
-    text += ForTerminal(*value);
-    text += '"';
-    return text;
+    return value ? "\"" + Visible(*value) + "\"" : otherwise;
 }
 
 /// What happens to the section or setting.
 std::string Inside(const Change& change)
 {
     if (!change.name) {
-        return ForTerminal(*change.section) + ": (section removed)";
+        return Visible(*change.section) + ": (section removed)";
     }
-    const std::string setting = ForTerminal(*change.section) + "/" + ForTerminal(*change.name) + ": ";
-    if (!change.changed) {
-        return setting + Quoted(change.after, "") + " (unchanged)";
+    const std::string setting = Visible(*change.section) + "/" + Visible(*change.name) + ": ";
+    if (change.before == change.after) {
+        return setting + ValueText(change.after, "") + " (unchanged)";
     }
-    return setting + Quoted(change.before, "(none)") + " -> " + Quoted(change.after, "(removed)");
+    return setting + ValueText(change.before, "(none)") + " -> " + ValueText(change.after, "(removed)");
 }
 
 }  // namespace
 
 std::string ChangeAsText(const Change& change)
 {
-    std::string text = change.createsTarget ? "new " : "";
-    text += Describe(change.target);
-    text += ": ";
-    text += change.section ? Inside(change) : "(removed)";
-    text += '\n';
+    const std::string head = (change.createsTarget ? "new " : "") + Visible(Describe(change.target)) + ": ";
+    std::string text = head + (change.section ? Inside(change) : "(removed)") + "\n";
+    for (const FieldChange& field : change.fields) {
+        text +=
+            head + field.name + ": " + ValueText(field.before, "(none)") + " -> " + ValueText(field.after, "") + "\n";
+    }
     return text;
 }
 

@@ -1,5 +1,7 @@
 #include "output/CheckText.h"
 
+#include "output/WarningText.h"
+
 namespace zupm::tool {
 namespace {
 
@@ -10,33 +12,30 @@ std::string Place(const std::string& file, std::uint64_t line, std::uint64_t col
 
 }  // namespace
 
-std::string ReportAsText(const CheckReport& report)
+void PrintReport(Messages& messages, const CheckReport& report)
 {
-    if (!report.ok) {
+    if (!report.contents) {
         const std::string place =
             report.line ? Place(report.file, *report.line, report.column.value_or(1)) : report.file + ": ";
-        return place + report.message + "\n";
+        messages.Line(place + report.message);
+        return;
     }
-    return WarningsAsText(report.file, report.duplicates);
+    for (const Warning& warning : report.contents->warnings) {
+        messages.Line(Place(report.file, warning.line, warning.column) +
+                      "warning: " + WarningText(*report.contents, warning));
+    }
 }
 
-std::string WarningsAsText(const std::string& file, const std::vector<Duplicate>& warnings)
-{
-    std::string text;
-    for (const Duplicate& warning : warnings) {
-        text += Place(file, warning.line, warning.column) + "warning: " + warning.message + "\n";
-    }
-    return text;
-}
-
-std::string CountsAsText(const CheckReport& report)
+void PrintCounts(Messages& messages, const CheckReport& report)
 {
     const auto count = [](std::size_t number, const std::string& one, const std::string& many) {
         return std::to_string(number) + " " + (number == 1 ? one : many);
     };
-    return report.file + ": ok: " + count(report.counts.policies, "policy", "policies") + ", " +
-           count(report.counts.tasks, "task", "tasks") + ", " + count(report.counts.sections, "section", "sections") +
-           ", " + count(report.counts.settings, "setting", "settings") + "\n";
+    const FileContents& contents = *report.contents;
+    messages.Line(report.file + ": ok: " + count(contents.policies.size(), "policy", "policies") + ", " +
+                  count(contents.tasks.size(), "task", "tasks") + ", " +
+                  count(contents.sections.size(), "section", "sections") + ", " +
+                  count(contents.settings.size(), "setting", "settings"));
 }
 
 }  // namespace zupm::tool

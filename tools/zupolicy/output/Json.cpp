@@ -1,141 +1,185 @@
 #include "output/Json.h"
 
-#include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "output/WarningText.h"
 
 namespace zupm::tool {
 namespace {
 
-// Members keep the order in which they are added, so the output reads like the file.
-using Json = nlohmann::ordered_json;
-
-/// A text that is not valid UTF-8, such as a file's name, must not end the command.
-std::string Print(const Json& value)
+void WriteSettings(JsonWriter& json, const FileContents& contents, const Section& section)
 {
-    return value.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
-
-Json SettingsJson(const std::vector<Setting>& settings)
-{
-    Json list = Json::array();
-    for (const Setting& setting : settings) {
-        list.push_back({{"name", setting.name}, {"value", setting.value}});
+    json.Key("settings").BeginArray();
+    for (std::uint32_t number = section.firstSetting; number != kNone; number = contents.settings[number].next) {
+        const Setting& setting = contents.settings[number];
+        json.BeginObject();
+        json.Member("name", contents.Text(setting.name));
+        json.Member("value", contents.Text(setting.value));
+        json.EndObject();
     }
-    return list;
-}
-
-Json SectionsJson(const std::vector<Section>& sections)
-{
-    Json list = Json::array();
-    for (const Section& section : sections) {
-        list.push_back({{"name", section.name}, {"settings", SettingsJson(section.settings)}});
-    }
-    return list;
-}
-
-Json PolicyJson(const Policy& policy)
-{
-    return {{"softwareId", policy.softwareId}, {"version", policy.version}};
-}
-
-Json TaskJson(const Task& task)
-{
-    return {{"softwareId", task.softwareId},   {"taskId", task.taskId},
-            {"displayName", task.displayName}, {"type", task.type},
-            {"platforms", task.platforms},     {"priority", task.priority},
-            {"creator", task.creator},         {"version", task.version}};
+    json.EndArray();
 }
 
 template <typename Record>
-Json RecordsJson(const std::vector<Record>& records, Json (*fields)(const Record&), bool withSections)
+void WriteSections(JsonWriter& json, const FileContents& contents, const Record& record)
 {
-    Json list = Json::array();
-    for (const Record& record : records) {
-        Json item = fields(record);
-        if (withSections) {
-            item["sections"] = SectionsJson(record.sections);
+    json.Key("sections").BeginArray();
+    for (std::uint32_t number = record.firstSection; number < record.endSection; ++number) {
+        const Section& section = contents.sections[number];
+        json.BeginObject();
+        json.Member("name", contents.Text(section.name));
+        WriteSettings(json, contents, section);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+void WriteFields(JsonWriter& json, const FileContents& contents, const Policy& policy)
+{
+    json.Member("softwareId", contents.Text(policy.softwareId));
+    json.Member("version", contents.Text(policy.version));
+}
+
+void WriteFields(JsonWriter& json, const FileContents& contents, const Task& task)
+{
+    json.Member("softwareId", contents.Text(task.softwareId));
+    json.Member("taskId", contents.Text(task.taskId));
+    json.Member("displayName", contents.Text(task.displayName));
+    json.Member("type", contents.Text(task.type));
+    json.Member("platforms", contents.Text(task.platforms));
+    json.Member("priority", contents.Text(task.priority));
+    json.Member("creator", contents.Text(task.creator));
+    json.Member("version", contents.Text(task.version));
+}
+
+template <typename Records>
+void WriteRecords(JsonWriter& json, const FileContents& contents, const Records& records, const Selection& selection)
+{
+    json.BeginArray();
+    for (const auto& record : records) {
+        if (!selection.Has(contents, record)) {
+            continue;
         }
-        list.push_back(std::move(item));
+        json.BeginObject();
+        WriteFields(json, contents, record);
+        if (selection.withSections) {
+            WriteSections(json, contents, record);
+        }
+        json.EndObject();
     }
-    return list;
+    json.EndArray();
 }
 
-Json TargetJson(const Target& target)
+void WriteIds(JsonWriter& json, const Target& target)
 {
-    Json json = {{"softwareId", target.softwareId}};
+    json.Member("softwareId", target.softwareId);
     if (target.taskId) {
-        json["taskId"] = *target.taskId;
+        json.Member("taskId", *target.taskId);
     }
-    return json;
 }
 
-template <typename Value>
-Json OrNull(const std::optional<Value>& value)
+void WriteNumberOrNull(JsonWriter& json, const std::optional<std::uint64_t>& number)
 {
-    return value ? Json(*value) : Json(nullptr);
+    if (number) {
+        json.Number(*number);
+    } else {
+        json.Null();
+    }
 }
 
-Json ReportJson(const CheckReport& report)
+void WriteSoundReport(JsonWriter& json, const FileContents& contents)
 {
-    Json json = {{"file", report.file}, {"ok", report.ok}};
-    if (!report.ok) {
-        json["line"] = OrNull(report.line);
-        json["column"] = OrNull(report.column);
-        json["message"] = report.message;
-        return json;
+    json.Key("policies").Number(contents.policies.size());
+    json.Key("tasks").Number(contents.tasks.size());
+    json.Key("sections").Number(contents.sections.size());
+    json.Key("settings").Number(contents.settings.size());
+    json.Key("warnings").BeginArray();
+    for (const Warning& warning : contents.warnings) {
+        json.BeginObject();
+        json.Key("line").Number(warning.line);
+        json.Key("column").Number(warning.column);
+        json.Member("message", WarningText(contents, warning));
+        json.EndObject();
     }
-    json["policies"] = report.counts.policies;
-    json["tasks"] = report.counts.tasks;
-    json["sections"] = report.counts.sections;
-    json["settings"] = report.counts.settings;
-    json["warnings"] = Json::array();
-    for (const Duplicate& duplicate : report.duplicates) {
-        json["warnings"].push_back(
-            {{"line", duplicate.line}, {"column", duplicate.column}, {"message", duplicate.message}});
+    json.EndArray();
+}
+
+void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields)
+{
+    json.Key("fields").BeginArray();
+    for (const FieldChange& field : fields) {
+        json.BeginObject();
+        json.Member("name", field.name);
+        json.Key("before").TextOrNull(field.before);
+        json.Member("after", field.after);
+        json.EndObject();
     }
-    return json;
+    json.EndArray();
 }
 
 }  // namespace
 
-std::string ContentsAsJson(const std::string& file, const FileContents& contents, bool withSections)
+void WriteContentsAsJson(std::ostream& out, const std::string& file, const FileContents& contents,
+                         const Selection& selection)
 {
-    return Print({{"file", file},
-                  {"policyVersion", contents.policyVersion},
-                  {"taskVersion", contents.taskVersion},
-                  {"assignmentList", contents.assignmentList},
-                  {"policies", RecordsJson(contents.policies, PolicyJson, withSections)},
-                  {"tasks", RecordsJson(contents.tasks, TaskJson, withSections)}});
+    JsonWriter json(out);
+    json.BeginObject();
+    json.Member("file", file);
+    json.Member("policyVersion", contents.policyVersion);
+    json.Member("taskVersion", contents.taskVersion);
+    json.Member("assignmentList", contents.assignmentList);
+    json.Key("policies");
+    WriteRecords(json, contents, contents.policies, selection);
+    json.Key("tasks");
+    WriteRecords(json, contents, contents.tasks, selection);
+    json.EndObject();
 }
 
-std::string ValueAsJson(const Target& target, const std::string& section, const Setting& setting)
+void WriteValueAsJson(std::ostream& out, const Target& target, const std::string& section, const std::string& name,
+                      const std::string& value)
 {
-    Json json = TargetJson(target);
-    json["section"] = section;
-    json["name"] = setting.name;
-    json["value"] = setting.value;
-    return Print(json);
+    JsonWriter json(out);
+    json.BeginObject();
+    WriteIds(json, target);
+    json.Member("section", section);
+    json.Member("name", name);
+    json.Member("value", value);
+    json.EndObject();
 }
 
-std::string ChangeAsJson(const Change& change)
+void WriteChangeAsJson(std::ostream& out, const Change& change)
 {
-    Json json = TargetJson(change.target);
-    json["new"] = change.createsTarget;
-    json["section"] = OrNull(change.section);
-    json["name"] = OrNull(change.name);
-    json["before"] = OrNull(change.before);
-    json["after"] = OrNull(change.after);
-    json["changed"] = change.changed;
-    json["written"] = OrNull(change.written);
-    return Print(json);
-}
-
-std::string ReportsAsJson(const std::vector<CheckReport>& reports)
-{
-    Json list = Json::array();
-    for (const CheckReport& report : reports) {
-        list.push_back(ReportJson(report));
+    JsonWriter json(out);
+    json.BeginObject();
+    WriteIds(json, change.target);
+    json.Key("new").Boolean(change.createsTarget);
+    json.Key("section").TextOrNull(change.section);
+    json.Key("name").TextOrNull(change.name);
+    json.Key("before").TextOrNull(change.before);
+    json.Key("after").TextOrNull(change.after);
+    if (change.target.taskId) {
+        WriteFieldChanges(json, change.fields);
     }
-    return Print(list);
+    json.Key("changed").Boolean(change.changed);
+    json.Key("written").TextOrNull(change.written);
+    json.EndObject();
+}
+
+void WriteReportAsJson(JsonWriter& json, const CheckReport& report)
+{
+    json.BeginObject();
+    json.Member("file", report.file);
+    json.Key("ok").Boolean(report.contents.has_value());
+    if (report.contents) {
+        WriteSoundReport(json, *report.contents);
+    } else {
+        json.Key("line");
+        WriteNumberOrNull(json, report.line);
+        json.Key("column");
+        WriteNumberOrNull(json, report.column);
+        json.Member("message", report.message);
+    }
+    json.EndObject();
 }
 
 }  // namespace zupm::tool

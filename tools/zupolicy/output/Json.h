@@ -1,20 +1,25 @@
 /// What the commands print with --json: one document a run, UTF-8, indented, with a line break at the end.
 #pragma once
 
+#include <iosfwd>
 #include <string>
-#include <vector>
 
 #include "model/Change.h"
 #include "model/CheckReport.h"
 #include "model/FileContents.h"
 #include "model/Target.h"
+#include "output/JsonWriter.h"
+#include "output/Selection.h"
 
 namespace zupm::tool {
 
 /// Versions are texts: they need 64 bits, which many readers of JSON do not have.
-[[nodiscard]] std::string ContentsAsJson(const std::string& file, const FileContents& contents, bool withSections);
-[[nodiscard]] std::string ValueAsJson(const Target& target, const std::string& section, const Setting& setting);
-[[nodiscard]] std::string ChangeAsJson(const Change& change);
-[[nodiscard]] std::string ReportsAsJson(const std::vector<CheckReport>& reports);
+void WriteContentsAsJson(std::ostream& out, const std::string& file, const FileContents& contents,
+                         const Selection& selection);
+void WriteValueAsJson(std::ostream& out, const Target& target, const std::string& section, const std::string& name,
+                      const std::string& value);
+void WriteChangeAsJson(std::ostream& out, const Change& change);
+/// One item of the list that `check` prints.
+void WriteReportAsJson(JsonWriter& json, const CheckReport& report);
 
 }  // namespace zupm::tool

@@ -1,12 +1,15 @@
 /// What `show` prints for people.
 #pragma once
 
+#include <iosfwd>
 #include <string>
 
 #include "model/FileContents.h"
+#include "output/Selection.h"
 
 namespace zupm::tool {
 
-[[nodiscard]] std::string ContentsAsText(const std::string& file, const FileContents& contents);
+void WriteContentsAsText(std::ostream& out, const std::string& file, const FileContents& contents,
+                         const Selection& selection);
 
 }  // namespace zupm::tool

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 
 #include "Failure.h"
 
@@ -40,7 +39,34 @@ bool IsSurrogate(char32_t character)
     return character >= 0xD800 && character < 0xE000;
 }
 
-/// Takes one character off the front; nothing when the text does not begin with a valid sequence.
+void AppendUtf16(std::u16string& out, char32_t character)
+{
+    if (character < 0x10000) {
+        out.push_back(static_cast<char16_t>(character));
+        return;
+    }
+    out.push_back(static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10u)));
+    out.push_back(static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FFu)));
+}
+
+/// Takes one character off the front of a UTF-16 text.
+char32_t TakeWideCharacter(std::u16string_view& text)
+{
+    const char32_t first = text.front();
+    text.remove_prefix(1);
+    if (!IsSurrogate(first)) {
+        return first;
+    }
+    if (first >= 0xDC00 || text.empty() || text.front() < 0xDC00 || text.front() > 0xDFFF) {
+        return kReplacement;
+    }
+    const char32_t second = text.front();
+    text.remove_prefix(1);
+    return 0x10000 + ((first - 0xD800) << 10u) + (second - 0xDC00);
+}
+
+}  // namespace
+
 std::optional<char32_t> TakeCharacter(std::string_view& text)
 {
     const std::optional<Lead> lead = LeadOf(static_cast<std::uint8_t>(text.front()));
@@ -60,16 +86,6 @@ std::optional<char32_t> TakeCharacter(std::string_view& text)
     }
     text.remove_prefix(lead->length);
     return character;
-}
-
-void AppendUtf16(std::u16string& out, char32_t character)
-{
-    if (character < 0x10000) {
-        out.push_back(static_cast<char16_t>(character));
-        return;
-    }
-    out.push_back(static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10u)));
-    out.push_back(static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FFu)));
 }
 
 void AppendUtf8(std::string& out, char32_t character)
@@ -92,63 +108,25 @@ void AppendUtf8(std::string& out, char32_t character)
     }
 }
 
-/// Takes one character off the front of a UTF-16 text.
-char32_t TakeCharacter(std::u16string_view& text)
+bool IsUtf8(std::string_view text)
 {
-    const char32_t first = text.front();
-    text.remove_prefix(1);
-    if (!IsSurrogate(first)) {
-        return first;
+    while (!text.empty()) {
+        if (!TakeCharacter(text)) {
+            return false;
+        }
     }
-    if (first >= 0xDC00 || text.empty() || text.front() < 0xDC00 || text.front() > 0xDFFF) {
-        return kReplacement;
-    }
-    const char32_t second = text.front();
-    text.remove_prefix(1);
-    return 0x10000 + ((first - 0xD800) << 10u) + (second - 0xDC00);
+    return true;
 }
-
-/// The short escape of a character, as C has it; nothing when it has none.
-std::string_view ShortEscape(char32_t character)
-{
-    switch (character) {
-        case U'\n':
-            return "\\n";
-        case U'\r':
-            return "\\r";
-        case U'\t':
-            return "\\t";
-        case U'\\':
-            return "\\\\";
-        default:
-            return {};
-    }
-}
-
-void AppendForTerminal(std::string& out, char32_t character)
-{
-    if (const std::string_view escape = ShortEscape(character); !escape.empty()) {
-        out += escape;
-    } else if (character < 0x20 || (character >= 0x7F && character < 0xA0)) {
-        constexpr std::string_view kDigits = "0123456789abcdef";
-        out += "\\u00";
-        out.push_back(kDigits[character >> 4u]);
-        out.push_back(kDigits[character & 0xFu]);
-    } else {
-        AppendUtf8(out, character);
-    }
-}
-
-}  // namespace
 
 std::u16string FromUtf8(std::string_view text)
 {
+    const std::string_view whole = text;
     std::u16string out;
     out.reserve(text.size());
     while (!text.empty()) {
         const std::optional<char32_t> character = TakeCharacter(text);
         if (!character) {
-            throw Failure(ExitCode::Usage, "an argument is not valid UTF-8");
+            throw Failure(ExitCode::Usage, "an argument is not valid UTF-8: " + std::string(whole.substr(0, 200)));
         }
         AppendUtf16(out, *character);
     }
@@ -160,21 +138,7 @@ std::string ToUtf8(std::u16string_view text)
     std::string out;
     out.reserve(text.size());
     while (!text.empty()) {
-        AppendUtf8(out, TakeCharacter(text));
-    }
-    return out;
-}
-
-std::string ForTerminal(std::string_view utf8)
-{
-    std::string out;
-    out.reserve(utf8.size());
-    while (!utf8.empty()) {
-        const std::optional<char32_t> character = TakeCharacter(utf8);
-        if (!character) {
-            utf8.remove_prefix(1);
-        }
-        AppendForTerminal(out, character.value_or(kReplacement));
+        AppendUtf8(out, TakeWideCharacter(text));
     }
     return out;
 }

@@ -1,149 +1,307 @@
 #include "xml/ContentsBuilder.h"
 
-#include "text/Utf8.h"
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "text/Visible.h"
 
 namespace zupm::tool {
+namespace {
 
-void ContentsBuilder::Open(std::string_view name, const Attributes& attributes, Position position)
+template <typename Records>
+std::uint32_t SizeOf(const Records& records)
 {
-    m_stack.push_back(PlaceOf(name, attributes, position));
+    return static_cast<std::uint32_t>(records.size());
+}
+
+/// A sign and digits, with or without white space around them.
+bool IsNumber(std::string_view text)
+{
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
+    text.remove_prefix(begin);
+    text = text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    if (text.starts_with('-') || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+}  // namespace
+
+ContentsBuilder::ContentsBuilder(std::string_view document) : m_positions(document)
+{
+    // Decoded, no text gets longer; so this room is never outgrown, and what is not used of it costs nothing.
+    m_contents.texts.reserve(document.size() + 1024);
+}
+
+void ContentsBuilder::Add(const Markup& markup)
+{
+    switch (markup.kind) {
+        case Markup::Kind::Open:
+            Open(markup);
+            break;
+        case Markup::Kind::OpenAndClose:
+            Open(markup);
+            Close();
+            break;
+        case Markup::Kind::Close:
+            Close();
+            break;
+        default:
+            Text(markup);
+    }
+}
+
+void ContentsBuilder::Open(const Markup& tag)
+{
+    if (m_depth + 1 < m_places.size()) {
+        m_places[m_depth + 1] = PlaceOf(tag);
+    }
+    ++m_depth;
 }
 
 void ContentsBuilder::Close()
 {
-    m_stack.pop_back();
+    if (m_depth == 0) {
+        return;
+    }
+    const Place place = m_depth < m_places.size() ? m_places[m_depth] : Place::Other;
+    if (place == Place::Product) {
+        m_contents.policies.back().endSection = SizeOf(m_contents.sections);
+    } else if (place == Place::Task) {
+        m_contents.tasks.back().endSection = SizeOf(m_contents.sections);
+    }
+    --m_depth;
 }
 
-void ContentsBuilder::Text(std::string_view text)
+void ContentsBuilder::Text(const Markup& markup)
 {
     // Only text directly inside a setting is part of its value.
-    if (!m_stack.empty() && m_stack.back() == Place::Setting) {
-        (*m_sections)[m_section].settings.back().value += text;
+    if (m_depth >= m_places.size() || m_places[m_depth] != Place::Setting) {
+        return;
     }
+    Piece& value = m_contents.settings.back().value;
+    AppendDecoded(m_contents.texts, markup.text, markup.kind == Markup::Kind::Verbatim);
+    value.length = SizeOf(m_contents.texts) - value.offset;
 }
 
-ContentsBuilder::Place ContentsBuilder::PlaceOf(std::string_view name, const Attributes& attributes, Position position)
+ContentsBuilder::Place ContentsBuilder::PlaceOf(const Markup& tag)
 {
-    if (m_stack.empty()) {
-        return Place::Root;
-    }
-    switch (m_stack.back()) {
+    switch (m_places[m_depth]) {
+        case Place::Document:
+            m_root = m_positions.At(tag.offset);
+            return Place::Root;
         case Place::Root:
-            return name == "PolicyRoot" ? Place::PolicyRoot : name == "TaskRoot" ? Place::TaskRoot : Place::Other;
+            return OpenRootChild(tag);
         case Place::PolicyRoot:
-            return name == "PolicyGroup" ? Place::PolicyGroup : Place::Other;
+            return OpenPolicyGroup(tag);
         case Place::PolicyGroup:
-            return name == "Policy" ? OpenPolicy(attributes) : Place::Other;
+            return OpenPolicy(tag);
         case Place::Policy:
-            return OpenProduct(name, attributes, position);
+            return OpenProduct(tag);
         case Place::TaskRoot:
-            return name == "TaskGroup" ? OpenTaskGroup(attributes) : Place::Other;
+            return OpenTaskGroup(tag);
         case Place::TaskGroup:
-            return name == "Task" ? OpenTask(attributes, position) : Place::Other;
-        case Place::Entry:
-            return OpenSection(attributes, position);
+            return OpenTask(tag);
+        case Place::Product:
+        case Place::Task:
+            return OpenSection(tag);
         case Place::Section:
-            return OpenSetting(attributes, position);
+            return OpenSetting(tag);
         default:
             return Place::Other;
     }
 }
 
-ContentsBuilder::Place ContentsBuilder::OpenPolicy(const Attributes& attributes)
+ContentsBuilder::Place ContentsBuilder::OpenRootChild(const Markup& tag)
 {
-    m_policyVersion = attributes.Get("PolicyVersion");
+    const bool isPolicies = tag.text == "PolicyRoot";
+    if (!isPolicies && tag.text != "TaskRoot") {
+        return Place::Other;
+    }
+    (isPolicies ? m_contents.places.policyRoot : m_contents.places.taskRoot) = true;
+    RequireNumber(tag, "version");
+    return isPolicies ? Place::PolicyRoot : Place::TaskRoot;
+}
+
+ContentsBuilder::Place ContentsBuilder::OpenPolicyGroup(const Markup& tag)
+{
+    if (tag.text != "PolicyGroup") {
+        return Place::Other;
+    }
+    m_contents.places.policyGroup = true;
+    return Place::PolicyGroup;
+}
+
+ContentsBuilder::Place ContentsBuilder::OpenPolicy(const Markup& tag)
+{
+    if (tag.text != "Policy") {
+        return Place::Other;
+    }
+    m_contents.places.policy = true;
+    RequireNumber(tag, "PolicyVersion");
+    // Every product of the policy repeats the version, so a long one, which is no version, is cut.
+    m_policyVersion = Keep(Shortened(AttributeOf(tag.attributes, "PolicyVersion").value_or("")));
     return Place::Policy;
 }
 
-ContentsBuilder::Place ContentsBuilder::OpenProduct(std::string_view name, const Attributes& attributes,
-                                                    Position position)
+ContentsBuilder::Place ContentsBuilder::OpenProduct(const Markup& tag)
 {
-    const char* softwareId = attributes.Find("SoftwareID");
-    if (name != "Product" || softwareId == nullptr) {
+    const auto softwareId = AttributeOf(tag.attributes, "SoftwareID");
+    if (tag.text != "Product" || !softwareId) {
         return Place::Other;
     }
-    if (!m_softwareIds.insert(softwareId).second) {
-        Report(position, "policy " + ForTerminal(softwareId) + " occurs again; only the first is used");
+    std::deque<Policy>& policies = m_contents.policies;
+    const std::uint32_t known = m_policyKeys.FindOrAdd(
+        KeyOf(0, *softwareId), SizeOf(policies),
+        [&](std::uint32_t number) { return m_contents.Text(policies[number].softwareId) == *softwareId; });
+    if (known != kNone) {
+        Warn(Warning::Kind::PolicyAgain, tag, policies[known].softwareId);
         return Place::Other;
     }
-    m_contents.policies.push_back({softwareId, m_policyVersion, {}});
-    StartEntry(m_contents.policies.back().sections);
-    return Place::Entry;
+    const std::uint32_t section = SizeOf(m_contents.sections);
+    policies.push_back({Keep(*softwareId), m_policyVersion, section, section});
+    ++m_entry;
+    return Place::Product;
 }
 
-ContentsBuilder::Place ContentsBuilder::OpenTaskGroup(const Attributes& attributes)
+ContentsBuilder::Place ContentsBuilder::OpenTaskGroup(const Markup& tag)
 {
-    if (attributes.Find("SoftwareID") == nullptr || attributes.Find("TaskID") == nullptr) {
+    if (tag.text != "TaskGroup") {
         return Place::Other;
     }
-    m_group = {attributes.Get("SoftwareID"),
-               attributes.Get("TaskID"),
-               attributes.Get("DisplayName"),
-               attributes.Get("TaskType"),
-               attributes.Get("Platforms"),
-               attributes.Get("CreatorID"),
-               attributes.Get("TaskPriority"),
-               {},
-               {}};
+    RequireNumber(tag, "TaskVersion");
+    if (!AttributeOf(tag.attributes, "SoftwareID") || !AttributeOf(tag.attributes, "TaskID")) {
+        return Place::Other;
+    }
+    m_group.softwareId = KeepAttribute(tag, "SoftwareID");
+    m_group.taskId = KeepAttribute(tag, "TaskID");
+    m_group.displayName = KeepAttribute(tag, "DisplayName");
+    m_group.type = KeepAttribute(tag, "TaskType");
+    m_group.platforms = KeepAttribute(tag, "Platforms");
+    m_group.creator = KeepAttribute(tag, "CreatorID");
+    m_group.priority = KeepAttribute(tag, "TaskPriority");
+    m_isNewGroup = !HasTaskOfGroup();
     return Place::TaskGroup;
 }
 
-ContentsBuilder::Place ContentsBuilder::OpenTask(const Attributes& attributes, Position position)
+// Asked once for a group, not for each of its tasks: keys may be long.
+bool ContentsBuilder::HasTaskOfGroup() const
 {
-    if (!m_taskIds.emplace(m_group.softwareId, m_group.taskId).second) {
-        Report(position, "task " + ForTerminal(m_group.softwareId) + " " + ForTerminal(m_group.taskId) +
-                             " occurs again; only the first is used");
-        return Place::Other;
-    }
-    m_contents.tasks.push_back(m_group);
-    m_contents.tasks.back().version = attributes.Get("TaskVersion");
-    StartEntry(m_contents.tasks.back().sections);
-    return Place::Entry;
+    const std::deque<Task>& tasks = m_contents.tasks;
+    const auto isSame = [&](std::uint32_t number) {
+        return m_contents.Text(tasks[number].softwareId) == m_contents.Text(m_group.softwareId) &&
+               m_contents.Text(tasks[number].taskId) == m_contents.Text(m_group.taskId);
+    };
+    return m_taskKeys.Find(KeyOfGroup(), isSame) != kNone;
 }
 
-ContentsBuilder::Place ContentsBuilder::OpenSection(const Attributes& attributes, Position position)
+std::uint32_t ContentsBuilder::KeyOfGroup() const
 {
-    const char* name = attributes.Find("name");
-    if (name == nullptr) {
+    return KeyOf(KeyOf(0, m_contents.Text(m_group.softwareId)), m_contents.Text(m_group.taskId));
+}
+
+ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
+{
+    if (tag.text != "Task") {
         return Place::Other;
     }
-    const auto [known, isNew] = m_sectionNumbers.emplace(name, m_sections->size());
-    m_section = known->second;
-    if (isNew) {
-        m_sections->push_back({name, {}});
-        m_settingNames.emplace_back();
-    } else {
-        Report(position, "section " + ForTerminal(name) + " occurs again; both are read as one");
+    RequireNumber(tag, "TaskVersion");
+    if (!m_isNewGroup) {
+        Warn(Warning::Kind::TaskAgain, tag, m_group.taskId, m_group.softwareId);
+        return Place::Other;
     }
+    m_isNewGroup = false;
+    std::deque<Task>& tasks = m_contents.tasks;
+    m_taskKeys.Add(KeyOfGroup(), SizeOf(tasks));
+    tasks.push_back(m_group);
+    tasks.back().version = KeepAttribute(tag, "TaskVersion");
+    tasks.back().firstSection = tasks.back().endSection = SizeOf(m_contents.sections);
+    ++m_entry;
+    return Place::Task;
+}
+
+ContentsBuilder::Place ContentsBuilder::OpenSection(const Markup& tag)
+{
+    const auto name = AttributeOf(tag.attributes, "name");
+    if (!name) {
+        return Place::Other;
+    }
+    std::deque<Section>& sections = m_contents.sections;
+    m_section = m_sectionKeys.FindOrAdd(KeyOf(m_entry, *name), SizeOf(sections), [&](std::uint32_t number) {
+        return sections[number].entry == m_entry && m_contents.Text(sections[number].name) == *name;
+    });
+    if (m_section != kNone) {
+        Warn(Warning::Kind::SectionAgain, tag, sections[m_section].name);
+        return Place::Section;
+    }
+    m_section = SizeOf(sections);
+    sections.push_back({Keep(*name), m_entry});
     return Place::Section;
 }
 
-ContentsBuilder::Place ContentsBuilder::OpenSetting(const Attributes& attributes, Position position)
+ContentsBuilder::Place ContentsBuilder::OpenSetting(const Markup& tag)
 {
-    const char* name = attributes.Find("name");
-    if (name == nullptr) {
+    const auto name = AttributeOf(tag.attributes, "name");
+    if (!name) {
         return Place::Other;
     }
-    Section& section = (*m_sections)[m_section];
-    if (!m_settingNames[m_section].insert(name).second) {
-        Report(position, "setting " + ForTerminal(name) + " of section " + ForTerminal(section.name) +
-                             " occurs again; only the first is used");
+    std::deque<Setting>& settings = m_contents.settings;
+    const std::uint32_t number = SizeOf(settings);
+    const std::uint32_t known = m_settingKeys.FindOrAdd(KeyOf(m_section, *name), number, [&](std::uint32_t other) {
+        return settings[other].section == m_section && m_contents.Text(settings[other].name) == *name;
+    });
+    Section& section = m_contents.sections[m_section];
+    if (known != kNone) {
+        Warn(Warning::Kind::SettingAgain, tag, settings[known].name, section.name);
         return Place::Other;
     }
-    section.settings.push_back({name, {}, position.line, position.column});
+    const Piece kept = Keep(*name);
+    settings.push_back({kept, {SizeOf(m_contents.texts), 0}, m_section});
+    if (section.lastSetting == kNone) {
+        section.firstSetting = number;
+    } else {
+        settings[section.lastSetting].next = number;
+    }
+    section.lastSetting = number;
     return Place::Setting;
 }
 
-void ContentsBuilder::StartEntry(std::vector<Section>& sections)
+Piece ContentsBuilder::Keep(std::string_view text)
 {
-    m_sections = &sections;
-    m_sectionNumbers.clear();
-    m_settingNames.clear();
+    const Piece piece{SizeOf(m_contents.texts), SizeOf(text)};
+    m_contents.texts += text;
+    return piece;
 }
 
-void ContentsBuilder::Report(Position position, std::string message)
+Piece ContentsBuilder::KeepAttribute(const Markup& tag, std::string_view name)
 {
-    m_contents.duplicates.push_back({position.line, position.column, std::move(message)});
+    return Keep(AttributeOf(tag.attributes, name).value_or(std::string()));
+}
+
+void ContentsBuilder::RequireNumber(const Markup& tag, std::string_view name)
+{
+    const auto value = AttributeOf(tag.attributes, name);
+    if (value && !IsNumber(*value)) {
+        const Piece kept = Keep(*value);
+        Warn(Warning::Kind::NotANumber, tag, kept, Keep(name));
+    }
+}
+
+void ContentsBuilder::Warn(Warning::Kind kind, const Markup& tag, Piece text, Piece other)
+{
+    const Position position = m_positions.At(tag.offset);
+    m_contents.warnings.push_back({kind, position.line, position.column, text, other});
+}
+
+FileContents ContentsBuilder::Take()
+{
+    if (!m_contents.places.policyRoot && !m_contents.places.taskRoot) {
+        m_contents.warnings.push_front({Warning::Kind::NoRoots, m_root.line, m_root.column, {}, {}});
+    }
+    return std::move(m_contents);
 }
 
 }  // namespace zupm::tool

@@ -1,76 +1,89 @@
-/// Builds records from the start tags, texts and end tags of a policy file.
+/// Builds records from the tags and texts of a policy file.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <set>
-#include <string>
+#include <optional>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
-#include <utility>
-#include <vector>
 
 #include "model/FileContents.h"
-#include "xml/Attributes.h"
+#include "xml/PositionCounter.h"
+#include "xml/RecordIndex.h"
+#include "xml/TagReader.h"
 
 namespace zupm::tool {
 
-/// Where a start tag stands; both count from 1.
-struct Position {
-    std::uint64_t line;
-    std::uint64_t column;
-};
-
 /// Follows the element tree of a policy file and keeps what the component would find in it.
 ///
-/// Invariants  The stack has one place for each open element. A place of kOther holds nothing of interest, nor does
-///             anything below it.
+/// Invariants  Only the outermost levels can hold something of interest, so only their places are kept, and the number
+///             of the levels further in.
 class ContentsBuilder {
 public:
-    void Open(std::string_view name, const Attributes& attributes, Position position);
-    void Close();
-    void Text(std::string_view text);
+    /// `document` is where the markup comes from; it must outlive the builder.
+    explicit ContentsBuilder(std::string_view document);
 
-    /// The records; the builder is empty afterwards.
-    [[nodiscard]] FileContents Take() { return std::move(m_contents); }
+    void Add(const Markup& markup);
+    /// The records, once everything was added; the builder is empty afterwards.
+    [[nodiscard]] FileContents Take();
 
 private:
     enum class Place : std::uint8_t {
+        Document,
         Root,
         PolicyRoot,
         PolicyGroup,
         Policy,
-        Entry,  // a product or a task: the container of sections
+        Product,
         TaskRoot,
         TaskGroup,
+        Task,
         Section,
         Setting,
         Other,
     };
 
-    [[nodiscard]] Place PlaceOf(std::string_view name, const Attributes& attributes, Position position);
-    [[nodiscard]] Place OpenPolicy(const Attributes& attributes);
-    [[nodiscard]] Place OpenProduct(std::string_view name, const Attributes& attributes, Position position);
-    [[nodiscard]] Place OpenTaskGroup(const Attributes& attributes);
-    [[nodiscard]] Place OpenTask(const Attributes& attributes, Position position);
-    [[nodiscard]] Place OpenSection(const Attributes& attributes, Position position);
-    [[nodiscard]] Place OpenSetting(const Attributes& attributes, Position position);
-    void StartEntry(std::vector<Section>& sections);
-    void Report(Position position, std::string message);
+    void Open(const Markup& tag);
+    void Close();
+    void Text(const Markup& markup);
+
+    [[nodiscard]] Place PlaceOf(const Markup& tag);
+    [[nodiscard]] Place OpenRootChild(const Markup& tag);
+    [[nodiscard]] Place OpenPolicyGroup(const Markup& tag);
+    [[nodiscard]] Place OpenPolicy(const Markup& tag);
+    [[nodiscard]] Place OpenProduct(const Markup& tag);
+    [[nodiscard]] Place OpenTaskGroup(const Markup& tag);
+    [[nodiscard]] Place OpenTask(const Markup& tag);
+    [[nodiscard]] Place OpenSection(const Markup& tag);
+    [[nodiscard]] Place OpenSetting(const Markup& tag);
+
+    /// Whether a group before this one has a task of the same key.
+    [[nodiscard]] bool HasTaskOfGroup() const;
+    [[nodiscard]] std::uint32_t KeyOfGroup() const;
+
+    [[nodiscard]] Piece Keep(std::string_view text);
+    /// An attribute's value among the texts; empty when the tag does not have it.
+    [[nodiscard]] Piece KeepAttribute(const Markup& tag, std::string_view name);
+    void RequireNumber(const Markup& tag, std::string_view name);
+    void Warn(Warning::Kind kind, const Markup& tag, Piece text, Piece other = {});
 
     FileContents m_contents;
-    std::vector<Place> m_stack;
-    std::string m_policyVersion;
+    PositionCounter m_positions;
+    Position m_root;
+
+    /// From the document down to a setting: eight levels. Level 0 is the document itself.
+    std::array<Place, 9> m_places{Place::Document};
+    std::size_t m_depth = 0;
+
+    Piece m_policyVersion;
     Task m_group;
+    bool m_isNewGroup = false;    ///< no task has the group's key so far
+    std::uint32_t m_entry = 0;    ///< counts policies and tasks
+    std::uint32_t m_section = 0;  ///< the section that is open
 
-    // The entry and the section that are open. Records lie in vectors, so the section is kept by number.
-    std::vector<Section>* m_sections = nullptr;
-    std::size_t m_section = 0;
-    std::unordered_map<std::string, std::size_t> m_sectionNumbers;
-    std::vector<std::unordered_set<std::string>> m_settingNames;
-
-    std::unordered_set<std::string> m_softwareIds;
-    std::set<std::pair<std::string, std::string>> m_taskIds;
+    RecordIndex m_policyKeys;
+    RecordIndex m_taskKeys;
+    RecordIndex m_sectionKeys;
+    RecordIndex m_settingKeys;
 };
 
 }  // namespace zupm::tool

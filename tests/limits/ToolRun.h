@@ -1,0 +1,36 @@
+/// The command line tool against hostile files.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace zupm::test {
+
+/// One command on the file of one attack on the component.
+struct ToolAttack {
+    /// The attack's label.
+    std::string_view file;
+    /// The command after the program's name; the file is in.xml.
+    std::vector<const char*> command;
+    int exitCode = 0;
+    /// How many times the command reads or writes everything that the file holds, and how often it holds it.
+    int calls = 2;
+    int documents = 1;
+};
+
+[[nodiscard]] std::span<const ToolAttack> ToolAttacks();
+
+/// What one run came to.
+struct ToolCost {
+    int exitCode = -1;
+    double seconds = 0;  ///< processor time
+    std::uint64_t peakBytes = 0;
+};
+
+/// Makes the attack's file of `size` bytes and runs the tool on it; what it prints goes nowhere.
+[[nodiscard]] ToolCost RunToolAttack(const ToolAttack& attack, std::size_t size);
+
+}  // namespace zupm::test

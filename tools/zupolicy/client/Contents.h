@@ -1,0 +1,15 @@
+/// What a policy file holds, read through the component and then record by record.
+#pragma once
+
+#include <string>
+
+#include "model/FileContents.h"
+
+namespace zupm::tool {
+
+/// The contents of the file at a UTF-8 path. The component loads the file first and decides whether it can be; its
+/// document is gone before the records are made, so both are never in memory together. Throws CallError when the
+/// component refuses the file, Failure (Changed) when something else writes it meanwhile.
+[[nodiscard]] FileContents ReadContents(const std::string& path);
+
+}  // namespace zupm::tool
