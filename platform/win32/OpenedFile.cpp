@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <new>
 #include <utility>
 
 #include "platform/win32/Errors.h"
@@ -204,6 +205,15 @@ result::Code OpenedFile::HoldAgain()
     if (!m_wantsLock || m_isLocked) {
         return result::Success;
     }
+    ReplacementGate gate;
+    if (!m_gate.IsEntered()) {
+        gate.Enter(m_identity);
+    }
+    return Lock();
+}
+
+result::Code OpenedFile::Lock()
+{
     OVERLAPPED place{};
     place.OffsetHigh = kLockedOffsetHigh;
     m_isLocked = LockFileEx(m_file.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0;
@@ -222,6 +232,14 @@ result::Code OpenedFile::HoldAgain()
 }
 
 void OpenedFile::LetGo() noexcept
+{
+    if (m_isLocked) {
+        m_gate.Enter(m_identity);
+    }
+    Release();
+}
+
+void OpenedFile::Release() noexcept
 {
     if (m_isLocked) {
         // Closing ends a lock too, but the system may take its time.
@@ -298,6 +316,7 @@ result::Code OpenedFile::RehearseReplace()
 result::Code OpenedFile::PrepareMove()
 {
     const result::Code code = HoldAgain();
+    m_gate.Leave();
     if (m_expected == nullptr) {
         return code == result::FileChanged ? result::Success : code;
     }
@@ -318,11 +337,17 @@ result::Code OpenedFile::Replace(std::string_view bytes, const std::string* expe
     if (const result::Code code = PrepareTarget(); code < 0) {
         return code;
     }
-    const result::Code code = ReplaceHeld(m_target, bytes, *this);
+    result::Code code = result::OutOfMemory;
+    try {
+        code = ReplaceHeld(m_target, bytes, *this);
+    } catch (const std::bad_alloc&) {
+        code = result::OutOfMemory;
+    }
     if (code < 0 && code != result::WrittenNotFlushed) {
         // The replacement has failed, whatever comes of this; the next call tries again.
         static_cast<void>(HoldAgain());
     }
+    m_gate.Leave();
     return code;
 }
 
