@@ -17,6 +17,10 @@ namespace {
 /// One byte far beyond the end of any file: a lock keeps others from reading what it covers.
 constexpr DWORD kLockedOffsetHigh = 0x7FFFFFFF;
 
+// At the gate, in milliseconds: those who come have time for another try, he who leaves has not.
+constexpr std::uint32_t kWaitOfNewcomer = 20;
+constexpr std::uint32_t kWaitOfHolder = 2000;
+
 /// For reading alone: a reader that does not share writing must be able to open the file while it is held.
 Handle OpenToHold(const std::u16string& path) noexcept
 {
@@ -206,8 +210,9 @@ result::Code OpenedFile::HoldAgain()
         return result::Success;
     }
     ReplacementGate gate;
-    if (!m_gate.IsEntered()) {
-        gate.Enter(m_identity);
+    // Whoever has the gate has let the file go for a move, or is just taking the lock.
+    if (!m_gate.IsEntered() && !gate.Enter(m_identity, kWaitOfNewcomer)) {
+        return result::FileLocked;
     }
     return Lock();
 }
@@ -234,7 +239,8 @@ result::Code OpenedFile::Lock()
 void OpenedFile::LetGo() noexcept
 {
     if (m_isLocked) {
-        m_gate.Enter(m_identity);
+        // Without the gate, when somebody blocks it, the move may still succeed.
+        static_cast<void>(m_gate.Enter(m_identity, kWaitOfHolder));
     }
     Release();
 }

@@ -9,9 +9,6 @@ namespace zupm::win32 {
 
 namespace {
 
-/// Many times what a move takes.
-constexpr DWORD kLongestWaitAtGate = 100;
-
 /// For editors of every user, in every session.
 Handle OpenMutex(const FileIdentity& file) noexcept
 {
@@ -27,20 +24,21 @@ Handle OpenMutex(const FileIdentity& file) noexcept
 
 }  // namespace
 
-void ReplacementGate::Enter(const FileIdentity& file) noexcept
+bool ReplacementGate::Enter(const FileIdentity& file, std::uint32_t milliseconds) noexcept
 {
     if (IsEntered()) {
-        return;
+        return true;
     }
     Handle mutex = OpenMutex(file);
     if (mutex == nullptr) {
-        return;
+        return true;
     }
-    const DWORD answer = WaitForSingleObject(mutex.get(), kLongestWaitAtGate);
+    const DWORD answer = WaitForSingleObject(mutex.get(), milliseconds);
     // One that ended with its owner's process is owned too.
     if (answer == WAIT_OBJECT_0 || answer == WAIT_ABANDONED) {
         m_mutex = std::move(mutex);
     }
+    return answer != WAIT_TIMEOUT;
 }
 
 void ReplacementGate::Leave() noexcept

@@ -1,6 +1,8 @@
 /// Keeping other editors of this machine away from a file that nobody has locked for a moment.
 #pragma once
 
+#include <cstdint>
+
 #include "platform/win32/Handle.h"
 
 namespace zupm::win32 {
@@ -9,8 +11,7 @@ struct FileIdentity;
 
 /// A named mutex of the system for one file: held while its lock is let go for a move, and while a lock is taken.
 ///
-/// Best effort: who cannot have it within a moment goes on without, because anybody may keep a mutex whose name he
-/// knows. Then, and between machines that share a folder, a file that is let go can be locked by another editor.
+/// Between machines that share a folder there is no gate: a file that is let go can be locked by another editor there.
 /// Threads   Enter and Leave on the same thread.
 class ReplacementGate {
 public:
@@ -19,7 +20,9 @@ public:
     ReplacementGate(const ReplacementGate&) = delete;
     ReplacementGate& operator=(const ReplacementGate&) = delete;
 
-    void Enter(const FileIdentity& file) noexcept;
+    /// False when somebody else had it all the time. Without a mutex (the system has none to give, or refuses it) the
+    /// answer is true: there is no gate then.
+    [[nodiscard]] bool Enter(const FileIdentity& file, std::uint32_t milliseconds) noexcept;
     void Leave() noexcept;
     [[nodiscard]] bool IsEntered() const noexcept { return m_mutex != nullptr; }
 
