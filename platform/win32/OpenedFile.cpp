@@ -28,6 +28,20 @@ Handle OpenToHold(const std::u16string& path) noexcept
         CreateFileW(Wide(path), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+/// The same for a name that was not looked up before. ReplaceFileW, the last resort of every replacement, may leave the
+/// name missing for a moment.
+Handle OpenFirst(const std::u16string& path) noexcept
+{
+    constexpr int kAttempts = 4;
+    constexpr DWORD kPause = 20;
+    Handle file = OpenToHold(path);
+    for (int i = 1; i < kAttempts && file == nullptr && GetLastError() == ERROR_FILE_NOT_FOUND; ++i) {
+        Sleep(kPause);
+        file = OpenToHold(path);
+    }
+    return file;
+}
+
 /// Who may not write the file may not replace it either, although its folder's rights would allow it.
 result::Code CheckWritable(HANDLE file) noexcept
 {
@@ -99,7 +113,7 @@ result::Code OpenedFile::Open(std::u16string_view path)
     if (NamesDevice(full)) {
         return result::NotSupported;
     }
-    m_file = OpenToHold(full);
+    m_file = OpenFirst(full);
     if (m_file == nullptr) {
         return CodeFromLastError();
     }
