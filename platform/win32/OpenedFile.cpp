@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <new>
 #include <utility>
 
 #include "platform/win32/Errors.h"
@@ -16,11 +17,29 @@ namespace {
 /// One byte far beyond the end of any file: a lock keeps others from reading what it covers.
 constexpr DWORD kLockedOffsetHigh = 0x7FFFFFFF;
 
+// At the gate, in milliseconds: those who come have time for another try, he who leaves has not.
+constexpr std::uint32_t kWaitOfNewcomer = 20;
+constexpr std::uint32_t kWaitOfHolder = 2000;
+
 /// For reading alone: a reader that does not share writing must be able to open the file while it is held.
 Handle OpenToHold(const std::u16string& path) noexcept
 {
     return OwnFile(
         CreateFileW(Wide(path), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+/// The same for a name that was not looked up before. ReplaceFileW, the last resort of every replacement, may leave the
+/// name missing for a moment.
+Handle OpenFirst(const std::u16string& path) noexcept
+{
+    constexpr int kAttempts = 4;
+    constexpr DWORD kPause = 20;
+    Handle file = OpenToHold(path);
+    for (int i = 1; i < kAttempts && file == nullptr && GetLastError() == ERROR_FILE_NOT_FOUND; ++i) {
+        Sleep(kPause);
+        file = OpenToHold(path);
+    }
+    return file;
 }
 
 /// Who may not write the file may not replace it either, although its folder's rights would allow it.
@@ -94,7 +113,7 @@ result::Code OpenedFile::Open(std::u16string_view path)
     if (NamesDevice(full)) {
         return result::NotSupported;
     }
-    m_file = OpenToHold(full);
+    m_file = OpenFirst(full);
     if (m_file == nullptr) {
         return CodeFromLastError();
     }
@@ -204,6 +223,16 @@ result::Code OpenedFile::HoldAgain()
     if (!m_wantsLock || m_isLocked) {
         return result::Success;
     }
+    ReplacementGate gate;
+    // Whoever has the gate has let the file go for a move, or is just taking the lock.
+    if (!m_gate.IsEntered() && !gate.Enter(m_identity, kWaitOfNewcomer)) {
+        return result::FileLocked;
+    }
+    return Lock();
+}
+
+result::Code OpenedFile::Lock()
+{
     OVERLAPPED place{};
     place.OffsetHigh = kLockedOffsetHigh;
     m_isLocked = LockFileEx(m_file.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0;
@@ -222,6 +251,15 @@ result::Code OpenedFile::HoldAgain()
 }
 
 void OpenedFile::LetGo() noexcept
+{
+    if (m_isLocked) {
+        // Without the gate, when somebody blocks it, the move may still succeed.
+        static_cast<void>(m_gate.Enter(m_identity, kWaitOfHolder));
+    }
+    Release();
+}
+
+void OpenedFile::Release() noexcept
 {
     if (m_isLocked) {
         // Closing ends a lock too, but the system may take its time.
@@ -298,6 +336,7 @@ result::Code OpenedFile::RehearseReplace()
 result::Code OpenedFile::PrepareMove()
 {
     const result::Code code = HoldAgain();
+    m_gate.Leave();
     if (m_expected == nullptr) {
         return code == result::FileChanged ? result::Success : code;
     }
@@ -318,11 +357,17 @@ result::Code OpenedFile::Replace(std::string_view bytes, const std::string* expe
     if (const result::Code code = PrepareTarget(); code < 0) {
         return code;
     }
-    const result::Code code = ReplaceHeld(m_target, bytes, *this);
+    result::Code code = result::OutOfMemory;
+    try {
+        code = ReplaceHeld(m_target, bytes, *this);
+    } catch (const std::bad_alloc&) {
+        code = result::OutOfMemory;
+    }
     if (code < 0 && code != result::WrittenNotFlushed) {
         // The replacement has failed, whatever comes of this; the next call tries again.
         static_cast<void>(HoldAgain());
     }
+    m_gate.Leave();
     return code;
 }
 

@@ -7,6 +7,7 @@
 
 #include "platform/win32/Handle.h"
 #include "platform/win32/Replacement.h"
+#include "platform/win32/ReplacementGate.h"
 
 namespace zupm::win32 {
 
@@ -23,12 +24,13 @@ struct FileIdentity {
 /// Folder    Held without shared deletion, so that neither it nor a folder above it can be renamed: the folder's path
 ///           with the file's name keeps its meaning.
 /// Let go    Where the system cannot rename over an open file, the handle is closed for the moment of a move, and with
-///           it the lock. After a move that failed both are taken again, at once or with the next call. When another
-///           editor was faster, FileLocked comes until he ends, and then FileChanged if he wrote.
+///           it the lock; other editors are kept at the gate. After a move that failed both are taken again, at once or
+///           with the next call. When an editor who met no gate was faster, FileLocked comes until he ends, and then
+///           FileChanged if he wrote.
 class OpenedFile final : private TargetHolder {
 public:
     OpenedFile() = default;
-    ~OpenedFile() { LetGo(); }
+    ~OpenedFile() { Release(); }
 
     [[nodiscard]] result::Code Open(std::u16string_view path);
     [[nodiscard]] result::Code TryLock();
@@ -47,12 +49,16 @@ private:
     [[nodiscard]] result::Code CheckFolder() const;
     result::Code PrepareMove() override;
     void LetGo() noexcept override;
+    [[nodiscard]] result::Code Lock();
+    void Release() noexcept;
 
     Handle m_folder;
     Handle m_file;
     FileIdentity m_identity;
     bool m_isLocked = false;
     bool m_wantsLock = false;
+    /// Entered from the moment that the file is let go until it is held again or replaced.
+    ReplacementGate m_gate;
     /// What a replacement under way expects; null when it takes whatever it finds.
     const std::string* m_expected = nullptr;
     /// The file as it was last looked at; its path is the held folder's with the file's name.

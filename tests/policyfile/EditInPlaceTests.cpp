@@ -38,11 +38,15 @@ protected:
     [[nodiscard]] fs::path File() const { return m_folder.Folder() / "policy.xml"; }
     void PutAnother(std::string_view text) const
     {
-        (void)m_folder.Write(u"other.xml", text);
-        fs::rename(m_folder.Folder() / "other.xml", File());
+        (void)m_away.Write(u"other.xml", text);
+        TakeAway();
+        fs::rename(m_away.Folder() / "other.xml", File());
     }
+    /// Not every system renames over a file that is open, or lets its name go when it is deleted.
+    void TakeAway() const { fs::rename(File(), m_away.Folder() / "old.xml"); }
 
     TempFolder m_folder;
+    TempFolder m_away;
     std::u16string m_path = m_folder.Write(u"policy.xml", kText);
     Editor m_editor;
 };
@@ -203,7 +207,7 @@ TEST_F(EditInPlace, FileThatSomethingElseChanged_IsLeftAloneUnlessForced)
 TEST_F(EditInPlace, FileThatIsGone_ComesBackOnlyWhenForced)
 {
     ASSERT_EQ(m_editor.Open(m_path), 0);
-    fs::remove(File());
+    TakeAway();
     EXPECT_EQ(m_editor.Changed(), 1);
     EXPECT_EQ(m_editor.Commit(), result::FileChanged);
     EXPECT_FALSE(m_folder.Has(u"policy.xml"));
