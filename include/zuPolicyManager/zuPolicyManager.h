@@ -126,7 +126,11 @@ struct IPolicyTask : IDispatch {
     virtual HRESULT RemoveSection(BSTR strName) = 0;
 
     /// [16] Writes the identity fields (section "Task") and all settings into an INI file, which is created when
-    /// missing and keeps its other lines. 0x80004005 empty path, or an identity field could not be written.
+    /// missing and keeps its other settings. The bytes are those of the system's WritePrivateProfileStringW, values
+    /// raw: a reader gets no blanks from a value's ends and no pair of quotes around it, and names that differ in case
+    /// only are one (the later replaces the earlier, with a log line of level 8). Not so: a part with CR, LF or NUL is
+    /// refused (a log line of level 7; a setting is left out); text that an 8-bit file cannot hold turns it into UTF-16.
+    /// 0x80004005 empty path, or an identity field could not be written.
     virtual HRESULT WriteTaskDataToIniFile(BSTR bstrFileName) = 0;
 
     /// [17] The time stamp that the task carried when it was bound. Unlike every other getter this one overwrites the
