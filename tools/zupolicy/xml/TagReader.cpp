@@ -106,7 +106,7 @@ std::optional<Markup> TagReader::Next()
         } else if (rest.starts_with("<?")) {
             static_cast<void>(TakeThrough("?>", 2));
         } else if (rest.starts_with("<!")) {
-            SkipDocumentType();
+            SkipDeclaration();
         } else {
             return TakeTag();
         }
@@ -141,10 +141,11 @@ std::optional<std::string_view> TagReader::TakeThrough(std::string_view mark, st
     return m_text.substr(begin, end - begin);
 }
 
-/// An internal subset lies in brackets and may hold comments, instructions, and '>' and brackets in quotes.
-void TagReader::SkipDocumentType()
+/// A DOCTYPE with an internal subset ends here with the first declaration in it: the others are passed over one by one
+/// just so, and the bracket that closes the subset is text outside of the root. Quotes, comments and instructions may
+/// hold a '>'.
+void TagReader::SkipDeclaration()
 {
-    bool inSubset = false;
     for (m_at += 2; m_at < m_text.size() && !m_broken;) {
         const std::string_view rest = m_text.substr(m_at);
         if (rest.front() == '"' || rest.front() == '\'') {
@@ -155,8 +156,7 @@ void TagReader::SkipDocumentType()
             static_cast<void>(TakeThrough("?>", 2));
         } else {
             ++m_at;
-            inSubset = rest.front() == '[' || (inSubset && rest.front() != ']');
-            if (rest.front() == '>' && !inSubset) {
+            if (rest.front() == '>') {
                 return;
             }
         }

@@ -40,7 +40,7 @@ private:
     [[nodiscard]] std::optional<Markup> TakeText();
     [[nodiscard]] std::optional<Markup> TakeVerbatim();
     [[nodiscard]] std::optional<std::string_view> TakeThrough(std::string_view mark, std::size_t skip);
-    void SkipDocumentType();
+    void SkipDeclaration();
     [[nodiscard]] std::size_t EndOfTag() const;
 
     std::string_view m_text;
