@@ -243,9 +243,10 @@ struct IPolicyFile : IDispatch {
 ///     CommitEdit(0)              replaces the file if it is still the one that was loaded
 ///
 /// Lock     Editors that use this interface take turns. The lock is on the file itself, belongs to this object and ends
-///          with the edit, the object or the process; it leaves nothing on disk. Whoever may write the file can take
-///          it. Readers and WriteFile take none. Natively it is a write lock of the open file over all bytes (fcntl,
-///          F_OFD_SETLK), on Windows one byte far beyond the end (LockFileEx), which disturbs no reader.
+///          with the edit, the object or the process; it leaves nothing on disk. Readers and WriteFile take none.
+///          Natively it is a write lock of the open file over all bytes (fcntl, F_OFD_SETLK), which whoever may write
+///          the file can take; on Windows one byte far beyond the end (LockFileEx), which disturbs no reader and which
+///          whoever may read the file can take.
 /// Links    A link that the path ends with is followed, and stays, except one that somebody else planted in a folder
 ///          that everybody may write (sticky): 0x80070005.
 /// Ends     An edit ends with CommitEdit that succeeds, EndEdit, InitializeFile, the next OpenForEdit, and the object.
@@ -270,8 +271,9 @@ struct IPolicyFileEdit : IUnknown {
     /// Brings the version attributes up to date and replaces the file as IPolicyFile::WriteFile does, through what was
     /// opened. -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is
     /// not 0. -1303 the new file is in place, but its folder could not be flushed. -4 no edit is open or nothing is
-    /// loaded; the codes of WriteFile. After 0 and -1303 the edit is over and its lock free; after any other code it
-    /// stays open and the file is as it was. A change in the moment between the last look and the replacement is not
+    /// loaded; the codes of WriteFile; -1301 (a share that cannot rename over an open file) another machine took the
+    /// lock in the moment of the replacement. After 0 and -1303 the edit is over and its lock free; after any other code
+    /// it stays open and the file is as it was. A change in the moment between the last look and the replacement is not
     /// noticed.
     virtual HRESULT CommitEdit(LONG bForce) = 0;
 
