@@ -129,8 +129,8 @@ struct IPolicyTask : IDispatch {
     /// missing and keeps its other settings. The bytes are those of the system's WritePrivateProfileStringW, values
     /// raw: a reader gets no blanks from a value's ends and no pair of quotes around it, and names that differ in case
     /// only are one (the later replaces the earlier, with a log line of level 8). Not so: a part with CR, LF or NUL is
-    /// refused (a log line of level 7; a setting is left out); text that an 8-bit file cannot hold turns it into UTF-16.
-    /// 0x80004005 empty path, or an identity field could not be written.
+    /// refused (a log line of level 7; a setting is left out); text that an 8-bit file cannot hold turns it into
+    /// UTF-16. 0x80004005 empty path, or an identity field could not be written.
     virtual HRESULT WriteTaskDataToIniFile(BSTR bstrFileName) = 0;
 
     /// [17] The time stamp that the task carried when it was bound. Unlike every other getter this one overwrites the
@@ -272,9 +272,9 @@ struct IPolicyFileEdit : IUnknown {
     /// opened. -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is
     /// not 0. -1303 the new file is in place, but its folder could not be flushed. -4 no edit is open or nothing is
     /// loaded; the codes of WriteFile; -1301 (a share that cannot rename over an open file) another machine took the
-    /// lock in the moment of the replacement. After 0 and -1303 the edit is over and its lock free; after any other code
-    /// it stays open and the file is as it was. A change in the moment between the last look and the replacement is not
-    /// noticed.
+    /// lock in the moment of the replacement. After 0 and -1303 the edit is over and its lock free; after any other
+    /// code it stays open and the file is as it was. A change in the moment between the last look and the replacement
+    /// is not noticed.
     virtual HRESULT CommitEdit(LONG bForce) = 0;
 
     /// Ends the edit without writing; the document stays. Always 0.
