@@ -152,6 +152,15 @@ TEST_F(Show, PassesOverMarkupThatLooksLikeTags)
     EXPECT_EQ(Out({"get", "odd.xml", "P\"&'<", "a b c", "n"}), "1<x>&amp;]2\n3\n45\r>\n");
 }
 
+TEST_F(Show, QuotesInCommentsAndInstructionsOfADocumentTypeQuoteNothing)
+{
+    for (const std::string inside : {"<!-- it's -->", "<?x it's?>", "<!ELEMENT F ANY>"}) {
+        (void)Folder().Write(u"odd.xml", "<!DOCTYPE F [" + inside + "]>" +
+                                             SmallFile("<Product SoftwareID='P'/><Product SoftwareID='Q'/>"));
+        EXPECT_THAT(Out({"show", "odd.xml"}), testing::EndsWith("Policy P\n\nPolicy Q\n"));
+    }
+}
+
 TEST_F(Show, ReadsByTheComponentsRules)
 {
     (void)Folder().Write(u"odd.xml",

@@ -212,8 +212,8 @@ constexpr CommandRow kCommands[] = {
     {"export-ini", "Write a task's fields and settings into an INI file, which keeps its other lines",
      "  zupolicy export-ini policy.xml PRODUCTA1000 task.ini --task '{task-1}'", &Grammar::AddExportIni},
     {"check",
-     "Load policy files and print file:line:column: message for each that is broken, and a warning "
-     "for each entry that occurs twice; say nothing about a sound one",
+     "Load policy files and print file:line:column: message for each that is broken, and warnings about what is odd in "
+     "the others; say nothing about a sound one",
      "  zupolicy check policy.xml\n"
      "  zupolicy check --verbose *.xml\n"
      "  zupolicy check --json policy.xml",
