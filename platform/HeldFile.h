@@ -55,7 +55,7 @@ public:
     /// Replaces the file in one step, as ReplaceFileAtomically does. With `expected`, only if CheckUnchanged holds once
     /// the new bytes are on the disk: FileChanged otherwise. Without, whatever has the name by then is replaced.
     /// The codes of ReplaceFileAtomically, with the file as it was; WrittenNotFlushed when the new file is in place and
-    /// the folder could not be flushed.
+    /// the folder could not be flushed; OwnerNotKept when its owner or group may not be given to a new file.
     [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected,
                                        Durability durability = Durability::Flushed) noexcept;
 

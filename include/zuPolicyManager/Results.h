@@ -33,6 +33,7 @@ inline constexpr Code TaskNotFound = -1208;
 inline constexpr Code FileLocked = -1301;
 inline constexpr Code FileChanged = -1302;
 inline constexpr Code WrittenNotFlushed = -1303;
+inline constexpr Code OwnerNotKept = -1304;
 
 inline constexpr Code GeneralFailure = static_cast<Code>(0x80004005u);
 inline constexpr Code OutOfMemory = static_cast<Code>(0x8007000Eu);
@@ -84,6 +85,7 @@ inline constexpr Meaning kMeanings[] = {
     {FileChanged, u"The file was changed by something else since it was loaded, and is left alone."},
     {WrittenNotFlushed,
      u"The file is written, but a loss of power may bring the old one back: its folder was not flushed."},
+    {OwnerNotKept, u"The file is left alone: a new one in its place could not have its owner and group."},
     {GeneralFailure, u"The operation failed: the resource module or the INI file could not be used."},
     {OutOfMemory, u"There is not enough memory."},
     {FileNotFound, u"The file does not exist."},

@@ -264,17 +264,17 @@ struct IPolicyFileEdit : IUnknown {
     virtual HRESULT HasFileChanged(LONG* plChanged) = 0;
 
     /// Answers whether CommitEdit(bForce) would be refused, and leaves no trace: -1302 the file was changed by
-    /// something else; 0x80070005 the folder takes no new file, or the file's owner cannot be kept. Not foreseen: a
-    /// full disk, and what only the replacement itself meets. -4 no edit is open or nothing is loaded.
+    /// something else; 0x80070005 the folder takes no new file; -1304 the file's owner or group cannot be kept. Not
+    /// foreseen: a full disk, and what only the replacement itself meets. -4 no edit is open or nothing is loaded.
     virtual HRESULT RehearseCommit(LONG bForce) = 0;
 
     /// Brings the version attributes up to date and replaces the file as IPolicyFile::WriteFile does, through what was
     /// opened. -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is
     /// not 0. -1303 the new file is in place, but its folder could not be flushed. -4 no edit is open or nothing is
-    /// loaded; the codes of WriteFile; -1301 (a share that cannot rename over an open file) another machine took the
-    /// lock in the moment of the replacement. After 0 and -1303 the edit is over and its lock free; after any other
-    /// code it stays open and the file is as it was. A change in the moment between the last look and the replacement
-    /// is not noticed.
+    /// loaded; the codes of WriteFile; -1304 the file's owner or group cannot be kept; -1301 (a share that cannot
+    /// rename over an open file) another machine took the lock in the moment of the replacement. After 0 and -1303 the
+    /// edit is over and its lock free; after any other code it stays open and the file is as it was. A change in the
+    /// moment between the last look and the replacement is not noticed.
     virtual HRESULT CommitEdit(LONG bForce) = 0;
 
     /// Ends the edit without writing; the document stays. Always 0.

@@ -20,8 +20,12 @@ result::Code ReplaceFile(std::u16string_view path, std::string_view bytes, Durab
         return WriteSpecialFile(std::move(special), bytes);
     }
     FilePlace place;
-    const result::Code code = OpenPlace(*target, O_WRONLY, place);
-    return code == result::Success ? Replacement(place, bytes, durability).Run({}) : code;
+    result::Code code = OpenPlace(*target, O_WRONLY, place);
+    if (code == result::Success) {
+        code = Replacement(place, bytes, durability).Run({});
+    }
+    // A caller who names the file by its path gets the system's code alone.
+    return code == result::OwnerNotKept ? result::AccessDenied : code;
 }
 
 }  // namespace zupm::native

@@ -37,7 +37,10 @@ result::Code CopyOwner(const struct stat& status, int to)
     if (own.st_uid == status.st_uid && own.st_gid == status.st_gid) {
         return result::Success;
     }
-    return Retry([&] { return Calls().fchown(to, status.st_uid, status.st_gid); }) == 0 ? result::Success : LastError();
+    if (Retry([&] { return Calls().fchown(to, status.st_uid, status.st_gid); }) == 0) {
+        return result::Success;
+    }
+    return errno == EPERM ? result::OwnerNotKept : LastError();
 }
 
 result::Code ListAttributes(int file, std::vector<std::string>& names)

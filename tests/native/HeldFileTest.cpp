@@ -235,8 +235,8 @@ TEST_F(HeldFileTest, Rehearsal_LeavesNoTraceAndSeesWhatTheReplacementMeets)
     // The owner could not be kept.
     ASSERT_EQ(::chmod(m_folder.Path("sub").c_str(), 0777), 0);
     EXPECT_EQ(RunWithoutRights([&] {
-                  return Open("sub/file") == 0 && m_file.RehearseReplace() == result::AccessDenied &&
-                                 m_file.Replace("new", nullptr) == result::AccessDenied
+                  return Open("sub/file") == 0 && m_file.RehearseReplace() == result::OwnerNotKept &&
+                                 m_file.Replace("new", nullptr) == result::OwnerNotKept
                              ? 0
                              : 1;
               }),

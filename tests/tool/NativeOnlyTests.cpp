@@ -265,6 +265,10 @@ TEST_F(NativeTool, FileThatMayNotBeReplaced_FailsTheDryRunToo)
     };
     EXPECT_EQ(runAsNobody({}), 3);
     EXPECT_EQ(runAsNobody({"--dry-run"}), 3);
+    // The folder takes new files now, but their owner is another one.
+    ASSERT_EQ(chmod(Folder().Folder().c_str(), 0777), 0);
+    EXPECT_EQ(runAsNobody({}), 3);
+    EXPECT_EQ(runAsNobody({"--dry-run"}), 3);
     EXPECT_EQ(Decoded(Bytes()).find(">5<"), std::string::npos);
 }
 

@@ -19,6 +19,7 @@ ExitCode ExitCodeFor(result::Code code)
         case result::OutOfMemory:
             return ExitCode::Other;
         case result::SyntaxError:
+        case result::OwnerNotKept:
             return ExitCode::FileError;
         case result::FileChanged:
             return ExitCode::Changed;

@@ -33,6 +33,7 @@ constexpr Row kRows[] = {
     {result::FileLocked, "FileLocked"},
     {result::FileChanged, "FileChanged"},
     {result::WrittenNotFlushed, "WrittenNotFlushed"},
+    {result::OwnerNotKept, "OwnerNotKept"},
     {result::GeneralFailure, "GeneralFailure"},
     {result::OutOfMemory, "OutOfMemory"},
     {result::FileNotFound, "FileNotFound"},
