@@ -7,8 +7,8 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <thread>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "ToolTest.h"
 #include "platform/HeldFile.h"
@@ -297,6 +297,31 @@ TEST_F(NativeTool, Device_IsWrittenAsItIs)
 {
     const ToolRun run = Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "/dev/null"});
     EXPECT_EQ(run.exitCode, 0) << run.messages;
+}
+
+TEST_F(NativeTool, APipeInPlaceOfAPolicyFileIsRefusedAtOnce)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    for (const char* command : {"show", "check"}) {
+        EXPECT_EQ(Shell("cd " + Folder().Folder().string() + " && timeout 20 " ZUPM_TOOL " " + command +
+                        " pipe > /dev/null 2> messages"),
+                  3)
+            << command;
+        EXPECT_THAT(Bytes(u"messages"), HasSubstr("pipe: ")) << command;
+    }
+}
+
+TEST_F(NativeTool, ASparseFileOf30GigabytesIsRefusedWithoutMemory)
+{
+    (void)Folder().Write(u"large.xml", "<a/>");
+    std::filesystem::resize_file(Path("large.xml"), std::uintmax_t{30} << 30);
+    for (const char* command : {"show", "check"}) {
+        EXPECT_EQ(Shell("cd " + Folder().Folder().string() + " && ulimit -v 1000000 && timeout 20 " ZUPM_TOOL " " +
+                        command + " large.xml > /dev/null 2> messages"),
+                  3)
+            << command;
+        EXPECT_THAT(Bytes(u"messages"), HasSubstr("large.xml: ")) << command;
+    }
 }
 
 }  // namespace
