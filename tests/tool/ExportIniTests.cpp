@@ -174,12 +174,12 @@ TEST_F(ExportIni, WarnsOfItsOwnTaskOnly)
                                              task("a") + task("b") + task("c")));
     const std::string end = " of section S are one in an INI file; it holds one of them\n";
     EXPECT_EQ(Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "b"}).messages,
-              "p.xml:10:70: warning: setting  b of section S and setting b" + end);
+              "p.xml:10:73: warning: setting  b of section S and setting b" + end);
     // Policies are never exported.
     EXPECT_EQ(Tool({"check", "p.xml"}).messages,
-              "p.xml:9:70: warning: setting  a of section S and setting a" + end +
-                  "p.xml:10:70: warning: setting  b of section S and setting b" + end +
-                  "p.xml:11:70: warning: setting  c of section S and setting c" + end);
+              "p.xml:9:73: warning: setting  a of section S and setting a" + end +
+                  "p.xml:10:73: warning: setting  b of section S and setting b" + end +
+                  "p.xml:11:73: warning: setting  c of section S and setting c" + end);
 }
 
 TEST_F(ExportIni, ComparesLettersAsTheTargetDoes)
