@@ -182,15 +182,6 @@ TEST_F(ExportIni, WarnsOfItsOwnTaskOnly)
                   "p.xml:11:73: warning: setting  c of section S and setting c" + end);
 }
 
-TEST_F(ExportIni, ComparesLettersAsTheTargetDoes)
-{
-    (void)Folder().Write(u"p.xml", TaskFile("", "<S name='S'><S name='\u00E4'>1</S><S name='\u00C4'>2</S></S>"));
-    const bool isOne = !Tool({"check", "p.xml"}).messages.empty();
-    (void)Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "T"});
-    const std::string ini = Bytes(u"task.ini");
-    EXPECT_EQ(isOne, ini.find("=1\r\n") == ini.npos) << ini;
-}
-
 TEST_F(ExportIni, SaysNothingAboutASettingThatOccursAgain)
 {
     (void)Folder().Write(u"p.xml", TaskFile("", "<S name='S'><S name='a'>1</S><S name='a'>2</S></S>"));
