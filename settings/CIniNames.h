@@ -1,21 +1,24 @@
 /// The settings that one INI file has.
 #pragma once
 
-#include <set>
+#include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace zupm {
 
-/// The names of the settings that were written into one INI file, which knows neither case nor blanks at a name's ends.
+/// The settings that were written into one INI file, which knows neither case nor blanks at a name's ends.
 class CIniNames {
 public:
-    /// Notes a setting; false when the file takes it for one that was noted before. Throws std::bad_alloc.
-    bool Add(std::u16string_view section, std::u16string_view key);
+    /// Notes a setting; false when the file takes it for one that was noted before with another value, which is lost.
+    /// Throws std::bad_alloc.
+    bool Add(std::u16string_view section, std::u16string_view key, std::u16string_view value);
 
 private:
-    std::set<std::pair<std::u16string, std::u16string>> m_names;
+    /// A hash of the last value of each: values may be long, and no more than a log line depends on it.
+    std::map<std::pair<std::u16string, std::u16string>, std::size_t> m_values;
 };
 
 }  // namespace zupm

@@ -255,8 +255,9 @@ result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path,
         }
         for (const auto& [sectionName, settings] : m_sections) {
             for (const auto& [settingName, setting] : settings->Settings()) {
-                if (WritePrivateProfileStringW(sectionName, settingName, setting->GetElement().GetText(), path) &&
-                    !written.Add(sectionName, settingName)) {
+                const std::u16string value = setting->GetElement().GetText();
+                if (WritePrivateProfileStringW(sectionName, settingName, value, path) &&
+                    !written.Add(sectionName, settingName, value)) {
                     LogDuplicate(
                         u"CXMLDataObject::WriteAllSettingsToIniFile() -- Setting %s of the section %s replaces another "
                         u"of that name in the INI file",

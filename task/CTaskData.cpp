@@ -150,7 +150,7 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
         if (!WritePrivateProfileStringW(kSection, key, value, path)) {
             return result::GeneralFailure;
         }
-        written.Add(kSection, key);
+        written.Add(kSection, key, value);
     }
     return m_cursor ? m_cursor->WriteAllSettingsToIniFile(path, std::move(written)) : result::CursorNotInitialised;
 }

@@ -55,6 +55,28 @@ std::string SettingsOfOneName(std::size_t size)
                      "</Section>");
 }
 
+/// Another number of blanks before the same name: all are one in an INI file.
+std::string SettingOfOneIniName(std::size_t number)
+{
+    std::string blanks;
+    for (std::size_t left = number + 1; left > 1; left /= 2) {
+        blanks += left % 2 == 0 ? " " : "&#9;";
+    }
+    return "<x name='" + blanks + "k'>" + Letters(number) + "</x>";
+}
+
+std::string SettingsOfOneIniName(std::size_t size)
+{
+    return InTask("<Section name='a'>" + Series("", SettingOfOneIniName, "", size) + "</Section>");
+}
+
+/// Each of the names is compared with the first one, most of which is blanks.
+std::string SettingsOfOneLongIniName(std::size_t size)
+{
+    const std::string first = "<x name='" + std::string(size / 2, ' ') + "k'>v</x>";
+    return InTask("<Section name='a'>" + first + Series("", SettingOfOneIniName, "", size / 2) + "</Section>");
+}
+
 std::string TaskOfManySettings(std::size_t size)
 {
     return InTask("<Section name='a'>" + Series("", Setting, "", size) + "</Section>");
@@ -194,6 +216,8 @@ constexpr Attack kAttacks[] = {
     {"sections, one removed", Sections, RemoveFromProduct, result::Success, 6, 4},
     {"sections of one name, one changed", SectionsOfOneName, ChangeProduct, result::Success, 6, 4},
     {"settings, one changed", SettingsOfOneSection, ChangeProduct, result::Success, 6, 4},
+    {"settings of one INI name", SettingsOfOneIniName, LoadOnly, result::Success},
+    {"settings of one long INI name", SettingsOfOneLongIniName, LoadOnly, result::Success},
     {"settings, one removed", SettingsOfOneSection, RemoveFromProduct, result::Success, 6, 4},
     {"settings of one name, one changed", SettingsOfOneName, ChangeProduct, result::Success, 6, 4},
     {"deep product changed", DeepProduct, ChangeProduct, result::Success, 6, 4},

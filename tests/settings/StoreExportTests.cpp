@@ -56,6 +56,21 @@ TEST_F(StoreExport, NamesThatAreOneInAnIniFileAreReportedAsDuplicates)
     EXPECT_EQ(File(), "[s]\r\na=1\r\nb=4\r\n");
 }
 
+TEST_F(StoreExport, ANameThatComesAgainWithTheSameValueIsNotReported)
+{
+    Load(R"(<P><Section name="S"><Setting name="A">1</Setting><Setting name="a">1</Setting></Section>
+        <Section name="s"><Setting name="a">1</Setting></Section>
+        <Section name="t"><Setting name="B">1</Setting><Setting name="b">2</Setting></Section>
+        <Section name="t "><Setting name="b">2</Setting></Section></P>)");
+    OpenStore();
+    LogCapture log;
+    EXPECT_EQ(Store().WriteAllSettingsToIniFile(Path()), result::Success);
+    EXPECT_EQ(log.Take(), (std::vector<LogLine>{{8,
+                                                 "CXMLDataObject::WriteAllSettingsToIniFile() -- Setting b of the "
+                                                 "section t replaces another of that name in the INI file"}}));
+    EXPECT_EQ(File(), "[S]\r\nA=1\r\n[t]\r\nB=2\r\n");
+}
+
 TEST_F(StoreExport, ASettingThatTheFileRefusesReplacesNothing)
 {
     Load("<P><Section name='S'><Setting name='A'>1</Setting><Setting name='a'>2&#10;3</Setting></Section></P>");

@@ -119,6 +119,21 @@ TEST_F(TaskIni, LetsSettingsOfTheSectionTaskReplaceTheIdentityFields)
               "Own=1\r\n");
 }
 
+TEST_F(TaskIni, OfATaskThatRepeatsItsFieldsAsSettingsLogsNothing)
+{
+    LoadGroups("");
+    m_task.Identify(u"S", u"T");
+    ASSERT_EQ(m_task.PutDisplayName(u"a name"), 0);
+    ASSERT_EQ(m_task.Object()->put_Priority(-7), 0);
+    ASSERT_EQ(m_file.Object()->AddTask(m_task.Object(), 1), 0);
+    const TaskClient task = m_file.Task(u"S", u"T");
+    ASSERT_EQ(task.Get(u"Task", u"TaskName"), Ok(u"a name"));
+    LogCapture log;
+    EXPECT_EQ(Dump(task), 0);
+    EXPECT_EQ(log.Take(), std::vector<LogLine>());
+    EXPECT_NE(Bytes().find("TaskName=a name\r\n"), std::string::npos);
+}
+
 TEST_F(TaskIni, LeavesOutSettingsThatTheIndexDroppedAndEmptySections)
 {
     LoadGroups(

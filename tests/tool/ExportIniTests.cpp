@@ -7,6 +7,27 @@ using testing::HasSubstr;
 
 class ExportIni : public ToolTest {};
 
+constexpr std::string_view kCollisions = R"(<TaskGroup SoftwareID="P" TaskID="T"><Task>
+<Section name="S">
+<Setting name="Key">1</Setting>
+<Setting name="key">2</Setting>
+</Section>
+<Section name="s"><Setting name="KEY">3</Setting><Setting name="other">4</Setting></Section>
+<Section name="Task"><Setting name="taskname">5</Setting></Section>
+</Task></TaskGroup>)";
+
+/// The warnings about those, from the line of the first setting on.
+std::string CollisionWarnings(const std::string& file, int line)
+{
+    const auto place = [&](int below, int column) {
+        return file + ":" + std::to_string(line + below) + ":" + std::to_string(column) + ": warning: setting ";
+    };
+    constexpr const char* kEnd = " are one in an INI file; it holds one of them\n";
+    return place(1, 1) + "key of section S and setting Key of section S" + kEnd +  //
+           place(3, 19) + "KEY of section s and setting Key of section S" + kEnd + place(4, 22) +
+           "taskname of section Task and the task's field TaskName" + kEnd;
+}
+
 TEST_F(ExportIni, WritesTheTasksFieldsAndSettings)
 {
     EXPECT_EQ(Out({"export-ini", "policy.xml", "PRODUCTB2000", "task.ini", "--task", "{task-1}"}), "");
@@ -55,6 +76,117 @@ TEST_F(ExportIni, RefusesAFolder)
     EXPECT_THAT(Tool({"export-ini", "policy.xml", "PRODUCTB2000", "folder", "--task", "{task-1}"}),
                 Fails(3, "zupolicy: folder: not a regular file; `-` writes to the standard output\n"));
     EXPECT_FALSE(Folder().Has(u"folder.lock"));
+}
+
+TEST_F(ExportIni, WarnsOfNamesThatAreOneInAnIniFile)
+{
+    (void)Folder().Write(u"p.xml", SmallFile("", kCollisions));
+    const ToolRun run = Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "T"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.messages, CollisionWarnings("p.xml", 11));
+    EXPECT_THAT(Bytes(u"task.ini"), HasSubstr("[S]\r\nKey=3\r\nother=4\r\n"));
+    EXPECT_THAT(Bytes(u"task.ini"), HasSubstr("[Task]\r\nTaskName=5\r\n"));
+}
+
+TEST_F(ExportIni, CheckWarnsOfThemToo)
+{
+    (void)Folder().Write(u"p.xml", SmallFile("", kCollisions));
+    const ToolRun run = Tool({"check", "p.xml", "--json"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.messages, CollisionWarnings("p.xml", 11));
+    EXPECT_THAT(run.out, HasSubstr("the task's field TaskName are one in an INI file"));
+}
+
+TEST_F(ExportIni, SaysNothingAboutATaskThatTheToolMade)
+{
+    (void)Folder().Write(u"p.xml", SmallFile(""));
+    const std::vector<std::string> set = {
+        "set",        "p.xml", "P",           "S",   "N",      "1",       "--task",    "T",  "--display-name", "A name",
+        "--priority", "-7",    "--platforms", "LNX", "--type", "Collect", "--creator", "ME", "--create"};
+    EXPECT_EQ(Out(set), "");
+    EXPECT_THAT(Bytes(u"p.xml"), HasSubstr("Setting name=\"TaskName\""));
+    EXPECT_EQ(Out({"export-ini", "p.xml", "P", "task.ini", "--task", "T"}), "");
+    EXPECT_EQ(Out({"check", "--strict", "p.xml"}), "");
+    EXPECT_EQ(Out({"set", "p.xml", "P", "S", "N", "2", "--task", "T"}), "");
+    EXPECT_EQ(Out({"check", "--strict", "p.xml"}), "");
+}
+
+/// A task whose sections are these, with each field that the attributes give.
+std::string TaskFile(const std::string& attributes, const std::string& sections)
+{
+    return SmallFile(
+        "", "<TaskGroup SoftwareID='P' TaskID='T' " + attributes + "><Task>" + sections + "</Task></TaskGroup>\n");
+}
+
+TEST_F(ExportIni, SaysNothingWhereNothingIsLost)
+{
+    const struct {
+        const char* label;
+        const char* attributes;
+        const char* sections;
+    } rows[] = {
+        {"equal values", "", "<S name='S'><S name='a'>1</S><S name='A'>1</S><S name=' a'>1</S></S>"},
+        {"equal values in one section", "", "<S name='S'><S name='a'>1</S></S><S name='s '><S name='A'>1</S></S>"},
+        {"other sections", "", "<S name='S'><S name='a'>1</S></S><S name='T'><S name='a'>2</S></S>"},
+        {"the same setting", "DisplayName='n'", "<S name='Task'><S name='TaskName'>n</S></S>"},
+        {"the default of a field", "", "<S name='Task'><S name='TaskName'>invalid</S><S name='taskversion'/></S>"},
+        {"an empty field", "DisplayName=''", "<S name='Task'><S name='TaskName'/></S>"},
+        {"a priority", "TaskPriority=' +007x'", "<S name='TASK'><S name='TaskPriority'>7</S></S>"},
+        {"a low priority", "TaskPriority='-99999999999'", "<S name='Task'><S name='TaskPriority'>-2147483648</S></S>"},
+        {"no priority", "", "<S name='Task'><S name='TaskPriority'>0</S></S>"},
+        {"a field's name elsewhere", "", "<S name='Other'><S name='TaskName'>1</S></S>"},
+        {"a value that INI cannot hold", "", "<S name='S'><S name='a'>1</S><S name='A'>2&#10;3</S></S>"},
+        {"a name that INI cannot hold", "", "<S name='S'><S name='a'>1</S><S name='A&#13;'>2</S></S>"},
+        {"a section that INI cannot hold", "",
+         "<S name='S'><S name='a'>1</S></S><S name='s&#10;'><S name='a'>2</S></S>"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.label);
+        (void)Folder().Write(u"p.xml", TaskFile(row.attributes, row.sections));
+        EXPECT_EQ(Out({"check", "--strict", "p.xml"}), "");
+        EXPECT_EQ(Out({"export-ini", "p.xml", "P", "task.ini", "--task", "T"}), "");
+    }
+}
+
+TEST_F(ExportIni, WarnsOfEachFieldThatASettingReplaces)
+{
+    constexpr const char* kFields[] = {"TaskName", "Platforms",         "TaskPriority", "SoftwareName",
+                                       "TaskID",   "CreatorSoftwareID", "TaskType",     "TaskVersion"};
+    for (const std::string field : kFields) {
+        (void)Folder().Write(u"p.xml", TaskFile("", "<S name=' tASK'><S name='" + field + "&#9;'>other</S></S>"));
+        EXPECT_THAT(Tool({"check", "p.xml"}).messages,
+                    HasSubstr("warning: setting " + field + "\\t of section  tASK and the task's field " + field +
+                              " are one in an INI file; it holds one of them\n"));
+    }
+    (void)Folder().Write(u"p.xml", TaskFile("DisplayName=''", "<S name='Task'><S name='TaskName'>invalid</S></S>"));
+    EXPECT_THAT(Tool({"check", "p.xml"}).messages, HasSubstr("the task's field TaskName are one"));
+}
+
+TEST_F(ExportIni, WarnsOfItsOwnTaskOnly)
+{
+    const auto task = [](const std::string& id) {
+        return "<TaskGroup SoftwareID='P' TaskID='" + id + "'><Task><S name='S'><S name='" + id + "'>1</S><S name=' " +
+               id + "'>2</S></S></Task></TaskGroup>\n";
+    };
+    (void)Folder().Write(u"p.xml", SmallFile("<Product SoftwareID='P'><S name='S'><S name='a'>1</S><S name='A'>2</S>"
+                                             "</S></Product>",
+                                             task("a") + task("b") + task("c")));
+    const std::string end = " of section S are one in an INI file; it holds one of them\n";
+    EXPECT_EQ(Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "b"}).messages,
+              "p.xml:10:73: warning: setting  b of section S and setting b" + end);
+    // Policies are never exported.
+    EXPECT_EQ(Tool({"check", "p.xml"}).messages,
+              "p.xml:9:73: warning: setting  a of section S and setting a" + end +
+                  "p.xml:10:73: warning: setting  b of section S and setting b" + end +
+                  "p.xml:11:73: warning: setting  c of section S and setting c" + end);
+}
+
+TEST_F(ExportIni, SaysNothingAboutASettingThatOccursAgain)
+{
+    (void)Folder().Write(u"p.xml", TaskFile("", "<S name='S'><S name='a'>1</S><S name='a'>2</S></S>"));
+    EXPECT_EQ(Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "T"}).messages, "");
+    EXPECT_THAT(Tool({"check", "p.xml"}).messages, HasSubstr("occurs again; only the first is used"));
 }
 
 }  // namespace

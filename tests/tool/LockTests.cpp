@@ -140,7 +140,8 @@ TEST_F(Lock, ExportsOfSeveralProcessesIntoOneIniFile_LoseNothing)
         }));
     }
     for (std::future<ToolRun>& run : runs) {
-        EXPECT_EQ(run.get().exitCode, 0);
+        const ToolRun ended = run.get();
+        EXPECT_EQ(ended.exitCode, 0) << ended.messages;
     }
     const std::string ini = Bytes(u"all.ini");
     for (int process = 0; process < kProcesses; ++process) {

@@ -1,5 +1,6 @@
 // What Windows does not have: a device that is always full, arguments that are bytes, links and pipes to plant.
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -7,8 +8,8 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <thread>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "ToolTest.h"
 #include "platform/HeldFile.h"
@@ -303,6 +304,58 @@ TEST_F(NativeTool, Device_IsWrittenAsItIs)
 {
     const ToolRun run = Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "/dev/null"});
     EXPECT_EQ(run.exitCode, 0) << run.messages;
+}
+
+TEST_F(NativeTool, APipeInPlaceOfAPolicyFileIsRefusedAtOnce)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    for (const char* command : {"show", "check"}) {
+        EXPECT_EQ(Shell("cd " + Folder().Folder().string() + " && timeout 20 " ZUPM_TOOL " " + command +
+                        " pipe > /dev/null 2> messages"),
+                  3)
+            << command;
+        EXPECT_THAT(Bytes(u"messages"), HasSubstr("pipe: ")) << command;
+    }
+}
+
+/// Runs an export from p.xml and this shell command after the component has read the file, before the tool does: the
+/// export waits for the reader of its output. The exit code is in the file `code`, what the tool says in `messages`.
+void ExportWhile(const TempFolder& folder, const std::string& command)
+{
+    folder.Write(u"p.xml", SmallFile("", "<TaskGroup SoftwareID='P' TaskID='T'><Task><S name='S'><S name='a'>" +
+                                             std::string(1 << 20, 'x') + "</S></S></Task></TaskGroup>"));
+    ASSERT_EQ(Shell("cd " + folder.Folder().string() +
+                    " && { timeout 20 " ZUPM_TOOL " export-ini p.xml P - --task T 2> messages; echo $? > code; }"
+                    " | { head -c 1 > /dev/null; " +
+                    command + "; cat > /dev/null; }"),
+              0);
+}
+
+TEST_F(NativeTool, APipeThatReplacesThePolicyFileWhileItIsReadIsRefusedAtOnce)
+{
+    ExportWhile(Folder(), "rm p.xml; mkfifo p.xml");
+    EXPECT_EQ(Bytes(u"code"), "3\n");
+    EXPECT_EQ(Bytes(u"messages"), "zupolicy: p.xml: cannot be read again: not a regular file\n");
+}
+
+TEST_F(NativeTool, ASparseFileOf30GigabytesIsRefusedWithoutMemory)
+{
+    (void)Folder().Write(u"large.xml", "<a/>");
+    std::filesystem::resize_file(Path("large.xml"), std::uintmax_t{30} << 30);
+    for (const char* command : {"show", "check"}) {
+        EXPECT_THAT(Tool({command, "large.xml"}), Fails(3, HasSubstr("large.xml: "))) << command;
+    }
+    rusage usage{};
+    ASSERT_EQ(getrusage(RUSAGE_CHILDREN, &usage), 0);
+    constexpr long kKibibytes = 1 << 20;
+    EXPECT_LT(usage.ru_maxrss, kKibibytes);
+}
+
+TEST_F(NativeTool, ASparseFileOf30GigabytesThatReplacesThePolicyFileWhileItIsReadIsRefused)
+{
+    ExportWhile(Folder(), "truncate -s 30G p.xml");
+    EXPECT_EQ(Bytes(u"code"), "3\n");
+    EXPECT_EQ(Bytes(u"messages"), "zupolicy: p.xml: cannot be read again: the file is too large\n");
 }
 
 }  // namespace

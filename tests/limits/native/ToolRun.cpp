@@ -49,6 +49,8 @@ const ToolAttack kAttacks[] = {
     {"settings, one changed", kShow},
     {"settings, one changed", kShowText},
     {"settings of one name, one changed", kCheck},
+    {"settings of one INI name", kCheck},
+    {"settings of one long INI name", kCheck},
     {"deep product changed", kShow},
     {"many tasks, one added and removed", kSetTask, 0, 3, 2},
 };

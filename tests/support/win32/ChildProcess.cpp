@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <mutex>
 #include <stdexcept>
 
 #include "tests/support/ChildStreams.h"
@@ -39,23 +40,35 @@ HANDLE OutputFile(const std::filesystem::path& path)
     return file;
 }
 
-int RunAndWait(std::wstring line, const std::filesystem::path& folder, HANDLE out, HANDLE messages)
+HANDLE Start(std::wstring line, const std::filesystem::path& folder, const ChildStreams& streams)
 {
+    // A program inherits every handle that can be, those of another program's streams too, and their files could not be
+    // removed while it runs. So such handles exist for one start at a time.
+    static std::mutex oneAtATime;
+    const std::lock_guard lock(oneAtATime);
     STARTUPINFOW start{};
     start.cb = sizeof(start);
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = out;
-    start.hStdError = messages;
+    start.hStdOutput = OutputFile(streams.Out());
+    start.hStdError = OutputFile(streams.Messages());
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start, &process) ==
-        0) {
+    const bool isStarted =
+        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start, &process) != 0;
+    CloseHandle(start.hStdOutput);
+    CloseHandle(start.hStdError);
+    if (!isStarted) {
         throw std::runtime_error("a program cannot be started");
     }
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.hProcess, &exitCode);
     CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
+    return process.hProcess;
+}
+
+int Wait(HANDLE process)
+{
+    WaitForSingleObject(process, INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process, &exitCode);
+    CloseHandle(process);
     return static_cast<int>(exitCode);
 }
 
@@ -68,11 +81,7 @@ ChildRun RunChild(const ChildPlace& place, const std::vector<std::string>& argum
         line += L" " + Quoted(Wide(argument));
     }
     const ChildStreams streams(place.folder);
-    const HANDLE out = OutputFile(streams.Out());
-    const HANDLE messages = OutputFile(streams.Messages());
-    const int exitCode = RunAndWait(line, place.folder, out, messages);
-    CloseHandle(out);
-    CloseHandle(messages);
+    const int exitCode = Wait(Start(line, place.folder, streams));
     return {exitCode, ChildStreams::TextOf(streams.Out()), ChildStreams::TextOf(streams.Messages())};
 }
 

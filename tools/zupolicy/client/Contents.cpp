@@ -7,6 +7,7 @@
 #include "Failure.h"
 #include "client/PolicyFile.h"
 #include "file/LongPath.h"
+#include "file/SourceBytes.h"
 #include "file/SourceText.h"
 #include "text/Utf8.h"
 #include "xml/DocumentReader.h"
@@ -36,27 +37,36 @@ FileVersions LoadVersions(const std::string& path)
     return PolicyFile(path, Access::ReadOnly).Versions();
 }
 
-std::optional<FileContents> ReadRecords(const std::string& path)
+[[noreturn]] void ThrowChanged(const std::string& path)
 {
-    const std::optional<std::string> text = DecodeSource(ReadBytes(path));
-    return text ? ReadDocument(*text) : std::nullopt;
+    throw Failure(ExitCode::Changed, path + ": was changed by something else while it was read");
 }
 
 }  // namespace
+
+FileContents ReadRecords(const std::string& path)
+{
+    const std::optional<std::string> text = DecodeSource(ReadBytes(path));
+    std::optional<FileContents> contents = text ? ReadDocument(*text) : std::nullopt;
+    if (!contents) {
+        ThrowChanged(path);
+    }
+    return std::move(*contents);
+}
 
 FileContents ReadContents(const std::string& path)
 {
     RequireName(path);
     const Stamp before = StampOf(path);
     FileVersions versions = LoadVersions(path);
-    std::optional<FileContents> contents = ReadRecords(path);
-    if (!contents || StampOf(path) != before) {
-        throw Failure(ExitCode::Changed, path + ": was changed by something else while it was read");
+    FileContents contents = ReadRecords(path);
+    if (StampOf(path) != before) {
+        ThrowChanged(path);
     }
-    contents->policyVersion = std::move(versions.policy);
-    contents->taskVersion = std::move(versions.task);
-    contents->assignmentList = std::move(versions.assignmentList);
-    return std::move(*contents);
+    contents.policyVersion = std::move(versions.policy);
+    contents.taskVersion = std::move(versions.task);
+    contents.assignmentList = std::move(versions.assignmentList);
+    return contents;
 }
 
 }  // namespace zupm::tool

@@ -12,4 +12,8 @@ namespace zupm::tool {
 /// component refuses the file, Failure (Changed) when something else writes it meanwhile.
 [[nodiscard]] FileContents ReadContents(const std::string& path);
 
+/// The same records of a file that the component has accepted already; versions and assignment list stay empty. Throws
+/// Failure (FileError), and Failure (Changed) when the file is no such file any more.
+[[nodiscard]] FileContents ReadRecords(const std::string& path);
+
 }  // namespace zupm::tool

@@ -1,12 +1,15 @@
+#include <algorithm>
 #include <filesystem>
 #include <ostream>
 #include <system_error>
 
+#include "client/Contents.h"
 #include "client/PolicyFile.h"
 #include "commands/Commands.h"
 #include "file/CopyFile.h"
 #include "file/OrdinaryFile.h"
 #include "file/TemporaryFolder.h"
+#include "output/CheckText.h"
 #include "text/Utf8.h"
 
 namespace zupm::tool {
@@ -49,16 +52,49 @@ void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostr
     }
 }
 
-}  // namespace
-
-ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
+void Export(const ExportIniOptions& options, std::ostream& data)
 {
     PolicyFile file(options.file, Access::ReadOnly);
     if (options.iniFile == kStandardOutput) {
-        ExportToStream(file, options, streams.data);
+        ExportToStream(file, options, data);
     } else {
         ExportToFile(file, options);
     }
+}
+
+/// Whether the warning is about a setting of the task that is lost in its INI file.
+bool IsLossOf(const Task& task, const FileContents& contents, const Warning& warning)
+{
+    if (warning.setting == kNone) {
+        return false;
+    }
+    const std::uint32_t section = contents.settings[warning.setting].section;
+    return section >= task.firstSection && section < task.endSection;
+}
+
+void PrintLosses(Messages& messages, const std::string& file, const FileContents& contents, const Target& target)
+{
+    const auto task = std::ranges::find_if(contents.tasks, [&](const Task& candidate) {
+        return contents.Text(candidate.softwareId) == target.softwareId &&
+               contents.Text(candidate.taskId) == *target.taskId;
+    });
+    if (task == contents.tasks.end()) {
+        return;
+    }
+    for (const Warning& warning : contents.warnings) {
+        if (IsLossOf(*task, contents, warning)) {
+            PrintWarning(messages, file, contents, warning);
+        }
+    }
+}
+
+}  // namespace
+
+// The component's document is gone before the records are made, so both are never in memory together.
+ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
+{
+    Export(options, streams.data);
+    PrintLosses(streams.messages, options.file, ReadRecords(options.file), options.target);
     return ExitCode::Ok;
 }
 

@@ -1,11 +1,8 @@
 #include "file/SourceText.h"
 
 #include <algorithm>
-#include <fstream>
 #include <string_view>
 
-#include "Failure.h"
-#include "file/LongPath.h"
 #include "text/Utf8.h"
 
 namespace zupm::tool {
@@ -70,30 +67,6 @@ bool DeclaresLatin1(std::string_view bytes)
 }
 
 }  // namespace
-
-std::string ReadBytes(const std::string& path)
-{
-    const std::filesystem::path name = ForOpening(std::filesystem::path(FromUtf8(path)));
-    std::ifstream file(name, std::ios::binary);
-    std::string bytes;
-    constexpr std::size_t kPiece = std::size_t{1} << 20u;
-    // Room for the whole file at once: a text that doubles would take as much memory again.
-    std::error_code ignored;
-    if (const std::uintmax_t size = std::filesystem::file_size(name, ignored); !ignored) {
-        bytes.reserve(static_cast<std::size_t>(size) + kPiece);
-    }
-    for (std::size_t read = kPiece; file && read == kPiece;) {
-        const std::size_t filled = bytes.size();
-        bytes.resize(filled + kPiece);
-        file.read(bytes.data() + filled, kPiece);
-        read = static_cast<std::size_t>(file.gcount());
-        bytes.resize(filled + read);
-    }
-    if (!file.is_open() || file.bad()) {
-        throw Failure(ExitCode::FileError, path + ": cannot be read again");
-    }
-    return bytes;
-}
 
 std::optional<std::string> DecodeSource(std::string bytes)
 {

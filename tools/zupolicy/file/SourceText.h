@@ -6,9 +6,6 @@
 
 namespace zupm::tool {
 
-/// The bytes of a file at a UTF-8 path. Throws Failure (FileError).
-[[nodiscard]] std::string ReadBytes(const std::string& path);
-
 /// The UTF-8 of a policy file's bytes without signature, by the component's rules: signature, else how "<?" is
 /// encoded, else the declaration. Nothing for bytes that the component does not accept either.
 [[nodiscard]] std::optional<std::string> DecodeSource(std::string bytes);

@@ -10,11 +10,17 @@
 
 namespace zupm::tool {
 
-/// A text of the file's contents, by its place in FileContents::texts.
+/// A text of the file's contents, by its place in FileContents::texts. An empty one at the beginning is one that the
+/// file does not have.
 struct Piece {
     std::uint32_t offset = 0;
     std::uint32_t length = 0;
 };
+
+[[nodiscard]] constexpr bool IsMissing(Piece piece)
+{
+    return piece.offset == 0;
+}
 
 /// No record.
 inline constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
@@ -65,6 +71,8 @@ struct Warning {
         SettingAgain,  ///< other: section, text: name
         NoRoots,       ///< neither policies nor tasks: perhaps no policy file at all
         NotANumber,    ///< other: attribute's name, text: its value
+        SameInIni,     ///< setting and first: two settings of a task that are one in an INI file
+        SameAsField,   ///< setting; first: number of the task's field that it replaces in an INI file
     };
 
     Kind kind;
@@ -72,6 +80,8 @@ struct Warning {
     std::uint32_t column;
     Piece text;
     Piece other;
+    std::uint32_t setting = kNone;
+    std::uint32_t first = kNone;
 };
 
 /// The elements that a new entry needs, as far as the file has them.
@@ -87,7 +97,7 @@ struct FileContents {
     std::string taskVersion;
     std::string assignmentList;
 
-    std::string texts;
+    std::string texts;  ///< no text of the file is at the beginning; see Piece
     std::deque<Policy> policies;
     std::deque<Task> tasks;
     std::deque<Section> sections;

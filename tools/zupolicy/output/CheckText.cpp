@@ -21,9 +21,13 @@ void PrintReport(Messages& messages, const CheckReport& report)
         return;
     }
     for (const Warning& warning : report.contents->warnings) {
-        messages.Line(Place(report.file, warning.line, warning.column) +
-                      "warning: " + WarningText(*report.contents, warning));
+        PrintWarning(messages, report.file, *report.contents, warning);
     }
+}
+
+void PrintWarning(Messages& messages, const std::string& file, const FileContents& contents, const Warning& warning)
+{
+    messages.Line(Place(file, warning.line, warning.column) + "warning: " + WarningText(contents, warning));
 }
 
 void PrintCounts(Messages& messages, const CheckReport& report)

@@ -10,6 +10,9 @@ namespace zupm::tool {
 /// sound one; nothing else for a sound file.
 void PrintReport(Messages& messages, const CheckReport& report);
 
+/// "file:line:column: warning: message".
+void PrintWarning(Messages& messages, const std::string& file, const FileContents& contents, const Warning& warning);
+
 /// "file: ok: 3 policies, ...". The file is sound.
 void PrintCounts(Messages& messages, const CheckReport& report);
 

@@ -1,8 +1,24 @@
 #include "output/WarningText.h"
 
+#include "model/IniFields.h"
 #include "text/Visible.h"
 
 namespace zupm::tool {
+namespace {
+
+std::string NameOf(const FileContents& contents, std::uint32_t number)
+{
+    const Setting& setting = contents.settings[number];
+    return "setting " + Shortened(contents.Text(setting.name)) + " of section " +
+           Shortened(contents.Text(contents.sections[setting.section].name));
+}
+
+std::string TextOfTwo(const std::string& later, const std::string& first)
+{
+    return later + " and " + first + " are one in an INI file; it holds one of them";
+}
+
+}  // namespace
 
 std::string WarningText(const FileContents& contents, const Warning& warning)
 {
@@ -21,6 +37,11 @@ std::string WarningText(const FileContents& contents, const Warning& warning)
             return "the file has neither a PolicyRoot nor a TaskRoot element; perhaps it is no policy file";
         case Warning::Kind::NotANumber:
             return "attribute " + other + " is no number: \"" + text + "\"";
+        case Warning::Kind::SameInIni:
+            return TextOfTwo(NameOf(contents, warning.setting), NameOf(contents, warning.first));
+        case Warning::Kind::SameAsField:
+            return TextOfTwo(NameOf(contents, warning.setting),
+                             "the task's field " + std::string(kIniFields[warning.first]));
     }
     return {};
 }

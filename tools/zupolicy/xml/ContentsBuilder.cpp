@@ -34,6 +34,7 @@ ContentsBuilder::ContentsBuilder(std::string_view document) : m_positions(docume
 {
     // Decoded, no text gets longer; so this room is never outgrown, and what is not used of it costs nothing.
     m_contents.texts.reserve(document.size() + 1024);
+    m_contents.texts = ' ';
 }
 
 void ContentsBuilder::Add(const Markup& markup)
@@ -72,8 +73,20 @@ void ContentsBuilder::Close()
         m_contents.policies.back().endSection = SizeOf(m_contents.sections);
     } else if (place == Place::Task) {
         m_contents.tasks.back().endSection = SizeOf(m_contents.sections);
+    } else if (place == Place::Setting && m_places[m_depth - 2] == Place::Task) {
+        CloseSetting();
     }
     --m_depth;
+}
+
+/// Only now is the value complete. Nothing inside a setting has a warning, so its place is still ahead of all others.
+void ContentsBuilder::CloseSetting()
+{
+    const std::uint32_t setting = SizeOf(m_contents.settings) - 1;
+    if (const std::optional<IniNames::First> first = m_iniNames.Add(setting)) {
+        const Position position = m_positions.At(m_settingAt);
+        m_contents.warnings.push_back({first->kind, position.line, position.column, {}, {}, setting, first->number});
+    }
 }
 
 void ContentsBuilder::Text(const Markup& markup)
@@ -220,6 +233,7 @@ ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
     tasks.back().version = KeepAttribute(tag, "TaskVersion");
     tasks.back().firstSection = tasks.back().endSection = SizeOf(m_contents.sections);
     ++m_entry;
+    m_iniNames.OpenTask();
     return Place::Task;
 }
 
@@ -235,10 +249,13 @@ ContentsBuilder::Place ContentsBuilder::OpenSection(const Markup& tag)
     });
     if (m_section != kNone) {
         Warn(Warning::Kind::SectionAgain, tag, sections[m_section].name);
-        return Place::Section;
+    } else {
+        m_section = SizeOf(sections);
+        sections.push_back({Keep(*name), m_entry});
     }
-    m_section = SizeOf(sections);
-    sections.push_back({Keep(*name), m_entry});
+    if (m_places[m_depth] == Place::Task) {
+        m_iniNames.OpenSection(m_section);
+    }
     return Place::Section;
 }
 
@@ -266,6 +283,7 @@ ContentsBuilder::Place ContentsBuilder::OpenSetting(const Markup& tag)
         settings[section.lastSetting].next = number;
     }
     section.lastSetting = number;
+    m_settingAt = tag.offset;
     return Place::Setting;
 }
 
@@ -278,7 +296,8 @@ Piece ContentsBuilder::Keep(std::string_view text)
 
 Piece ContentsBuilder::KeepAttribute(const Markup& tag, std::string_view name)
 {
-    return Keep(AttributeOf(tag.attributes, name).value_or(std::string()));
+    const auto value = AttributeOf(tag.attributes, name);
+    return value ? Keep(*value) : Piece();
 }
 
 void ContentsBuilder::RequireNumber(const Markup& tag, std::string_view name)

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "model/FileContents.h"
+#include "xml/IniNames.h"
 #include "xml/PositionCounter.h"
 #include "xml/RecordIndex.h"
 #include "xml/TagReader.h"
@@ -21,6 +22,8 @@ class ContentsBuilder {
 public:
     /// `document` is where the markup comes from; it must outlive the builder.
     explicit ContentsBuilder(std::string_view document);
+    ContentsBuilder(const ContentsBuilder&) = delete;
+    ContentsBuilder& operator=(const ContentsBuilder&) = delete;
 
     void Add(const Markup& markup);
     /// The records, once everything was added; the builder is empty afterwards.
@@ -45,6 +48,7 @@ private:
     void Open(const Markup& tag);
     void Close();
     void Text(const Markup& markup);
+    void CloseSetting();
 
     [[nodiscard]] Place PlaceOf(const Markup& tag);
     [[nodiscard]] Place OpenRootChild(const Markup& tag);
@@ -61,7 +65,7 @@ private:
     [[nodiscard]] std::uint32_t KeyOfGroup() const;
 
     [[nodiscard]] Piece Keep(std::string_view text);
-    /// An attribute's value among the texts; empty when the tag does not have it.
+    /// An attribute's value among the texts; missing when the tag does not have it.
     [[nodiscard]] Piece KeepAttribute(const Markup& tag, std::string_view name);
     void RequireNumber(const Markup& tag, std::string_view name);
     void Warn(Warning::Kind kind, const Markup& tag, Piece text, Piece other = {});
@@ -79,11 +83,13 @@ private:
     bool m_isNewGroup = false;    ///< no task has the group's key so far
     std::uint32_t m_entry = 0;    ///< counts policies and tasks
     std::uint32_t m_section = 0;  ///< the section that is open
+    std::size_t m_settingAt = 0;  ///< where the setting that is open begins
 
     RecordIndex m_policyKeys;
     RecordIndex m_taskKeys;
     RecordIndex m_sectionKeys;
     RecordIndex m_settingKeys;
+    IniNames m_iniNames{m_contents};
 };
 
 }  // namespace zupm::tool
