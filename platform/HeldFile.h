@@ -23,6 +23,8 @@ class HeldFile {
 public:
     HeldFile() noexcept;
     ~HeldFile();
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
     HeldFile(HeldFile&& other) noexcept;
     HeldFile& operator=(HeldFile&& other) noexcept;
 

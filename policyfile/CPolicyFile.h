@@ -82,7 +82,7 @@ private:
     [[nodiscard]] result::Code CheckInitialised() const noexcept ZUPM_REQUIRES(m_lock);
     /// An edit is open, and there is a document.
     [[nodiscard]] result::Code CheckEditOpen() const noexcept ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code LoadEdited(std::u16string path, std::chrono::milliseconds patience,
+    [[nodiscard]] result::Code LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                           std::u16string& detail) ZUPM_REQUIRES(m_lock);
 
     /// NotInitialised, with the reason in `detail`, when these are no longer the documents: an incoming object can have

@@ -11,35 +11,34 @@ namespace zupm {
 HRESULT CPolicyFile::OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept
 {
     return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::OpenForEdit()", [&](std::u16string& detail) -> result::Code {
-        std::u16string path = TextOf(strPolicyFile);
+        const std::u16string path = TextOf(strPolicyFile);
         const CriticalSectionLock lock(m_lock);
         m_edited.Close();
         m_readOnly = 0;
-        try {
-            const std::chrono::milliseconds patience(std::max(lTimeout, LONG{0}));
-            const result::Code code = LoadEdited(std::move(path), patience, detail);
-            if (code < 0) {
-                m_edited.Close();
-            }
-            return code;
-        } catch (...) {
-            // A lack of memory must not leave the file locked.
-            m_edited.Close();
-            throw;
-        }
+        return LoadEdited(path, std::chrono::milliseconds(std::max(lTimeout, LONG{0})), detail);
     });
 }
 
-result::Code CPolicyFile::LoadEdited(std::u16string path, std::chrono::milliseconds patience, std::u16string& detail)
+result::Code CPolicyFile::LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
+                                     std::u16string& detail)
 {
-    const std::u16string place = path;
     const auto read = [&](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {
-        if (const result::Code code = m_edited.Open(place, patience); code < 0) {
+        if (const result::Code code = m_edited.Open(path, patience); code < 0) {
             throw AdvXMLParser::ReadWriteException(code);
         }
         AdvXMLParser::DecodeBuffer(m_edited.Bytes(), buffer, encoding, true);
     };
-    return m_data.InitializeFile(std::move(path), read, detail);
+    try {
+        const result::Code code = m_data.InitializeFile(path, read, detail);
+        if (code < 0) {
+            m_edited.Close();
+        }
+        return code;
+    } catch (...) {
+        // A lack of memory must not leave the file locked.
+        m_edited.Close();
+        throw;
+    }
 }
 
 HRESULT CPolicyFile::HasFileChanged(LONG* plChanged) noexcept

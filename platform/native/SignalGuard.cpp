@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <ctime>
+#include <initializer_list>
 
 namespace zupm::native {
 

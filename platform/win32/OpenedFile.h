@@ -31,6 +31,8 @@ class OpenedFile final : private TargetHolder {
 public:
     OpenedFile() = default;
     ~OpenedFile() { Release(); }
+    OpenedFile(const OpenedFile&) = delete;
+    OpenedFile& operator=(const OpenedFile&) = delete;
 
     [[nodiscard]] result::Code Open(std::u16string_view path);
     [[nodiscard]] result::Code TryLock();

@@ -1,7 +1,9 @@
 #include "platform/win32/ReplacementGate.h"
 
+#include <algorithm>
 #include <array>
-#include <cstdio>
+#include <limits>
+#include <string_view>
 
 #include "platform/win32/OpenedFile.h"
 
@@ -9,12 +11,26 @@ namespace zupm::win32 {
 
 namespace {
 
+/// Puts a number's hexadecimal digits at `at`; the place after them.
+template <class Number>
+wchar_t* PutHex(wchar_t* at, Number number) noexcept
+{
+    constexpr std::wstring_view kDigits = L"0123456789abcdef";
+    for (int bits = std::numeric_limits<Number>::digits - 4; bits >= 0; bits -= 4) {
+        *at++ = kDigits[static_cast<std::size_t>(number >> bits) & 15U];
+    }
+    return at;
+}
+
 /// For editors of every user, in every session.
 Handle OpenMutex(const FileIdentity& file) noexcept
 {
+    constexpr std::wstring_view kPrefix = L"Global\\zuPolicyManager.Replacing.";
     std::array<wchar_t, 80> name{};
-    std::swprintf(name.data(), name.size(), L"Global\\zuPolicyManager.Replacing.%08lx.%016llx",
-                  static_cast<unsigned long>(file.volume), static_cast<unsigned long long>(file.index));
+    wchar_t* end = std::ranges::copy(kPrefix, name.data()).out;
+    end = PutHex(end, file.volume);
+    *end++ = L'.';
+    PutHex(end, file.index);
     SECURITY_DESCRIPTOR everybody;
     InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION);
     SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE);

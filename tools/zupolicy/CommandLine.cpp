@@ -163,7 +163,8 @@ void Grammar::AddExportIni(CLI::App& sub)
     AddFile(sub, m_exportIni.file);
     AddTarget(sub, m_exportIni.target);
     sub.get_option("--task")->required();
-    sub.add_option("INI-FILE", m_exportIni.iniFile, "The INI file, created when missing; - for standard output")->required();
+    sub.add_option("INI-FILE", m_exportIni.iniFile, "The INI file, created when missing; - for standard output")
+        ->required();
     OnUse(sub, m_exportIni);
 }
 
