@@ -28,18 +28,39 @@ Handle OpenToHold(const std::u16string& path) noexcept
         CreateFileW(Wide(path), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+/// Whether the old file lies under the name of a backup: ReplaceFileW is at work on it, or was when its process ended.
+bool HasBackup(const std::u16string& path)
+{
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW(Wide(path + u".old-*"), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    FindClose(search);
+    return true;
+}
+
 /// The same for a name that was not looked up before. ReplaceFileW, the last resort of every replacement, may leave the
-/// name missing for a moment.
-Handle OpenFirst(const std::u16string& path) noexcept
+/// name missing for a moment: SharingViolation then, so that the caller tries again.
+result::Code OpenFirst(const std::u16string& path, Handle& file)
 {
     constexpr int kAttempts = 4;
     constexpr DWORD kPause = 20;
-    Handle file = OpenToHold(path);
-    for (int i = 1; i < kAttempts && file == nullptr && GetLastError() == ERROR_FILE_NOT_FOUND; ++i) {
-        Sleep(kPause);
+    for (int i = 0; i < kAttempts; ++i) {
         file = OpenToHold(path);
+        if (file != nullptr) {
+            return result::Success;
+        }
+        const DWORD error = GetLastError();
+        if (error != ERROR_FILE_NOT_FOUND) {
+            return CodeFromError(error);
+        }
+        if (HasBackup(path)) {
+            return result::SharingViolation;
+        }
+        Sleep(kPause);
     }
-    return file;
+    return result::FileNotFound;
 }
 
 /// Who may not write the file may not replace it either, although its folder's rights would allow it.
@@ -113,10 +134,17 @@ result::Code OpenedFile::Open(std::u16string_view path)
     if (NamesDevice(full)) {
         return result::NotSupported;
     }
-    m_file = OpenFirst(full);
-    if (m_file == nullptr) {
-        return CodeFromLastError();
+    if (const result::Code code = OpenFirst(full, m_file); code < 0) {
+        return code;
     }
+    const result::Code code = HoldOpened();
+    // It was there a moment ago: somebody replaces it.
+    return code == result::FileNotFound ? result::SharingViolation : code;
+}
+
+/// Looks at the file that was just opened, and holds its folder.
+result::Code OpenedFile::HoldOpened()
+{
     if (GetFileType(m_file.get()) != FILE_TYPE_DISK) {
         return result::NotSupported;
     }

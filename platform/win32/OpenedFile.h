@@ -42,6 +42,7 @@ public:
     [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected);
 
 private:
+    [[nodiscard]] result::Code HoldOpened();
     [[nodiscard]] result::Code HoldFolder();
     [[nodiscard]] result::Code CheckName() const;
     [[nodiscard]] result::Code Reopen();

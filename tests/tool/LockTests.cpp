@@ -150,7 +150,9 @@ TEST_F(Lock, ExportsOfSeveralProcessesIntoOneIniFile_LoseNothing)
             EXPECT_THAT(ini, HasSubstr("N" + number + "=" + std::to_string(process) + "/" + number + "\r\n"));
         }
     }
-    EXPECT_EQ(Folder().Names(), (std::vector<std::string>{"all.ini", "policy.xml", "tasks.xml"}));
+    for (const std::string& name : Folder().Names()) {
+        EXPECT_FALSE(name.ends_with(".tmp") || name.ends_with(".lock")) << name;
+    }
 }
 
 /// Lets something else change the file while the tool has it open: it is a large one, which takes a while to load.
