@@ -69,7 +69,8 @@ public:
     [[nodiscard]] result::Code Reinitialize() noexcept;
 
     /// Writes every setting of the indexes, raw, in code-unit order. What the file refuses is left out. A setting that
-    /// an INI file takes for one that was written before, or for one of `written`, replaces it, with a line of level 8.
+    /// an INI file takes for one that was written before, or for one of `written`, replaces it; when it has another
+    /// value, with a line of level 8.
     [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written = {}) noexcept;
 
     [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
