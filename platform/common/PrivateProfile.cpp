@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t kSubsystem = 0x800;
 /// How long one setting waits for another writer of its file, and how often it starts over for one that takes no lock.
-constexpr std::chrono::milliseconds kPatience(5000);
+constexpr std::chrono::milliseconds kPatience(20'000);
 constexpr int kMostTries = 10;
 
 // Two threads that write into one file must not lose one another's setting between reading and replacing it.
