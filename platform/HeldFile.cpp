@@ -10,13 +10,12 @@ using SteadyClock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kPause(10);
 
-/// Whether another moment may bring another answer.
-bool MayPass(result::Code code)
+}  // namespace
+
+bool MayPass(result::Code code) noexcept
 {
     return code == result::FileLocked || code == result::FileChanged || code == result::SharingViolation;
 }
-
-}  // namespace
 
 result::Code OpenLocked(std::u16string_view path, std::chrono::milliseconds patience, HeldFile& file) noexcept
 {

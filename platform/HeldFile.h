@@ -66,6 +66,10 @@ private:
     std::unique_ptr<Handles> m_handles;
 };
 
+/// Whether another moment may bring another answer: somebody edits the file, keeps writers out, or has just replaced
+/// it.
+[[nodiscard]] bool MayPass(result::Code code) noexcept;
+
 /// Opens the file and takes its lock, again and again for up to `patience` while somebody else has it, keeps writers
 /// out or has just replaced the file. The codes of HeldFile::Open and TryLock; FileLocked when the lock was never free.
 /// What is open after a failure has no lock: after NotSupported the file, when only its file system has no locks.

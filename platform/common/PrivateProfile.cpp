@@ -12,9 +12,8 @@ namespace zupm {
 namespace {
 
 constexpr std::uint32_t kSubsystem = 0x800;
-/// How long one setting waits for another writer of its file, and how often it starts over for one that takes no lock.
+/// How long one setting waits for other writers of its file, those that take no lock included.
 constexpr std::chrono::milliseconds kPatience(20'000);
-constexpr int kMostTries = 10;
 
 // Two threads that write into one file must not lose one another's setting between reading and replacing it.
 std::mutex g_profileLock;
@@ -58,8 +57,9 @@ result::Code WriteHeld(const ProfileSetting& setting, HeldFile& file)
 result::Code Write(const ProfileSetting& setting, std::u16string_view path)
 {
     const std::lock_guard lock(g_profileLock);
+    const auto end = std::chrono::steady_clock::now() + kPatience;
     result::Code code = result::FileChanged;
-    for (int tries = 0; tries < kMostTries && code == result::FileChanged; ++tries) {
+    while (MayPass(code) && std::chrono::steady_clock::now() < end) {
         HeldFile file;
         code = OpenLocked(path, kPatience, file);
         if (code == result::FileNotFound) {
