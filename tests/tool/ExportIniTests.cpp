@@ -70,6 +70,16 @@ TEST_F(ExportIni, ToADash_PrintsTheSameBytesAndLeavesNoFile)
                 Fails(1, HasSubstr("[TaskNotFound, 0xFFFFFB48]")));
 }
 
+TEST_F(ExportIni, RefusesThePolicyFileItselfAndAnEmptyName)
+{
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"export-ini", "policy.xml", "PRODUCTB2000", "./policy.xml", "--task", "{task-1}"}),
+                Fails(2, "zupolicy: ./policy.xml: is the policy file; name another file for the export\n"));
+    EXPECT_THAT(Tool({"export-ini", "policy.xml", "PRODUCTB2000", "", "--task", "{task-1}"}),
+                Fails(2, "zupolicy: the INI file's name is empty\n"));
+    EXPECT_EQ(Bytes(), before);
+}
+
 TEST_F(ExportIni, RefusesAFolder)
 {
     std::filesystem::create_directory(Folder().Folder() / "folder");

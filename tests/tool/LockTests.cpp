@@ -155,6 +155,14 @@ TEST_F(Lock, ExportsOfSeveralProcessesIntoOneIniFile_LoseNothing)
     }
 }
 
+TEST_F(Lock, OutputThatIsTheFileItself_IsRefused)
+{
+    const std::string before = Bytes();
+    EXPECT_THAT(SetLogLevel({"--output", "./policy.xml"}),
+                Fails(2, "zupolicy: ./policy.xml: is FILE itself; without --output it is replaced\n"));
+    EXPECT_EQ(Bytes(), before);
+}
+
 /// Lets something else change the file while the tool has it open: it is a large one, which takes a while to load.
 class ChangedMeanwhile : public Lock {
 protected:

@@ -291,6 +291,32 @@ TEST_F(NativeTool, ClosedStandardStreams_AreNeverWrittenInto)
     EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
 }
 
+TEST_F(NativeTool, ReaderThatGoesAway_IsAFailureOfTheReportAndNotOfTheEdit)
+{
+    const std::string command = "cd '" + Folder().Folder().string() + "' && ( '" ZUPM_TOOL "' ";
+    // The reader is gone before anything is written.
+    const std::string intoClosedPipe =
+        " 2>/dev/null; echo $? >code ) | (exec <&-; while [ ! -s code ]; do sleep 0.01; done)";
+    (void)Shell(command + "set policy.xml PRODUCTB2000 General LogLevel 5 --json" + intoClosedPipe);
+    EXPECT_EQ(Bytes(u"code"), "7\n");
+    EXPECT_THAT(Decoded(Bytes()), HasSubstr("<Setting name=\"LogLevel\">5</Setting>"));
+    (void)Folder().Write(u"code", "");
+    (void)Shell(command + "show policy.xml" + intoClosedPipe);
+    EXPECT_EQ(Bytes(u"code"), "4\n");
+    (void)Folder().Write(u"code", "");
+    (void)Shell(command + "set policy.xml PRODUCTB2000 S N 1 --output -" + intoClosedPipe);
+    EXPECT_EQ(Bytes(u"code"), "4\n");
+}
+
+TEST_F(NativeTool, LinkToThePolicyFile_IsNoPlaceForAnExportEither)
+{
+    ASSERT_EQ(symlink("policy.xml", Path("link.ini").c_str()), 0);
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"export-ini", "policy.xml", "PRODUCTB2000", "link.ini", "--task", "{task-1}"}),
+                Fails(2, HasSubstr("link.ini: is the policy file")));
+    EXPECT_EQ(Bytes(), before);
+}
+
 TEST_F(NativeTool, FileOverTheProcessesLimit_IsAnErrorAndLeavesNothing)
 {
     const std::string before = Bytes();
@@ -334,8 +360,9 @@ void ExportWhile(const TempFolder& folder, const std::string& command)
 TEST_F(NativeTool, APipeThatReplacesThePolicyFileWhileItIsReadIsRefusedAtOnce)
 {
     ExportWhile(Folder(), "rm p.xml; mkfifo p.xml");
-    EXPECT_EQ(Bytes(u"code"), "3\n");
-    EXPECT_EQ(Bytes(u"messages"), "zupolicy: p.xml: cannot be read again: not a regular file\n");
+    EXPECT_EQ(Bytes(u"code"), "7\n");
+    EXPECT_EQ(Bytes(u"messages"),
+              "zupolicy: the export is written, but: p.xml: cannot be read again: not a regular file\n");
 }
 
 TEST_F(NativeTool, ASparseFileOf30GigabytesIsRefusedWithoutMemory)
@@ -354,8 +381,9 @@ TEST_F(NativeTool, ASparseFileOf30GigabytesIsRefusedWithoutMemory)
 TEST_F(NativeTool, ASparseFileOf30GigabytesThatReplacesThePolicyFileWhileItIsReadIsRefused)
 {
     ExportWhile(Folder(), "truncate -s 30G p.xml");
-    EXPECT_EQ(Bytes(u"code"), "3\n");
-    EXPECT_EQ(Bytes(u"messages"), "zupolicy: p.xml: cannot be read again: the file is too large\n");
+    EXPECT_EQ(Bytes(u"code"), "7\n");
+    EXPECT_EQ(Bytes(u"messages"),
+              "zupolicy: the export is written, but: p.xml: cannot be read again: the file is too large\n");
 }
 
 }  // namespace

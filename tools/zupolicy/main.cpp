@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -31,6 +32,8 @@ int main(int count, char** arguments)
     if (!HoldStream(STDIN_FILENO) || !HoldStream(STDOUT_FILENO) || !HoldStream(STDERR_FILENO)) {
         return static_cast<int>(zupm::tool::ExitCode::Other);
     }
+    // A reader of the output that goes away is a failure that is reported: what was written stays written.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
     return zupm::tool::Run(texts, std::cout, std::cerr);
 }

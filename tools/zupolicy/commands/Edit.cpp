@@ -1,15 +1,19 @@
 #include "commands/Edit.h"
 
 #include <chrono>
+#include <filesystem>
 #include <ostream>
 #include <utility>
 
 #include "commands/WriteToStream.h"
 #include "output/ChangeText.h"
 #include "output/Json.h"
+#include "text/Utf8.h"
 
 namespace zupm::tool {
 namespace {
+
+namespace fs = std::filesystem;
 
 void Commit(PolicyFile& file, const EditOptions& options)
 {
@@ -38,6 +42,16 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
     }
 }
 
+/// FILE named as the output would be replaced without its lock, and without a look at what it is by then.
+void RequireAnotherFile(const std::string& file, const std::string& output)
+{
+    std::error_code ignored;
+    if (IsUtf8(file) && IsUtf8(output) &&
+        fs::equivalent(fs::path(FromUtf8(file)), fs::path(FromUtf8(output)), ignored)) {
+        throw Failure(ExitCode::Usage, output + ": is FILE itself; without --output it is replaced");
+    }
+}
+
 void Print(const Change& change, const EditOptions& options, Streams streams)
 {
     if (options.json) {
@@ -56,6 +70,7 @@ void Print(const Change& change, const EditOptions& options, Streams streams)
 PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
 {
     if (options.output) {
+        RequireAnotherFile(file, *options.output);
         return PolicyFile(file, Access::Copy);
     }
     const std::chrono::seconds patience(options.lock.timeoutSeconds);

@@ -29,13 +29,27 @@ void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesy
     }
 }
 
+/// Writing settings into the policy file would destroy it.
+void RequireAnotherFile(const std::string& policyFile, const std::string& iniFile, const std::filesystem::path& ini)
+{
+    std::error_code ignored;
+    if (std::filesystem::equivalent(std::filesystem::path(FromUtf8(policyFile)), ini, ignored)) {
+        throw Failure(ExitCode::Usage, iniFile + ": is the policy file; name another file for the export");
+    }
+}
+
 void ExportToFile(PolicyFile& file, const ExportIniOptions& options)
 {
+    if (options.iniFile.empty()) {
+        throw Failure(ExitCode::Usage, "the INI file's name is empty");
+    }
+    RequireName(options.iniFile);
     // Windows looks for an INI file without a folder in its own folder, not in the current one.
     const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
     if (!IsOrdinaryFile(ini)) {
         throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; `-` writes to the standard output");
     }
+    RequireAnotherFile(options.file, options.iniFile, ini);
     Export(file, options, ini);
 }
 
@@ -94,7 +108,11 @@ void PrintLosses(Messages& messages, const std::string& file, const FileContents
 ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
 {
     Export(options, streams.data);
-    PrintLosses(streams.messages, options.file, ReadRecords(options.file), options.target);
+    try {
+        PrintLosses(streams.messages, options.file, ReadRecords(options.file), options.target);
+    } catch (const Failure& failure) {
+        throw Failure(ExitCode::Written, std::string("the export is written, but: ") + failure.what());
+    }
     return ExitCode::Ok;
 }
 
