@@ -8,6 +8,21 @@
 
 namespace zupm {
 
+namespace {
+
+/// Opens, locks and reads the file when it is loaded. All three outlive what is returned.
+CPolicyFileData::ReadText ReaderOf(EditedFile& edited, const std::u16string& path, std::chrono::milliseconds& patience)
+{
+    return [&](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {
+        if (const result::Code code = edited.Open(path, patience); code < 0) {
+            throw AdvXMLParser::ReadWriteException(code);
+        }
+        AdvXMLParser::DecodeBuffer(edited.Bytes(), buffer, encoding, true);
+    };
+}
+
+}  // namespace
+
 HRESULT CPolicyFile::OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept
 {
     return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::OpenForEdit()", [&](std::u16string& detail) -> result::Code {
@@ -22,14 +37,8 @@ HRESULT CPolicyFile::OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept
 result::Code CPolicyFile::LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                      std::u16string& detail)
 {
-    const auto read = [&](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {
-        if (const result::Code code = m_edited.Open(path, patience); code < 0) {
-            throw AdvXMLParser::ReadWriteException(code);
-        }
-        AdvXMLParser::DecodeBuffer(m_edited.Bytes(), buffer, encoding, true);
-    };
     try {
-        const result::Code code = m_data.InitializeFile(path, read, detail);
+        const result::Code code = m_data.InitializeFile(path, ReaderOf(m_edited, path, patience), detail);
         if (code < 0) {
             m_edited.Close();
         }

@@ -115,11 +115,11 @@ std::string Visible(std::string_view text)
 
 std::string Shortened(std::string_view name)
 {
-    constexpr std::size_t kLongest = 200;
-    if (name.size() <= kLongest) {
+    constexpr std::size_t kLongestShown = 200;
+    if (name.size() <= kLongestShown) {
         return std::string(name);
     }
-    std::size_t length = kLongest;
+    std::size_t length = kLongestShown;
     while (length > 0 && (static_cast<std::uint8_t>(name[length]) & 0xC0u) == 0x80u) {
         --length;
     }
