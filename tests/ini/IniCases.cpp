@@ -200,7 +200,9 @@ IniCase RandomCase(Dice& dice)
     const bool isWide = encoding == 1 || encoding == 2;
     std::u16string text = dice.Text(kFilePieces, 20);
     if (isWide) {
-        text += dice.Text(kWidePieces, 2) + dice.Text(kFilePieces, 6);
+        // The recording has the end drawn first.
+        const std::u16string end = dice.Text(kFilePieces, 6);
+        text += dice.Text(kWidePieces, 2) + end;
     }
     IniCase made{{}, Name(dice, isWide), Name(dice, isWide), Name(dice, isWide)};
     switch (encoding) {

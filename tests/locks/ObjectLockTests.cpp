@@ -25,6 +25,15 @@ class World {
 public:
     World() { EXPECT_EQ(file->InitializeFile(path.Get(), 0), 0); }
 
+    /// Gives back what a call handed out.
+    void EmptySlots()
+    {
+        text.Clear();
+        static_cast<void>(object.Take());
+        static_cast<void>(newTask.Take());
+        static_cast<void>(newPolicy.Take());
+    }
+
     TempFolder folder;
     Bstr path{folder.Write(u"policy.xml", kFile)};
     Bstr out{folder.Path(u"out")};
@@ -138,6 +147,7 @@ void ExpectLockUse(World& world, const MemberRow (&rows)[count], const CCritical
 {
     ASSERT_NE(lock, nullptr);
     for (const MemberRow& row : rows) {
+        world.EmptySlots();
         const LockUse use;
         EXPECT_EQ(row.call(world), 0) << row.name;
         EXPECT_EQ(use.Entered(lock), row.lock == ObjectLock::Taken) << row.name;

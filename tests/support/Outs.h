@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "tests/support/Bstr.h"
 #include "tests/support/ComPtr.h"
@@ -23,6 +24,8 @@ public:
     [[nodiscard]] bool Untouched() const { return m_slot == m_before && test::Text(m_slot) == kPoisonText; }
     [[nodiscard]] bool IsNull() const { return m_slot == nullptr; }
     [[nodiscard]] std::u16string Text() const { return test::Text(m_slot); }
+    /// Empties the slot, for a call that overwrites it without a look.
+    void Clear() { SysFreeString(std::exchange(m_slot, nullptr)); }
     /// Puts a new text into the slot.
     void Assign(std::u16string_view text)
     {
