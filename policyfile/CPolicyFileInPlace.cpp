@@ -10,14 +10,31 @@ namespace zupm {
 
 namespace {
 
-/// Opens, locks and reads the file when it is loaded. All three outlive what is returned.
+/// Ends an edit that did not get to its document: a lack of memory, too, must not leave the file locked.
+class UnlessLoaded {
+public:
+    explicit UnlessLoaded(EditedFile& edited) noexcept : m_edited(edited) {}
+    ~UnlessLoaded()
+    {
+        if (!m_isLoaded) {
+            m_edited.Close();
+        }
+    }
+    UnlessLoaded(const UnlessLoaded&) = delete;
+    UnlessLoaded& operator=(const UnlessLoaded&) = delete;
+
+    void Keep() noexcept { m_isLoaded = true; }
+
+private:
+    EditedFile& m_edited;
+    bool m_isLoaded = false;
+};
+
+/// Reads the text of the file when it is loaded. All three outlive what is returned.
 CPolicyFileData::ReadText ReaderOf(EditedFile& edited, const std::u16string& path, std::chrono::milliseconds& patience)
 {
     return [&](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {
-        if (const result::Code code = edited.Open(path, patience); code < 0) {
-            throw AdvXMLParser::ReadWriteException(code);
-        }
-        AdvXMLParser::DecodeBuffer(edited.Bytes(), buffer, encoding, true);
+        edited.ReadText(path, patience, buffer, encoding);
     };
 }
 
@@ -37,17 +54,12 @@ HRESULT CPolicyFile::OpenForEdit(BSTR strPolicyFile, LONG lTimeout) noexcept
 result::Code CPolicyFile::LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                      std::u16string& detail)
 {
-    try {
-        const result::Code code = m_data.InitializeFile(path, ReaderOf(m_edited, path, patience), detail);
-        if (code < 0) {
-            m_edited.Close();
-        }
-        return code;
-    } catch (...) {
-        // A lack of memory must not leave the file locked.
-        m_edited.Close();
-        throw;
+    UnlessLoaded guard(m_edited);
+    const result::Code code = m_data.InitializeFile(path, ReaderOf(m_edited, path, patience), detail);
+    if (code >= 0) {
+        guard.Keep();
     }
+    return code;
 }
 
 HRESULT CPolicyFile::HasFileChanged(LONG* plChanged) noexcept

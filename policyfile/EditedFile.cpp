@@ -1,5 +1,8 @@
 #include "policyfile/EditedFile.h"
 
+#include "platform/xml/Exceptions.h"
+#include "platform/xml/FileBuffer.h"
+
 namespace zupm {
 
 result::Code EditedFile::Open(std::u16string_view path, std::chrono::milliseconds patience)
@@ -13,6 +16,15 @@ result::Code EditedFile::Open(std::u16string_view path, std::chrono::millisecond
         Close();
     }
     return code;
+}
+
+void EditedFile::ReadText(std::u16string_view path, std::chrono::milliseconds patience, AdvXMLParser::XmlText& buffer,
+                          AdvXMLParser::UTF_ENCODINGS& encoding)
+{
+    if (const result::Code code = Open(path, patience); code < 0) {
+        throw AdvXMLParser::ReadWriteException(code);
+    }
+    AdvXMLParser::DecodeBuffer(m_bytes, buffer, encoding, true);
 }
 
 void EditedFile::Close() noexcept

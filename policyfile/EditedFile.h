@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "platform/HeldFile.h"
+#include "platform/xml/UtfEncodings.h"
+#include "platform/xml/XmlText.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
@@ -24,8 +26,10 @@ public:
     [[nodiscard]] result::Code Open(std::u16string_view path, std::chrono::milliseconds patience);
     void Close() noexcept;
 
-    /// What the file held when it was opened.
-    [[nodiscard]] const std::string& Bytes() const noexcept { return m_bytes; }
+    /// Opens the file and gives its text, as ReadBufferFromFile does. Throws ReadWriteException with a code of Open, or
+    /// 0x80070459.
+    void ReadText(std::u16string_view path, std::chrono::milliseconds patience, AdvXMLParser::XmlText& buffer,
+                  AdvXMLParser::UTF_ENCODINGS& encoding);
 
     /// Success, FileChanged, or the code of the failed look.
     [[nodiscard]] result::Code CheckUnchanged() noexcept { return m_file.CheckUnchanged(m_bytes); }

@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <string>
+#include <system_error>
 
 #include "Failure.h"
 #include "file/SourceBytes.h"
@@ -19,7 +19,7 @@ namespace {
 
 [[noreturn]] void FailOfSystem(const std::string& path)
 {
-    Fail(path, std::strerror(errno));
+    Fail(path, std::error_code(errno, std::generic_category()).message());
 }
 
 /// An open file.
@@ -27,6 +27,7 @@ class Descriptor {
 public:
     // Without O_NONBLOCK a pipe waits for its writer before anybody can ask what it is.
     explicit Descriptor(const std::string& path)
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own
         : m_number(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY))
     {
         if (m_number < 0) {

@@ -22,6 +22,7 @@ class ContentsBuilder {
 public:
     /// `document` is where the markup comes from; it must outlive the builder.
     explicit ContentsBuilder(std::string_view document);
+    ~ContentsBuilder() = default;
     ContentsBuilder(const ContentsBuilder&) = delete;
     ContentsBuilder& operator=(const ContentsBuilder&) = delete;
 
