@@ -67,15 +67,14 @@ void DemandReadsBack(const std::string& bytes, const IniWrite& write)
     Demand(ReadIniValue(TextOf(bytes), write.section, write.key) == value, "the value reads back");
 }
 
-/// Text that UTF-8 lacks turns the file into UTF-16, where bytes that are no UTF-8 have no place.
-bool HasNoPlace(const std::string& before, const IniWrite& write)
+/// Whether an 8-bit file holds what need not survive: bytes that are no UTF-8 have no place in UTF-16, and at the
+/// file's beginning they, or a signature's character, could pass for a signature.
+bool MayBeRefused(const std::string& before)
 {
     const native::ProfileText profile = native::DecodeProfile(before);
     const bool isWide = profile.encoding == native::ProfileEncoding::Utf16LittleEndianSigned ||
                         profile.encoding == native::ProfileEncoding::Utf16BigEndianSigned;
-    const auto isLacking = [](std::u16string_view text) { return FindInvalidUtf16(text) != kValid; };
-    return !isWide && isLacking(profile.text) &&
-           (isLacking(write.section) || isLacking(write.key) || isLacking(write.value));
+    return !isWide && (FindInvalidUtf16(profile.text) != kValid || profile.text.find(u'\uFEFF') != profile.text.npos);
 }
 
 void Write(const test::TempFolder& folder, const IniWrite& write)
@@ -84,9 +83,9 @@ void Write(const test::TempFolder& folder, const IniWrite& write)
     const std::string before = folder.Read(u"task.ini");
     const bool isWritten = WritePrivateProfileStringW(write.section, write.key, write.value, path);
     const std::string after = folder.Read(u"task.ini");
-    const bool isRefused =
-        BreaksALine(write.section) || BreaksALine(write.key) || BreaksALine(write.value) || HasNoPlace(before, write);
-    Demand(isWritten != isRefused, "a line break or null character is refused, and what the file cannot hold");
+    const bool breaks = BreaksALine(write.section) || BreaksALine(write.key) || BreaksALine(write.value);
+    Demand(!isWritten || !breaks, "a line break or null character is refused");
+    Demand(isWritten || breaks || MayBeRefused(before), "nothing else is refused that the file can hold");
     if (!isWritten) {
         Demand(after == before, "what is refused leaves the file as it was");
         return;

@@ -43,7 +43,9 @@ std::optional<std::string> WithSetting(const std::string& bytes, const ProfileSe
         return bytes;
     }
     profile.text = std::move(text);
-    return EncodeProfile(profile);
+    std::string changed = EncodeProfile(profile);
+    // Blanks before stray bytes are gone now: what is left must not pass for a signature.
+    return DecodeProfile(changed).encoding == profile.encoding ? std::optional(std::move(changed)) : std::nullopt;
 }
 
 result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes)

@@ -100,6 +100,16 @@ TEST_F(PrivateProfile, AnUnpairedSurrogate_TurnsTheFileIntoUtf16)
     EXPECT_TRUE(m_log.empty());
 }
 
+TEST_F(PrivateProfile, BlanksThatKeepBytesFromBeingASignature_AreNotTakenAway)
+{
+    for (const std::string_view before : {"\f\xFF\xFE[S]\r\n", " \xFE\xFF", "\t\xEF\xBB\xBF[S]\r\n"}) {
+        m_folder.Write("file.ini", before);
+        EXPECT_FALSE(Write(u"S", u"k", u"v"));
+        EXPECT_EQ(m_folder.Read("file.ini"), before);
+    }
+    EXPECT_TRUE(m_log.empty());
+}
+
 TEST_F(PrivateProfile, ALineBreakOrNull_IsRefusedWithALogLineAndTheFileStays)
 {
     m_folder.Write("file.ini", "[S]\r\nk=1\r\n");
