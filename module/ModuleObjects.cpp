@@ -4,6 +4,7 @@
 #include "policyfile/CPolicyFile.h"
 #include "policyfile/CTaskInfo.h"
 #include "task/CPolicyTask.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {
 

@@ -1,7 +1,7 @@
 /// The classes that the module offers.
 #pragma once
 
-#include "module/host/ObjectMap.h"
+#include "com/ObjectMap.h"
 
 namespace zupm {
 

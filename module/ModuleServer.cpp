@@ -3,11 +3,11 @@
 #include <new>
 #include <string>
 
+#include "com/Dispatch.h"
+#include "com/ModuleLock.h"
 #include "module/ModuleObjects.h"
 #include "module/ModulePlatform.h"
 #include "module/RegistryScript.h"
-#include "module/host/ModuleLock.h"
-#include "platform/Dispatch.h"
 #include "platform/Modules.h"
 
 namespace zupm {

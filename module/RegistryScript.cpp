@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "platform/Registry.h"
+#include "module/Registry.h"
 
 namespace zupm {
 

@@ -1,4 +1,4 @@
-/// What is each target's own about INI files; platform/PrivateProfile.h is for callers.
+/// What is each target's own about INI files; common/PrivateProfile.h is for callers.
 #pragma once
 
 #include <optional>
@@ -25,5 +25,9 @@ struct ProfileSetting {
 
 /// Replaces the file in one step, or creates it.
 [[nodiscard]] result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes);
+
+/// The form of a section's or key's name that is the same for all names that an INI file takes for one: without blanks
+/// at its ends, and in capitals (Windows: every letter; natively A to Z, which is what counts natively).
+[[nodiscard]] std::u16string ProfileName(std::u16string_view name);
 
 }  // namespace zupm

@@ -2,15 +2,15 @@
 
 #include <utility>
 
-#include "module/host/Log.h"
-#include "platform/common/Decimal.h"
-#include "platform/common/TimeStamp.h"
-#include "platform/xml/Characters.h"
-#include "platform/xml/Exceptions.h"
-#include "platform/xml/Parser.h"
+#include "com/Log.h"
+#include "common/TimeStamp.h"
 #include "settings/CatchAll.h"
 #include "settings/Elements.h"
 #include "settings/ParseFailure.h"
+#include "text/Decimal.h"
+#include "xml/Characters.h"
+#include "xml/Exceptions.h"
+#include "xml/Parser.h"
 
 namespace zupm {
 

@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "platform/CriticalSection.h"
-#include "platform/xml/Document.h"
 #include "settings/CElementRef.h"
 #include "settings/CSectionParser.h"
+#include "xml/Document.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

@@ -5,12 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include "module/host/AtomicText.h"
-#include "module/host/DualObject.h"
-#include "module/host/ResourceModuleUse.h"
-#include "module/host/tables/InterfaceTables.h"
+#include "com/AtomicText.h"
+#include "com/DualObject.h"
+#include "com/ResourceModuleUse.h"
+#include "interfaces/InterfaceTables.h"
 #include "platform/CriticalSection.h"
 #include "policy/CPolicyData.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {
 

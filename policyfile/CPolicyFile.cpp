@@ -3,10 +3,11 @@
 
 #include <new>
 
-#include "module/host/Strings.h"
-#include "platform/common/Decimal.h"
-#include "platform/xml/Exceptions.h"
-#include "platform/xml/FileBuffer.h"
+#include "com/Strings.h"
+#include "text/Decimal.h"
+#include "xml/Exceptions.h"
+#include "xml/FileBuffer.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {
 

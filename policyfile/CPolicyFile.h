@@ -7,13 +7,14 @@
 #include <string>
 #include <string_view>
 
-#include "module/host/DualObject.h"
-#include "module/host/ResourceModuleUse.h"
-#include "module/host/tables/InterfaceTables.h"
+#include "com/DualObject.h"
+#include "com/ResourceModuleUse.h"
+#include "interfaces/InterfaceTables.h"
 #include "platform/CriticalSection.h"
 #include "policyfile/CPolicyFileData.h"
 #include "policyfile/EditedFile.h"
 #include "policyfile/PolicyFileProperties.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {
 

@@ -3,12 +3,12 @@
 
 #include <utility>
 
-#include "module/host/Log.h"
-#include "platform/common/Decimal.h"
-#include "platform/xml/Exceptions.h"
-#include "platform/xml/FileBuffer.h"
-#include "platform/xml/Parser.h"
+#include "com/Log.h"
 #include "settings/ParseFailure.h"
+#include "text/Decimal.h"
+#include "xml/Exceptions.h"
+#include "xml/FileBuffer.h"
+#include "xml/Parser.h"
 
 namespace zupm {
 

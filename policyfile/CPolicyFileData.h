@@ -9,11 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/xml/Document.h"
-#include "platform/xml/UtfEncodings.h"
-#include "platform/xml/XmlText.h"
 #include "policyfile/PolicyFileProperties.h"
 #include "settings/CElementRef.h"
+#include "xml/Document.h"
+#include "xml/UtfEncodings.h"
+#include "xml/XmlText.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

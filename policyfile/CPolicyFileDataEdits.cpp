@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/common/Decimal.h"
 #include "policyfile/CPolicyFileData.h"
 #include "policyfile/ElementWalks.h"
 #include "settings/Elements.h"
+#include "text/Decimal.h"
 
 namespace zupm {
 

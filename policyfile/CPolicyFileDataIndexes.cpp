@@ -1,7 +1,7 @@
 // The two indexes.
 #include <utility>
 
-#include "module/host/Log.h"
+#include "com/Log.h"
 #include "policyfile/CPolicyFileData.h"
 #include "policyfile/ElementWalks.h"
 #include "settings/CatchAll.h"

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <new>
 
-#include "module/host/ComPtr.h"
-#include "module/host/IncomingObject.h"
-#include "module/host/ObjectForms.h"
-#include "module/host/Strings.h"
+#include "com/ComPtr.h"
+#include "com/IncomingObject.h"
+#include "com/ObjectForms.h"
+#include "com/Strings.h"
 #include "policy/CPolicyProduct.h"
 #include "policyfile/CPolicyFile.h"
 #include "settings/Elements.h"

@@ -1,10 +1,10 @@
 // Editing the file where it lies: IPolicyFileEdit.
 #include <algorithm>
 
-#include "module/host/Strings.h"
-#include "platform/xml/Exceptions.h"
-#include "platform/xml/FileBuffer.h"
+#include "com/Strings.h"
 #include "policyfile/CPolicyFile.h"
+#include "xml/Exceptions.h"
+#include "xml/FileBuffer.h"
 
 namespace zupm {
 

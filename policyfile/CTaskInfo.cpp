@@ -3,8 +3,8 @@
 #include <new>
 #include <utility>
 
-#include "module/host/Log.h"
-#include "module/host/Strings.h"
+#include "com/Log.h"
+#include "com/Strings.h"
 #include "settings/CatchAll.h"
 
 namespace zupm {

@@ -9,10 +9,11 @@
 #include <string_view>
 #include <utility>
 
-#include "module/host/DualObject.h"
-#include "module/host/ResourceModuleUse.h"
-#include "module/host/tables/InterfaceTables.h"
+#include "com/DualObject.h"
+#include "com/ResourceModuleUse.h"
+#include "interfaces/InterfaceTables.h"
 #include "policyfile/CTaskInfoData.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {
 

@@ -1,7 +1,7 @@
 #include "policyfile/EditedFile.h"
 
-#include "platform/xml/Exceptions.h"
-#include "platform/xml/FileBuffer.h"
+#include "xml/Exceptions.h"
+#include "xml/FileBuffer.h"
 
 namespace zupm {
 

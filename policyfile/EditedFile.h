@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "platform/HeldFile.h"
-#include "platform/xml/UtfEncodings.h"
-#include "platform/xml/XmlText.h"
+#include "xml/UtfEncodings.h"
+#include "xml/XmlText.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

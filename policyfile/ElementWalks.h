@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/xml/Node.h"
+#include "xml/Node.h"
 
 namespace zupm {
 

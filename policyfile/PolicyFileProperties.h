@@ -4,7 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
-#include "module/host/AtomicText.h"
+#include "com/AtomicText.h"
 
 namespace zupm {
 

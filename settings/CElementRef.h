@@ -1,7 +1,7 @@
 /// Element references: what the indexes keep of a document.
 #pragma once
 
-#include "platform/xml/Node.h"
+#include "xml/Node.h"
 
 namespace zupm {
 

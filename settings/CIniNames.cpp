@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/PrivateProfile.h"
+#include "platform/ProfileFile.h"
 
 namespace zupm {
 

@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/common/Macros.h"
+#include "common/Macros.h"
 
 namespace zupm {
 

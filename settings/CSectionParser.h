@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "platform/CriticalSection.h"
-#include "platform/xml/Node.h"
 #include "settings/CXMLDataObject.h"
+#include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

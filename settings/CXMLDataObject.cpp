@@ -3,8 +3,8 @@
 #include <new>
 #include <utility>
 
-#include "module/host/Log.h"
-#include "platform/PrivateProfile.h"
+#include "com/Log.h"
+#include "common/PrivateProfile.h"
 #include "settings/CatchAll.h"
 #include "settings/Elements.h"
 

@@ -9,9 +9,9 @@
 #include <string_view>
 
 #include "platform/CriticalSection.h"
-#include "platform/xml/Node.h"
 #include "settings/CElementMap.h"
 #include "settings/CIniNames.h"
+#include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "module/host/Log.h"
+#include "com/Log.h"
 
 namespace zupm {
 

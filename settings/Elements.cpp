@@ -1,7 +1,7 @@
 #include "settings/Elements.h"
 
-#include "platform/xml/Characters.h"
-#include "platform/xml/Exceptions.h"
+#include "xml/Characters.h"
+#include "xml/Exceptions.h"
 
 namespace zupm {
 

@@ -2,9 +2,9 @@
 
 #include <new>
 
-#include "module/host/Log.h"
-#include "platform/common/Decimal.h"
-#include "platform/common/Utf.h"
+#include "com/Log.h"
+#include "text/Decimal.h"
+#include "text/Utf.h"
 
 namespace zupm {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/xml/Exceptions.h"
+#include "xml/Exceptions.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

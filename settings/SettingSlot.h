@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "module/host/Strings.h"
+#include "com/Strings.h"
 
 namespace zupm {
 

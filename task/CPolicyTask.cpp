@@ -1,8 +1,8 @@
 #include "task/CPolicyTask.h"
 
-#include "module/host/Strings.h"
-#include "platform/xml/Document.h"
+#include "com/Strings.h"
 #include "settings/SettingSlot.h"
+#include "xml/Document.h"
 
 namespace zupm {
 

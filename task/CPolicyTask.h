@@ -5,11 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include "module/host/DualObject.h"
-#include "module/host/ResourceModuleUse.h"
-#include "module/host/tables/InterfaceTables.h"
+#include "com/DualObject.h"
+#include "com/ResourceModuleUse.h"
+#include "interfaces/InterfaceTables.h"
 #include "platform/CriticalSection.h"
 #include "task/CTaskData.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {
 

@@ -1,5 +1,5 @@
 // The identity fields of CPolicyTask.
-#include "module/host/Strings.h"
+#include "com/Strings.h"
 #include "task/CPolicyTask.h"
 
 namespace zupm {

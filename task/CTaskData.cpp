@@ -2,13 +2,13 @@
 
 #include <utility>
 
-#include "platform/PrivateProfile.h"
-#include "platform/common/Decimal.h"
-#include "platform/xml/Exceptions.h"
-#include "platform/xml/Parser.h"
+#include "common/PrivateProfile.h"
 #include "settings/CatchAll.h"
 #include "settings/Elements.h"
 #include "settings/ParseFailure.h"
+#include "text/Decimal.h"
+#include "xml/Exceptions.h"
+#include "xml/Parser.h"
 
 namespace zupm {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "platform/xml/Document.h"
 #include "settings/CElementRef.h"
 #include "settings/CSectionParser.h"
 #include "task/TaskFields.h"
+#include "xml/Document.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {

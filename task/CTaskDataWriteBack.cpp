@@ -1,11 +1,11 @@
 // How a task gets into XML: the private copy's, and a policy file's.
 #include <utility>
 
-#include "platform/common/Decimal.h"
-#include "platform/common/TimeStamp.h"
+#include "common/TimeStamp.h"
 #include "settings/CatchAll.h"
 #include "settings/Elements.h"
 #include "task/CTaskData.h"
+#include "text/Decimal.h"
 
 namespace zupm {
 

@@ -2,8 +2,8 @@
 
 #include <initializer_list>
 
-#include "platform/common/Decimal.h"
 #include "settings/Elements.h"
+#include "text/Decimal.h"
 
 namespace zupm {
 

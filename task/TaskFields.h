@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/xml/Node.h"
+#include "xml/Node.h"
 
 namespace zupm {
 

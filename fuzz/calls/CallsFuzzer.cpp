@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <string>
 
+#include "common/CzuLogger.h"
 #include "fuzz/calls/Files.h"
 #include "fuzz/calls/NameCall.h"
 #include "fuzz/calls/Objects.h"
 #include "fuzz/calls/SlotCall.h"
 #include "fuzz/support/Input.h"
-#include "platform/common/CzuLogger.h"
 
 namespace zupm::fuzz {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "com/Dispatch.h"
 #include "fuzz/support/Input.h"
-#include "platform/Dispatch.h"
 
 namespace zupm::fuzz {
 

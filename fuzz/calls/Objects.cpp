@@ -6,8 +6,8 @@
 #include "fuzz/calls/OuterObject.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/SampleTexts.h"
+#include "interfaces/InterfaceTables.h"
 #include "module/ModuleServer.h"
-#include "module/host/tables/InterfaceTables.h"
 #include "tests/module/Classes.h"
 
 namespace zupm::fuzz {

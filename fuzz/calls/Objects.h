@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "com/Dispatch.h"
 #include "fuzz/support/Input.h"
-#include "platform/Dispatch.h"
 #include "tests/support/ComPtr.h"
 #include "tests/support/ReentrantObjects.h"
 

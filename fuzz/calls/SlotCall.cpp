@@ -3,13 +3,13 @@
 #include <array>
 #include <utility>
 
+#include "com/DispatchThunk.h"
 #include "fuzz/calls/Codes.h"
 #include "fuzz/calls/Files.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/SampleTexts.h"
-#include "module/host/DispatchThunk.h"
-#include "platform/common/Utf.h"
 #include "tests/support/Bstr.h"
+#include "text/Utf.h"
 
 namespace zupm::fuzz {
 

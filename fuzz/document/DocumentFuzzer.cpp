@@ -11,8 +11,8 @@
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/LibraryLoad.h"
 #include "fuzz/support/PeerComparison.h"
-#include "platform/common/Utf.h"
-#include "platform/xml/Latin1.h"
+#include "text/Utf.h"
+#include "xml/Latin1.h"
 
 namespace zupm::fuzz {
 

@@ -6,8 +6,8 @@
 
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/SampleTexts.h"
-#include "platform/common/Utf.h"
-#include "platform/xml/Exceptions.h"
+#include "text/Utf.h"
+#include "xml/Exceptions.h"
 
 namespace zupm::fuzz {
 

@@ -6,7 +6,7 @@
 
 #include "fuzz/document/Model.h"
 #include "fuzz/support/Input.h"
-#include "platform/xml/Document.h"
+#include "xml/Document.h"
 
 namespace zupm::fuzz {
 

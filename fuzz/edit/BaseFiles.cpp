@@ -3,8 +3,8 @@
 #include <iterator>
 
 #include "fuzz/support/SampleTexts.h"
-#include "platform/xml/Encoding.h"
 #include "tests/support/TextEdit.h"
+#include "xml/Encoding.h"
 
 namespace zupm::fuzz {
 

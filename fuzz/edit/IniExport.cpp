@@ -6,8 +6,8 @@
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Host.h"
 #include "fuzz/support/PeerDocument.h"
-#include "platform/common/IniText.h"
-#include "platform/common/Utf.h"
+#include "text/IniText.h"
+#include "text/Utf.h"
 
 namespace zupm::fuzz {
 

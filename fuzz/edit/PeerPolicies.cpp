@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "fuzz/support/Demand.h"
-#include "platform/common/Utf.h"
+#include "text/Utf.h"
 
 namespace zupm::fuzz {
 

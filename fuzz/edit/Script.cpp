@@ -5,7 +5,7 @@
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/PeerDocument.h"
 #include "fuzz/support/SampleTexts.h"
-#include "platform/xml/Characters.h"
+#include "xml/Characters.h"
 
 namespace zupm::fuzz {
 

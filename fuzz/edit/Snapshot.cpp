@@ -1,7 +1,7 @@
 #include "fuzz/edit/Snapshot.h"
 
 #include "fuzz/support/Demand.h"
-#include "platform/common/Decimal.h"
+#include "text/Decimal.h"
 
 namespace zupm::fuzz {
 

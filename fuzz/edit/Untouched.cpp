@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "fuzz/support/ElementWalk.h"
-#include "platform/common/Utf.h"
-#include "platform/xml/ExpatGate.h"
+#include "text/Utf.h"
+#include "xml/ExpatGate.h"
 
 namespace zupm::fuzz {
 

@@ -8,14 +8,14 @@
 #include <string>
 #include <string_view>
 
+#include "common/PrivateProfile.h"
 #include "fuzz/ini/IniReader.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Input.h"
-#include "platform/PrivateProfile.h"
-#include "platform/common/IniText.h"
-#include "platform/common/Utf.h"
-#include "platform/native/ProfileEncoding.h"
+#include "platform/posix/ProfileEncoding.h"
 #include "tests/support/TempFolder.h"
+#include "text/IniText.h"
+#include "text/Utf.h"
 
 namespace zupm::fuzz {
 

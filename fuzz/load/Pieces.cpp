@@ -8,7 +8,7 @@
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/LibraryLoad.h"
 #include "fuzz/support/PeerComparison.h"
-#include "platform/xml/Encoding.h"
+#include "xml/Encoding.h"
 
 namespace zupm::fuzz {
 

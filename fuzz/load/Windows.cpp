@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "fuzz/support/Demand.h"
-#include "platform/xml/Encoding.h"
+#include "xml/Encoding.h"
 
 namespace zupm::fuzz {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "comrt/RegistryText.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Input.h"
-#include "platform/native/runtime/RegistryText.h"
 
 namespace zupm::fuzz {
 

@@ -1,7 +1,7 @@
 #include "fuzz/script/FakeRegistry.h"
 
-#include "platform/Registry.h"
-#include "platform/common/Utf.h"
+#include "module/Registry.h"
+#include "text/Utf.h"
 
 namespace zupm {
 

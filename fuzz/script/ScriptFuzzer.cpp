@@ -10,8 +10,8 @@
 #include "fuzz/script/FakeRegistry.h"
 #include "fuzz/support/Demand.h"
 #include "module/RegistryScript.h"
-#include "platform/common/CaseFold.h"
-#include "platform/common/Utf.h"
+#include "text/CaseFold.h"
+#include "text/Utf.h"
 
 namespace zupm::fuzz {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/xml/Document.h"
-#include "platform/xml/SpanTree.h"
+#include "xml/Document.h"
+#include "xml/SpanTree.h"
 
 namespace zupm::fuzz {
 

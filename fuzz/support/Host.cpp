@@ -1,7 +1,7 @@
 #include "fuzz/support/Host.h"
 
 #include "fuzz/support/Demand.h"
-#include "platform/native/SystemCalls.h"
+#include "platform/linux/SystemCalls.h"
 
 namespace zupm::fuzz {
 

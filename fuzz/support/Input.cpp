@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/common/Utf.h"
+#include "text/Utf.h"
 
 namespace zupm::fuzz {
 

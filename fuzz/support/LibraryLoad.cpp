@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "fuzz/support/Demand.h"
-#include "platform/xml/Encoding.h"
+#include "xml/Encoding.h"
 
 namespace zupm::fuzz {
 

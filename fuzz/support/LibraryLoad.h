@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/xml/AdvXMLParser.h"
-#include "platform/xml/ExpatGate.h"
-#include "platform/xml/SpanTree.h"
+#include "xml/AdvXMLParser.h"
+#include "xml/ExpatGate.h"
+#include "xml/SpanTree.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm::fuzz {

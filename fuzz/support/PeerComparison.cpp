@@ -5,8 +5,8 @@
 
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/ElementWalk.h"
-#include "platform/common/Utf.h"
-#include "platform/xml/TagScanner.h"
+#include "text/Utf.h"
+#include "xml/TagScanner.h"
 
 namespace zupm::fuzz {
 

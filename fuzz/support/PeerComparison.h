@@ -2,8 +2,8 @@
 #pragma once
 
 #include "fuzz/support/PeerDocument.h"
-#include "platform/xml/AdvXMLParser.h"
-#include "platform/xml/SpanTree.h"
+#include "xml/AdvXMLParser.h"
+#include "xml/SpanTree.h"
 
 namespace zupm::fuzz {
 

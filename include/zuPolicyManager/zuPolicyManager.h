@@ -18,14 +18,7 @@
 /// Numbers     `LONG` is a signed 32-bit integer; versions are decimal texts of unsigned 64-bit numbers.
 #pragma once
 
-#ifdef _WIN32
-#include <oaidl.h>
-#include <objbase.h>
-#include <oleauto.h>
-#else
-#include <zuPolicyManager/zucomrt.h>
-#endif
-
+#include <zuPolicyManager/ComBase.h>
 #include <zuPolicyManager/Results.h>
 #include <cstddef>
 

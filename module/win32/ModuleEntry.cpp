@@ -1,7 +1,7 @@
 #include <windows.h>
 
+#include "com/Dispatch.h"
 #include "module/ModuleServer.h"
-#include "platform/Dispatch.h"
 
 namespace __gnu_cxx {
 /// The C++ runtime's own clean-up: gives back what it keeps for throwing exceptions when memory has run out.

@@ -4,7 +4,7 @@
 
 #include <oleauto.h>
 
-#include "module/host/ComPtr.h"
+#include "com/ComPtr.h"
 #include "platform/win32/Wide.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 

@@ -4,9 +4,9 @@
 
 #include <new>
 
-#include "platform/common/Utf.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Wide.h"
+#include "text/Utf.h"
 
 namespace zupm {
 

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-#include "platform/common/Utf.h"
 #include "platform/win32/Errors.h"
 #include "platform/win32/Wide.h"
+#include "text/Utf.h"
 
 namespace zupm::win32 {
 

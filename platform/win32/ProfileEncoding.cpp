@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "platform/Files.h"
-#include "platform/common/Utf.h"
 #include "platform/win32/Wide.h"
+#include "text/Utf.h"
 
 namespace zupm::win32 {
 

@@ -8,12 +8,11 @@
 #include <algorithm>
 
 #include "platform/Files.h"
-#include "platform/PrivateProfile.h"
-#include "platform/common/CaseFold.h"
-#include "platform/common/IniText.h"
 #include "platform/win32/ProfileEncoding.h"
 #include "platform/win32/SystemProfile.h"
 #include "platform/win32/Wide.h"
+#include "text/CaseFold.h"
+#include "text/IniText.h"
 
 namespace zupm {
 

@@ -4,6 +4,7 @@
 #include "Together.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -1,4 +1,5 @@
 #include "MixFields.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 #include <gtest/gtest.h>
 

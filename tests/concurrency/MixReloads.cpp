@@ -1,4 +1,5 @@
 #include "MixReloads.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 #include <gtest/gtest.h>
 

@@ -13,6 +13,7 @@
 #include "MixReloads.h"
 #include "MixSections.h"
 #include "tests/support/Effort.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

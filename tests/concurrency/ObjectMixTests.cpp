@@ -3,6 +3,7 @@
 
 #include "Together.h"
 #include "tests/support/TempFolder.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -3,7 +3,6 @@
 #include <memory>
 #include <set>
 
-#include "platform/xml/AdvXMLParser.h"
 #include "policy/CPolicyData.h"
 #include "settings/CXMLDataObject.h"
 #include "task/CTaskData.h"
@@ -12,6 +11,7 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
+#include "xml/AdvXMLParser.h"
 
 namespace zupm::test {
 

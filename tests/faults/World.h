@@ -9,6 +9,7 @@
 #include "tests/support/Outs.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "platform/common/Utf.h"
+#include "text/Utf.h"
 
 namespace zupm::test {
 

@@ -2,8 +2,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "platform/common/Utf.h"
 #include "tests/ini/IniCases.h"
+#include "text/Utf.h"
 
 namespace zupm::test {
 

@@ -13,6 +13,7 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

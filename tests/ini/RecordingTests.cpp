@@ -1,8 +1,8 @@
 // The bytes of INI files are those that the system's own call gives: of each recorded case, on both targets.
-#include "platform/PrivateProfile.h"
-#include "platform/common/IniText.h"
+#include "common/PrivateProfile.h"
 #include "tests/ini/IniCases.h"
 #include "tests/ini/IniTest.h"
+#include "text/IniText.h"
 
 namespace zupm::test {
 

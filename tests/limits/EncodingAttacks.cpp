@@ -1,9 +1,9 @@
 // Encodings: declarations that lie, bytes that are no text.
 #include <string>
 
-#include "platform/common/Utf.h"
 #include "tests/files/Encode.h"
 #include "tests/limits/Attack.h"
+#include "text/Utf.h"
 
 namespace zupm::test {
 

@@ -1,9 +1,9 @@
 // Which operations of a section cursor take its lock, and of a store the store's inside it.
 #include <gtest/gtest.h>
 
-#include "platform/xml/AdvXMLParser.h"
 #include "settings/CSectionParser.h"
 #include "tests/locks/LockUse.h"
+#include "xml/AdvXMLParser.h"
 
 namespace zupm::test {
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/ComPtr.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <span>
 
-#include "module/host/tables/InterfaceTables.h"
+#include "interfaces/InterfaceTables.h"
 #include "tests/module/Classes.h"
 #include "tests/support/Bstr.h"
 #include "tests/support/MemberCall.h"

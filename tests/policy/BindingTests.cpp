@@ -1,9 +1,9 @@
 // Binding that fails: the policy file never asks for it, so the object is bound here directly.
-#include "module/host/ComPtr.h"
-#include "module/host/ObjectForms.h"
-#include "platform/xml/AdvXMLParser.h"
+#include "com/ComPtr.h"
+#include "com/ObjectForms.h"
 #include "policy/CPolicyProduct.h"
 #include "tests/policy/PolicyTest.h"
+#include "xml/AdvXMLParser.h"
 
 namespace zupm::test {
 

@@ -6,6 +6,7 @@
 
 #include "ActingObjects.h"
 #include "PolicyFileTest.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

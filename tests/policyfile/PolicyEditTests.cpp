@@ -1,6 +1,7 @@
 // AddPolicy, RemovePolicy, GetPolicy, CreatePolicy.
 
 #include "PolicyFileTest.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -1,6 +1,7 @@
 // The three properties: what they give before and after a load, and what becomes of their slots.
 
 #include "PolicyFileTest.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -3,9 +3,9 @@
 #include <stdexcept>
 
 #include "PolicyFileTest.h"
-#include "module/host/ComPtr.h"
-#include "module/host/ObjectForms.h"
-#include "module/host/PlatformError.h"
+#include "com/ComPtr.h"
+#include "com/ObjectForms.h"
+#include "com/PlatformError.h"
 #include "policyfile/CPolicyFile.h"
 #include "policyfile/CTaskInfo.h"
 #include "tests/support/ComponentHost.h"

@@ -1,6 +1,7 @@
 // AddTask, RemoveTask, GetTask, CreateTask.
 
 #include "PolicyFileTest.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

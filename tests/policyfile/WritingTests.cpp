@@ -2,7 +2,8 @@
 
 #include "PolicyFileTest.h"
 #include "platform/Files.h"
-#include "platform/xml/FileBuffer.h"
+#include "xml/FileBuffer.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -8,10 +8,10 @@
 #include <string>
 #include <string_view>
 
-#include "platform/xml/Document.h"
 #include "settings/CSectionParser.h"
 #include "settings/CXMLDataObject.h"
 #include "tests/support/LogCapture.h"
+#include "xml/Document.h"
 
 namespace zupm::test {
 

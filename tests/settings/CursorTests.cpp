@@ -2,7 +2,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/common/Macros.h"
+#include "common/Macros.h"
 #include "tests/settings/ContainerTest.h"
 
 namespace zupm::test {

@@ -3,9 +3,9 @@
 
 #include <memory>
 
-#include "platform/xml/Document.h"
 #include "settings/CElementMap.h"
 #include "settings/CElementRef.h"
+#include "xml/Document.h"
 
 namespace zupm::test {
 namespace {

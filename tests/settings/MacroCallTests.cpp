@@ -1,7 +1,7 @@
 // How the cursor calls the macro expander: the linker sends its calls here first (`-Wl,--wrap`).
 #include <vector>
 
-#include "platform/common/Macros.h"
+#include "common/Macros.h"
 #include "tests/settings/ContainerTest.h"
 
 namespace zupm::test {

@@ -1,5 +1,5 @@
 // The store's settings in an INI file.
-#include "platform/common/Macros.h"
+#include "common/Macros.h"
 #include "tests/settings/ContainerTest.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"

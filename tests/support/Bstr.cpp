@@ -3,7 +3,7 @@
 #include <cstring>
 #include <new>
 
-#include "platform/common/Utf.h"
+#include "text/Utf.h"
 
 namespace zupm::test {
 

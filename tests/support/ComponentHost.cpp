@@ -1,7 +1,7 @@
 #include "tests/support/ComponentHost.h"
 
+#include "common/Resources.h"
 #include "platform/Modules.h"
-#include "platform/common/Resources.h"
 #include "tests/support/ClassAnnouncement.h"
 
 namespace zupm::test {

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "platform/common/TimeStamp.h"
+#include "common/TimeStamp.h"
 
 namespace zupm::test {
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/support/Bstr.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "platform/common/Utf.h"
+#include "text/Utf.h"
 
 namespace zupm::test {
 

@@ -3,7 +3,7 @@
 #include <ostream>
 #include <utility>
 
-#include "platform/common/CzuLogger.h"
+#include "common/CzuLogger.h"
 #include "tests/support/Bstr.h"
 
 namespace zupm::test {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/Outs.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -10,6 +10,7 @@
 
 #include "tests/support/Bstr.h"
 #include "tests/support/ComPtr.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -1,5 +1,5 @@
 // A task's dump into an INI file, byte for byte.
-#include "platform/common/Macros.h"
+#include "common/Macros.h"
 #include "tests/support/IniText.h"
 #include "tests/support/LogCapture.h"
 #include "tests/task/TaskTest.h"

@@ -14,6 +14,7 @@
 #include "tests/support/MemberCall.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
 

@@ -1,8 +1,8 @@
 // A task's data before anything is loaded: an object always loads a task when it is made, so the data are asked here
 // directly.
-#include "platform/xml/AdvXMLParser.h"
 #include "task/CTaskData.h"
 #include "tests/task/TaskTest.h"
+#include "xml/AdvXMLParser.h"
 
 namespace zupm::test {
 

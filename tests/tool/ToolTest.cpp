@@ -5,7 +5,7 @@
 #include <regex>
 #include <stdexcept>
 
-#include "platform/common/Utf.h"
+#include "text/Utf.h"
 
 namespace zupm::test {
 namespace {

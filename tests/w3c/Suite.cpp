@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "platform/Files.h"
-#include "platform/common/Utf.h"
-#include "platform/xml/AdvXMLParser.h"
-#include "platform/xml/Encoding.h"
 #include "tests/w3c/SuiteFolder.h"
+#include "text/Utf.h"
+#include "xml/AdvXMLParser.h"
+#include "xml/Encoding.h"
 
 namespace zupm::test {
 

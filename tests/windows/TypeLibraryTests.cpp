@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "module/host/tables/InterfaceTables.h"
+#include "interfaces/InterfaceTables.h"
 #include "tests/support/Bstr.h"
 #include "tests/support/ComPtr.h"
 #include "tests/windows/Registration.h"

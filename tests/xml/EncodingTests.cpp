@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "platform/xml/Encoding.h"
 #include "tests/xml/XmlTestSupport.h"
+#include "xml/Encoding.h"
 
 namespace AdvXMLParser {
 namespace {

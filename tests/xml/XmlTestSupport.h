@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/common/Utf.h"
-#include "platform/xml/AdvXMLParser.h"
+#include "text/Utf.h"
+#include "xml/AdvXMLParser.h"
 
 namespace AdvXMLParser {
 

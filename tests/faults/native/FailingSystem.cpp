@@ -7,9 +7,9 @@
 #include <optional>
 #include <span>
 
-#include "platform/native/FileErrors.h"
-#include "tests/native/FaultySystem.h"
-#include "tests/native/TestFolder.h"
+#include "platform/posix/FileErrors.h"
+#include "tests/platform/FaultySystem.h"
+#include "tests/platform/TestFolder.h"
 #include "tests/support/Effort.h"
 #include "tests/support/FixedClock.h"
 

@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <utility>
 
-#include "platform/PrivateProfile.h"
-#include "platform/common/IniText.h"
+#include "common/PrivateProfile.h"
 #include "tests/ini/IniCases.h"
 #include "tests/ini/IniTest.h"
+#include "text/IniText.h"
 
 namespace zupm::test {
 

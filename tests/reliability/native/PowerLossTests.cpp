@@ -9,12 +9,12 @@
 #include <iostream>
 
 #include "RecordedCalls.h"
+#include "common/PrivateProfile.h"
+#include "comrt/RegistryStore.h"
 #include "platform/Files.h"
-#include "platform/PrivateProfile.h"
-#include "platform/native/DirectWrite.h"
-#include "platform/native/FileHandle.h"
-#include "platform/native/runtime/RegistryStore.h"
-#include "tests/native/TestFolder.h"
+#include "platform/posix/DirectWrite.h"
+#include "platform/posix/FileHandle.h"
+#include "tests/platform/TestFolder.h"
 #include "tests/support/PolicyFileClient.h"
 
 namespace zupm::test {

@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/native/NativePath.h"
-#include "platform/native/SystemCalls.h"
+#include "platform/linux/SystemCalls.h"
+#include "platform/posix/NativePath.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {

@@ -1,5 +1,5 @@
 // What is read as a section or setting, and what a value is.
-#include "platform/common/Macros.h"
+#include "common/Macros.h"
 #include "tests/support/sections/SectionTest.h"
 
 namespace zupm::test {

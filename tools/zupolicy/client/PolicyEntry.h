@@ -2,6 +2,7 @@
 #pragma once
 
 #include "client/Entry.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {
 

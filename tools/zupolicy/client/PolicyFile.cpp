@@ -5,6 +5,7 @@
 #include "client/PolicyEntry.h"
 #include "com/ObjectFactory.h"
 #include "text/Utf8.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {
 namespace {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "text/Utf8.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {
 

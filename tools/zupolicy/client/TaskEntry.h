@@ -6,6 +6,7 @@
 #include "client/Entry.h"
 #include "model/Change.h"
 #include "model/TaskFields.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {
 

@@ -1,0 +1,64 @@
+/// Calls by name: what a dual interface's IDispatch half stands on.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "zuPolicyManager/ComBase.h"
+
+namespace zupm {
+
+enum class MemberKind : WORD { Method = 1, PropertyGet = 2, PropertyPut = 4 };
+
+/// The types that members of the four interfaces take: inputs by value, outputs through a slot.
+enum class ParameterType { String, Number, Object, StringSlot, NumberSlot, ObjectSlot, TaskSlot, ProductSlot };
+
+/// One parameter; `isResult` marks the output that a script gets as the call's value.
+struct Parameter {
+    std::u16string_view name;
+    ParameterType type;
+    bool isResult = false;
+};
+
+/// Holds one argument on its way into a call: a value, or the address of a slot.
+union Argument {
+    BSTR string;
+    LONG number;
+    IUnknown* object;
+    void* slot;
+};
+
+/// One row of an interface: everything that the type library says of the member too.
+struct Member {
+    std::u16string_view name;
+    DISPID id;
+    MemberKind kind;
+    std::span<const Parameter> parameters;
+    std::string_view help;
+    /// Calls the member of `self` (an interface pointer) with one argument per parameter.
+    HRESULT (*call)(IDispatch* self, const Argument* arguments);
+};
+
+/// One dual interface; rows are in slot order, after the seven slots of IDispatch.
+struct InterfaceDescription {
+    const IID& iid;
+    std::u16string_view name;
+    std::span<const Member> members;
+};
+
+/// The IDispatch methods of `description` for `self`. Windows answers from the module's type library (one type
+/// description per interface, cached behind one lock until ReleaseTypeInformation), natively from the table.
+[[nodiscard]] HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept;
+[[nodiscard]] HRESULT DispatchGetTypeInfo(const InterfaceDescription& description, UINT index, LCID locale,
+                                          ITypeInfo** info) noexcept;
+[[nodiscard]] HRESULT DispatchGetIDsOfNames(const InterfaceDescription& description, LPOLESTR* names, UINT count,
+                                            LCID locale, DISPID* ids) noexcept;
+[[nodiscard]] HRESULT DispatchInvoke(const InterfaceDescription& description, IDispatch* self, DISPID member,
+                                     LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                     EXCEPINFO* exception, UINT* badArgument) noexcept;
+
+/// Drops the cached type descriptions: the module is about to unload. Nothing to do natively.
+void ReleaseTypeInformation() noexcept;
+
+}  // namespace zupm

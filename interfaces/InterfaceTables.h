@@ -1,0 +1,13 @@
+/// The four interfaces as tables: what calls by name, the type library and the tests go by.
+#pragma once
+
+#include "com/Dispatch.h"
+
+namespace zupm {
+
+[[nodiscard]] const InterfaceDescription& TaskInfoInterface() noexcept;
+[[nodiscard]] const InterfaceDescription& PolicyTaskInterface() noexcept;
+[[nodiscard]] const InterfaceDescription& PolicyProductInterface() noexcept;
+[[nodiscard]] const InterfaceDescription& PolicyFileInterface() noexcept;
+
+}  // namespace zupm

@@ -1,0 +1,23 @@
+/// Writing into open files.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/posix/FileHandle.h"
+#include "zuPolicyManager/Results.h"
+
+namespace zupm::native {
+
+/// Writes everything, however little the system takes at once; waits where the other end of a pipe is slow. No signal
+/// ends the process. SharingViolation when the other end does not read at all for a second.
+[[nodiscard]] result::Code WriteAll(int file, std::string_view bytes) noexcept;
+
+/// Opens what `path` names for writing when that is neither a file nor a folder, so that it cannot be replaced by one.
+/// Owns nothing for everything else, and for a pipe that nobody reads.
+[[nodiscard]] FileHandle OpenSpecialFile(const std::string& path) noexcept;
+
+/// Writes into a device or pipe as it is, and closes it.
+[[nodiscard]] result::Code WriteSpecialFile(FileHandle file, std::string_view bytes) noexcept;
+
+}  // namespace zupm::native

@@ -1,0 +1,59 @@
+#include "platform/posix/FileReading.h"
+
+#include <algorithm>
+
+#include "platform/Files.h"
+#include "platform/posix/FileErrors.h"
+
+namespace zupm::native {
+
+namespace {
+
+/// For files whose size the system does not tell, such as its own: some of those have no end.
+constexpr std::size_t kFirstRead = 4096;
+constexpr std::size_t kLargestUntold = std::size_t{16} << 20;
+
+/// Reads to the end, however the file grows or shrinks meanwhile. One byte more than it held is asked for, so that the
+/// end shows without growing the buffer.
+result::Code ReadToEnd(int file, std::size_t size, std::string& bytes)
+{
+    const std::size_t tooLarge = size == 0 ? kLargestUntold : kLargestFile + 1;
+    bytes.resize(size == 0 ? kFirstRead : size + 1);
+    std::size_t filled = 0;
+    for (;;) {
+        if (filled >= tooLarge) {
+            return result::FileTooLarge;
+        }
+        if (filled == bytes.size()) {
+            bytes.resize(std::min(filled * 2, tooLarge));
+        }
+        const ssize_t count = Retry([&] { return Calls().read(file, bytes.data() + filled, bytes.size() - filled); });
+        if (count < 0) {
+            return LastError();
+        }
+        if (count == 0) {
+            bytes.resize(filled);
+            return result::Success;
+        }
+        filled += static_cast<std::size_t>(count);
+    }
+}
+
+}  // namespace
+
+result::Code ReadRegularFile(const FileHandle& file, std::string& bytes)
+{
+    struct stat status {};
+    if (Calls().fstat(file.Get(), &status) != 0) {
+        return LastError();
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return S_ISDIR(status.st_mode) ? result::AccessDenied : result::NotSupported;
+    }
+    if (status.st_size > static_cast<off_t>(kLargestFile)) {
+        return result::FileTooLarge;
+    }
+    return ReadToEnd(file.Get(), static_cast<std::size_t>(status.st_size), bytes);
+}
+
+}  // namespace zupm::native

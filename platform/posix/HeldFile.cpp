@@ -1,0 +1,166 @@
+#include "platform/HeldFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "platform/linux/FileMetadata.h"
+#include "platform/posix/FileErrors.h"
+#include "platform/posix/FileReading.h"
+#include "platform/posix/NativePath.h"
+#include "platform/posix/Replacement.h"
+
+namespace zupm {
+
+using namespace native;
+
+struct HeldFile::Handles {
+    FilePlace place;
+};
+
+namespace {
+
+/// Whether the file holds the bytes and no more. Success, FileChanged, or the code of the failed read.
+result::Code CompareBytes(const FileHandle& file, std::string_view bytes) noexcept
+{
+    constexpr std::size_t kPiece = std::size_t{64} << 10;
+    char piece[kPiece];
+    for (std::size_t at = 0;;) {
+        const ssize_t count = Retry([&] { return Calls().pread(file.Get(), piece, kPiece, static_cast<off_t>(at)); });
+        if (count < 0) {
+            return LastError();
+        }
+        if (count == 0) {
+            return at == bytes.size() ? result::Success : result::FileChanged;
+        }
+        const auto length = static_cast<std::size_t>(count);
+        if (bytes.substr(at, length) != std::string_view(piece, length)) {
+            return result::FileChanged;
+        }
+        at += length;
+    }
+}
+
+/// Whether the folder takes a new file, with the rights that the target has. A file without a name leaves no trace; a
+/// file system that has none is only asked for the right to write.
+result::Code RehearseTemporary(const FilePlace& place, const struct stat& status)
+{
+    const FileHandle nameless = OpenBelow(place.folder.Get(), ".", O_TMPFILE | O_WRONLY, 0600);
+    if (nameless) {
+        return CopyMetadata(place.file.Get(), status, nameless.Get());
+    }
+    if (errno != EOPNOTSUPP && errno != EISDIR) {
+        return LastError();
+    }
+    const int allowed = Calls().faccessat(place.folder.Get(), ".", W_OK | X_OK, AT_EACCESS);
+    return allowed == 0 ? result::Success : LastError();
+}
+
+/// Runs what can throw nothing but a lack of memory.
+template <class Body>
+result::Code Guarded(Body body) noexcept
+{
+    try {
+        return body();
+    } catch (...) {
+        return result::OutOfMemory;
+    }
+}
+
+}  // namespace
+
+HeldFile::HeldFile() noexcept = default;
+HeldFile::~HeldFile() = default;
+HeldFile::HeldFile(HeldFile&& other) noexcept = default;
+HeldFile& HeldFile::operator=(HeldFile&& other) noexcept = default;
+
+void HeldFile::Close() noexcept
+{
+    m_handles.reset();
+}
+
+result::Code HeldFile::Open(std::u16string_view path) noexcept
+{
+    Close();
+    return Guarded([&]() -> result::Code {
+        const std::optional<std::string> name = ToNativePath(path);
+        if (!name) {
+            return result::InvalidName;
+        }
+        auto handles = std::make_unique<Handles>();
+        FilePlace& place = handles->place;
+        if (const result::Code code = OpenPlace(*name, O_RDWR, place); code != result::Success) {
+            return code;
+        }
+        if (!place.file) {
+            return result::FileNotFound;
+        }
+        struct stat status {};
+        if (Calls().fstat(place.file.Get(), &status) != 0) {
+            return LastError();
+        }
+        if (!S_ISREG(status.st_mode)) {
+            return result::NotSupported;
+        }
+        m_handles = std::move(handles);
+        return result::Success;
+    });
+}
+
+result::Code HeldFile::TryLock() noexcept
+{
+    // A lock of the open file, not of the process: two objects of one process exclude each other too, and closing
+    // another handle of the file does not end it.
+    struct flock all {};
+    all.l_type = F_WRLCK;
+    all.l_whence = SEEK_SET;
+    const FilePlace& place = m_handles->place;
+    if (Retry([&] { return Calls().setlock(place.file.Get(), &all); }) != 0) {
+        return errno == EAGAIN || errno == EACCES ? result::FileLocked : LastError();
+    }
+    // Whoever held it before may have put a new file in this one's place.
+    return CheckSameFile(place);
+}
+
+result::Code HeldFile::Read(std::string& bytes) noexcept
+{
+    bytes.clear();
+    return Guarded([&]() -> result::Code {
+        std::string text;
+        const result::Code code = ReadRegularFile(m_handles->place.file, text);
+        if (code == result::Success) {
+            bytes = std::move(text);
+        }
+        return code;
+    });
+}
+
+result::Code HeldFile::CheckUnchanged(std::string_view bytes) noexcept
+{
+    const result::Code code = CheckSameFile(m_handles->place);
+    return code == result::Success ? CompareBytes(m_handles->place.file, bytes) : code;
+}
+
+result::Code HeldFile::RehearseReplace() noexcept
+{
+    return Guarded([&]() -> result::Code {
+        const FilePlace& place = m_handles->place;
+        struct stat status {};
+        return Calls().fstat(place.file.Get(), &status) == 0 ? RehearseTemporary(place, status) : LastError();
+    });
+}
+
+result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected, Durability durability) noexcept
+{
+    return Guarded([&]() -> result::Code {
+        Replacement replacement(m_handles->place, bytes, durability);
+        const result::Code code =
+            replacement.Run([&] { return expected == nullptr ? result::Success : CheckUnchanged(*expected); });
+        return code != result::Success && replacement.IsInPlace() ? result::WrittenNotFlushed : code;
+    });
+}
+
+}  // namespace zupm

@@ -1,0 +1,100 @@
+// The interface tables, as far as they can be checked without an object.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "com/DispatchThunk.h"
+#include "interfaces/InterfaceTables.h"
+#include "zuPolicyManager/zuPolicyManager.h"
+
+namespace zupm::test {
+namespace {
+
+struct Expectation {
+    const InterfaceDescription& described;
+    const IID& iid;
+    std::u16string_view name;
+    std::size_t members;
+    DISPID highest;
+};
+
+const Expectation kExpectations[] = {
+    {TaskInfoInterface(), IID_ITaskInfo, u"ITaskInfo", 2, 2},
+    {PolicyTaskInterface(), IID_IPolicyTask, u"IPolicyTask", 24, 17},
+    {PolicyProductInterface(), IID_IPolicyProduct, u"IPolicyProduct", 10, 9},
+    {PolicyFileInterface(), IID_IPolicyFile, u"IPolicyFile", 15, 15},
+};
+
+TEST(InterfaceTables, Interfaces_HaveTheirIdentifiersNamesAndNumbersOfMembers)
+{
+    for (const Expectation& row : kExpectations) {
+        EXPECT_TRUE(row.described.iid == row.iid);
+        EXPECT_EQ(row.described.name, row.name);
+        EXPECT_EQ(row.described.members.size(), row.members);
+        EXPECT_EQ(row.described.members.back().id, row.highest);
+    }
+}
+
+TEST(InterfaceTables, Numbers_RiseByOneAndAreSharedByTheTwoHalvesOfAPropertyAlone)
+{
+    for (const Expectation& row : kExpectations) {
+        const Member* before = nullptr;
+        for (const Member& member : row.described.members) {
+            if (before != nullptr && before->id == member.id) {
+                EXPECT_EQ(before->name, member.name);
+                EXPECT_EQ(before->kind, MemberKind::PropertyGet);
+                EXPECT_EQ(member.kind, MemberKind::PropertyPut);
+            } else {
+                EXPECT_EQ(member.id, before == nullptr ? 1 : before->id + 1);
+            }
+            before = &member;
+        }
+    }
+}
+
+TEST(InterfaceTables, OnlyOutput_IsTheResultAndTwoOutputsAreNone)
+{
+    for (const Expectation& row : kExpectations) {
+        for (const Member& member : row.described.members) {
+            const auto slots = std::ranges::count_if(member.parameters, IsSlot, &Parameter::type);
+            const auto results = std::ranges::count_if(member.parameters, &Parameter::isResult);
+            EXPECT_EQ(results, slots == 1 ? 1 : 0) << std::string(member.name.begin(), member.name.end());
+        }
+    }
+}
+
+TEST(InterfaceTables, Kinds_FitTheirParameters)
+{
+    for (const Expectation& row : kExpectations) {
+        for (const Member& member : row.described.members) {
+            EXPECT_FALSE(member.help.empty());
+            EXPECT_FALSE(member.parameters.empty());
+            if (member.kind == MemberKind::PropertyGet) {
+                ASSERT_EQ(member.parameters.size(), 1U);
+                EXPECT_TRUE(member.parameters[0].isResult);
+            } else if (member.kind == MemberKind::PropertyPut) {
+                ASSERT_EQ(member.parameters.size(), 1U);
+                EXPECT_FALSE(IsSlot(member.parameters[0].type));
+            }
+        }
+    }
+}
+
+TEST(InterfaceTables, Parameters_HaveTheTypesOfTheSignature)
+{
+    const auto parameters = PolicyFileInterface().members[0].parameters;
+    ASSERT_EQ(parameters.size(), 2U);
+    EXPECT_EQ(parameters[0].name, u"pTask");
+    EXPECT_EQ(parameters[0].type, ParameterType::Object);
+    EXPECT_EQ(parameters[1].name, u"bOverwrite");
+    EXPECT_EQ(parameters[1].type, ParameterType::Number);
+    EXPECT_EQ(PolicyFileInterface().members[9].parameters[0].type, ParameterType::TaskSlot);
+    EXPECT_EQ(PolicyFileInterface().members[10].parameters[0].type, ParameterType::ProductSlot);
+    EXPECT_EQ(PolicyFileInterface().members[8].parameters[0].type, ParameterType::ObjectSlot);
+}
+
+}  // namespace
+}  // namespace zupm::test

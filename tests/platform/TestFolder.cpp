@@ -1,0 +1,115 @@
+#include "tests/platform/TestFolder.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "text/Utf.h"
+
+namespace zupm::test {
+
+namespace fs = std::filesystem;
+
+TestFolder::TestFolder() : m_path(fs::temp_directory_path() / "zupm-XXXXXX")
+{
+    if (::mkdtemp(m_path.data()) == nullptr || ::chmod(m_path.c_str(), 0777) != 0) {
+        throw std::runtime_error("no folder for the test");
+    }
+}
+
+TestFolder::~TestFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+std::string TestFolder::Path(std::string_view name) const
+{
+    return std::string(m_path).append("/").append(name);
+}
+
+std::u16string TestFolder::Wide(std::string_view name) const
+{
+    return ToUtf16(Path(name)).value();
+}
+
+void TestFolder::Write(std::string_view name, std::string_view bytes) const
+{
+    std::ofstream file(Path(name), std::ios::binary);
+    if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
+        throw std::runtime_error("cannot write " + Path(name));
+    }
+}
+
+std::string TestFolder::Read(std::string_view name) const
+{
+    std::ifstream file(Path(name), std::ios::binary);
+    if (!file) {
+        throw std::runtime_error("cannot read " + Path(name));
+    }
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+std::vector<std::string> TestFolder::Names() const
+{
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_path)) {
+        names.push_back(entry.path().filename());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+mode_t TestFolder::Mode(std::string_view name) const
+{
+    struct stat status {};
+    if (::stat(Path(name).c_str(), &status) != 0) {
+        throw std::runtime_error("no status of " + Path(name));
+    }
+    return status.st_mode & 07777;
+}
+
+bool TestFolder::IsLink(std::string_view name) const
+{
+    return fs::is_symlink(Path(name));
+}
+
+std::size_t OpenFileCount()
+{
+    const fs::directory_iterator files("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+}
+
+int WaitForChild(pid_t child)
+{
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
+        throw std::runtime_error("the process of the test died");
+    }
+    return WEXITSTATUS(status);
+}
+
+int RunWithoutRights(const std::function<int()>& body)
+{
+    constexpr uid_t kNobody = 65534;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool isRoot = ::geteuid() == 0;
+        if (isRoot && (::setresgid(kNobody, kNobody, kNobody) != 0 || ::setresuid(kNobody, kNobody, kNobody) != 0)) {
+            ::_exit(255);
+        }
+        ::_exit(body());
+    }
+    return WaitForChild(child);
+}
+
+}  // namespace zupm::test

@@ -1,0 +1,161 @@
+#include "xml/Latin1.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#include "text/Utf.h"
+#include "xml/Characters.h"
+
+namespace AdvXMLParser {
+
+namespace {
+
+struct CodePoint {
+    std::uint32_t value;
+    std::size_t bytes;
+};
+
+CodePoint CodePointAt(std::string_view utf8, std::size_t at) noexcept
+{
+    const auto byte = [&](std::size_t i) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(utf8[at + i]));
+    };
+    if (byte(0) < 0x80) {
+        return {byte(0), 1};
+    }
+    const std::size_t bytes = byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
+    std::uint32_t value = byte(0) & (0xFFu >> (bytes + 1));
+    for (std::size_t i = 1; i < bytes; ++i) {
+        value = value << 6 | (byte(i) & 0x3F);
+    }
+    return {value, bytes};
+}
+
+/// Encodes a well-formed document piece by piece; what may stand for a missing character depends on the piece.
+class Latin1Encoder {
+public:
+    explicit Latin1Encoder(std::string_view utf8) noexcept : m_text(utf8) { m_out.reserve(utf8.size()); }
+
+    std::optional<std::string> Encode()
+    {
+        while (m_at < m_text.size()) {
+            if (!EncodePiece()) {
+                return std::nullopt;
+            }
+        }
+        return std::move(m_out);
+    }
+
+private:
+    enum class Substitute { None, Reference, ReferenceOutsideCdata };
+
+    bool EncodePiece()
+    {
+        const std::string_view rest = m_text.substr(m_at);
+        if (rest.front() != '<') {
+            return EncodeUpTo(m_text.find('<', m_at), Substitute::Reference);
+        }
+        if (rest.starts_with(kCdataBegin)) {
+            return EncodeUpTo(Behind(kCdataEnd), Substitute::ReferenceOutsideCdata);
+        }
+        if (rest.starts_with("<!--")) {
+            return EncodeUpTo(Behind("-->"), Substitute::None);
+        }
+        if (rest.starts_with("<?")) {
+            return EncodeUpTo(Behind("?>"), Substitute::None);
+        }
+        return rest.starts_with("<!") ? EncodeDoctype() : EncodeTag();
+    }
+
+    /// The name parts take no reference, the values between quotes do.
+    bool EncodeTag()
+    {
+        while (true) {
+            const std::size_t stop = m_text.find_first_of("\"'>", m_at);
+            const bool isEnd = stop == std::string_view::npos || m_text[stop] == '>';
+            if (!EncodeUpTo(stop == std::string_view::npos ? stop : stop + 1, Substitute::None)) {
+                return false;
+            }
+            if (isEnd) {
+                return true;
+            }
+            const std::size_t close = m_text.find(m_text[stop], m_at);
+            if (!EncodeUpTo(close == std::string_view::npos ? close : close + 1, Substitute::Reference)) {
+                return false;
+            }
+        }
+    }
+
+    /// Everything up to the document element: quotes, brackets and comments inside make its end hard to find, and a
+    /// reference would not help in it anyway. Pieces inside begin with '<' again, so taking one byte is enough.
+    bool EncodeDoctype()
+    {
+        return EncodeUpTo(m_at + 1, Substitute::None) && EncodeUpTo(DoctypePieceEnd(), Substitute::None);
+    }
+
+    [[nodiscard]] std::size_t DoctypePieceEnd() const
+    {
+        // A literal may hold '<' and '>'; the piece ends at the first of them outside quotes.
+        char quote = 0;
+        for (std::size_t at = m_at; at < m_text.size(); ++at) {
+            const char c = m_text[at];
+            if (quote != 0) {
+                quote = c == quote ? '\0' : quote;
+            } else if (c == '"' || c == '\'') {
+                quote = c;
+            } else if (c == '>' || c == '<') {
+                return c == '>' ? at + 1 : at;
+            }
+        }
+        return m_text.size();
+    }
+
+    [[nodiscard]] std::size_t Behind(std::string_view mark) const
+    {
+        const std::size_t at = m_text.find(mark, m_at);
+        return at == std::string_view::npos ? at : at + mark.size();
+    }
+
+    bool EncodeUpTo(std::size_t end, Substitute substitute)
+    {
+        for (const std::size_t stop = end == std::string_view::npos ? m_text.size() : end; m_at < stop;) {
+            const CodePoint point = CodePointAt(m_text, m_at);
+            m_at += point.bytes;
+            if (point.value <= 0xFF) {
+                m_out += static_cast<char>(point.value);
+                continue;
+            }
+            if (substitute == Substitute::None) {
+                return false;
+            }
+            const std::string reference = "&#" + std::to_string(point.value) + ";";
+            m_out += substitute == Substitute::Reference
+                         ? reference
+                         : std::string(kCdataEnd) + reference + std::string(kCdataBegin);
+        }
+        return true;
+    }
+
+    std::string_view m_text;
+    std::size_t m_at = 0;
+    std::string m_out;
+};
+
+}  // namespace
+
+std::string DecodeLatin1(std::string_view bytes)
+{
+    std::string utf8;
+    utf8.reserve(bytes.size());
+    for (const char byte : bytes) {
+        zupm::AppendUtf8(utf8, static_cast<unsigned char>(byte));
+    }
+    return utf8;
+}
+
+std::optional<std::string> EncodeLatin1(std::string_view utf8)
+{
+    return Latin1Encoder(utf8).Encode();
+}
+
+}  // namespace AdvXMLParser

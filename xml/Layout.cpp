@@ -1,0 +1,131 @@
+#include "xml/Layout.h"
+
+#include "xml/SpanTree.h"
+#include "xml/Walk.h"
+
+namespace AdvXMLParser {
+
+namespace {
+
+constexpr std::string_view kDefaultUnit = "  ";
+
+/// New elements repeat the indentation of their siblings up to this length, line break included.
+constexpr std::size_t kLongestLine = 256;
+/// A subtree of more elements is copied as it stands: line breaks between them could multiply its size.
+constexpr std::size_t kMostLaidOut = 10'000;
+
+/// The blanks of a line as TrailingLine gives it.
+std::string_view Indentation(std::string_view line) noexcept
+{
+    const std::size_t blank = line.find_first_not_of("\r\n");
+    return blank == std::string_view::npos ? std::string_view{} : line.substr(blank);
+}
+
+/// A line as new elements get it.
+std::string_view Repeatable(std::string_view line) noexcept
+{
+    return line.size() <= kLongestLine ? line : line.substr(0, line.find_first_of(" \t"));
+}
+
+/// The line that an element begins on, or else the one that its end tag begins: in a private copy the line of the
+/// copied element itself is not kept, but its end tag still tells it.
+std::string_view OwnLine(const SpanTree& tree, std::uint32_t element) noexcept
+{
+    const std::string_view line = TrailingLine(tree.Before(element));
+    return line.empty() ? TrailingLine(tree.Tail(element)) : line;
+}
+
+std::string UnitBetween(std::string_view outer, std::string_view inner)
+{
+    const std::string_view outside = Indentation(outer);
+    const std::string_view inside = Indentation(Repeatable(inner));
+    if (outer.empty() && inside.empty()) {
+        return {};  // below an element without a line of its own, yet at the margin: a file that does not indent
+    }
+    return std::string(!outer.empty() && inside.starts_with(outside) ? inside.substr(outside.size()) : kDefaultUnit);
+}
+
+/// One step of indentation below an element that begins on `line`: as deep as that element is below its own parent.
+std::string UnitBelow(const SpanTree& tree, std::uint32_t element, std::string_view line)
+{
+    const std::uint32_t parent = tree.Parent(element);
+    return parent == SpanTree::kDocument ? std::string(kDefaultUnit) : UnitBetween(OwnLine(tree, parent), line);
+}
+
+bool HasLineBreak(std::string_view text) noexcept
+{
+    return text.find_first_of("\r\n") != std::string_view::npos;
+}
+
+}  // namespace
+
+std::string_view TrailingLine(std::string_view text) noexcept
+{
+    const std::size_t last = text.find_last_not_of(" \t");
+    if (last == std::string_view::npos || (text[last] != '\n' && text[last] != '\r')) {
+        return {};
+    }
+    const bool isPair = text[last] == '\n' && last > 0 && text[last - 1] == '\r';
+    return text.substr(isPair ? last - 1 : last);
+}
+
+std::size_t BlanksBeforeLineBreak(std::string_view text) noexcept
+{
+    const std::size_t first = text.find_first_not_of(" \t");
+    return first != std::string_view::npos && (text[first] == '\n' || text[first] == '\r') ? first
+                                                                                           : std::string_view::npos;
+}
+
+Placement PlaceChild(const SpanTree& tree, std::uint32_t parent)
+{
+    const std::string_view oldTail = tree.Tail(parent);
+    const std::string_view endLine = TrailingLine(oldTail);
+    const std::string_view kept = oldTail.substr(0, oldTail.size() - endLine.size());
+    Placement placement;
+    placement.tail = endLine;
+    if (const std::uint32_t sibling = tree.LastChild(parent); sibling != SpanTree::kNone) {
+        placement.line = Repeatable(TrailingLine(tree.Before(sibling)));
+        placement.unit = UnitBetween(OwnLine(tree, parent), placement.line);
+    } else {
+        const std::string_view parentLine =
+            kept.empty() && endLine.empty() ? Repeatable(TrailingLine(tree.Before(parent))) : endLine;
+        placement.unit = UnitBelow(tree, parent, parentLine);
+        if (!parentLine.empty()) {
+            placement.line = std::string(Repeatable(parentLine)) + placement.unit;
+            placement.tail = parentLine;
+        }
+    }
+    placement.before = std::string(kept) + placement.line;
+    return placement;
+}
+
+bool IsCompact(const SpanTree& tree, std::uint32_t element) noexcept
+{
+    if (tree.FirstChild(element) == SpanTree::kNone || !tree.Tail(element).empty()) {
+        return false;
+    }
+    for (std::uint32_t child = tree.FirstChild(element); child != SpanTree::kNone; child = tree.NextSibling(child)) {
+        if (!tree.Before(child).empty()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsOnOneLine(const SpanTree& tree, std::uint32_t element)
+{
+    bool found = HasLineBreak(tree.StartTag(element)) || HasLineBreak(tree.Tail(element));
+    std::size_t elements = 0;
+    WalkSubtree(
+        tree, element,
+        [&](std::uint32_t inner) {
+            ++elements;
+            found =
+                found || (inner != element && (HasLineBreak(tree.Before(inner)) || HasLineBreak(tree.StartTag(inner)) ||
+                                               HasLineBreak(tree.Tail(inner))));
+        },
+        [](std::uint32_t) {});
+    return !found && elements <= kMostLaidOut;
+}
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,151 @@
+#include "xml/Node.h"
+
+#include "text/Utf.h"
+#include "xml/Characters.h"
+#include "xml/Escape.h"
+#include "xml/Exceptions.h"
+#include "xml/SpanTree.h"
+
+namespace AdvXMLParser {
+
+namespace {
+
+std::u16string Wide(std::string_view utf8)
+{
+    return zupm::ToUtf16(utf8).value_or(std::u16string());
+}
+
+std::string PlainName(std::u16string_view name)
+{
+    if (!IsPlainName(name)) {
+        throw InvalidCharacterException();
+    }
+    return *zupm::ToUtf8(name);
+}
+
+}  // namespace
+
+bool Node::IsNull() const noexcept
+{
+    return m_tree == nullptr || !m_tree->IsAlive(m_index, m_generation);
+}
+
+std::u16string Node::GetName() const
+{
+    return IsNull() ? std::u16string() : Wide(m_tree->Name(m_index));
+}
+
+bool Node::NameIs(std::u16string_view name) const noexcept
+{
+    return !IsNull() && EqualsUtf16(m_tree->Name(m_index), name);
+}
+
+void Node::Delete()
+{
+    if (!IsNull() && m_tree->Parent(m_index) != SpanTree::kDocument) {
+        m_tree->Remove(m_index);
+    }
+}
+
+ElementIterator NodeContainer::Begin() const noexcept
+{
+    if (IsNull()) {
+        return End();
+    }
+    const std::uint32_t child = m_tree->FirstChild(m_index);
+    return child == SpanTree::kNone ? End() : ElementIterator(Element(m_tree, child, m_tree->Generation(child)));
+}
+
+ElementIterator NodeContainer::End() const noexcept
+{
+    return {};
+}
+
+ElementIterator& ElementIterator::operator++() noexcept
+{
+    const Node& node = m_element;
+    const std::uint32_t next = node.IsNull() ? SpanTree::kNone : node.m_tree->NextSibling(node.m_index);
+    m_element = next == SpanTree::kNone ? Element() : Element(node.m_tree, next, node.m_tree->Generation(next));
+    return *this;
+}
+
+Element NodeContainer::Add(const ElementClone& clone)
+{
+    const Node& source = *clone.source;
+    if (IsNull() || source.IsNull()) {
+        return {};
+    }
+    const std::uint32_t copy = m_tree->AddCopy(m_index, *source.m_tree, source.m_index);
+    return Element(m_tree, copy, m_tree->Generation(copy));
+}
+
+Element NodeContainer::AddElementInto(std::u16string_view name)
+{
+    if (IsNull()) {
+        return {};
+    }
+    const std::uint32_t element = m_tree->AddElement(m_index, PlainName(name));
+    return Element(m_tree, element, m_tree->Generation(element));
+}
+
+Element NodeContainer::AddElementInto(std::u16string_view name, std::u16string_view attribute,
+                                      std::u16string_view value, std::u16string_view text)
+{
+    if (IsNull()) {
+        return {};
+    }
+    const std::string tag = PlainName(name) + " " + PlainName(attribute) + "=\"" + EscapeAttribute(value, '"') + "\"";
+    const std::uint32_t element = m_tree->AddElement(m_index, tag, EscapeText(text));
+    return Element(m_tree, element, m_tree->Generation(element));
+}
+
+std::u16string NodeContainer::GetText() const
+{
+    if (IsNull()) {
+        return {};
+    }
+    std::string text;
+    for (std::uint32_t child = m_tree->FirstChild(m_index); child != SpanTree::kNone;
+         child = m_tree->NextSibling(child)) {
+        AppendDecodedText(m_tree->Before(child), text);
+    }
+    AppendDecodedText(m_tree->Tail(m_index), text);
+    return Wide(text);
+}
+
+void NodeContainer::AddText(std::u16string_view text)
+{
+    if (!IsNull()) {
+        m_tree->AppendText(m_index, EscapeText(text));
+    }
+}
+
+void NodeContainer::DeleteChildren()
+{
+    if (!IsNull()) {
+        m_tree->SetContent(m_index, {});
+    }
+}
+
+void NodeContainer::SetText(std::u16string_view text)
+{
+    if (IsNull()) {
+        return;
+    }
+    const std::string escaped = EscapeText(text);
+    const bool isPlain = m_tree->FirstChild(m_index) == SpanTree::kNone && IsCharacterDataOnly(m_tree->Tail(m_index));
+    if (!isPlain || GetText() != text) {
+        m_tree->SetContent(m_index, escaped);
+    }
+}
+
+void SetAttribute(Element element, std::u16string_view name, std::u16string_view text)
+{
+    if (Attribute existing = element.GetAttribute(name); !existing.IsNull()) {
+        existing.SetText(text);
+    } else {
+        element.CreateAttribute(name, text);
+    }
+}
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,26 @@
+/// Text to document.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "xml/Document.h"
+#include "xml/XmlText.h"
+
+namespace AdvXMLParser {
+
+/// Builds documents from text. What is well-formed XML 1.0 is Expat's decision.
+///
+/// Refused, with ParsingException: text that is not well-formed, entity declarations, references to entities other than
+/// the five predefined ones, XML versions other than 1.0, a declaration that names an encoding that is not supported or
+/// contradicts the bytes, and 2 GB of text or more. No file is ever opened.
+class Parser {
+public:
+    /// Takes the text over; the document keeps it byte for byte.
+    [[nodiscard]] std::unique_ptr<Document> Parse(XmlText text) const;
+
+    /// Parses `length` units of UTF-16.
+    [[nodiscard]] std::unique_ptr<Document> Parse(const char16_t* text, std::size_t length) const;
+};
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,263 @@
+#include "xml/SpanTree.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "xml/Walk.h"
+
+namespace AdvXMLParser {
+
+namespace {
+
+/// Dead edits are not worth looking for below this.
+constexpr std::size_t kSmallestEditBuffer = std::size_t{64} << 10;
+
+/// Joins spans that lie next to each other, so that an untouched document is copied in one piece.
+class RunWriter {
+public:
+    explicit RunWriter(std::string& out) noexcept : m_out(out) {}
+
+    void Add(std::string_view span)
+    {
+        if (span.empty()) {
+            return;
+        }
+        if (m_run.data() + m_run.size() == span.data()) {
+            m_run = {m_run.data(), m_run.size() + span.size()};
+            return;
+        }
+        Flush();
+        m_run = span;
+    }
+    void Flush()
+    {
+        m_out.append(m_run);
+        m_run = {};
+    }
+
+private:
+    std::string& m_out;
+    std::string_view m_run;
+};
+
+/// Where the start tag begins at the end of a text that holds no other tag; 0 in an empty text. A tag has one '<' only,
+/// so what begins otherwise is a comment or the like in front of it.
+std::size_t StartTagIn(std::string_view opening) noexcept
+{
+    const std::size_t markup = opening.find('<');
+    if (markup == opening.npos) {
+        return 0;
+    }
+    const char kind = opening[markup + 1];
+    return kind == '!' || kind == '?' ? opening.rfind('<') : markup;
+}
+
+}  // namespace
+
+SpanTree::SpanTree(std::string text) : m_original(std::move(text)), m_dropEditsAt(kSmallestEditBuffer)
+{
+    m_records.Reserve(1);
+    ElementRecord& document = m_records[m_records.Acquire()];
+    document.end = static_cast<std::uint32_t>(m_original.size());
+}
+
+std::uint32_t SpanTree::OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content)
+{
+    m_records.Reserve(1);
+    const std::uint32_t element = m_records.Acquire();
+    ElementRecord& record = m_records[element];
+    record.before = before;
+    record.content = content;
+    Link(parent, element);
+    return element;
+}
+
+void SpanTree::CloseParsed(std::uint32_t element, std::uint32_t tail, std::uint32_t end) noexcept
+{
+    m_records[element].tail = tail;
+    m_records[element].end = end;
+}
+
+bool SpanTree::IsAlive(std::uint32_t element, std::uint32_t generation) const noexcept
+{
+    return element != kNone && m_records[element].generation == generation;
+}
+
+std::uint32_t SpanTree::LastChild(std::uint32_t element) const noexcept
+{
+    const std::uint32_t first = m_records[element].firstChild;
+    return first == kNone ? kNone : m_records[first].previous;
+}
+
+std::string_view SpanTree::Text(std::uint32_t from, std::uint32_t to) const noexcept
+{
+    const std::uint32_t base = EditBase();
+    return from < base ? std::string_view(m_original).substr(from, to - from)
+                       : std::string_view(m_edits).substr(from - base, to - from);
+}
+
+std::string_view SpanTree::Opening(std::uint32_t element) const noexcept
+{
+    return Text(m_records[element].before, m_records[element].content);
+}
+
+std::string_view SpanTree::Before(std::uint32_t element) const noexcept
+{
+    const std::string_view opening = Opening(element);
+    return opening.substr(0, StartTagIn(opening));
+}
+
+std::string_view SpanTree::StartTag(std::uint32_t element) const noexcept
+{
+    const std::string_view opening = Opening(element);
+    return opening.substr(StartTagIn(opening));
+}
+
+std::string_view SpanTree::Name(std::uint32_t element) const noexcept
+{
+    const std::string_view tag = StartTag(element).substr(1);
+    return tag.substr(0, tag.find_first_of(" \t\r\n/>"));
+}
+
+std::string_view SpanTree::Tail(std::uint32_t element) const noexcept
+{
+    return Text(m_records[element].tail, m_records[element].end);
+}
+
+bool SpanTree::IsEmptyTag(std::uint32_t element) const noexcept
+{
+    // A '/' before the closing '>' cannot be part of anything else: attribute values are quoted.
+    const std::string_view tag = StartTag(element);
+    return tag.size() > 2 && tag[tag.size() - 2] == '/';
+}
+
+std::uint32_t SpanTree::CloseOffset(std::uint32_t element) const noexcept
+{
+    const std::uint32_t end = m_records[element].end;
+    if (element == kDocument || IsEmptyTag(element)) {
+        return end;
+    }
+    const std::uint32_t base = EditBase();
+    const std::string& buffer = end < base ? m_original : m_edits;
+    const std::uint32_t shift = end < base ? 0 : base;
+    return static_cast<std::uint32_t>(buffer.find('>', end - shift)) + 1 + shift;
+}
+
+std::string_view SpanTree::EndTag(std::uint32_t element) const noexcept
+{
+    return Text(m_records[element].end, CloseOffset(element));
+}
+
+std::string SpanTree::Serialize() const
+{
+    std::string out;
+    out.reserve(m_original.size() + m_edits.size());
+    RunWriter writer(out);
+    WalkSubtree(
+        *this, kDocument, [&](std::uint32_t element) { writer.Add(Opening(element)); },
+        [&](std::uint32_t element) { writer.Add(Text(m_records[element].tail, CloseOffset(element))); });
+    writer.Flush();
+    return out;
+}
+
+void SpanTree::Link(std::uint32_t parent, std::uint32_t child) noexcept
+{
+    ElementRecord& record = m_records[child];
+    ElementRecord& owner = m_records[parent];
+    record.parent = parent;
+    record.next = kNone;
+    if (owner.firstChild == kNone) {
+        owner.firstChild = child;
+        record.previous = child;
+        return;
+    }
+    ElementRecord& first = m_records[owner.firstChild];
+    record.previous = first.previous;
+    m_records[first.previous].next = child;
+    first.previous = child;
+}
+
+void SpanTree::Unlink(std::uint32_t child) noexcept
+{
+    const ElementRecord& record = m_records[child];
+    ElementRecord& owner = m_records[record.parent];
+    if (owner.firstChild == child) {
+        owner.firstChild = record.next;
+    } else {
+        m_records[record.previous].next = record.next;
+    }
+    if (record.next != kNone) {
+        m_records[record.next].previous = record.previous;
+    } else if (owner.firstChild != kNone) {
+        m_records[owner.firstChild].previous = record.previous;
+    }
+}
+
+void SpanTree::FreeChildren(std::uint32_t element) noexcept
+{
+    std::uint32_t victim = std::exchange(m_records[element].firstChild, kNone);
+    while (victim != kNone) {
+        // Children first: a record's child list is emptied on the way down, so the way up does not enter it again.
+        if (const std::uint32_t child = std::exchange(m_records[victim].firstChild, kNone); child != kNone) {
+            victim = child;
+            continue;
+        }
+        const std::uint32_t next = m_records[victim].next;
+        const std::uint32_t parent = m_records[victim].parent;
+        m_records.Free(victim);
+        victim = next != kNone ? next : (parent == element ? kNone : parent);
+    }
+}
+
+template <class Visit>
+void SpanTree::ForEach(Visit visit) const
+{
+    WalkSubtree(*this, kDocument, visit, [](std::uint32_t) {});
+}
+
+std::size_t SpanTree::LiveEditSize() const noexcept
+{
+    std::size_t live = 0;
+    ForEach([&](std::uint32_t element) {
+        const ElementRecord& record = m_records[element];
+        live += record.before >= EditBase() ? record.content - record.before : 0;
+        live += record.tail >= EditBase() ? CloseOffset(element) - record.tail : 0;
+    });
+    return live;
+}
+
+void SpanTree::DropDeadEdits() noexcept
+try {
+    if (m_edits.size() < m_dropEditsAt) {
+        return;
+    }
+    const std::uint32_t base = EditBase();
+    std::string live;
+    live.reserve(LiveEditSize());  // the one thing here that can fail, before anything is moved
+    const auto move = [&](std::uint32_t from, std::uint32_t to) {
+        const auto moved = static_cast<std::uint32_t>(base + live.size());
+        live.append(Text(from, to));
+        return moved - from;
+    };
+    ForEach([&](std::uint32_t element) {
+        ElementRecord& record = m_records[element];
+        const std::uint32_t close = CloseOffset(element);
+        if (record.before >= base) {
+            const std::uint32_t shift = move(record.before, record.content);
+            record.before += shift;
+            record.content += shift;
+        }
+        if (record.tail >= base) {
+            const std::uint32_t shift = move(record.tail, close);
+            record.tail += shift;
+            record.end += shift;
+        }
+    });
+    m_edits = std::move(live);
+    // Looking at every element again pays when as much has been edited as there is to keep.
+    m_dropEditsAt = std::max({kSmallestEditBuffer, 2 * m_edits.size(), m_original.size() / 4});
+} catch (const std::bad_alloc&) {
+    m_dropEditsAt = m_edits.size() * 2;
+}
+
+}  // namespace AdvXMLParser

@@ -1,0 +1,114 @@
+/// The tree behind a document: element records over a text that is never rewritten.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "xml/RecordStore.h"
+
+namespace AdvXMLParser {
+
+/// The elements of one document as spans of its text.
+///
+/// The text that was parsed stays as it is; an edit appends new text to a second buffer and repoints the spans of the
+/// one element concerned. Writing the spans in order therefore gives back every byte that no edit replaced.
+/// Index 0 is the document itself: it has no tags, its one child is the document element, its tail what follows that.
+///
+/// Lifetime  Indexes are valid until their element is removed; then the index may serve another element under a higher
+///           generation.
+/// Threads   None of its own. The const operations may run at the same time.
+/// Errors    Edits throw std::bad_alloc or DocumentTooLargeException and then have changed nothing.
+/// Invariant No operation recurses; all work at any depth on a small stack.
+class SpanTree {
+public:
+    static constexpr std::uint32_t kDocument = 0;
+    static constexpr std::uint32_t kNone = 0;  ///< as a link: the document is nobody's child or sibling
+
+    /// Takes the text over. The parser then tells the elements, in document order.
+    explicit SpanTree(std::string text);
+
+    // --- for the parser; offsets are offsets of the text ---------------------------------------------------------
+
+    /// An element whose start tag ends at `content`, and what precedes the tag.
+    std::uint32_t OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content);
+    void CloseParsed(std::uint32_t element, std::uint32_t tail, std::uint32_t end) noexcept;
+
+    // --- reading -----------------------------------------------------------------------------------------------------
+
+    [[nodiscard]] bool IsAlive(std::uint32_t element, std::uint32_t generation) const noexcept;
+    [[nodiscard]] std::uint32_t Generation(std::uint32_t element) const noexcept
+    {
+        return m_records[element].generation;
+    }
+    [[nodiscard]] std::uint32_t Parent(std::uint32_t element) const noexcept { return m_records[element].parent; }
+    [[nodiscard]] std::uint32_t FirstChild(std::uint32_t element) const noexcept
+    {
+        return m_records[element].firstChild;
+    }
+    [[nodiscard]] std::uint32_t LastChild(std::uint32_t element) const noexcept;
+    [[nodiscard]] std::uint32_t NextSibling(std::uint32_t element) const noexcept { return m_records[element].next; }
+
+    /// The texts of an element; views are valid until the next edit.
+    [[nodiscard]] std::string_view Before(std::uint32_t element) const noexcept;
+    [[nodiscard]] std::string_view StartTag(std::uint32_t element) const noexcept;
+    [[nodiscard]] std::string_view Name(std::uint32_t element) const noexcept;
+    [[nodiscard]] std::string_view Tail(std::uint32_t element) const noexcept;
+    [[nodiscard]] std::string_view EndTag(std::uint32_t element) const noexcept;
+    /// Whether it is written as `<name/>`.
+    [[nodiscard]] bool IsEmptyTag(std::uint32_t element) const noexcept;
+
+    /// The text as it was parsed.
+    [[nodiscard]] std::string_view ParsedText() const noexcept { return m_original; }
+    /// The whole text as it is now.
+    [[nodiscard]] std::string Serialize() const;
+
+    // --- editing -----------------------------------------------------------------------------------------------------
+
+    /// Appends an element, placed like its siblings; its index. `tag` is what stands in its start tag: the name and,
+    /// behind a blank, attributes. Without content it becomes an empty-element tag.
+    std::uint32_t AddElement(std::uint32_t parent, std::string_view tag, std::string_view escapedContent = {});
+    /// Appends a copy of an element of `source` (which may be this tree) with everything in it; its index.
+    std::uint32_t AddCopy(std::uint32_t parent, const SpanTree& source, std::uint32_t element);
+    /// Replaces the start tag by one of the same name and form.
+    void ReplaceStartTag(std::uint32_t element, std::string_view tag);
+    /// Replaces everything inside by escaped text.
+    void SetContent(std::uint32_t element, std::string_view escaped);
+    /// Appends escaped text behind the last child.
+    void AppendText(std::uint32_t element, std::string_view escaped);
+    /// Removes an element with everything in it, and its line when it stood alone on it.
+    void Remove(std::uint32_t element);
+
+private:
+    class Addition;
+    class Copy;
+
+    [[nodiscard]] std::uint32_t EditBase() const noexcept { return static_cast<std::uint32_t>(m_original.size()) + 1; }
+    [[nodiscard]] std::string_view Text(std::uint32_t from, std::uint32_t to) const noexcept;
+    /// What precedes an element, and its start tag.
+    [[nodiscard]] std::string_view Opening(std::uint32_t element) const noexcept;
+    [[nodiscard]] std::uint32_t CloseOffset(std::uint32_t element) const noexcept;
+
+    void Link(std::uint32_t parent, std::uint32_t child) noexcept;
+    void Unlink(std::uint32_t child) noexcept;
+    void FreeChildren(std::uint32_t element) noexcept;
+    /// The record of an element whose tail becomes `tail`; an empty tag is opened for it.
+    [[nodiscard]] ElementRecord WithTail(std::uint32_t element, std::string_view tail, Addition& addition) const;
+    void ReplaceTail(std::uint32_t element, std::string_view tail);
+    void Repoint(std::uint32_t element, const ElementRecord& offsets) noexcept;
+    void Commit(Addition addition);
+    void DropDeadEdits() noexcept;
+    [[nodiscard]] std::size_t LiveEditSize() const noexcept;
+
+    /// Calls `visit(element)` for every element and the document, in document order.
+    template <class Visit>
+    void ForEach(Visit visit) const;
+
+    std::string m_original;
+    std::string m_edits;
+    std::size_t m_dropEditsAt;
+    RecordStore m_records;
+};
+
+}  // namespace AdvXMLParser

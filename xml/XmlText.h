@@ -1,0 +1,36 @@
+/// A document's text on its way from a file to the parser, or from a document to a file.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "xml/UtfEncodings.h"
+
+namespace AdvXMLParser {
+
+/// Text, held once as UTF-8, that remembers how its bytes were encoded.
+///
+/// Lifetime  Owns its text. Movable; a parser takes it over without a copy.
+/// Invariant The text is valid UTF-8 without a signature.
+class XmlText {
+public:
+    XmlText() = default;
+
+    /// From valid UTF-8. `encoding` is that of the bytes it was read from; nothing for text that never was a file's,
+    /// whose declaration may then name any encoding.
+    explicit XmlText(std::string utf8, std::optional<UTF_ENCODINGS> encoding = std::nullopt) noexcept;
+
+    [[nodiscard]] const std::string& Utf8() const noexcept { return m_utf8; }
+    [[nodiscard]] std::string TakeUtf8() && noexcept { return std::move(m_utf8); }
+    [[nodiscard]] std::optional<UTF_ENCODINGS> Encoding() const noexcept { return m_encoding; }
+
+    /// The text as UTF-16.
+    [[nodiscard]] std::u16string Wide() const;
+
+private:
+    std::string m_utf8;
+    std::optional<UTF_ENCODINGS> m_encoding;
+};
+
+}  // namespace AdvXMLParser
