@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 add_library(zuPolicyManager INTERFACE)
 add_library(zuPolicyManager::zuPolicyManager ALIAS zuPolicyManager)
 target_include_directories(zuPolicyManager INTERFACE ${PROJECT_SOURCE_DIR}/include)
-target_compile_features(zuPolicyManager INTERFACE cxx_std_20)
+target_compile_features(zuPolicyManager INTERFACE cxx_std_17)
 
 if(WIN32)
     # Clients reach the component through the system's runtime; they never link it.

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "com/ComPtr.h"
 #include "com/Strings.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <utility>
 
-#include "com/ComPtr.h"
 #include "com/Log.h"
 #include "com/ModuleLock.h"
 #include "zuPolicyManager/ComBase.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 

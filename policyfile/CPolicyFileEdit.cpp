@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <new>
 
-#include "com/ComPtr.h"
 #include "com/IncomingObject.h"
 #include "com/ObjectForms.h"
 #include "com/Strings.h"
@@ -10,6 +9,7 @@
 #include "policyfile/CPolicyFile.h"
 #include "settings/Elements.h"
 #include "task/CPolicyTask.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 

@@ -1,5 +1,4 @@
 // Policies, tasks and the enumerator as objects.
-#include "com/ComPtr.h"
 #include "com/Log.h"
 #include "com/ObjectForms.h"
 #include "com/PlatformError.h"
@@ -8,6 +7,7 @@
 #include "policyfile/CPolicyFile.h"
 #include "policyfile/CTaskInfo.h"
 #include "task/CPolicyTask.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 

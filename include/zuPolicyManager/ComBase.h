@@ -9,3 +9,37 @@
 #else
 #include <zuPolicyManager/zucomrt.h>
 #endif
+
+namespace zupm {
+
+/// The identifier of an interface, Id(), and of the class that implements it, Class(). Each header that declares
+/// interfaces specialises it for them.
+template <class Interface>
+struct InterfaceTraits;
+
+template <>
+struct InterfaceTraits<IUnknown> {
+    static const IID& Id() { return IID_IUnknown; }
+};
+template <>
+struct InterfaceTraits<IDispatch> {
+    static const IID& Id() { return IID_IDispatch; }
+};
+template <>
+struct InterfaceTraits<IClassFactory> {
+    static const IID& Id() { return IID_IClassFactory; }
+};
+template <>
+struct InterfaceTraits<ISupportErrorInfo> {
+    static const IID& Id() { return IID_ISupportErrorInfo; }
+};
+template <>
+struct InterfaceTraits<IErrorInfo> {
+    static const IID& Id() { return IID_IErrorInfo; }
+};
+template <>
+struct InterfaceTraits<ICreateErrorInfo> {
+    static const IID& Id() { return IID_ICreateErrorInfo; }
+};
+
+}  // namespace zupm

@@ -67,7 +67,16 @@ struct GUID {
     std::uint16_t Data3;
     std::uint8_t Data4[8];
 
-    friend constexpr bool operator==(const GUID&, const GUID&) = default;
+    friend constexpr bool operator==(const GUID& left, const GUID& right)
+    {
+        for (int i = 0; i < 8; ++i) {
+            if (left.Data4[i] != right.Data4[i]) {
+                return false;
+            }
+        }
+        return left.Data1 == right.Data1 && left.Data2 == right.Data2 && left.Data3 == right.Data3;
+    }
+    friend constexpr bool operator!=(const GUID& left, const GUID& right) { return !(left == right); }
 };
 
 using IID = GUID;

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "com/ComPtr.h"
 #include "module/ModuleServer.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 

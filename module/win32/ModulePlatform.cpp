@@ -4,8 +4,8 @@
 
 #include <oleauto.h>
 
-#include "com/ComPtr.h"
 #include "platform/win32/Wide.h"
+#include "zuPolicyManager/Owners.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm {

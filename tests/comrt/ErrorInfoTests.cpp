@@ -8,15 +8,6 @@
 
 namespace zupm::test {
 
-template <>
-struct InterfaceTraits<IErrorInfo> {
-    static const IID& Id() { return IID_IErrorInfo; }
-};
-template <>
-struct InterfaceTraits<ICreateErrorInfo> {
-    static const IID& Id() { return IID_ICreateErrorInfo; }
-};
-
 namespace {
 
 OLECHAR g_description[] = u"Größe falsch";

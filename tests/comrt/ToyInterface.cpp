@@ -1,4 +1,5 @@
 #include "tests/comrt/ToyInterface.h"
+#include "zuPolicyManager/zuPolicyManager.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // Binding that fails: the policy file never asks for it, so the object is bound here directly.
-#include "com/ComPtr.h"
 #include "com/ObjectForms.h"
 #include "policy/CPolicyProduct.h"
 #include "tests/policy/PolicyTest.h"
 #include "xml/AdvXMLParser.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm::test {
 

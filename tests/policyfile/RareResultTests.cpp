@@ -3,12 +3,12 @@
 #include <stdexcept>
 
 #include "PolicyFileTest.h"
-#include "com/ComPtr.h"
 #include "com/ObjectForms.h"
 #include "com/PlatformError.h"
 #include "policyfile/CPolicyFile.h"
 #include "policyfile/CTaskInfo.h"
 #include "tests/support/ComponentHost.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm::test {
 

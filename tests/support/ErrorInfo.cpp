@@ -5,11 +5,6 @@
 
 namespace zupm::test {
 
-template <>
-struct InterfaceTraits<IErrorInfo> {
-    static const IID& Id() { return IID_IErrorInfo; }
-};
-
 ErrorInformation TakeErrorInformation()
 {
     ErrorInformation taken;
