@@ -1,4 +1,5 @@
-# The component runs in privileged processes: every build is hardened, sanitized builds excepted (they have their own checks).
+# The component runs in privileged processes, so every build is hardened. Sanitized builds are the exception: they have
+# checks of their own.
 add_library(zupm_hardening INTERFACE)
 if(ZUPM_SANITIZE)
     target_compile_options(zupm_hardening INTERFACE
@@ -7,7 +8,7 @@ if(ZUPM_SANITIZE)
 else()
     target_compile_options(zupm_hardening INTERFACE -fstack-protector-strong $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
     if(WIN32)
-        # The stack protector is a library there.
+        # On Windows the stack protector is a library.
         target_link_options(zupm_hardening INTERFACE -fstack-protector-strong)
     else()
         target_link_options(zupm_hardening INTERFACE -Wl,-z,relro,-z,now)

@@ -1,5 +1,5 @@
-# What `cmake --install` gives, and the name under which clients link the component: zuPolicyManager::zuPolicyManager, the
-# same inside this tree and outside it.
+# What `cmake --install` installs. Clients link the component as zuPolicyManager::zuPolicyManager, inside this tree and
+# outside it.
 include(CMakePackageConfigHelpers)
 
 add_library(zuPolicyManager INTERFACE)
@@ -8,17 +8,19 @@ target_include_directories(zuPolicyManager INTERFACE ${PROJECT_SOURCE_DIR}/inclu
 target_compile_features(zuPolicyManager INTERFACE cxx_std_17)
 
 if(WIN32)
-    # Clients reach the component through the system's runtime; they never link it.
+    # Clients reach the component through the system's runtime and never link it.
     target_link_libraries(zuPolicyManager INTERFACE ole32 oleaut32)
     set(moduleFolder ${CMAKE_INSTALL_BINDIR})
 else()
-    # A client calls nothing of the component by name: it only needs it in the process, where it announces its classes.
+    # A client calls no function of the component by name. But the component must be in its process, where it announces
+    # its classes.
     target_link_libraries(zuPolicyManager INTERFACE
         -Wl,--push-state,--no-as-needed zuPolicyManager64 -Wl,--pop-state zucomrt)
     set(moduleFolder ${CMAKE_INSTALL_LIBDIR})
     install(TARGETS zucomrt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-    # The same run paths in the build tree and installed: for one that is to be replaced CMake reserves room with ':' at its
-    # end, and the loader takes an empty entry for the current folder, where anybody may have planted a library.
+    # The run paths are the same in the build tree and installed. For a run path that it must replace, CMake reserves
+    # room with ':' at the end. The loader takes an empty entry for the current folder, where anybody may have planted a
+    # library.
     set_target_properties(zuPolicyManager64 zucomrt PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
     set_target_properties(zupolicy PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
@@ -29,7 +31,7 @@ install(TARGETS zuPolicyManager64
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zupolicy RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# The component looks for its texts beside itself and nowhere else.
+# The component loads its texts from its own folder only.
 install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/AgentRes.dll DESTINATION ${moduleFolder})
 install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/0407/AgentRes.dll DESTINATION ${moduleFolder}/0407)
 
@@ -54,5 +56,5 @@ if(NOT WIN32)
     install(FILES ${PROJECT_BINARY_DIR}/zuPolicyManager.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endif()
 
-# The first client of that name, built along so that it cannot fall behind.
+# A client that links the component by this name. It is built with the tree, so it cannot become outdated.
 add_subdirectory(examples/cpp)

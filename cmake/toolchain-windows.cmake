@@ -1,5 +1,5 @@
-# Windows x64 from Debian: mingw-w64 with the posix thread model (std::mutex), everything linked statically, programs run
-# under Wine.
+# Windows x64, built on Debian: mingw-w64 with the posix thread model (std::mutex). Everything is linked statically, and
+# programs run under Wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 
@@ -7,7 +7,8 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# Libraries built for the target (scripts/build-expat-windows); a build folder elsewhere names it in the environment.
+# The folder of libraries built for the target (scripts/build-expat-windows). A build outside the tree names it in the
+# environment.
 get_filename_component(zupm_root "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 if(DEFINED ENV{ZUPM_WINDOWS_DEPS})
     set(zupm_windows_deps "$ENV{ZUPM_WINDOWS_DEPS}")

@@ -3,9 +3,9 @@
 //
 //   cscript //nologo policy.js <policy file> <file to write> <INI file to write>
 //
-// A failing call throws: e.number is the result code and e.message says what it means. JScript passes arguments by
-// value, so the two identifiers that GetFirst and GetNext hand out cannot reach it; what an enumeration would tell is
-// asked for by name here.
+// A failing call throws: e.number is the result code and e.message is its sentence. JScript passes arguments by value, so
+// it cannot get the two identifiers that GetFirst and GetNext return. This script only counts the tasks and asks for those
+// that it knows.
 var source = WScript.Arguments(0);
 var target = WScript.Arguments(1);
 var iniFile = WScript.Arguments(2);
@@ -63,7 +63,7 @@ function addNewTask(file) {
     task.WriteTaskDataToIniFile(iniFile);
 }
 
-// An enumerator tells an empty list from a full one by its first result.
+// The first result of an enumerator shows whether the list is empty.
 function lookThrough(file) {
     var tasks = file.GetTaskInfo();
     var first = failureOf(function () { tasks.GetFirst("", ""); });

@@ -1,5 +1,5 @@
-/// Uses the component without registration: the program's manifest names the component's assembly, whose manifest lies
-/// beside the DLL in the program's folder.
+/// Uses the component without registration. The program's manifest names the component's assembly; the manifest of the
+/// assembly lies beside the DLL in the program's folder.
 ///
 /// Usage: regfree FILE      prints the interval of a product's policy and the first task
 #include <zuPolicyManager/zuPolicyManager.h>
@@ -81,7 +81,7 @@ int wmain(int count, wchar_t** arguments)
         return 2;
     }
     int exitCode = 1;
-    // Apartment threaded, so that the calls are marshalled: that works without registration too.
+    // A single-threaded apartment, so that the calls are marshalled: marshalling works without registration too.
     if (CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED) >= 0) {
         try {
             Show(arguments[1]);

@@ -3,7 +3,7 @@
 '
 '   cscript //nologo policy.vbs <policy file> <file to write> <INI file to write>
 '
-' A failing call raises an error: Err.Number is the result code and Err.Description says what it means.
+' A failing call raises an error: Err.Number is the result code and Err.Description is its sentence.
 Option Explicit
 
 Const EndOfList = -1112

@@ -6,8 +6,8 @@
 ;
 ;   zuPolicyManager-setup.exe [/S] [/D=FOLDER]        /S asks nothing; /D comes last, without quotes
 ;
-; Exit codes of the installer and of the uninstaller: 0 done, 1 cancelled, 2 failed. What fails leaves nothing half done: an
-; older version stays while a program holds it, and an installation that cannot register the component is taken back.
+; Exit codes of the installer and of the uninstaller: 0 done, 1 cancelled, 2 failed. A failure leaves nothing half done: an
+; older version stays while a program uses it, and an installation that cannot register the component is undone.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 ManifestSupportedOS all
@@ -45,14 +45,14 @@ Page instfiles
 UninstPage uninstConfirm
 UninstPage instfiles
 
-; Says why and ends with exit code 2.
+; Shows the reason and ends with exit code 2.
 !macro Fail TEXT
   MessageBox MB_OK|MB_ICONSTOP "${TEXT}" /SD IDOK
   SetErrorLevel 2
   Abort "${TEXT}"
 !macroend
 
-; Ends before anything has changed when a file cannot be replaced or deleted: a loaded module or a running program cannot
+; Fails before anything has changed when a file cannot be replaced or deleted: a loaded module or a running program cannot
 ; be opened for writing.
 !macro FailWhenInUse FILE
   ${If} ${FileExists} "$INSTDIR\${FILE}"
@@ -65,8 +65,8 @@ UninstPage instfiles
   ${EndIf}
 !macroend
 
-; Takes away the version that is installed, wherever it is. Its uninstaller runs from a copy, so that it can delete itself,
-; and in place of the usual copy of its own, so that it can be waited for.
+; Removes the installed version, wherever it is. Its uninstaller runs from a copy made here, so that it can delete itself.
+; It would make a copy of its own otherwise, and the installer could not wait for that one.
 !macro RemoveOlder
   ReadRegStr $1 HKLM "${UNINSTALL_KEY}" "InstallLocation"
   ${If} $1 != ""
@@ -114,13 +114,13 @@ Section
   !insertmacro FailWhenInUse "${TOOL}"
   !insertmacro RemoveOlder
 
-  ; What cannot be written raises the error flag; by default it would end the installation on the spot.
+  ; A file that cannot be written sets the error flag. Without this it would end the installation at once.
   SetOverwrite try
   ClearErrors
   !insertmacro InstallFiles
   WriteUninstaller "$INSTDIR\${UNINSTALLER}"
   !insertmacro WriteUninstallEntry
-  ; A process's current folder cannot be removed.
+  ; The current folder of a process cannot be removed.
   SetOutPath "$TEMP"
   ${If} ${Errors}
     !insertmacro FailAndTakeBack "The files could not be written to $INSTDIR."

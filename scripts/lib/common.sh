@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What the scripts share. Source it; it is no program.
+# What the scripts share. To be sourced, not run.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 logs=$root/build/logs
@@ -9,7 +9,7 @@ say() {
     printf '\n== %s\n' "$*"
 }
 
-# logged NAME COMMAND...: runs it with all output in build/logs/NAME.log; on failure shows the log's tail.
+# logged NAME COMMAND...: runs it with all output in build/logs/NAME.log; on failure prints the end of the log.
 logged() {
     local log=$logs/$1.log code=0
     shift
@@ -22,7 +22,7 @@ logged() {
     return "$code"
 }
 
-# The compiler cache is a convenience: without it everything works, only slower the second time.
+# The compiler cache is optional: without it, building again is slower.
 launcher_options() {
     if command -v ccache >/dev/null; then
         echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache

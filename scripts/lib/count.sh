@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Counts test results. Source it; it is no program.
+# Counts test results. To be sourced, not run.
 
-# One line "name status message" for each entry of ctest's report. Status is run, fail, notrun or disabled; the message
-# tells an entry that skipped itself from one whose program is missing.
+# One line "name status" for each entry of ctest's report. The status is run, fail, disabled, skipped or notrun: skipped
+# for an entry that skipped itself, notrun for one whose program is missing.
 ctest_entries() {
     awk '
         /<testcase / {
@@ -14,8 +14,8 @@ ctest_entries() {
     ' "$1"
 }
 
-# The first value of a number in a GoogleTest report: the program's own, before those of its suites. Reports of Windows
-# programs have their line ends.
+# The first value of a number in a GoogleTest report: the program's own, which precedes those of its suites. Reports of
+# Windows programs have Windows line ends.
 report_number() {
     sed -n "s/^ *\"$2\": \([0-9]*\),*\r*$/\1/p" "$1" | head -n 1
 }
@@ -28,13 +28,13 @@ count_program() {
     entryFailed=$(report_number "$1" failures)
     entrySkipped=$(($(grep -c '"result": "SKIPPED"' "$1" || true) + disabled))
     entryPassed=$((tests - entryFailed - entrySkipped))
-    # The program can fail without a failed test: a sanitizer's report at its end.
+    # A program can fail without a failed test: a sanitizer reports when it ends.
     if [[ $2 != run ]] && ((entryFailed == 0)); then
         entryFailed=1
     fi
 }
 
-# count_plain STATUS: the same for a ctest entry that is one test. A program that died has no report and comes here too.
+# count_plain STATUS: the same for a ctest entry that is one test. A program that crashed has no report and counts here.
 count_plain() {
     entryPassed=0 entryFailed=0 entrySkipped=0
     case $1 in
@@ -59,7 +59,7 @@ add_counts() {
         sumSkipped=$((sumSkipped + entrySkipped))
         ((entryFailed == 0)) || failures+=("$name")
     done < <(ctest_entries "$2/ctest.xml")
-    # No entry at all means that ctest itself did not get far.
+    # No entry at all means that ctest itself failed.
     if ((sumPassed + sumFailed == 0)); then
         sumFailed=1
     fi

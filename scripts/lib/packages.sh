@@ -1,15 +1,15 @@
 # shellcheck shell=bash
-# How a folder of built files becomes a package. Source it after common.sh; it is no program.
-# Same files in, same bytes out: everything carries the time SOURCE_DATE_EPOCH, the last commit's.
+# Makes a package of a folder of built files. To be sourced after common.sh, not run.
+# The same files give the same bytes: everything carries the time SOURCE_DATE_EPOCH, that of the last commit.
 
 SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct 2>/dev/null || echo 0)}
 export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C.UTF-8
-# Files and folders that anybody may read.
+# Anybody may read the files and folders.
 umask 022
 
 packaging=$root/packaging
 
-# built_version FOLDER: the project's version, as CMake knows it in a build folder.
+# built_version FOLDER: the project's version in a build folder of CMake.
 built_version() {
     sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$1/CMakeCache.txt"
 }
@@ -33,7 +33,7 @@ fill() {
     printf '%s\n' "$text"
 }
 
-# make_zip FOLDER NAME OUTPUT: the archive holds one folder of that name.
+# make_zip FOLDER NAME OUTPUT: an archive that holds one folder of that name.
 make_zip() {
     local work
     work=$(mktemp -d)
@@ -44,7 +44,7 @@ make_zip() {
     rm -rf "$work"
 }
 
-# installer_files FOLDER: the two lists that must agree, made from the one folder: what is installed and what is removed.
+# installer_files FOLDER: the list of installed files and the list of removed files, both made from one folder.
 installer_files() {
     local folder=$1 name
     echo "!define KILOBYTES $(kilobytes "$folder")"
@@ -73,7 +73,7 @@ make_installer() {
     rm -rf "$work"
 }
 
-# debian_documents FOLDER PACKAGE VERSION: licence and changes, where Debian looks for them.
+# debian_documents FOLDER PACKAGE VERSION: licence and changes, where Debian expects them.
 debian_documents() {
     local folder=$1/usr/share/doc/$2
     mkdir -p "$folder"
@@ -98,8 +98,8 @@ shared_libraries() {
     rm -rf "$work"
 }
 
-# make_deb FOLDER CONTROL-TEMPLATE VERSION OUTPUT-FOLDER: the folder as installed below /, packed under the name and for the
-# architecture that are in the template.
+# make_deb FOLDER CONTROL-TEMPLATE VERSION OUTPUT-FOLDER: packs the folder as it is installed below /. The template has
+# the name of the package.
 make_deb() {
     local folder=$1 version=$3 package architecture depends
     package=$(sed -n 's/^Package: //p' "$2")
