@@ -12,8 +12,8 @@ enum class UTF_ENCODINGS : std::int32_t {
     Utf8Signed = 3,
     Utf8 = 4,
     Iso8859_1 = 5,
-    Utf16LittleEndian = 6,  ///< without a signature; recognised by its declaration
-    Utf16BigEndian = 7,     ///< without a signature; recognised by its declaration
+    Utf16LittleEndian = 6,  ///< without a signature; recognised by how "<?" begins the file
+    Utf16BigEndian = 7,     ///< without a signature; recognised by how "<?" begins the file
 };
 
 }  // namespace AdvXMLParser

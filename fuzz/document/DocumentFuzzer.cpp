@@ -12,7 +12,7 @@
 #include "fuzz/support/LibraryLoad.h"
 #include "fuzz/support/PeerComparison.h"
 #include "text/Utf.h"
-#include "xml/Latin1.h"
+#include "xml/Encoding.h"
 
 namespace zupm::fuzz {
 
@@ -46,13 +46,14 @@ void DemandWrittenOut(const AdvXMLParser::Document& document, const ModelNode& m
 
 void DemandLatin1(const AdvXMLParser::Document& document, const ModelNode& model)
 {
+    constexpr auto kLatin1 = AdvXMLParser::UTF_ENCODINGS::Iso8859_1;
     const std::string text = document.GenerateXML(false).Utf8();
-    const std::optional<std::string> bytes = AdvXMLParser::EncodeLatin1(text);
+    const std::optional<std::string> bytes = AdvXMLParser::Encode(text, kLatin1, false);
     if (!bytes) {
         Demand(std::any_of(text.begin(), text.end(), [](char c) { return c < 0; }), "ASCII can be written", text);
         return;
     }
-    const PeerReading peer = ReadWithPeer(AdvXMLParser::DecodeLatin1(*bytes));
+    const PeerReading peer = ReadWithPeer(AdvXMLParser::Decode(*bytes, kLatin1).value().Utf8());
     Demand(peer.document.has_value(), "what ISO-8859-1 holds is well-formed", peer.refusal);
     DemandModel(model, *peer.document);
 }
