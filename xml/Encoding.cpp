@@ -86,6 +86,24 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept
                       [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
+/// The encoding that an XML declaration at the start of a text names; empty without one.
+std::string_view DeclaredEncoding(std::string_view text) noexcept
+{
+    constexpr std::string_view kKey = "encoding";
+    constexpr std::string_view kBlanks = " \t\r\n";
+    if (!text.starts_with("<?xml") || text.size() < 6 || kBlanks.find(text[5]) == std::string_view::npos) {
+        return {};
+    }
+    text = text.substr(0, text.find("?>"));
+    const std::size_t key = text.find(kKey);
+    const std::size_t quote = key == std::string_view::npos ? key : text.find_first_of("\"'", key + kKey.size());
+    if (quote == std::string_view::npos) {
+        return {};
+    }
+    const std::size_t close = text.find(text[quote], quote + 1);
+    return close == std::string_view::npos ? std::string_view{} : text.substr(quote + 1, close - quote - 1);
+}
+
 bool DecodeUtf8(std::string& bytes)
 {
     const std::size_t invalid = zupm::FindInvalidUtf8(bytes);
@@ -116,23 +134,6 @@ bool IsRecognised(const EncodingRow& row, std::string_view bytes) noexcept
 }
 
 }  // namespace
-
-std::string_view DeclaredEncoding(std::string_view text) noexcept
-{
-    constexpr std::string_view kKey = "encoding";
-    constexpr std::string_view kBlanks = " \t\r\n";
-    if (!text.starts_with("<?xml") || text.size() < 6 || kBlanks.find(text[5]) == std::string_view::npos) {
-        return {};
-    }
-    text = text.substr(0, text.find("?>"));
-    const std::size_t key = text.find(kKey);
-    const std::size_t quote = key == std::string_view::npos ? key : text.find_first_of("\"'", key + kKey.size());
-    if (quote == std::string_view::npos) {
-        return {};
-    }
-    const std::size_t close = text.find(text[quote], quote + 1);
-    return close == std::string_view::npos ? std::string_view{} : text.substr(quote + 1, close - quote - 1);
-}
 
 bool IsDeclarable(std::string_view name, UTF_ENCODINGS encoding) noexcept
 {

@@ -15,9 +15,6 @@ namespace AdvXMLParser {
 /// the declaration. Everything else is UTF-8 (the parser refuses a declaration that does not fit).
 [[nodiscard]] UTF_ENCODINGS DetectEncoding(std::string_view bytes) noexcept;
 
-/// The encoding that an XML declaration at the start of a text names; empty without one.
-[[nodiscard]] std::string_view DeclaredEncoding(std::string_view text) noexcept;
-
 /// Whether a declaration may name `name` in a file with that encoding. Names are compared without regard to case.
 [[nodiscard]] bool IsDeclarable(std::string_view name, UTF_ENCODINGS encoding) noexcept;
 

@@ -3,6 +3,7 @@
 #include "platform/Files.h"
 #include "tests/support/TempFolder.h"
 #include "tests/xml/XmlTestSupport.h"
+#include "xml/FileBuffer.h"
 
 namespace AdvXMLParser {
 namespace {
