@@ -93,7 +93,10 @@ private:
     void Link(std::uint32_t parent, std::uint32_t child) noexcept;
     void Unlink(std::uint32_t child) noexcept;
     void FreeChildren(std::uint32_t element) noexcept;
-    /// The record of an element whose tail becomes `tail`; an empty tag is opened for it.
+    /// The record of an element with that text before its start tag, and that start tag.
+    [[nodiscard]] ElementRecord WithOpening(std::uint32_t element, std::string_view before, std::string_view tag,
+                                            Addition& addition) const;
+    /// The record of an element whose tail becomes `tail`. An empty-element tag becomes a start tag and an end tag.
     [[nodiscard]] ElementRecord WithTail(std::uint32_t element, std::string_view tail, Addition& addition) const;
     void ReplaceTail(std::uint32_t element, std::string_view tail);
     void Repoint(std::uint32_t element, const ElementRecord& offsets) noexcept;
