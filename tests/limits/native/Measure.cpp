@@ -6,16 +6,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "tests/limits/native/Seconds.h"
+
 namespace zupm::test {
-
-namespace {
-
-double Seconds(const timeval& time)
-{
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
-}  // namespace
 
 double ProcessorSeconds()
 {
@@ -35,7 +28,7 @@ std::uint64_t PeakMemory()
             return kilobytes * 1024;
         }
     }
-    throw std::runtime_error("the system does not tell the peak memory");
+    throw std::runtime_error("the system does not report the peak memory");
 }
 
 }  // namespace zupm::test

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tests/limits/Attack.h"
+#include "tests/limits/native/Seconds.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {
@@ -68,11 +69,6 @@ void Become(const std::filesystem::path& folder, const std::vector<const char*>&
         execv(ZUPM_TOOL, arguments.data());
     }
     _exit(127);
-}
-
-double Seconds(const timeval& time)
-{
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
 }  // namespace
