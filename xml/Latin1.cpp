@@ -71,7 +71,7 @@ private:
         return rest.starts_with("<!") ? EncodeDoctype() : EncodeTag();
     }
 
-    /// The name parts take no reference, the values between quotes do.
+    /// References are possible in the values between quotes, not in the names.
     bool EncodeTag()
     {
         while (true) {
@@ -90,8 +90,8 @@ private:
         }
     }
 
-    /// Everything up to the document element: quotes, brackets and comments inside make its end hard to find, and a
-    /// reference would not help in it anyway. Pieces inside begin with '<' again, so taking one byte is enough.
+    /// One piece of the DOCTYPE. Quotes, brackets and comments make the end of the whole hard to find, and no reference
+    /// is possible in any of it. Each piece in it begins with '<' again, so one piece at a time is enough.
     bool EncodeDoctype()
     {
         return EncodeUpTo(m_at + 1, Substitute::None) && EncodeUpTo(DoctypePieceEnd(), Substitute::None);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kDefaultUnit = "  ";
 
-/// New elements repeat the indentation of their siblings up to this length, line break included.
+/// A new element repeats the indentation of its siblings up to this length, line break included.
 constexpr std::size_t kLongestLine = 256;
 /// A larger subtree is copied as it is: line breaks between its elements could multiply its size.
 constexpr std::size_t kMostLaidOut = 10'000;
@@ -59,7 +59,7 @@ std::string UnitBetween(std::string_view outer, std::string_view inner)
     const std::string_view outside = Indentation(outer);
     const std::string_view inside = Indentation(Repeatable(inner));
     if (outer.empty() && inside.empty()) {
-        return {};  // below an element without a line of its own, yet at the margin: a file that does not indent
+        return {};  // without a line of its own and still at the margin: a file that does not indent
     }
     return std::string(!outer.empty() && inside.starts_with(outside) ? inside.substr(outside.size()) : kDefaultUnit);
 }

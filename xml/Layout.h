@@ -31,6 +31,7 @@ public:
     CopyLayout(const SpanTree& source, std::uint32_t top, const Placement& placement);
     CopyLayout(const CopyLayout&) = delete;
     CopyLayout& operator=(const CopyLayout&) = delete;
+    ~CopyLayout() = default;
 
     /// What precedes the next element that the walk enters.
     [[nodiscard]] std::string_view Enter(std::uint32_t element) noexcept;

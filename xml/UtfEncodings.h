@@ -5,7 +5,7 @@
 
 namespace AdvXMLParser {
 
-/// How a file's bytes hold its text. "Signed" files begin with the encoding's signature (byte order mark).
+/// The encoding of a file. "Signed" files begin with its signature (byte order mark).
 enum class UTF_ENCODINGS : std::int32_t {
     Utf16LittleEndianSigned = 1,
     Utf16BigEndianSigned = 2,

@@ -46,7 +46,7 @@ std::string FileOf(const std::string& relative)
 
 }  // namespace
 
-bool IsSuiteThere()
+bool HasSuite()
 {
     return std::filesystem::exists(std::filesystem::path(kSuiteFolder) / "MANIFEST.tsv");
 }

@@ -47,7 +47,7 @@ constexpr UTF_ENCODINGS kUnicode[] = {
 
 TEST(Encoding, UnicodeTextSurvivesAnyLength)
 {
-    // Pieces are converted one at a time: characters of every length must survive at their borders.
+    // The text is converted in pieces: characters of every length must survive at the borders.
     for (const std::size_t padding : {0u, 1u, 2u, 3u, 65533u, 65534u, 65535u, 65536u}) {
         std::string text(padding, 'x');
         for (int i = 0; i < 30; ++i) {

@@ -19,7 +19,7 @@ double ProcessorSeconds()
 
 std::uint64_t PeakMemory()
 {
-    // Not ru_maxrss: that counts the pages of the parent, which the process had before it became this program.
+    // Not ru_maxrss: it includes the pages of the parent, which the process had before it became this program.
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {
         if (word == "VmHWM:") {
