@@ -1,4 +1,4 @@
-/// An XML document that keeps every byte which nobody edits.
+/// An XML document that keeps every byte that nobody edits.
 #pragma once
 
 #include <memory>
@@ -17,9 +17,9 @@ class SpanTree;
 /// Threads   None of its own; see Node.
 class Document {
 public:
-    /// A new document: one empty root element of that name, no declaration, no line breaks.
+    /// A new document: one empty root element of that name, without a declaration and without line breaks.
     explicit Document(std::u16string_view rootName);
-    /// Over a tree that a parser built.
+    /// A document over a tree that a parser built.
     explicit Document(std::unique_ptr<SpanTree> tree) noexcept;
     ~Document();
     Document(const Document&) = delete;
@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] Element GetRoot() const noexcept;
 
-    /// The whole text as it stands. `reformat` must be false: this library never changes the form of a text.
+    /// The whole text as it is now. `reformat` must be false: this library never reformats a text.
     [[nodiscard]] XmlText GenerateXML(bool reformat) const;
 
 private:

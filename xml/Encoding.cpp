@@ -1,42 +1,78 @@
 #include "xml/Encoding.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 
 #include "text/Utf.h"
 #include "xml/Latin1.h"
+#include "xml/Utf16.h"
 
 namespace AdvXMLParser {
 
 namespace {
 
+using namespace std::string_view_literals;
 using enum UTF_ENCODINGS;
 
-constexpr std::string_view kSignatureUtf8 = "\xEF\xBB\xBF";
-constexpr std::string_view kSignatureLittleEndian = "\xFF\xFE";
-constexpr std::string_view kSignatureBigEndian = "\xFE\xFF";
+/// How "<?" begins a file in the encodings that hold ASCII as it is. The declaration then says which of them it is.
+constexpr std::string_view kAsciiOpening = "<?";
 
-/// Units converted at a time: large files are never held a third time as UTF-16.
-constexpr std::size_t kPieceUnits = std::size_t{64} << 10;
+/// Everything that the library knows of one encoding.
+struct EncodingRow {
+    UTF_ENCODINGS encoding;
+    std::array<std::string_view, 2> names;  ///< what a declaration may call it
+    std::string_view signature;             ///< the bytes that begin the file; empty for a file without
+    std::string_view opening;               ///< "<?" in it: how a file without a signature is recognised
+    /// Turns bytes without a signature into UTF-8. False when they are not valid; what is left is then the valid text
+    /// before the first fault.
+    bool (*decode)(std::string& bytes);
+    /// Turns UTF-8 into bytes that begin with the signature; false when the encoding cannot hold the text.
+    bool (*encode)(std::string& text, std::string_view signature);
+};
 
-constexpr bool IsLittleEndian(UTF_ENCODINGS encoding)
+constexpr std::array kUtf8Names = {"UTF-8"sv, ""sv};
+constexpr std::array kLittleEndianNames = {"UTF-16"sv, "UTF-16LE"sv};
+constexpr std::array kBigEndianNames = {"UTF-16"sv, "UTF-16BE"sv};
+
+bool DecodeUtf8(std::string& bytes);
+bool EncodeUtf8(std::string& text, std::string_view signature);
+
+/// In the order of the values.
+constexpr std::array kEncodings = {
+    EncodingRow{Utf16LittleEndianSigned, kLittleEndianNames, "\xFF\xFE", "<\0?\0"sv, DecodeUtf16LittleEndian,
+                EncodeUtf16LittleEndian},
+    EncodingRow{Utf16BigEndianSigned, kBigEndianNames, "\xFE\xFF", "\0<\0?"sv, DecodeUtf16BigEndian,
+                EncodeUtf16BigEndian},
+    EncodingRow{Utf8Signed, kUtf8Names, "\xEF\xBB\xBF", kAsciiOpening, DecodeUtf8, EncodeUtf8},
+    EncodingRow{Utf8, kUtf8Names, "", kAsciiOpening, DecodeUtf8, EncodeUtf8},
+    EncodingRow{Iso8859_1, {"ISO-8859-1"sv, ""sv}, "", kAsciiOpening, DecodeLatin1, EncodeLatin1},
+    EncodingRow{Utf16LittleEndian, kLittleEndianNames, "", "<\0?\0"sv, DecodeUtf16LittleEndian,
+                EncodeUtf16LittleEndian},
+    EncodingRow{Utf16BigEndian, kBigEndianNames, "", "\0<\0?"sv, DecodeUtf16BigEndian, EncodeUtf16BigEndian},
+};
+
+constexpr std::size_t IndexOf(UTF_ENCODINGS encoding)
 {
-    return encoding == Utf16LittleEndian || encoding == Utf16LittleEndianSigned;
+    return static_cast<std::size_t>(encoding) - 1;
 }
 
-constexpr std::string_view SignatureOf(UTF_ENCODINGS encoding)
+constexpr bool AreInOrder()
 {
-    switch (encoding) {
-        case Utf8Signed:
-            return kSignatureUtf8;
-        case Utf16LittleEndianSigned:
-            return kSignatureLittleEndian;
-        case Utf16BigEndianSigned:
-            return kSignatureBigEndian;
-        default:
-            return {};
+    for (std::size_t index = 0; index < kEncodings.size(); ++index) {
+        if (IndexOf(kEncodings.at(index).encoding) != index) {
+            return false;
+        }
     }
+    return true;
+}
+static_assert(AreInOrder());
+
+/// An encoding without a row ends the program.
+const EncodingRow& RowOf(UTF_ENCODINGS encoding) noexcept
+{
+    return kEncodings.at(IndexOf(encoding));
 }
 
 constexpr char LowerCase(char c)
@@ -50,71 +86,7 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept
                       [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
-char16_t UnitAt(std::string_view bytes, std::size_t at, bool littleEndian) noexcept
-{
-    const auto first = static_cast<unsigned char>(bytes[at]);
-    const auto second = static_cast<unsigned char>(bytes[at + 1]);
-    return static_cast<char16_t>(littleEndian ? first | second << 8 : first << 8 | second);
-}
-
-constexpr bool IsHighSurrogate(char16_t unit)
-{
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-std::optional<std::string> DecodeUtf16(std::string_view bytes, bool littleEndian)
-{
-    if (bytes.size() % 2 != 0) {
-        return std::nullopt;
-    }
-    std::string utf8;
-    utf8.reserve(bytes.size() / 2);
-    std::u16string piece;
-    for (std::size_t at = 0; at < bytes.size();) {
-        piece.clear();
-        while (at < bytes.size() && (piece.size() < kPieceUnits || IsHighSurrogate(piece.back()))) {
-            piece += UnitAt(bytes, at, littleEndian);
-            at += 2;
-        }
-        const std::optional<std::string> converted = zupm::ToUtf8(piece);
-        if (!converted) {
-            return std::nullopt;
-        }
-        utf8.append(*converted);
-    }
-    return utf8;
-}
-
-void AppendUtf16(std::u16string_view text, bool littleEndian, std::string& out)
-{
-    for (const char16_t unit : text) {
-        const char low = static_cast<char>(unit & 0xFF);
-        const char high = static_cast<char>(unit >> 8);
-        out += littleEndian ? low : high;
-        out += littleEndian ? high : low;
-    }
-}
-
-constexpr bool IsContinuation(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
-void EncodeUtf16(std::string_view utf8, bool littleEndian, std::string& out)
-{
-    out.reserve(out.size() + 2 * utf8.size());
-    while (!utf8.empty()) {
-        std::size_t length = std::min(utf8.size(), kPieceUnits);
-        while (length < utf8.size() && IsContinuation(utf8[length])) {
-            ++length;
-        }
-        AppendUtf16(zupm::ToUtf16(utf8.substr(0, length)).value_or(std::u16string()), littleEndian, out);
-        utf8.remove_prefix(length);
-    }
-}
-
-}  // namespace
-
+/// The encoding that an XML declaration at the start of a text names; empty without one.
 std::string_view DeclaredEncoding(std::string_view text) noexcept
 {
     constexpr std::string_view kKey = "encoding";
@@ -132,101 +104,73 @@ std::string_view DeclaredEncoding(std::string_view text) noexcept
     return close == std::string_view::npos ? std::string_view{} : text.substr(quote + 1, close - quote - 1);
 }
 
+bool DecodeUtf8(std::string& bytes)
+{
+    const std::size_t invalid = zupm::FindInvalidUtf8(bytes);
+    if (invalid == zupm::kValid) {
+        return true;
+    }
+    // Bytes under a declaration that the parser will refuse need a text only so that the refusal has a place.
+    if (const std::string_view name = DeclaredEncoding(bytes); !name.empty() && !IsDeclarable(name, Utf8)) {
+        return DecodeLatin1(bytes);
+    }
+    bytes.resize(invalid);
+    return false;
+}
+
+bool EncodeUtf8(std::string& text, std::string_view signature)
+{
+    text.insert(0, signature);
+    return true;
+}
+
+bool IsRecognised(const EncodingRow& row, std::string_view bytes) noexcept
+{
+    if (!row.signature.empty()) {
+        return bytes.starts_with(row.signature);
+    }
+    return bytes.starts_with(row.opening) &&
+           (row.opening != kAsciiOpening || IsDeclarable(DeclaredEncoding(bytes), row.encoding));
+}
+
+}  // namespace
+
 bool IsDeclarable(std::string_view name, UTF_ENCODINGS encoding) noexcept
 {
-    switch (encoding) {
-        case Utf8:
-        case Utf8Signed:
-            return EqualsIgnoringCase(name, "UTF-8");
-        case Iso8859_1:
-            return EqualsIgnoringCase(name, "ISO-8859-1");
-        default:
-            return EqualsIgnoringCase(name, "UTF-16") ||
-                   EqualsIgnoringCase(name, IsLittleEndian(encoding) ? "UTF-16LE" : "UTF-16BE");
-    }
+    const auto& names = RowOf(encoding).names;
+    return !name.empty() &&
+           std::any_of(names.begin(), names.end(), [&](auto known) { return EqualsIgnoringCase(name, known); });
 }
 
 UTF_ENCODINGS DetectEncoding(std::string_view bytes) noexcept
 {
-    for (const UTF_ENCODINGS encoding : {Utf8Signed, Utf16LittleEndianSigned, Utf16BigEndianSigned}) {
-        if (bytes.starts_with(SignatureOf(encoding))) {
-            return encoding;
+    const auto* const row = std::find_if(kEncodings.begin(), kEncodings.end(),
+                                         [&](const EncodingRow& known) { return IsRecognised(known, bytes); });
+    return row == kEncodings.end() ? Utf8 : row->encoding;
+}
+
+std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding, Position* invalid)
+{
+    const EncodingRow& row = RowOf(encoding);
+    if (bytes.starts_with(row.signature)) {
+        bytes.erase(0, row.signature.size());
+    }
+    if (!row.decode(bytes)) {
+        if (invalid != nullptr) {
+            *invalid = PositionOf(bytes, bytes.size());
         }
-    }
-    using namespace std::string_view_literals;
-    if (bytes.starts_with("<\0?\0"sv)) {
-        return Utf16LittleEndian;
-    }
-    if (bytes.starts_with("\0<\0?"sv)) {
-        return Utf16BigEndian;
-    }
-    return IsDeclarable(DeclaredEncoding(bytes), Iso8859_1) ? Iso8859_1 : Utf8;
-}
-
-std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding)
-{
-    return TryDecode(bytes, encoding);
-}
-
-std::optional<XmlText> TryDecode(std::string& bytes, UTF_ENCODINGS encoding)
-{
-    if (const std::string_view signature = SignatureOf(encoding); bytes.starts_with(signature)) {
-        bytes.erase(0, signature.size());
-    }
-    switch (encoding) {
-        case Utf8:
-        case Utf8Signed:
-            // Bytes under a declaration that will be refused need a text only for the refusal to have a place.
-            if (zupm::FindInvalidUtf8(bytes) != zupm::kValid) {
-                const std::string_view declared = DeclaredEncoding(bytes);
-                if (declared.empty() || IsDeclarable(declared, encoding)) {
-                    return std::nullopt;
-                }
-                bytes = DecodeLatin1(bytes);
-            }
-            break;
-        case Iso8859_1:
-            bytes = DecodeLatin1(bytes);
-            break;
-        default:
-            std::optional<std::string> utf8 = DecodeUtf16(bytes, IsLittleEndian(encoding));
-            if (!utf8) {
-                return std::nullopt;
-            }
-            bytes = std::move(*utf8);
+        return std::nullopt;
     }
     return XmlText(std::move(bytes), encoding);
 }
 
-Position PositionOfInvalid(std::string_view bytes, UTF_ENCODINGS encoding)
+std::optional<std::string> Encode(std::string text, UTF_ENCODINGS encoding, bool writeSignature)
 {
-    if (encoding == Utf8 || encoding == Utf8Signed) {
-        return PositionOf(bytes, zupm::FindInvalidUtf8(bytes));
+    const EncodingRow& row = RowOf(encoding);
+    if (!row.encode(text, writeSignature ? row.signature : std::string_view{})) {
+        return std::nullopt;
     }
-    std::u16string units;
-    units.reserve(bytes.size() / 2);
-    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-        units += UnitAt(bytes, at, IsLittleEndian(encoding));
-    }
-    // Units that are all valid are followed by half of one.
-    units.resize(std::min(units.size(), zupm::FindInvalidUtf16(units)));
-    const std::string valid = zupm::ToUtf8Lossy(units);
-    return PositionOf(valid, valid.size());
-}
-
-std::optional<std::string> Encode(std::string_view utf8, UTF_ENCODINGS encoding, bool writeSignature)
-{
-    std::string bytes(writeSignature ? SignatureOf(encoding) : std::string_view{});
-    switch (encoding) {
-        case Utf8:
-        case Utf8Signed:
-            return bytes.append(utf8);
-        case Iso8859_1:
-            return EncodeLatin1(utf8);
-        default:
-            EncodeUtf16(utf8, IsLittleEndian(encoding), bytes);
-            return bytes;
-    }
+    return text;
 }
 
 }  // namespace AdvXMLParser

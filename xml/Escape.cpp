@@ -44,7 +44,7 @@ std::string Escape(std::u16string_view text, std::string_view special)
     return out.append(plain, at);
 }
 
-/// Appends what the reference at the start of `raw` stands for; its length.
+/// Appends the meaning of the reference at the start of `raw` and returns its length.
 std::size_t AppendReference(std::string_view raw, std::string& out)
 {
     const std::size_t length = raw.find(';') + 1;
@@ -65,7 +65,7 @@ std::size_t AppendReference(std::string_view raw, std::string& out)
     return length;
 }
 
-/// Appends text whose only special character is CR: alone or before LF it means LF.
+/// Appends text whose only special character is CR: CR and CR LF mean LF.
 void AppendWithLineEnds(std::string_view raw, std::string& out)
 {
     for (std::size_t cr = 0; (cr = raw.find('\r')) != std::string_view::npos;) {
@@ -76,7 +76,7 @@ void AppendWithLineEnds(std::string_view raw, std::string& out)
     out.append(raw);
 }
 
-/// Appends what the markup at the start of `raw` stands for; its length.
+/// Appends the meaning of the markup at the start of `raw` and returns its length.
 std::size_t AppendMarkup(std::string_view raw, std::string& out)
 {
     if (raw.starts_with(kCdataBegin)) {

@@ -1,4 +1,4 @@
-/// Characters to markup and back.
+/// Text to markup and back.
 #pragma once
 
 #include <string>
@@ -6,21 +6,22 @@
 
 namespace AdvXMLParser {
 
-/// Character data: '&', '<', '>' as entities, CR as a reference (a bare one would be read as LF).
-/// Throws InvalidCharacterException for what XML cannot hold.
+/// Escapes character data: '&', '<' and '>' become entities, CR becomes a reference (a bare CR is read as LF).
+/// Throws InvalidCharacterException for a character that XML cannot hold.
 [[nodiscard]] std::string EscapeText(std::u16string_view text);
 
-/// An attribute value between quotes of that kind: also the quote as an entity, tab and LF as references.
+/// Escapes an attribute value for quotes of that kind: as EscapeText, and the quote becomes an entity, tab and LF
+/// become references.
 [[nodiscard]] std::string EscapeAttribute(std::u16string_view text, char quote);
 
-/// What a raw attribute value means: references replaced, white space turned into blanks.
+/// The meaning of a raw attribute value: references are replaced, white space becomes blanks.
 [[nodiscard]] std::string DecodeAttribute(std::string_view raw);
 
-/// Appends what raw content (without elements) means as text: references replaced, line ends as LF, CDATA taken in,
-/// comments and processing instructions left out.
+/// Appends the meaning of raw content without elements: references are replaced, line ends become LF, CDATA is
+/// included, comments and processing instructions are left out.
 void AppendDecodedText(std::string_view raw, std::string& out);
 
-/// Whether raw content is character data and nothing else: no comment, no processing instruction.
+/// Whether raw content is only character data, without comments and processing instructions.
 [[nodiscard]] bool IsCharacterDataOnly(std::string_view raw) noexcept;
 
 }  // namespace AdvXMLParser

@@ -21,8 +21,8 @@ private:
     std::int32_t m_errorCode;
 };
 
-/// A file's bytes are not valid in their encoding. Line and column are those of the first of them that is not; they
-/// count as those of a ParsingException.
+/// A file's bytes are not valid in their encoding. Line and column are of the first invalid byte, counted as
+/// in a ParsingException.
 class InvalidTextException : public ReadWriteException {
 public:
     InvalidTextException(std::int32_t errorCode, std::uint32_t line, std::uint32_t column) noexcept
@@ -38,7 +38,7 @@ private:
     std::uint32_t m_column;
 };
 
-/// Text is not a document that is accepted. Line and column count from 1; a column counts characters.
+/// The parser refuses a text. Line and column count from 1; a column counts characters.
 class ParsingException : public std::exception {
 public:
     ParsingException(std::uint32_t line, std::uint32_t column, std::string reason)
@@ -48,7 +48,7 @@ public:
 
     [[nodiscard]] std::uint32_t GetLine() const noexcept { return m_line; }
     [[nodiscard]] std::uint32_t GetColumn() const noexcept { return m_column; }
-    /// Why, in words (ASCII).
+    /// The reason in words (ASCII).
     [[nodiscard]] const std::string& GetReason() const noexcept { return m_reason; }
     [[nodiscard]] const char* what() const noexcept override { return m_reason.c_str(); }
 
@@ -58,7 +58,7 @@ private:
     std::string m_reason;
 };
 
-/// A name or text holds a character that XML 1.0 cannot hold (or a name is no name); nothing was changed.
+/// A text holds a character that XML 1.0 cannot hold, or a name is not valid; nothing was changed.
 class InvalidCharacterException : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return "a character that XML cannot hold"; }

@@ -19,21 +19,21 @@ namespace AdvXMLParser {
 
 namespace {
 
-/// Expat copies what it is fed behind an unfinished token; small pieces keep that copy in the processor's cache.
+/// Expat copies what follows an unfinished token; small pieces keep that copy in the processor's cache.
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 
 /// Expat compares every declared attribute of an element with those declared before it.
 constexpr int kMostDeclaredAttributes = 10'000;
 
-/// From this depth on it is looked whether the rest of the text can close all the elements at all.
+/// Beyond this depth, refuse early when the rest of the text is too short for the missing end tags.
 constexpr std::uint32_t kManyLevels = 100'000;
 constexpr std::size_t kShortestEndTag = std::string_view("</a>").size();
 
-/// One run of Expat over one text, a window after the other.
+/// One run of Expat over one text, window after window.
 ///
-/// A window ends behind the first tag after WindowLimits::bytes, behind the start tag of the document element when
-/// there was a DOCTYPE (whose attribute defaults would cost work for every element), and behind the end of the
-/// outermost element that its parser knows of.
+/// A window ends after the first tag beyond WindowLimits::bytes, after the start tag of the document element when there
+/// is a DOCTYPE (whose attribute defaults would cost work for every element), and after the end tag of the outermost
+/// element that its parser knows of.
 ///
 /// Errors    An exception must not pass through Expat: handlers keep it and stop the parser.
 class Gate {
@@ -72,7 +72,7 @@ private:
 
     [[nodiscard]] bool IsWindowFull() const noexcept { return m_read - m_window->Start() >= m_limits.bytes; }
 
-    /// Lets the next parser go on at `at`.
+    /// Makes the next parser continue at `at`.
     void EndWindow(std::uint32_t at) noexcept;
     void OpenWindow(std::uint32_t at);
     /// Start tags of the innermost open elements; notes the outermost of them.
@@ -83,11 +83,11 @@ private:
     std::optional<UTF_ENCODINGS> m_encoding;
     WindowLimits m_limits;
     std::optional<ExpatWindow> m_window;
-    std::optional<std::uint32_t> m_nextWindow;        ///< where the next parser goes on
+    std::optional<std::uint32_t> m_nextWindow;        ///< where the next parser continues
     std::uint32_t m_outermost = SpanTree::kDocument;  ///< the outermost element that the parser knows of
     std::uint32_t m_open = SpanTree::kDocument;       ///< the innermost open element
     std::uint32_t m_levels = 0;                       ///< open elements
-    std::uint32_t m_read = 0;                         ///< behind the last tag
+    std::uint32_t m_read = 0;                         ///< the end of the last tag
     bool m_hasDoctype = false;
     int m_declaredAttributes = 0;
     std::string_view m_refusal;     ///< why a handler stopped the parser
@@ -100,7 +100,7 @@ try {
     Gate& gate = Of(user);
     const std::uint32_t start = gate.m_window->Offset();
     const std::uint32_t content = start + gate.m_window->Length();
-    // Expat passes over unknown entities in attribute values once there is a DOCTYPE that might declare them elsewhere.
+    // After a DOCTYPE that might declare them elsewhere, Expat skips unknown entities in attribute values.
     if (gate.m_hasDoctype && !HasKnownReferencesOnly(gate.m_text.substr(start, content - start))) {
         gate.Refuse("undefined entity");
         return;
@@ -127,7 +127,7 @@ void Gate::OnEnd(void* user, const XML_Char*)
     gate.m_read = end + gate.m_window->Length();
     gate.m_open = gate.m_tree->Parent(closed);
     --gate.m_levels;
-    // What follows the document element is for the parser that saw the element end.
+    // The parser that saw the document element end also reads what follows it.
     if (gate.m_open != SpanTree::kDocument && (closed == gate.m_outermost || gate.IsWindowFull())) {
         gate.EndWindow(gate.m_read);
     }
@@ -155,8 +155,8 @@ void Gate::OnDoctypeEnd(void* user)
     XML_SetDefaultHandler(Of(user).m_window->Parser(), nullptr);
 }
 
-/// The tokens of the DOCTYPE: Expat's own handler for entity declarations is not told of all of them (not of predefined
-/// entities declared again, nor of what follows an undeclared parameter entity).
+/// The tokens of the DOCTYPE. Expat's own handler for entity declarations does not report predefined entities that are
+/// declared again, nor anything after an undeclared parameter entity.
 void Gate::OnDoctypeToken(void* user, const XML_Char* text, int length)
 {
     const std::string_view token(text, static_cast<std::size_t>(length));

@@ -1,4 +1,4 @@
-/// Expat as the gate: it decides what is well-formed and tells where the tags are.
+/// Expat as the gate: it decides what is well-formed and reports where the tags are.
 #pragma once
 
 #include <cstddef>
@@ -12,20 +12,20 @@
 
 namespace AdvXMLParser {
 
-/// When one parser gives way to the next. No result depends on it, only time and memory do; the defaults are for use,
-/// others let short texts pass through many parsers.
+/// When the next parser takes over. Only time and memory depend on it, no result does. Other limits than the defaults
+/// are for tests: they make short texts pass through many parsers.
 struct WindowLimits {
-    /// Text after which the next parser takes over: it bounds what a parser can have to remember.
+    /// Text after which the next parser takes over: it bounds what a parser must remember.
     std::uint32_t bytes = 64u << 10;
 
-    /// The open elements that a parser is told of when it takes over: so many, at least one, and so many bytes of their
-    /// tags. Behind their end tags it has to be replaced again, so fewer would cost time in a deep document.
+    /// The most open elements that a new parser gets to know, and the most bytes of their tags; it always gets to know
+    /// one. After their end tags the next parser must take over, so lower limits cost time in a deep document.
     std::size_t openTags = 4096;
     std::size_t openTagBytes = std::size_t{64} << 10;
 };
 
-/// Builds the tree of a text, which it takes over. `encoding` is that of the file the text came from, if any.
-/// Throws ParsingException and std::bad_alloc.
+/// Builds the tree of a text and takes the text over. `encoding` is that of the file that the text was read from, if
+/// any. Throws ParsingException and std::bad_alloc.
 [[nodiscard]] std::unique_ptr<SpanTree> BuildTree(std::string text, std::optional<UTF_ENCODINGS> encoding,
                                                   const WindowLimits& limits = {});
 

@@ -6,7 +6,7 @@ namespace AdvXMLParser {
 
 namespace {
 
-/// Fed first, so that Expat takes the text for the UTF-8 that it is, whatever its first characters look like.
+/// Fed first: Expat then reads the text as UTF-8, whatever its first characters look like.
 constexpr std::string_view kSignature = "\xEF\xBB\xBF";
 
 }  // namespace
@@ -16,7 +16,7 @@ ExpatWindow::ExpatWindow(std::uint32_t start, std::string_view openTags)
       m_start(start),
       m_ownBytes(static_cast<std::int64_t>(kSignature.size() + openTags.size()))
 {
-    // The tags come from a text that an earlier parser took: nothing but memory can be wrong with them.
+    // An earlier parser accepted these tags, so only a lack of memory can make this fail.
     if (!m_parser || !Feed(kSignature, false) || !Feed(openTags, false)) {
         throw std::bad_alloc();
     }

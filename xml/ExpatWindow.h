@@ -11,22 +11,22 @@
 
 namespace AdvXMLParser {
 
-/// A parser that starts anywhere between the tags of a text.
+/// A parser that can start between any two tags of a text.
 ///
-/// Expat keeps a record of every open element and of every name that it has met. A million of either take more memory
+/// Expat keeps a record of every open element and of every name that it has read. A million of either take more memory
 /// than the document itself, so no parser reads a large document from its beginning to its end.
 ///
-/// Errors    The constructor throws std::bad_alloc; Expat's own errors are the parser's to tell.
+/// Errors    The constructor throws std::bad_alloc; ask Parser() for Expat's own errors.
 class ExpatWindow {
 public:
-    /// A parser for what follows `start`. `openTags` are start tags of the elements that are open there, outermost
-    /// first: those whose end tags the parser is to match. Without any, `start` is the beginning of the document.
+    /// A parser for the text after `start`. `openTags` are the start tags, outermost first, of the open elements whose
+    /// end tags the parser must match. Without any, `start` is the beginning of the document.
     ExpatWindow(std::uint32_t start, std::string_view openTags);
 
     [[nodiscard]] XML_Parser Parser() const noexcept { return m_parser.get(); }
     [[nodiscard]] std::uint32_t Start() const noexcept { return m_start; }
 
-    /// Where the event that is being reported begins in the text, and how long it is.
+    /// Where the event that Expat is reporting begins in the text, and its length.
     [[nodiscard]] std::uint32_t Offset() const noexcept;
     [[nodiscard]] std::uint32_t Length() const noexcept;
 
@@ -40,7 +40,7 @@ private:
 
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, Deleter> m_parser;
     std::uint32_t m_start;
-    std::int64_t m_ownBytes;  ///< what it was fed that is not of the text
+    std::int64_t m_ownBytes;  ///< bytes that it was fed and that are not part of the text
 };
 
 }  // namespace AdvXMLParser

@@ -40,10 +40,10 @@ void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS
 void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect)
 {
     const UTF_ENCODINGS actual = detect ? DetectEncoding(bytes) : encoding;
-    std::optional<XmlText> text = TryDecode(bytes, actual);
+    Position invalid;
+    std::optional<XmlText> text = Decode(std::move(bytes), actual, &invalid);
     if (!text) {
-        const Position position = PositionOfInvalid(bytes, actual);
-        throw InvalidTextException(zupm::result::NotValidInItsEncoding, position.line, position.column);
+        throw InvalidTextException(zupm::result::NotValidInItsEncoding, invalid.line, invalid.column);
     }
     buffer = std::move(*text);
     encoding = actual;
@@ -52,10 +52,7 @@ void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, b
 std::string BytesToWrite(XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
 {
     ThrowUnlessLoadable(text.Utf8().size());
-    if (encoding == UTF_ENCODINGS::Utf8) {
-        return std::move(text).TakeUtf8();
-    }
-    std::optional<std::string> bytes = Encode(text.Utf8(), encoding, writeSignature);
+    std::optional<std::string> bytes = Encode(std::move(text).TakeUtf8(), encoding, writeSignature);
     if (!bytes) {
         throw ReadWriteException(zupm::result::NotValidInItsEncoding);
     }

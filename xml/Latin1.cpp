@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "text/Utf.h"
 #include "xml/Characters.h"
@@ -31,19 +32,22 @@ CodePoint CodePointAt(std::string_view utf8, std::size_t at) noexcept
     return {value, bytes};
 }
 
-/// Encodes a well-formed document piece by piece; what may stand for a missing character depends on the piece.
+/// Encodes a well-formed document piece by piece. The piece decides what may replace a character that is missing.
 class Latin1Encoder {
 public:
-    explicit Latin1Encoder(std::string_view utf8) noexcept : m_text(utf8) { m_out.reserve(utf8.size()); }
+    Latin1Encoder(std::string_view utf8, std::string& out) : m_text(utf8), m_out(out)
+    {
+        m_out.reserve(m_out.size() + utf8.size());
+    }
 
-    std::optional<std::string> Encode()
+    bool Encode()
     {
         while (m_at < m_text.size()) {
             if (!EncodePiece()) {
-                return std::nullopt;
+                return false;
             }
         }
-        return std::move(m_out);
+        return true;
     }
 
 private:
@@ -56,18 +60,18 @@ private:
             return EncodeUpTo(m_text.find('<', m_at), Substitute::Reference);
         }
         if (rest.starts_with(kCdataBegin)) {
-            return EncodeUpTo(Behind(kCdataEnd), Substitute::ReferenceOutsideCdata);
+            return EncodeUpTo(After(kCdataEnd), Substitute::ReferenceOutsideCdata);
         }
         if (rest.starts_with("<!--")) {
-            return EncodeUpTo(Behind("-->"), Substitute::None);
+            return EncodeUpTo(After("-->"), Substitute::None);
         }
         if (rest.starts_with("<?")) {
-            return EncodeUpTo(Behind("?>"), Substitute::None);
+            return EncodeUpTo(After("?>"), Substitute::None);
         }
         return rest.starts_with("<!") ? EncodeDoctype() : EncodeTag();
     }
 
-    /// The name parts take no reference, the values between quotes do.
+    /// References are possible in the values between quotes, not in the names.
     bool EncodeTag()
     {
         while (true) {
@@ -86,8 +90,8 @@ private:
         }
     }
 
-    /// Everything up to the document element: quotes, brackets and comments inside make its end hard to find, and a
-    /// reference would not help in it anyway. Pieces inside begin with '<' again, so taking one byte is enough.
+    /// One piece of the DOCTYPE. Quotes, brackets and comments make the end of the whole hard to find, and no reference
+    /// is possible in any of it. Each piece in it begins with '<' again, so one piece at a time is enough.
     bool EncodeDoctype()
     {
         return EncodeUpTo(m_at + 1, Substitute::None) && EncodeUpTo(DoctypePieceEnd(), Substitute::None);
@@ -110,7 +114,7 @@ private:
         return m_text.size();
     }
 
-    [[nodiscard]] std::size_t Behind(std::string_view mark) const
+    [[nodiscard]] std::size_t After(std::string_view mark) const
     {
         const std::size_t at = m_text.find(mark, m_at);
         return at == std::string_view::npos ? at : at + mark.size();
@@ -138,24 +142,30 @@ private:
 
     std::string_view m_text;
     std::size_t m_at = 0;
-    std::string m_out;
+    std::string& m_out;
 };
 
 }  // namespace
 
-std::string DecodeLatin1(std::string_view bytes)
+bool DecodeLatin1(std::string& bytes)
 {
     std::string utf8;
     utf8.reserve(bytes.size());
     for (const char byte : bytes) {
         zupm::AppendUtf8(utf8, static_cast<unsigned char>(byte));
     }
-    return utf8;
+    bytes = std::move(utf8);
+    return true;
 }
 
-std::optional<std::string> EncodeLatin1(std::string_view utf8)
+bool EncodeLatin1(std::string& text, std::string_view signature)
 {
-    return Latin1Encoder(utf8).Encode();
+    std::string bytes(signature);
+    if (!Latin1Encoder(text, bytes).Encode()) {
+        return false;
+    }
+    text = std::move(bytes);
+    return true;
 }
 
 }  // namespace AdvXMLParser

@@ -9,10 +9,29 @@ namespace {
 
 constexpr std::string_view kDefaultUnit = "  ";
 
-/// New elements repeat the indentation of their siblings up to this length, line break included.
+/// A new element repeats the indentation of its siblings up to this length, line break included.
 constexpr std::size_t kLongestLine = 256;
-/// A subtree of more elements is copied as it stands: line breaks between them could multiply its size.
+/// A larger subtree is copied as it is: line breaks between its elements could multiply its size.
 constexpr std::size_t kMostLaidOut = 10'000;
+
+/// The line break and blanks that a text ends with; empty when it does not end with a line break and blanks.
+std::string_view TrailingLine(std::string_view text) noexcept
+{
+    const std::size_t last = text.find_last_not_of(" \t");
+    if (last == std::string_view::npos || (text[last] != '\n' && text[last] != '\r')) {
+        return {};
+    }
+    const bool isPair = text[last] == '\n' && last > 0 && text[last - 1] == '\r';
+    return text.substr(isPair ? last - 1 : last);
+}
+
+/// The number of blanks before the line break that a text begins with; npos when it begins with neither.
+std::size_t BlanksBeforeLineBreak(std::string_view text) noexcept
+{
+    const std::size_t first = text.find_first_not_of(" \t");
+    return first != std::string_view::npos && (text[first] == '\n' || text[first] == '\r') ? first
+                                                                                           : std::string_view::npos;
+}
 
 /// The blanks of a line as TrailingLine gives it.
 std::string_view Indentation(std::string_view line) noexcept
@@ -21,14 +40,14 @@ std::string_view Indentation(std::string_view line) noexcept
     return blank == std::string_view::npos ? std::string_view{} : line.substr(blank);
 }
 
-/// A line as new elements get it.
+/// A line as a new element gets it.
 std::string_view Repeatable(std::string_view line) noexcept
 {
     return line.size() <= kLongestLine ? line : line.substr(0, line.find_first_of(" \t"));
 }
 
-/// The line that an element begins on, or else the one that its end tag begins: in a private copy the line of the
-/// copied element itself is not kept, but its end tag still tells it.
+/// The line that an element begins on, without one the line that its end tag begins: a private copy does not keep the
+/// line of the copied element itself, but its end tag still shows the indentation.
 std::string_view OwnLine(const SpanTree& tree, std::uint32_t element) noexcept
 {
     const std::string_view line = TrailingLine(tree.Before(element));
@@ -40,7 +59,7 @@ std::string UnitBetween(std::string_view outer, std::string_view inner)
     const std::string_view outside = Indentation(outer);
     const std::string_view inside = Indentation(Repeatable(inner));
     if (outer.empty() && inside.empty()) {
-        return {};  // below an element without a line of its own, yet at the margin: a file that does not indent
+        return {};  // without a line of its own and still at the margin: a file that does not indent
     }
     return std::string(!outer.empty() && inside.starts_with(outside) ? inside.substr(outside.size()) : kDefaultUnit);
 }
@@ -57,24 +76,38 @@ bool HasLineBreak(std::string_view text) noexcept
     return text.find_first_of("\r\n") != std::string_view::npos;
 }
 
-}  // namespace
-
-std::string_view TrailingLine(std::string_view text) noexcept
+/// Whether an element holds elements and nothing else, not even white space.
+bool IsCompact(const SpanTree& tree, std::uint32_t element) noexcept
 {
-    const std::size_t last = text.find_last_not_of(" \t");
-    if (last == std::string_view::npos || (text[last] != '\n' && text[last] != '\r')) {
-        return {};
+    if (tree.FirstChild(element) == SpanTree::kNone || !tree.Tail(element).empty()) {
+        return false;
     }
-    const bool isPair = text[last] == '\n' && last > 0 && text[last - 1] == '\r';
-    return text.substr(isPair ? last - 1 : last);
+    for (std::uint32_t child = tree.FirstChild(element); child != SpanTree::kNone; child = tree.NextSibling(child)) {
+        if (!tree.Before(child).empty()) {
+            return false;
+        }
+    }
+    return true;
 }
 
-std::size_t BlanksBeforeLineBreak(std::string_view text) noexcept
+/// Whether a whole subtree is on one line; false also for one that is too large to be laid out.
+bool IsOnOneLine(const SpanTree& tree, std::uint32_t element)
 {
-    const std::size_t first = text.find_first_not_of(" \t");
-    return first != std::string_view::npos && (text[first] == '\n' || text[first] == '\r') ? first
-                                                                                           : std::string_view::npos;
+    bool found = HasLineBreak(tree.StartTag(element)) || HasLineBreak(tree.Tail(element));
+    std::size_t elements = 0;
+    WalkSubtree(
+        tree, element,
+        [&](std::uint32_t inner) {
+            ++elements;
+            found =
+                found || (inner != element && (HasLineBreak(tree.Before(inner)) || HasLineBreak(tree.StartTag(inner)) ||
+                                               HasLineBreak(tree.Tail(inner))));
+        },
+        [](std::uint32_t) {});
+    return !found && elements <= kMostLaidOut;
 }
+
+}  // namespace
 
 Placement PlaceChild(const SpanTree& tree, std::uint32_t parent)
 {
@@ -99,33 +132,52 @@ Placement PlaceChild(const SpanTree& tree, std::uint32_t parent)
     return placement;
 }
 
-bool IsCompact(const SpanTree& tree, std::uint32_t element) noexcept
+CopyLayout::CopyLayout(const SpanTree& source, std::uint32_t top, const Placement& placement)
+    : m_source(source),
+      m_top(top),
+      m_placement(placement),
+      m_laysOut(!placement.line.empty() && IsOnOneLine(source, top))
 {
-    if (tree.FirstChild(element) == SpanTree::kNone || !tree.Tail(element).empty()) {
-        return false;
+    std::string line = placement.line;
+    for (std::string& ofDepth : m_lines) {
+        ofDepth = line;
+        line += placement.unit;
     }
-    for (std::uint32_t child = tree.FirstChild(element); child != SpanTree::kNone; child = tree.NextSibling(child)) {
-        if (!tree.Before(child).empty()) {
-            return false;
-        }
-    }
-    return true;
 }
 
-bool IsOnOneLine(const SpanTree& tree, std::uint32_t element)
+std::string_view CopyLayout::Enter(std::uint32_t element) noexcept
 {
-    bool found = HasLineBreak(tree.StartTag(element)) || HasLineBreak(tree.Tail(element));
-    std::size_t elements = 0;
-    WalkSubtree(
-        tree, element,
-        [&](std::uint32_t inner) {
-            ++elements;
-            found =
-                found || (inner != element && (HasLineBreak(tree.Before(inner)) || HasLineBreak(tree.StartTag(inner)) ||
-                                               HasLineBreak(tree.Tail(inner))));
-        },
-        [](std::uint32_t) {});
-    return !found && elements <= kMostLaidOut;
+    const std::string_view before =
+        element == m_top ? m_placement.before : Space(m_depth - 1, m_source.Before(element));
+    if (m_depth < kLevels) {
+        m_isLaidOut.at(m_depth) = m_laysOut && IsCompact(m_source, element);
+    }
+    ++m_depth;
+    return before;
+}
+
+std::string_view CopyLayout::Leave(std::uint32_t element) noexcept
+{
+    --m_depth;
+    return Space(m_depth, m_source.Tail(element));
+}
+
+std::string_view CopyLayout::Space(std::size_t parentDepth, std::string_view own) const noexcept
+{
+    return parentDepth < kLevels && m_isLaidOut.at(parentDepth) ? m_lines.at(m_depth) : own;
+}
+
+Deletion DeletionOf(const SpanTree& tree, std::uint32_t element) noexcept
+{
+    const std::uint32_t next = tree.NextSibling(element);
+    const std::string_view before = tree.Before(element);
+    const std::string_view after = next != SpanTree::kNone ? tree.Before(next) : tree.Tail(tree.Parent(element));
+    const std::string_view line = TrailingLine(before);
+    const std::size_t blanks = BlanksBeforeLineBreak(after);
+    if (line.empty() || blanks == std::string_view::npos) {
+        return {before, after, 0};
+    }
+    return {before.substr(0, before.size() - line.size()), after.substr(blanks), static_cast<std::uint32_t>(blanks)};
 }
 
 }  // namespace AdvXMLParser

@@ -15,7 +15,7 @@ struct AttributeSpan;
 
 /// A handle to an element: small, copied freely, owning nothing.
 ///
-/// Lifetime  Valid while its document lives. A handle to an element that was deleted reads as null, for ever.
+/// Lifetime  Valid while its document lives. A handle to an element that was deleted is null for ever.
 /// Threads   None of its own: one thread at a time may use a document, or several when all only read.
 /// Errors    Reading from a null handle gives nulls and empty texts, editing through one does nothing. Edits throw
 ///           std::bad_alloc, InvalidCharacterException or DocumentTooLargeException and then have changed nothing.
@@ -25,12 +25,12 @@ public:
 
     [[nodiscard]] bool IsNull() const noexcept;
 
-    /// The element's name as it stands in the text, prefix included.
+    /// The element's name as the text has it, prefix included.
     [[nodiscard]] std::u16string GetName() const;
     [[nodiscard]] bool NameIs(std::u16string_view name) const noexcept;
 
-    /// Removes the element with everything in it, and the line that it alone stood on. The document element cannot be
-    /// removed.
+    /// Removes the element with everything in it, and its line when nothing else is on it. The document element cannot
+    /// be removed.
     void Delete();
 
     friend bool operator==(const Node&, const Node&) = default;
@@ -54,7 +54,7 @@ class Attribute;
 class Element;
 class ElementIterator;
 
-/// Names a subtree to be copied; the copy is made by NodeContainer::Add, straight into its new document.
+/// Names a subtree to copy. NodeContainer::Add makes the copy, straight into its new document.
 struct ElementClone {
     const Element* source;
 };
@@ -64,31 +64,31 @@ class NodeContainer : public Node {
 public:
     using Node::Node;
 
-    /// Child elements in document order. Everything that is no element (text, comments, processing instructions) is
-    /// passed over. Deleting the element that an iterator is at ends that iteration.
+    /// Child elements in document order. Everything else (text, comments, processing instructions) is skipped. Deleting
+    /// the element that an iterator is at ends that iteration.
     [[nodiscard]] ElementIterator Begin() const noexcept;
     [[nodiscard]] ElementIterator End() const noexcept;
 
-    /// Appends a copy of a subtree as the last child and returns it; the subtree's own text is copied byte for byte.
-    /// Its place follows the siblings' line break and indentation, and a subtree on one line is laid out like them.
+    /// Appends a copy of a subtree as the last child and returns it. It gets a line like its siblings; a subtree on one
+    /// line is laid out like them. Everything else in the copy is the same, byte for byte.
     Element Add(const ElementClone& clone);  // NOLINT(modernize-use-nodiscard): callers often need the effect alone
 
     /// Appends a new empty element, placed like its siblings.
     Element AddElementInto(std::u16string_view name);
-    /// The same with one attribute and a text, in one step that fails whole.
+    /// The same with one attribute and a text; all of it happens or nothing.
     Element AddElementInto(std::u16string_view name, std::u16string_view attribute, std::u16string_view value,
                            std::u16string_view text = {});
 
-    /// The character data directly inside, decoded; CDATA included, comments and child elements left out.
+    /// The decoded character data directly inside, CDATA included, without comments and child elements.
     [[nodiscard]] std::u16string GetText() const;
 
-    /// Appends character data.
+    /// Appends character data after the last child.
     void AddText(std::u16string_view text);
 
     /// Removes everything inside: elements, text, comments.
     void DeleteChildren();
 
-    /// DeleteChildren and AddText in one step that fails whole. Changes no byte when the content is this text already.
+    /// DeleteChildren and AddText; both happen or neither. Changes no byte when the content is this text already.
     void SetText(std::u16string_view text);
 };
 
@@ -99,30 +99,30 @@ public:
 
     /// The attribute of that name, or a null one.
     [[nodiscard]] Attribute GetAttribute(std::u16string_view name) const;
-    /// Appends an attribute with that value, in one step that fails whole; the existing one, as it is, when there is
-    /// one of that name.
+    /// Appends an attribute with that value and returns it; all of it happens or nothing. An attribute of that name
+    /// that exists already is returned unchanged.
     Attribute CreateAttribute(std::u16string_view name, std::u16string_view value = {});
 
-    /// AddElementInto, under the name used where the new element is the only child.
+    /// AddElementInto under another name, for an element that becomes the only child.
     Element CreateElement(std::u16string_view name) { return AddElementInto(name); }
 
     [[nodiscard]] ElementClone Clone() const noexcept { return ElementClone{this}; }
 };
 
-/// An attribute: its element and its name. Null when the element has no attribute of that name (any more).
+/// A handle to an attribute: its element and its name. Null while the element has no attribute of that name.
 class Attribute {
 public:
     Attribute() = default;
 
     [[nodiscard]] bool IsNull() const noexcept;
     [[nodiscard]] std::u16string GetName() const;
-    /// The decoded value, white space normalised as XML demands; empty when null.
+    /// The decoded value with white space normalised as XML requires; empty when null.
     [[nodiscard]] std::u16string GetText() const;
     /// Whether the decoded value is exactly this text; false when null.
     [[nodiscard]] bool TextIs(std::u16string_view text) const;
     void DeleteChildren();
     void AddText(std::u16string_view text);
-    /// DeleteChildren and AddText in one step that fails whole. Changes no byte when the value is this text already.
+    /// DeleteChildren and AddText; both happen or neither. Changes no byte when the value is this text already.
     void SetText(std::u16string_view text);
 
 private:
@@ -134,7 +134,7 @@ private:
     std::string m_name;  ///< UTF-8
 };
 
-/// Walks child elements; dereferencing the end gives the null element.
+/// Walks through child elements; the end refers to the null element.
 class ElementIterator {
 public:
     ElementIterator() = default;
@@ -150,7 +150,7 @@ private:
     Element m_element;
 };
 
-/// The one iteration helper: `for (Element child : ElementChildren(parent))`.
+/// For range loops: `for (Element child : ElementChildren(parent))`.
 class ElementChildren {
 public:
     explicit ElementChildren(const NodeContainer& parent) noexcept : m_parent(parent) {}
@@ -161,7 +161,7 @@ private:
     NodeContainer m_parent;
 };
 
-/// Sets an attribute, creating it when missing.
+/// Sets an attribute; creates it when it is missing.
 void SetAttribute(Element element, std::u16string_view name, std::u16string_view text);
 
 }  // namespace AdvXMLParser

@@ -9,14 +9,14 @@
 
 namespace AdvXMLParser {
 
-/// Builds documents from text. What is well-formed XML 1.0 is Expat's decision.
+/// Builds documents from text. Expat decides what is well-formed XML 1.0.
 ///
-/// Refused, with ParsingException: text that is not well-formed, entity declarations, references to entities other than
+/// Refuses with ParsingException: text that is not well-formed, entity declarations, references to entities other than
 /// the five predefined ones, XML versions other than 1.0, a declaration that names an encoding that is not supported or
 /// contradicts the bytes, and 2 GB of text or more. No file is ever opened.
 class Parser {
 public:
-    /// Takes the text over; the document keeps it byte for byte.
+    /// Takes the text over. The document keeps it byte for byte.
     [[nodiscard]] std::unique_ptr<Document> Parse(XmlText text) const;
 
     /// Parses `length` units of UTF-16.

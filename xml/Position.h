@@ -1,4 +1,4 @@
-/// Where something is in a text, as people count.
+/// Lines and columns.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace AdvXMLParser {
 
-/// Counted from 1; a column counts characters, and CR LF, CR and LF each end a line.
+/// A place in a text, counted from 1. A column counts characters; CR LF, CR and LF each end a line.
 struct Position {
     std::uint32_t line = 1;
     std::uint32_t column = 1;

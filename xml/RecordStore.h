@@ -9,12 +9,12 @@
 
 namespace AdvXMLParser {
 
-/// One element, as offsets into its tree's text. What lies between `before` and `content` (what precedes the element,
-/// and its start tag) is contiguous, and so is what lies between `tail` and the end of the end tag.
+/// One element as offsets into its tree's text. The text from `before` to `content` is contiguous, and so is the text
+/// from `tail` to the end of the end tag.
 struct ElementRecord {
     std::uint32_t before = 0;   ///< where the text between the preceding markup and the start tag begins
-    std::uint32_t content = 0;  ///< behind the start tag
-    std::uint32_t tail = 0;     ///< behind the last child
+    std::uint32_t content = 0;  ///< the end of the start tag
+    std::uint32_t tail = 0;     ///< the end of the last child
     std::uint32_t end = 0;      ///< the end tag's '<'; equal to `content` for an empty-element tag
     std::uint32_t parent = 0;
     std::uint32_t firstChild = 0;
@@ -23,10 +23,10 @@ struct ElementRecord {
     std::uint32_t generation = 0;  ///< counts how often the record was freed
 };
 
-/// Records by index, in chunks that never move. They double up to a size from which a chunk that is hardly used wastes
-/// little.
+/// Records by index, in chunks that never move. The chunks double in size up to a limit, so that an almost empty chunk
+/// wastes little.
 ///
-/// Errors    Reserve throws std::bad_alloc and has changed nothing then; nothing else throws.
+/// Errors    Reserve throws std::bad_alloc and then has changed nothing; nothing else throws.
 class RecordStore {
 public:
     [[nodiscard]] ElementRecord& operator[](std::uint32_t index) noexcept
@@ -50,7 +50,7 @@ public:
         }
     }
 
-    /// A record with all offsets and links 0; its generation tells it from earlier users of the same index.
+    /// A record with all offsets and links 0; its generation differs from that of earlier users of the index.
     [[nodiscard]] std::uint32_t Acquire() noexcept
     {
         if (m_firstFree == 0) {

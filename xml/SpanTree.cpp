@@ -9,10 +9,10 @@ namespace AdvXMLParser {
 
 namespace {
 
-/// Dead edits are not worth looking for below this.
+/// A smaller edit buffer is not worth a search for dead edits.
 constexpr std::size_t kSmallestEditBuffer = std::size_t{64} << 10;
 
-/// Joins spans that lie next to each other, so that an untouched document is copied in one piece.
+/// Joins adjacent spans, so that an untouched document is copied in one piece.
 class RunWriter {
 public:
     explicit RunWriter(std::string& out) noexcept : m_out(out) {}
@@ -40,8 +40,8 @@ private:
     std::string_view m_run;
 };
 
-/// Where the start tag begins at the end of a text that holds no other tag; 0 in an empty text. A tag has one '<' only,
-/// so what begins otherwise is a comment or the like in front of it.
+/// Where the start tag at the end of a text without other tags begins; 0 in an empty text. Other markup before it can
+/// only be comments and processing instructions; the tag itself holds a single '<'.
 std::size_t StartTagIn(std::string_view opening) noexcept
 {
     const std::size_t markup = opening.find('<');
@@ -126,7 +126,7 @@ std::string_view SpanTree::Tail(std::uint32_t element) const noexcept
 
 bool SpanTree::IsEmptyTag(std::uint32_t element) const noexcept
 {
-    // A '/' before the closing '>' cannot be part of anything else: attribute values are quoted.
+    // Attribute values are quoted, so a '/' before the closing '>' can mean nothing else.
     const std::string_view tag = StartTag(element);
     return tag.size() > 2 && tag[tag.size() - 2] == '/';
 }
@@ -197,7 +197,7 @@ void SpanTree::FreeChildren(std::uint32_t element) noexcept
 {
     std::uint32_t victim = std::exchange(m_records[element].firstChild, kNone);
     while (victim != kNone) {
-        // Children first: a record's child list is emptied on the way down, so the way up does not enter it again.
+        // Children first. The way down empties each child list, so the way up does not enter it again.
         if (const std::uint32_t child = std::exchange(m_records[victim].firstChild, kNone); child != kNone) {
             victim = child;
             continue;
@@ -233,7 +233,7 @@ try {
     }
     const std::uint32_t base = EditBase();
     std::string live;
-    live.reserve(LiveEditSize());  // the one thing here that can fail, before anything is moved
+    live.reserve(LiveEditSize());  // only this can fail, and nothing has moved yet
     const auto move = [&](std::uint32_t from, std::uint32_t to) {
         const auto moved = static_cast<std::uint32_t>(base + live.size());
         live.append(Text(from, to));
@@ -254,7 +254,7 @@ try {
         }
     });
     m_edits = std::move(live);
-    // Looking at every element again pays when as much has been edited as there is to keep.
+    // A new visit to every element pays when as much has been edited as is worth keeping.
     m_dropEditsAt = std::max({kSmallestEditBuffer, 2 * m_edits.size(), m_original.size() / 4});
 } catch (const std::bad_alloc&) {
     m_dropEditsAt = m_edits.size() * 2;

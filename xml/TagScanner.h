@@ -7,16 +7,16 @@
 
 namespace AdvXMLParser {
 
-/// One attribute as it stands in a start tag; offsets are offsets of the tag.
+/// One attribute of a start tag; offsets are offsets in the tag.
 struct AttributeSpan {
     std::string_view name;
     std::string_view value;  ///< raw, without the quotes
     std::size_t valueOffset = 0;
-    std::size_t end = 0;  ///< behind the closing quote
+    std::size_t end = 0;  ///< after the closing quote
     char quote = '"';
 };
 
-/// Gives the attributes of a well-formed start tag in order.
+/// Reads the attributes of a well-formed start tag in order.
 class TagScanner {
 public:
     explicit TagScanner(std::string_view tag) noexcept;
@@ -29,7 +29,7 @@ private:
     std::size_t m_at;
 };
 
-/// Where a further attribute goes: behind the last one, or behind the name.
+/// Where a new attribute goes: after the last one, or after the name.
 [[nodiscard]] std::size_t AttributeInsertOffset(std::string_view tag) noexcept;
 
 }  // namespace AdvXMLParser

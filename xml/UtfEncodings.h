@@ -5,15 +5,15 @@
 
 namespace AdvXMLParser {
 
-/// How a file's bytes hold its text. "Signed" files begin with the encoding's signature (byte order mark).
+/// The encoding of a file. "Signed" files begin with its signature (byte order mark).
 enum class UTF_ENCODINGS : std::int32_t {
     Utf16LittleEndianSigned = 1,
     Utf16BigEndianSigned = 2,
     Utf8Signed = 3,
     Utf8 = 4,
     Iso8859_1 = 5,
-    Utf16LittleEndian = 6,  ///< without a signature; recognised by its declaration
-    Utf16BigEndian = 7,     ///< without a signature; recognised by its declaration
+    Utf16LittleEndian = 6,  ///< without a signature; recognised by how "<?" begins the file
+    Utf16BigEndian = 7,     ///< without a signature; recognised by how "<?" begins the file
 };
 
 }  // namespace AdvXMLParser

@@ -1,4 +1,4 @@
-/// A document's text on its way from a file to the parser, or from a document to a file.
+/// The text of a document between a file and the library.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@
 
 namespace AdvXMLParser {
 
-/// Text, held once as UTF-8, that remembers how its bytes were encoded.
+/// Text, held once as UTF-8, with the encoding of the bytes that it was read from.
 ///
 /// Lifetime  Owns its text. Movable; a parser takes it over without a copy.
 /// Invariant The text is valid UTF-8 without a signature.
@@ -17,8 +17,8 @@ class XmlText {
 public:
     XmlText() = default;
 
-    /// From valid UTF-8. `encoding` is that of the bytes it was read from; nothing for text that never was a file's,
-    /// whose declaration may then name any encoding.
+    /// From valid UTF-8. `encoding` is that of the bytes that it was read from. Text that was never in a file has none,
+    /// and its declaration may name any encoding.
     explicit XmlText(std::string utf8, std::optional<UTF_ENCODINGS> encoding = std::nullopt) noexcept;
 
     [[nodiscard]] const std::string& Utf8() const noexcept { return m_utf8; }

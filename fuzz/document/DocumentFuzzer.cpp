@@ -1,7 +1,7 @@
-// Edits on a document of the document library, kept up with by a plain tree.
+// Edits on a document of the document library and on a plain tree.
 //
-// Promises: handles and the text that is written out, as libxml2 reads it, say what the tree says; what XML cannot hold
-// is refused and changes nothing; ISO-8859-1 holds the same document, or there is a character that it cannot hold.
+// Promises: handles, and libxml2 reading the written text, agree with the tree. What XML cannot hold is refused and
+// changes nothing. ISO-8859-1 holds the same document, unless there is a character that it cannot hold.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -12,7 +12,7 @@
 #include "fuzz/support/LibraryLoad.h"
 #include "fuzz/support/PeerComparison.h"
 #include "text/Utf.h"
-#include "xml/Latin1.h"
+#include "xml/Encoding.h"
 
 namespace zupm::fuzz {
 
@@ -20,12 +20,12 @@ namespace {
 
 constexpr std::size_t kLongestText = 2048;
 constexpr int kMostSteps = 40;
-/// Copies of copies with long texts double a document with every step; from here on it is only looked at.
+/// Copies of copies with long texts double a document at every step. From this size on it is no longer edited.
 constexpr std::size_t kLargeDocument = std::size_t{256} << 10;
 
 constexpr std::string_view kSample = "<a>\n  <Section name='1'>\n    <b/><b>x</b>\n  </Section>\n</a>\n";
 
-/// Texts that are UTF-8 whatever they say of themselves have nothing to say here.
+/// Encodings are not the topic here: the sample replaces a text with a declaration and one that is not UTF-8.
 std::string MakeText(Input& input)
 {
     const bool isOwn = input.Flag();
@@ -46,13 +46,14 @@ void DemandWrittenOut(const AdvXMLParser::Document& document, const ModelNode& m
 
 void DemandLatin1(const AdvXMLParser::Document& document, const ModelNode& model)
 {
+    constexpr auto kLatin1 = AdvXMLParser::UTF_ENCODINGS::Iso8859_1;
     const std::string text = document.GenerateXML(false).Utf8();
-    const std::optional<std::string> bytes = AdvXMLParser::EncodeLatin1(text);
+    const std::optional<std::string> bytes = AdvXMLParser::Encode(text, kLatin1, false);
     if (!bytes) {
         Demand(std::any_of(text.begin(), text.end(), [](char c) { return c < 0; }), "ASCII can be written", text);
         return;
     }
-    const PeerReading peer = ReadWithPeer(AdvXMLParser::DecodeLatin1(*bytes));
+    const PeerReading peer = ReadWithPeer(AdvXMLParser::Decode(*bytes, kLatin1).value().Utf8());
     Demand(peer.document.has_value(), "what ISO-8859-1 holds is well-formed", peer.refusal);
     DemandModel(model, *peer.document);
 }

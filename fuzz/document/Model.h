@@ -1,4 +1,4 @@
-/// What a document must hold, kept beside it as a plain tree.
+/// What a document must hold, as a plain tree.
 #pragma once
 
 #include <cstddef>
@@ -17,12 +17,12 @@ struct ModelNode {
     std::string name;
     std::vector<std::pair<std::string, std::string>> attributes;
     std::string text;
-    /// White space around child elements may have come or gone: layout is the document's own business.
+    /// White space around child elements may differ: layout is the document's own business.
     bool isLaidOut = false;
     ModelNode* parent = nullptr;
     std::vector<std::unique_ptr<ModelNode>> children;
 
-    /// The last child from now on.
+    /// Appends the child.
     ModelNode& AddChild(std::unique_ptr<ModelNode> child);
     ModelNode& AddChild(std::string_view childName);
     void SetAttribute(std::string_view attribute, std::string_view value);
@@ -31,11 +31,11 @@ struct ModelNode {
     [[nodiscard]] std::unique_ptr<ModelNode> Copy() const;
     [[nodiscard]] std::size_t Count() const;
     [[nodiscard]] bool IsInside(const ModelNode& other) const;
-    /// Whether a text that was read is this one's.
+    /// Whether a text that was read is this element's text.
     [[nodiscard]] bool HasText(std::string_view read) const;
 };
 
-/// The tree of a document that libxml2 read; it has one element at least.
+/// The tree of a document that libxml2 read; it has at least one element.
 [[nodiscard]] std::unique_ptr<ModelNode> BuildModel(const PeerDocument& document);
 
 /// Demands that libxml2 read what the model says.

@@ -31,7 +31,7 @@ bool CanHold(std::u16string_view text)
            });
 }
 
-/// Makes an edit that must be refused exactly when `canHold` is false; whether it was made.
+/// Makes an edit that must be refused exactly when `canHold` is false, and returns whether it was made.
 template <class Edit>
 bool MadeUnlessRefused(bool canHold, Edit edit)
 {
@@ -94,7 +94,7 @@ void Session::DemandHandles() const
     }
 }
 
-/// Long ones make the document look for edits that are dead.
+/// Long texts make the document search for dead edits.
 std::u16string Session::MakeText()
 {
     std::u16string text = m_input.Text(kTexts);
@@ -114,7 +114,7 @@ void Session::AddElement(Place place)
     Element added;
     const bool isMade =
         MadeUnlessRefused(isGood || place.node == nullptr, [&] { added = place.element.AddElementInto(name); });
-    Demand(added.IsNull() == (!isMade || place.node == nullptr), "an element that was added is there");
+    Demand(added.IsNull() == (!isMade || place.node == nullptr), "an added element exists");
     if (!added.IsNull()) {
         Register(added, place.node->AddChild(ToUtf8Lossy(name)));
     }
@@ -142,7 +142,7 @@ void Session::AddCopy(Place place)
         return;
     }
     const Element added = place.element.Add(source.element.Clone());
-    Demand(added.IsNull() == (place.node == nullptr || source.node == nullptr), "a copy that was added is there");
+    Demand(added.IsNull() == (place.node == nullptr || source.node == nullptr), "an added copy exists");
     if (!added.IsNull()) {
         Register(added, place.node->AddChild(source.node->Copy()));
     }
@@ -187,7 +187,7 @@ void Session::AddAttributeText(Place place)
     const std::u16string text = MakeText();
     std::string* const value = place.node == nullptr ? nullptr : place.node->FindAttribute(ToUtf8Lossy(name));
     AdvXMLParser::Attribute attribute = place.element.GetAttribute(name);
-    Demand(attribute.IsNull() == (value == nullptr), "an attribute is there or not");
+    Demand(attribute.IsNull() == (value == nullptr), "an attribute exists exactly when it has a value");
     if (MadeUnlessRefused(CanHold(text) || value == nullptr, [&] { attribute.AddText(text); }) && value != nullptr) {
         *value += ToUtf8Lossy(text);
     }

@@ -1,4 +1,4 @@
-/// Edits made on a document and on its model alike.
+/// Edits on a document and the same edits on its model.
 #pragma once
 
 #include <memory>
@@ -10,22 +10,22 @@
 
 namespace zupm::fuzz {
 
-/// One document with its model, and handles to all elements that it ever had.
+/// A document, its model, and handles to all elements that it ever had.
 class Session {
 public:
     /// The model holds what the document holds.
     Session(Input& input, const AdvXMLParser::Document& document, std::unique_ptr<ModelNode> model);
 
-    /// One edit somewhere; one that XML cannot hold must be refused and change nothing.
+    /// Makes one edit somewhere. An edit that XML cannot hold must be refused and change nothing.
     void Step();
 
-    /// Demands that every handle sees what the model says, and that handles to what is gone see nothing.
+    /// Demands that every handle agrees with the model, and that handles to removed elements are null.
     void DemandHandles() const;
 
     [[nodiscard]] const ModelNode& Model() const { return *m_model; }
 
 private:
-    /// A handle and its element in the model; null when that is gone.
+    /// A handle and its element in the model, or null when that was removed.
     struct Place {
         AdvXMLParser::Element element;
         ModelNode* node;

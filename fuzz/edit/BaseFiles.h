@@ -1,4 +1,4 @@
-/// Policy files that edits start from.
+/// The policy files that are edited.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace zupm::fuzz {
 
-/// A file's bytes: the sample in one of all encodings and with one of all line ends, or the input's own bytes.
+/// The bytes of a file: the sample in any encoding with any line ends, or the input's own bytes.
 [[nodiscard]] std::string MakeBaseFile(Input& input);
 
 }  // namespace zupm::fuzz

@@ -1,8 +1,8 @@
-// Edits on a policy file, saved.
+// Edits on a policy file that is then saved.
 //
-// Promises: what was saved is loaded again with equal products, tasks and settings, by the component and by libxml2;
-// a task's settings read back from an INI file; what nobody edited stands there byte for byte; saving twice, or again
-// after loading, gives the same bytes.
+// Promises: the component and libxml2 read the saved file with equal products, tasks and settings. A task's settings
+// read back from an INI file. What nobody edited is the same, byte for byte. Saving twice, or again after loading,
+// gives the same bytes.
 #include <cstdint>
 #include <string>
 
@@ -43,7 +43,7 @@ void DemandSameAfterLoading(const Snapshot& before, const std::string& saved, co
     Demand(loaded.Load(Host::Get().Path(u"saved.xml")) == 0, "what was saved can be loaded", saved);
     Snapshot after = TakeSnapshot(loaded, known);
     if (AdvXMLParser::DetectEncoding(saved) == AdvXMLParser::UTF_ENCODINGS::Iso8859_1) {
-        // Characters that it cannot hold became references.
+        // Characters that ISO-8859-1 cannot hold became references.
         after.text = before.text;
     }
     Demand(after.text == before.text, "what was saved is the same text", saved);

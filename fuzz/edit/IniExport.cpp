@@ -29,7 +29,7 @@ std::optional<std::u16string> NameOf(const PeerElement& element)
     return std::nullopt;
 }
 
-/// All settings of the one task in a text, those included that others hide.
+/// All settings of the one task in a text, also those that others hide.
 std::vector<Setting> SettingsIn(const PeerDocument& document)
 {
     constexpr std::size_t kSectionDepth = 3;
@@ -59,7 +59,7 @@ bool BreaksALine(std::u16string_view text)
     return text.find_first_of(std::u16string_view(u"\0\r\n", 3)) != text.npos;
 }
 
-/// Whether a reader can find it: a key must not look like something else.
+/// Whether a reader can find the key: it must not look like something else.
 bool IsFindable(const Setting& setting)
 {
     const std::u16string_view key = WithoutIniBlanks(setting.name);
@@ -67,7 +67,7 @@ bool IsFindable(const Setting& setting)
            !BreaksALine(setting.name) && !BreaksALine(setting.value);
 }
 
-/// What a reader gets of a value.
+/// A value as a reader reads it.
 std::u16string_view AsRead(std::u16string_view value)
 {
     value = WithoutIniBlanks(value);

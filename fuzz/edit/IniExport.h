@@ -5,8 +5,8 @@
 
 namespace zupm::fuzz {
 
-/// Exports a task and demands that every setting of its text that an INI file can hold reads back from there, unless
-/// another one has the same names but for their case.
+/// Exports a task and demands that every setting that an INI file can hold reads back from it. Settings whose names
+/// differ only in case are left out.
 void DemandIniExport(const test::TaskClient& task);
 
 }  // namespace zupm::fuzz

@@ -1,4 +1,4 @@
-/// What a script of edits has to do with, and so what is looked at afterwards.
+/// The names that a script of edits uses, and that are checked afterwards.
 #pragma once
 
 #include <set>

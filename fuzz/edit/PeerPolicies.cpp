@@ -13,7 +13,7 @@ namespace {
 
 using Index = std::size_t;
 
-/// Elements by name and attributes, read only from what libxml2 gave.
+/// Elements by name and attributes, only as libxml2 read them.
 class Reader {
 public:
     Reader(const PeerDocument& document, const Known& known) : m_elements(document.elements), m_known(known) {}

@@ -1,4 +1,4 @@
-/// What libxml2's reading of a policy file says about everything known.
+/// What libxml2 reads in a policy file about the known names.
 #pragma once
 
 #include "fuzz/edit/Snapshot.h"
@@ -6,8 +6,8 @@
 
 namespace zupm::fuzz {
 
-/// Demands that the products and tasks of a snapshot are in the document with the settings that the snapshot has, and
-/// that it has no further ones among the known.
+/// Demands that the document has the products and tasks of a snapshot with the same settings, and no others of the
+/// known names.
 void DemandSameInPeer(const PeerDocument& document, const Snapshot& snapshot, const Known& known);
 
 }  // namespace zupm::fuzz

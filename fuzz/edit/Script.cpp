@@ -16,7 +16,7 @@ using test::TextResult;
 
 namespace {
 
-/// What came of an edit: whether the file still finds its entries.
+/// Whether the file still finds its entries after an edit.
 bool DemandEdited(HRESULT code, HRESULT notFound)
 {
     Demand(code == 0 || code == notFound || code == result::ElementMissing || code == result::Unexpected,
@@ -95,7 +95,7 @@ bool Script::RemoveProduct()
     return DemandEdited(m_file.RemovePolicy(softwareId), result::PolicyNotFound);
 }
 
-/// Takes the whole group, and so every task of these identifiers in it.
+/// Removes the whole group, and with it every task of these identifiers.
 bool Script::RemoveTask()
 {
     const NamePair ids(m_input.Text(kTexts), m_input.Text(kTexts));

@@ -10,12 +10,12 @@
 
 namespace zupm::fuzz {
 
-/// Edits a loaded file and remembers with what.
+/// Edits a loaded file and remembers the names that it uses.
 class Script {
 public:
     Script(Input& input, test::PolicyFileClient& file) : m_input(input), m_file(file) {}
 
-    /// One edit; false when it failed and the file does not find its entries any more until it is loaded again.
+    /// Makes one edit. False when it failed and the file finds its entries only after it is loaded again.
     [[nodiscard]] bool Step();
 
     [[nodiscard]] const Known& Touched() const { return m_known; }

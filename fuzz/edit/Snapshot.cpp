@@ -15,8 +15,8 @@ Settings SettingsOf(const Client& client, const Known& known)
     for (const auto& [section, name] : known.settings) {
         const test::TextResult read = client.Get(section, name);
         Demand(read.code == 0 || read.code == result::SectionNotFound || read.code == result::SettingNotFound,
-               "a setting is there or not", std::to_string(read.code));
-        Demand((read.code == 0) == read.text.has_value(), "a setting that is there has a value");
+               "a setting is found or not found", std::to_string(read.code));
+        Demand((read.code == 0) == read.text.has_value(), "a setting that is found has a value");
         if (read.text) {
             settings.emplace(NamePair(section, name), *read.text);
         }
@@ -32,7 +32,7 @@ Snapshot TakeSnapshot(const test::PolicyFileClient& file, const Known& known)
     for (const std::u16string& softwareId : known.products) {
         test::ProductClient product;
         const HRESULT code = file.GetPolicy(softwareId, product);
-        Demand(code == 0 || code == result::PolicyNotFound, "a policy is there or not", std::to_string(code));
+        Demand(code == 0 || code == result::PolicyNotFound, "a policy is found or not found", std::to_string(code));
         if (code == 0) {
             snapshot.products.emplace(softwareId, SettingsOf(product, known));
         }
@@ -40,7 +40,7 @@ Snapshot TakeSnapshot(const test::PolicyFileClient& file, const Known& known)
     for (const auto& [softwareId, taskId] : known.tasks) {
         test::TaskClient task;
         const HRESULT code = file.GetTask(softwareId, taskId, task);
-        Demand(code == 0 || code == result::TaskNotFound, "a task is there or not", std::to_string(code));
+        Demand(code == 0 || code == result::TaskNotFound, "a task is found or not found", std::to_string(code));
         if (code == 0) {
             snapshot.tasks.emplace(NamePair(softwareId, taskId), SettingsOf(task, known));
         }

@@ -1,4 +1,4 @@
-/// What a policy file object says about everything known.
+/// What a policy file object returns for the known names.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace zupm::fuzz {
 
-/// The settings of one product or task that has some, by their names.
+/// The settings of one product or task, by their names.
 using Settings = std::map<NamePair, std::u16string>;
 
 struct Snapshot {
@@ -21,14 +21,14 @@ struct Snapshot {
     std::vector<std::u16string> allTasks;
     std::optional<std::u16string> text;
     std::optional<std::u16string> assignmentList;
-    /// Versions are written unsigned and read signed: what is larger than a signed number reads as the largest.
+    /// Versions are written unsigned and read signed: a larger one reads as the largest signed number.
     std::int64_t policyVersion = 0;
     std::int64_t taskVersion = 0;
 
     friend bool operator==(const Snapshot&, const Snapshot&) = default;
 };
 
-/// Demands documented codes on the way.
+/// Takes a snapshot and demands documented codes.
 [[nodiscard]] Snapshot TakeSnapshot(const test::PolicyFileClient& file, const Known& known);
 
 }  // namespace zupm::fuzz

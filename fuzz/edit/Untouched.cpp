@@ -53,7 +53,7 @@ bool IsKnown(const Path& path, const Known& known)
                                                   element.GetAttribute(u"TaskID").GetText()});
 }
 
-/// Goes through a document, taking out what an edit may have changed.
+/// Goes through a document and takes out what an edit may have changed.
 class Search {
 public:
     Search(const SpanTree& tree, const Known& known) : m_tree(tree), m_known(known), m_left(tree.ParsedText()) {}

@@ -1,4 +1,4 @@
-/// The parts of a policy file that an edit has nothing to do with.
+/// The parts of a policy file that an edit must not change.
 #pragma once
 
 #include <string>
@@ -10,10 +10,10 @@
 namespace zupm::fuzz {
 
 struct Untouched {
-    /// The products and tasks that are not among the known, byte for byte, in document order.
+    /// The other products and tasks, byte for byte, in document order.
     std::vector<std::string> entries;
-    /// Everything outside of the known ones, without white space: layout may follow an edit. Of the elements that get
-    /// stamps, and of those that a new entry opens, only what they hold is here.
+    /// Everything outside of the known products and tasks, without white space, because an edit may change the layout.
+    /// Elements that get stamps, and those that a new entry opens, count only with their content.
     std::string outside;
 
     friend bool operator==(const Untouched&, const Untouched&) = default;

@@ -1,9 +1,9 @@
 // Any bytes as a policy file.
 //
-// Promises: what is accepted is written back byte for byte, libxml2 accepts it too and finds the same in it, in however
-// many pieces it comes; a refusal has a documented code, a place and a reason, and leaves nothing loaded; what is
-// simple enough that no rule of ours is behind a refusal, libxml2 refuses too; however many parsers read a document,
-// its elements or its refusal are those that one parser finds.
+// Promises: what is accepted is written back byte for byte, and libxml2 accepts it and finds the same in it, in any
+// number of pieces. A refusal has a documented code, a place and a reason, and leaves nothing loaded. When a document
+// is so simple that none of our own rules can refuse it, libxml2 refuses it too. Any number of parsers finds the
+// elements, or the refusal, that one parser finds.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -21,8 +21,8 @@ namespace zupm::fuzz {
 
 namespace {
 
-/// Whether a refusal must be one of XML itself: beyond XML, declarations (of the encoding, version or entities) are
-/// refused; and the libraries go by different editions of XML where names have other characters than ASCII ones.
+/// Whether only XML itself can be the reason of a refusal. Our own rules refuse declarations of the encoding, the
+/// version and entities; and the libraries follow different editions of XML for names that are not ASCII.
 bool IsPlain(std::string_view bytes)
 {
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return c > 0; }) && bytes.find("<!D") == bytes.npos &&

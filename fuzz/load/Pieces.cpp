@@ -14,20 +14,20 @@ namespace zupm::fuzz {
 
 namespace {
 
-/// The parser's pieces are this long, as long as no token is longer.
+/// The length of the parser's pieces while no token is longer.
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 
 constexpr std::size_t kOneDocumentIn = 32;
 
-/// Only in front of UTF-8 that has no declaration and no signature may anything stand.
+/// A comment may precede only UTF-8 without a declaration and without a signature.
 bool MayFollowComment(std::string_view document)
 {
     return AdvXMLParser::DetectEncoding(document) == AdvXMLParser::UTF_ENCODINGS::Utf8 &&
            !document.starts_with("<?xml");
 }
 
-/// The document behind a comment of that many bytes, which any boundary finds in the middle of a character.
-std::string BehindComment(std::string_view document, std::size_t length)
+/// The document after a comment of that number of bytes. Any boundary in the comment cuts a character.
+std::string AfterComment(std::string_view document, std::size_t length)
 {
     constexpr std::string_view kBegin = "<!--";
     constexpr std::string_view kEnd = "-->";
@@ -61,7 +61,7 @@ void DemandSameAcrossPieces(std::string_view document, const PeerDocument& eleme
         return;
     }
     const std::size_t boundary = choice / kOneDocumentIn % document.size();
-    const std::string text = BehindComment(document, kPieceBytes - boundary);
+    const std::string text = AfterComment(document, kPieceBytes - boundary);
     const LibraryLoad load = LoadText(text);
     Demand(load.code == result::Success, "a document in pieces is accepted");
     DemandSameElements(*load.document, *load.tree, elements);

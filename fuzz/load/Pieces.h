@@ -1,4 +1,4 @@
-/// Documents that the parser gets in several pieces.
+/// Documents that the parser reads in several pieces.
 #pragma once
 
 #include <string_view>
@@ -7,8 +7,8 @@
 
 namespace zupm::fuzz {
 
-/// Demands that a document, which was accepted and has these elements, still has them when a long comment before it
-/// puts a boundary between two of the parser's pieces anywhere inside it. For some documents only: it takes time.
+/// Demands that an accepted document still has these elements when a long comment before it moves a boundary between
+/// two of the parser's pieces into it. Checks only some documents, because it takes time.
 void DemandSameAcrossPieces(std::string_view document, const PeerDocument& elements);
 
 }  // namespace zupm::fuzz

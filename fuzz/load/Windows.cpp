@@ -52,7 +52,7 @@ bool IsSameElement(const SpanTree& left, const SpanTree& right, std::uint32_t el
            IsSameSpan(left, left.EndTag(element), right, right.EndTag(element));
 }
 
-/// The element behind another one in document order; kDocument behind the last.
+/// The element after another one in document order; kDocument after the last.
 std::uint32_t NextOf(const SpanTree& tree, std::uint32_t element)
 {
     if (tree.FirstChild(element) != SpanTree::kNone) {

@@ -7,9 +7,9 @@
 
 namespace zupm::fuzz {
 
-/// Demands that a document, which one parser read, is the same when parsers take over from one another every few
-/// bytes, told of few open elements or of many: the same elements at the same places, or the same refusal. `bytes`
-/// decide where they take over.
+/// Demands that a document that one parser read is the same when a new parser takes over every few bytes and knows few
+/// or many of the open elements: the same elements at the same places, or the same refusal. `bytes` decide where a new
+/// parser takes over.
 void DemandSameInWindows(std::string_view bytes, const LibraryLoad& whole);
 
 }  // namespace zupm::fuzz

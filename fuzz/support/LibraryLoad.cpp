@@ -5,6 +5,8 @@
 
 #include "fuzz/support/Demand.h"
 #include "xml/Encoding.h"
+#include "xml/Exceptions.h"
+#include "xml/XmlText.h"
 
 namespace zupm::fuzz {
 

@@ -6,9 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
 #include "xml/ExpatGate.h"
 #include "xml/SpanTree.h"
+#include "xml/UtfEncodings.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm::fuzz {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "fuzz/support/PeerDocument.h"
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
 #include "xml/SpanTree.h"
 
 namespace zupm::fuzz {

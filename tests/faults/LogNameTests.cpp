@@ -11,7 +11,10 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
+#include "xml/Node.h"
+#include "xml/Parser.h"
+#include "xml/XmlText.h"
 
 namespace zupm::test {
 

@@ -1,4 +1,4 @@
-/// Pieces of tests/data/agent.xml as it stands and as edits leave it.
+/// Pieces of tests/data/agent.xml before and after edits.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace zupm::test {
 
-/// The stamp of the tests' clock, and the one that the file has.
+/// The stamp of the tests' clock, and the stamp in the file.
 inline const std::string kNewStamp = "20260102030405";
 inline const std::string kOldStamp = "20250101000000";
 
@@ -18,7 +18,7 @@ inline std::string Setting(const std::string& name, const std::string& raw)
     return "<Setting name=\"" + name + "\">" + raw + "</Setting>";
 }
 
-/// A whole line, that many steps in.
+/// A whole line, indented by that number of steps.
 inline std::string Line(std::size_t steps, const std::string& text)
 {
     return std::string(2 * steps, ' ') + text + "\n";

@@ -10,7 +10,7 @@
 
 namespace zupm::test {
 
-/// A piece of the file, and what stands there afterwards.
+/// A piece of the file, and what replaces it.
 struct Change {
     std::string from;
     std::string to;

@@ -1,4 +1,4 @@
-// Before, edits, difference: every edit in every layout changes what it is about, and not one byte else.
+// Before, edits, difference: every edit in every layout changes what it is about and no other byte.
 #include <gtest/gtest.h>
 
 #include <tuple>

@@ -1,4 +1,4 @@
-// Files that want to hurt: oversized names, values and attribute lists, files cut short, entity tricks.
+// Hostile files: oversized names, values and attribute lists, files cut short, entity tricks.
 #include <gtest/gtest.h>
 
 #include <set>

@@ -1,4 +1,4 @@
-/// The same document in other clothes: line ends, indentation, encoding.
+/// The same document with other line ends, indentation and encoding.
 #pragma once
 
 #include <ostream>
@@ -16,7 +16,7 @@ struct Layout {
     std::string_view lineEnd;  ///< empty: no line breaks at all
     std::string_view indent;   ///< one step
     Form form;
-    std::string_view encodingName;  ///< as the declaration gives it
+    std::string_view encodingName;  ///< as the declaration names it
 };
 
 /// For gtest messages.
@@ -24,8 +24,8 @@ void PrintTo(const Layout& layout, std::ostream* out);
 
 [[nodiscard]] const std::vector<Layout>& Layouts();
 
-/// The bytes of a document that stands in UTF-8 with LF and two blanks a step. Without line breaks, a line break and
-/// the blanks behind it go.
+/// The bytes of a document that is given in UTF-8 with LF and two blanks a step. A layout without line breaks loses
+/// each line break and the blanks after it.
 [[nodiscard]] std::string LaidOut(std::string_view canonical, const Layout& layout);
 
 }  // namespace zupm::test

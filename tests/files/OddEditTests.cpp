@@ -37,7 +37,7 @@ constexpr OddEdit kOddEdits[] = {
      "-->"
      "<Setting name='N'>new</Setting><!-- 8 --></Section><!-- 9 --></Product></Policy></PolicyGroup></PolicyRoot></R>"
      "<!-- 10 -->"},
-    {"references, CDATA and extra attributes beside the setting",
+    {"references, CDATA and extra attributes next to the setting",
      "<R><PolicyRoot version='1'><PolicyGroup Path='&#48;'><Policy PathID='0&#x5F;4' PolicyVersion='5' "
      "note='&lt;&#10;'>"
      "<Product SoftwareID='&#65;' n:x='1' xmlns:n='u'><Section name='&#83;'><Setting "

@@ -17,7 +17,7 @@ inline constexpr std::string_view kTasks =
     "<TaskRoot version=\"@\"><TaskGroup SoftwareID=\"P1\" TaskID=\"T1\" TaskVersion=\"7\"><Task/></TaskGroup>"
     "</TaskRoot>";
 
-/// `before` stands in front of the root element, `between` between the policies and the tasks.
+/// `before` precedes the root element, `between` is between the policies and the tasks.
 inline std::string Document(std::string_view before, std::string_view between, std::string_view after = "\n")
 {
     std::string text(before);

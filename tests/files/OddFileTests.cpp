@@ -1,4 +1,4 @@
-// Odd files: each loads, means the same and goes back to disk byte for byte.
+// Odd files: each loads, means the same and is written back byte for byte.
 #include <gtest/gtest.h>
 
 #include "OddFiles.h"

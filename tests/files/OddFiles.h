@@ -9,7 +9,7 @@
 
 namespace zupm::test {
 
-/// One odd file. Its "TaskRoot" version stands as `@`, so that a test can put in the current or an outdated one; every
+/// One odd file. `@` is in the place of its "TaskRoot" version: a test puts in the current or an outdated one; every
 /// other version attribute has the value that writing gives it. It holds the setting S/N of the product P1.
 struct OddFile {
     std::string label;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr double kMostSeconds = 60;
 
-/// An attack that succeeds must not take the tests with it. Processor time, because the machine may have more to do.
+/// An attack that succeeds must not stop the tests. Processor time is measured because the machine may do other work.
 void EndInTheEnd()
 {
     std::thread([] {

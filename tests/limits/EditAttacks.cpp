@@ -48,14 +48,14 @@ std::string SettingsOfOneSection(std::size_t size)
     return InProduct("<Section name='a'>" + Series("", Setting, "", size) + "</Section>");
 }
 
-/// Every duplicate is compared with, and may be logged with, its section's long name.
+/// Every duplicate is compared, and may be logged, with the long name of its section.
 std::string SettingsOfOneName(std::size_t size)
 {
     return InProduct("<Section name='" + std::string(size / 2, 's') + "'>" + Repeated("<x name=''/>", size / 2) +
                      "</Section>");
 }
 
-/// Another number of blanks before the same name: all are one in an INI file.
+/// The same name after different numbers of blanks: one name in an INI file.
 std::string SettingOfOneIniName(std::size_t number)
 {
     std::string blanks;
@@ -70,7 +70,7 @@ std::string SettingsOfOneIniName(std::size_t size)
     return InTask("<Section name='a'>" + Series("", SettingOfOneIniName, "", size) + "</Section>");
 }
 
-/// Each of the names is compared with the first one, most of which is blanks.
+/// Each name is compared with the first one, which is mostly blanks.
 std::string SettingsOfOneLongIniName(std::size_t size)
 {
     const std::string first = "<x name='" + std::string(size / 2, ' ') + "k'>v</x>";
@@ -93,7 +93,7 @@ std::string DeepProduct(std::size_t size)
     return InProduct(Section(0) + Repeated("<d>", levels * 3) + Repeated("</d>", levels * 4));
 }
 
-/// New elements are placed like their siblings: below a line with so much white space.
+/// A new element is placed like its siblings, after a line with that much white space.
 std::string LongIndentation(std::size_t size)
 {
     const std::string line = "\n" + std::string(size / 4, ' ');
@@ -122,7 +122,7 @@ HRESULT First(std::initializer_list<HRESULT> codes)
     return 0;
 }
 
-/// Loads the file and hands it with its product P, which every file for it has, to `edit`.
+/// Loads the file and calls `edit` with it and its product P.
 template <class Edit>
 HRESULT WithProduct(const std::u16string& path, Edit edit)
 {
@@ -178,7 +178,7 @@ HRESULT RemoveFromProduct(const std::u16string& path)
     });
 }
 
-/// Values as long as the file, one of them of characters that take five in the document.
+/// Values as long as the file. Each character of one of them takes five in the document.
 HRESULT PutHugeValues(const std::u16string& path)
 {
     const auto size = static_cast<std::size_t>(std::filesystem::file_size(path));

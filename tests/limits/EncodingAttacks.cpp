@@ -1,4 +1,4 @@
-// Encodings: declarations that lie, bytes that are no text.
+// Encodings: wrong declarations, and bytes that are not text.
 #include <string>
 
 #include "tests/files/Encode.h"
@@ -99,7 +99,7 @@ std::string LoneSurrogateInUtf16(std::size_t size)
     return bytes;
 }
 
-/// Pairs are never cut where the conversion takes a text in pieces.
+/// A conversion in pieces must not cut a pair.
 std::string Utf16OfPairs(std::size_t size)
 {
     return Encode("<F>" + Repeated("\U0001F600", size) + "</F>", Form::Utf16LeSigned);

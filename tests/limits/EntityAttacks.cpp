@@ -49,7 +49,7 @@ std::string ExternalSubset(std::size_t size)
     return "<!DOCTYPE F SYSTEM 'http://127.0.0.1/" + std::string(size, 'x') + "'><F/>";
 }
 
-/// Behind an external subset a parser may take the references for ones that it does not know.
+/// After an external subset a parser may accept references that it does not know.
 std::string ReferencesBehindAnExternalSubset(std::size_t size)
 {
     return "<!DOCTYPE F SYSTEM 'file:///etc/passwd'><F>" + Repeated("&e;", size) + "</F>";
@@ -60,7 +60,7 @@ std::string Default(std::size_t number)
     return " " + Letters(number) + " CDATA ''";
 }
 
-/// Every declaration has to be looked for among those before it.
+/// Every declaration must be compared with those before it.
 std::string AttributeDeclarations(std::size_t size)
 {
     return Series("<!DOCTYPE F [<!ATTLIST a", Default, ">]><F/>", std::max<std::size_t>(size, 200'000));

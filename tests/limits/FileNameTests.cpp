@@ -1,4 +1,4 @@
-// Names of files that are none.
+// File names that name no file.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -32,7 +32,7 @@ std::vector<NameRow> Names()
     return names;
 }
 
-/// A code of the system's, in the form that results have.
+/// A code of the system in the form of a result.
 bool IsSystemCode(HRESULT code)
 {
     return (static_cast<std::uint32_t>(code) & 0xFFFF0000u) == 0x80070000u;
@@ -64,7 +64,7 @@ TEST_F(FileNames, NameOfNoFile_CannotBeWrittenAndLeavesNothing)
     PolicyFileClient file;
     ASSERT_EQ(file.Load(m_folder.Path(u"in.xml")), 0);
     for (const NameRow& row : Names()) {
-        // Some devices take what they get.
+        // Some devices accept anything.
         const HRESULT code = file.Write(PathOf(row));
         EXPECT_TRUE(code == 0 || IsSystemCode(code)) << row.label << ": " << std::hex << code;
     }

@@ -1,4 +1,4 @@
-// Keys: very many, very long, all the same.
+// Keys: very many, very long, all equal.
 #include <string>
 
 #include "tests/limits/Attack.h"
@@ -31,7 +31,7 @@ std::string ProductsOfOneKey(std::size_t size)
         kBeforeProducts, [](std::size_t) { return Product("P"); }, kAfterProducts, size);
 }
 
-/// Comparing two of the keys reads them to their ends.
+/// A comparison of two keys reads both to the end.
 std::string ProductsOfAlikeKeys(std::size_t size)
 {
     const auto product = [](std::size_t number) { return Product(std::string(kLongKey, 'k') + Letters(number)); };

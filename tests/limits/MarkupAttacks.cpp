@@ -23,7 +23,7 @@ std::string LevelsNeverClosed(std::size_t size)
     return Repeated("<d>", size);
 }
 
-/// A comb: at every level of a deep tree the branch closes and opens again.
+/// A comb: every level of a deep tree closes and opens a branch.
 std::string LevelsThatCloseAndOpen(std::size_t size)
 {
     const std::size_t depth = size / 21;

@@ -1,4 +1,4 @@
-// Loading and editing open the named file and no other: seen from outside, by tracing the process.
+// Loading and editing open the named file and no other. The tests trace the process.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,11 +13,11 @@ namespace zupm::test {
 namespace {
 
 constexpr std::size_t kSize = 100'000;
-/// What the attacker reads when the attack is over.
+/// The files that the attacker reads after the attack.
 constexpr std::string_view kMeasured = "/proc/self/status";
 constexpr const char* kTracer = "/usr/bin/strace";
 
-/// What a line of the trace names first between quotes; empty when it names nothing.
+/// The first quoted name in a line of the trace; empty when there is none.
 std::string QuotedIn(const std::string& line)
 {
     const std::size_t begin = line.find('"') + 1;
@@ -25,7 +25,7 @@ std::string QuotedIn(const std::string& line)
     return begin == 0 || end == std::string::npos ? std::string() : line.substr(begin, end - begin);
 }
 
-/// Whether a call concerns the attacked file, what is written beside it, or the tests' own folders.
+/// Whether a call is about the attacked file, a file written next to it, or the tests' own folders.
 bool IsExpected(const std::string& line, const std::string& folder)
 {
     static const std::string testFolders = (std::filesystem::temp_directory_path() / "zupm-test-").string();
@@ -35,7 +35,7 @@ bool IsExpected(const std::string& line, const std::string& folder)
            (isRelative && (path.empty() || path == "." || path.starts_with("in.xml") || path.starts_with(".zu")));
 }
 
-/// The calls of the attack that reach for another file, for the network or for a program.
+/// The calls of the attack that use another file, the network or a program.
 std::vector<std::string> UnexpectedCalls(const Attack& attack)
 {
     const TempFolder folder;
@@ -48,7 +48,7 @@ std::vector<std::string> UnexpectedCalls(const Attack& attack)
     EXPECT_EQ(run.exitCode, 0) << run.messages;
     EXPECT_TRUE(run.out.starts_with(std::to_string(attack.code) + " ")) << run.out;
 
-    // Before the file is touched for the first time the program loads itself, its libraries and the resources.
+    // Before it first touches the file, the program loads itself, its libraries and the resources.
     std::vector<std::string> unexpected;
     bool hasBegun = false;
     std::istringstream trace(folder.Read(u"trace"));
@@ -76,14 +76,14 @@ protected:
     }
 };
 
-TEST_F(OpenedFiles, WhileLoadingEntityTricks_AreThatFileAlone)
+TEST_F(OpenedFiles, WhileLoadingEntityTricks_AreOnlyThatFile)
 {
     for (const Attack& attack : EntityAttacks()) {
         EXPECT_THAT(UnexpectedCalls(attack), testing::IsEmpty()) << attack.label;
     }
 }
 
-TEST_F(OpenedFiles, WhileEditingAndWriting_AreThatFileAndTheOneBesideIt)
+TEST_F(OpenedFiles, WhileEditingAndWriting_AreThatFileAndTheOneNextToIt)
 {
     constexpr std::array kEdits = {"sections, one changed", "task of many settings changed",
                                    "many tasks, one added and removed"};

@@ -1,4 +1,4 @@
-// Prints what the attacks come to on this machine, as a table:
+// Prints the results of the attacks on this machine as a table:
 //   limits_report [WORD]      only the attacks that have the word in their label
 #include <cstdio>
 #include <stdexcept>
@@ -10,7 +10,7 @@ using namespace zupm::test;
 
 namespace {
 
-/// The component's own codes are small numbers, the platform's are known in hexadecimal.
+/// The component's own codes are small numbers; those of the platform are written in hexadecimal.
 std::string CodeText(HRESULT code)
 {
     constexpr HRESULT kSmallestOwn = -10'000;

@@ -1,4 +1,4 @@
-// What is in the file system and no file, or no usual one.
+// Special files: devices, pipes, sockets, and files of the system.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -19,7 +19,7 @@ class SpecialFiles : public testing::Test {
 protected:
     [[nodiscard]] std::string Path(const char* name) const { return (m_folder.Folder() / name).string(); }
 
-    /// Loads and expects the code, with little memory. A load that waits does not come to its end.
+    /// Loads and expects the code, with little memory. A load that waits fails the test.
     static void ExpectRefused(std::u16string_view path, HRESULT code)
     {
         const std::uint64_t before = PeakMemory();
@@ -46,7 +46,7 @@ TEST_F(SpecialFiles, Pipe_IsNotWaitedFor)
     ExpectRefused(m_folder.Path(u"pipe"), result::NotSupported);
 }
 
-TEST_F(SpecialFiles, PipeThatIsNeverRead_IsGivenUp)
+TEST_F(SpecialFiles, PipeThatNobodyReads_IsGivenUp)
 {
     ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
     const int reader = open(Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
@@ -67,7 +67,7 @@ TEST_F(SpecialFiles, Socket_IsNotRead)
     close(socket);
 }
 
-TEST_F(SpecialFiles, FileOfTwoGigabytesOfNothing_IsTooLarge)
+TEST_F(SpecialFiles, SparseFileOfTwoGigabytes_IsTooLarge)
 {
     m_folder.Write(u"sparse", "");
     ASSERT_EQ(truncate(Path("sparse").c_str(), off_t{3} << 30), 0);
@@ -81,9 +81,9 @@ TEST_F(SpecialFiles, FilesOfTheSystem_EndInACode)
     ExpectRefused(u"/proc/self/task", result::AccessDenied);
 }
 
-TEST_F(SpecialFiles, FileOfTheSystemWithoutAnEnd_IsTooLargeBeforeItFillsTheMemory)
+TEST_F(SpecialFiles, EndlessFileOfTheSystem_IsTooLargeBeforeItFillsTheMemory)
 {
-    // A line of 8 bytes for every page that the process could have: hundreds of gigabytes, and no size to be seen.
+    // It has 8 bytes for every page that the process could have: hundreds of gigabytes, and it reports no size.
     ExpectRefused(u"/proc/self/pagemap", result::FileTooLarge);
 }
 

@@ -1,4 +1,4 @@
-// Prints what hostile files cost the command line tool on this machine, as a table:
+// Prints the cost of hostile files for the command line tool on this machine as a table:
 //   limits_tool_report [WORD]     only the files that have the word in their label
 #include <cstdio>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include "settings/CSectionParser.h"
 #include "tests/locks/LockUse.h"
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
 
 namespace zupm::test {
 

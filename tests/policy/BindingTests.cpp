@@ -2,7 +2,8 @@
 #include "com/ObjectForms.h"
 #include "policy/CPolicyProduct.h"
 #include "tests/policy/PolicyTest.h"
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
+#include "xml/Node.h"
 #include "zuPolicyManager/Owners.h"
 
 namespace zupm::test {

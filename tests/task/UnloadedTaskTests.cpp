@@ -2,7 +2,7 @@
 // directly.
 #include "task/CTaskData.h"
 #include "tests/task/TaskTest.h"
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
 
 namespace zupm::test {
 

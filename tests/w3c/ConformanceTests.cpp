@@ -7,7 +7,7 @@
 namespace zupm::test {
 namespace {
 
-/// How many of a class were accepted.
+/// The number of documents of a class that were accepted.
 struct Count {
     int documents = 0;
     int accepted = 0;
@@ -21,8 +21,8 @@ protected:
     static Count ForClass(const std::string& suiteClass, Check check)
     {
         Count count;
-        if (!IsSuiteThere()) {
-            std::printf("The W3C suite is not there: nothing was tested for %s.\n", suiteClass.c_str());
+        if (!HasSuite()) {
+            std::printf("The W3C suite is not installed: nothing was tested for %s.\n", suiteClass.c_str());
             return count;
         }
         for (const SuiteDocument& document : DocumentsOf(suiteClass)) {
@@ -60,7 +60,7 @@ TEST_F(Conformance, WellFormedDocumentsAreAcceptedAndRewrittenByteForByte)
     });
 }
 
-/// What other parsers disagree on: whatever is accepted must come back byte for byte.
+/// Parsers disagree on these: what is accepted must be written back byte for byte.
 TEST_F(Conformance, DisputedDocumentsAreRefusedOrRewrittenByteForByte)
 {
     for (const char* suiteClass :

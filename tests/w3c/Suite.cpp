@@ -9,8 +9,10 @@
 #include "platform/Files.h"
 #include "tests/w3c/SuiteFolder.h"
 #include "text/Utf.h"
-#include "xml/AdvXMLParser.h"
 #include "xml/Encoding.h"
+#include "xml/Exceptions.h"
+#include "xml/FileBuffer.h"
+#include "xml/Parser.h"
 
 namespace zupm::test {
 
@@ -44,7 +46,7 @@ std::string FileOf(const std::string& relative)
 
 }  // namespace
 
-bool IsSuiteThere()
+bool HasSuite()
 {
     return std::filesystem::exists(std::filesystem::path(kSuiteFolder) / "MANIFEST.tsv");
 }

@@ -12,7 +12,7 @@ struct SuiteDocument {
     std::string path;  ///< full path, UTF-8
 };
 
-/// What a load of a document came to.
+/// The result of loading a document.
 struct Outcome {
     bool declaresEntities = false;  ///< such documents are refused whatever their class
     bool isAccepted = false;
@@ -20,11 +20,11 @@ struct Outcome {
     std::string refusal;  ///< "line:column: reason" or the code of reading
 };
 
-/// The documents of a class; empty when the suite is not there.
+/// The documents of a class; empty without the suite.
 [[nodiscard]] std::vector<SuiteDocument> DocumentsOf(const std::string& suiteClass);
 
-/// Whether the suite is there.
-[[nodiscard]] bool IsSuiteThere();
+/// Whether the suite is installed.
+[[nodiscard]] bool HasSuite();
 
 /// Loads a document as a policy file is loaded.
 [[nodiscard]] Outcome Load(const SuiteDocument& document);

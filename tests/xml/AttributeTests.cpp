@@ -34,17 +34,17 @@ TEST(Attribute, ValueIsDecodedAndNormalised)
     }
 }
 
-TEST(Attribute, ComesWholeWhenItIsCreatedWithAValue)
+TEST(Attribute, IsCompleteWhenItIsCreatedWithAValue)
 {
     const std::unique_ptr<Document> document = Parsed("<a b='1'/>");
     Element root = document->GetRoot();
     EXPECT_EQ(root.CreateAttribute(u"c", u"<\"2\">").GetText(), u"<\"2\">");
-    EXPECT_EQ(root.CreateAttribute(u"b", u"3").GetText(), u"1") << "one that is there stays as it is";
+    EXPECT_EQ(root.CreateAttribute(u"b", u"3").GetText(), u"1") << "an existing one stays as it is";
     EXPECT_THROW(root.CreateAttribute(u"d", u"\x01"), InvalidCharacterException);
     EXPECT_EQ(document->GenerateXML(false).Utf8(), "<a b='1' c=\"&lt;&quot;2&quot;>\"/>");
 }
 
-TEST(Attribute, AndTextComeWholeWithANewElement)
+TEST(Attribute, AndTextAreCompleteInANewElement)
 {
     const std::unique_ptr<Document> document = Parsed("<a>\n  <b/>\n</a>");
     Element root = document->GetRoot();
@@ -56,7 +56,7 @@ TEST(Attribute, AndTextComeWholeWithANewElement)
               "<a>\n  <b/>\n  <c n=\"&quot;1&quot;\">&lt;x&gt;</c>\n  <d n=\"\"/>\n</a>");
 }
 
-TEST(Attribute, MissingOneIsNullAndReadsAsEmpty)
+TEST(Attribute, ThatIsMissingIsNullAndReadsAsEmpty)
 {
     const std::unique_ptr<Document> document = Parsed("<a b='1'/>");
     const Attribute missing = document->GetRoot().GetAttribute(u"B");
@@ -98,7 +98,7 @@ TEST(Attribute, SettingChangesTheValueAloneAndCreatesWhatIsMissing)
     }
 }
 
-TEST(Attribute, CreatingAnExistingOneHandsItOut)
+TEST(Attribute, CreatingAnExistingOneReturnsIt)
 {
     EXPECT_EQ(Edited("<a b='1'/>", [](Element root) { EXPECT_EQ(root.CreateAttribute(u"b").GetText(), u"1"); }),
               "<a b='1'/>");

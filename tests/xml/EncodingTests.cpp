@@ -29,7 +29,7 @@ constexpr DetectionRow kDetections[] = {
     {"<?xml encoding='"sv, UTF_ENCODINGS::Utf8},
 };
 
-TEST(Encoding, IsDetectedFromSignatureThenDeclaration)
+TEST(Encoding, IsDetectedFromTheSignatureAndThenFromTheDeclaration)
 {
     for (const DetectionRow& row : kDetections) {
         EXPECT_EQ(DetectEncoding(row.bytes), row.encoding) << row.bytes;
@@ -47,7 +47,7 @@ constexpr UTF_ENCODINGS kUnicode[] = {
 
 TEST(Encoding, UnicodeTextSurvivesAnyLength)
 {
-    // Pieces are converted one at a time: characters of every length must survive at their borders.
+    // The text is converted in pieces: characters of every length must survive at the borders.
     for (const std::size_t padding : {0u, 1u, 2u, 3u, 65533u, 65534u, 65535u, 65536u}) {
         std::string text(padding, 'x');
         for (int i = 0; i < 30; ++i) {
@@ -66,24 +66,28 @@ TEST(Encoding, UnicodeTextSurvivesAnyLength)
 struct InvalidRow {
     std::string_view bytes;
     UTF_ENCODINGS encoding;
+    std::uint32_t column;  ///< of the first byte that is not valid
 };
 
 constexpr InvalidRow kInvalid[] = {
-    {"<a>\x80</a>"sv, UTF_ENCODINGS::Utf8},
-    {"<a>\xC0\x80</a>"sv, UTF_ENCODINGS::Utf8},
-    {"<a>\xED\xA0\x80</a>"sv, UTF_ENCODINGS::Utf8Signed},
-    {"<a>\xF4\x90\x80\x80</a>"sv, UTF_ENCODINGS::Utf8},
-    {"<a/>\xE6\x97"sv, UTF_ENCODINGS::Utf8},
-    {"<\0a\0/"sv, UTF_ENCODINGS::Utf16LittleEndian},
-    {"\x00\xD8<\0"sv, UTF_ENCODINGS::Utf16LittleEndian},
-    {"\xDC\x00"sv, UTF_ENCODINGS::Utf16BigEndianSigned},
-    {"\0<\xD8\x00"sv, UTF_ENCODINGS::Utf16BigEndian},
+    {"<a>\x80</a>"sv, UTF_ENCODINGS::Utf8, 4},
+    {"<a>\xC0\x80</a>"sv, UTF_ENCODINGS::Utf8, 4},
+    {"<a>\xED\xA0\x80</a>"sv, UTF_ENCODINGS::Utf8Signed, 4},
+    {"<a>\xF4\x90\x80\x80</a>"sv, UTF_ENCODINGS::Utf8, 4},
+    {"<a/>\xE6\x97"sv, UTF_ENCODINGS::Utf8, 5},
+    {"<\0a\0/"sv, UTF_ENCODINGS::Utf16LittleEndian, 3},
+    {"\x00\xD8<\0"sv, UTF_ENCODINGS::Utf16LittleEndian, 1},
+    {"\xFE\xFF\xDC\x00"sv, UTF_ENCODINGS::Utf16BigEndianSigned, 1},
+    {"\0<\xD8\x00"sv, UTF_ENCODINGS::Utf16BigEndian, 2},
 };
 
-TEST(Encoding, BytesThatAreNotValidAreRefused)
+TEST(Encoding, BytesThatAreNotValidAreRefusedAtTheirPlace)
 {
     for (const InvalidRow& row : kInvalid) {
-        EXPECT_FALSE(Decode(std::string(row.bytes), row.encoding)) << row.bytes;
+        Position invalid;
+        EXPECT_FALSE(Decode(std::string(row.bytes), row.encoding, &invalid)) << row.bytes;
+        EXPECT_EQ(invalid.line, 1u) << row.bytes;
+        EXPECT_EQ(invalid.column, row.column) << row.bytes;
     }
 }
 
@@ -109,10 +113,10 @@ constexpr Latin1Row kLatin1[] = {
      "<!DOCTYPE a [<!ATTLIST a b CDATA '>'>]><a>&#8364;</a>"},
 };
 
-TEST(Encoding, Latin1TakesReferencesWhereTheyCanStand)
+TEST(Encoding, Latin1WritesReferencesWhereXmlAllowsThem)
 {
     for (const Latin1Row& row : kLatin1) {
-        const std::optional<std::string> bytes = Encode(row.utf8, UTF_ENCODINGS::Iso8859_1, true);
+        const std::optional<std::string> bytes = Encode(std::string(row.utf8), UTF_ENCODINGS::Iso8859_1, true);
         EXPECT_EQ(bytes.has_value(), row.bytes.has_value()) << row.utf8;
         EXPECT_EQ(bytes.value_or(""), row.bytes.value_or("")) << row.utf8;
     }

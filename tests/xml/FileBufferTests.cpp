@@ -3,11 +3,10 @@
 #include "platform/Files.h"
 #include "tests/support/TempFolder.h"
 #include "tests/xml/XmlTestSupport.h"
+#include "xml/FileBuffer.h"
 
 namespace AdvXMLParser {
 namespace {
-
-using namespace std::string_view_literals;
 
 std::int32_t ReadCode(std::u16string_view path)
 {
@@ -18,31 +17,6 @@ std::int32_t ReadCode(std::u16string_view path)
         return 0;
     } catch (const ReadWriteException& failure) {
         return failure.GetErrorCode();
-    }
-}
-
-TEST(FileBuffer, FilesOfEveryEncodingComeBackByteForByte)
-{
-    const zupm::test::TempFolder folder;
-    const std::u16string path = folder.Path(u"file.xml");
-    for (const std::string_view bytes : {
-             "<a>\xC3\xA4</a>\r\n"sv,
-             "\xEF\xBB\xBF<a>\xC3\xA4</a>"sv,
-             "\xFF\xFE<\0a\0>\0\xE4\0<\0/\0a\0>\0\r\0\n\0"sv,
-             "\xFE\xFF\0<\0a\0>\0\xE4\0<\0/\0a\0>"sv,
-             "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE4</a>"sv,
-         }) {
-        ASSERT_EQ(zupm::ReplaceFileAtomically(path, bytes), 0);
-        XmlText text;
-        UTF_ENCODINGS encoding = UTF_ENCODINGS::Utf8;
-        ReadBufferFromFile(path, text, encoding, true);
-        const std::unique_ptr<Document> document = Parser().Parse(std::move(text));
-        EXPECT_EQ(document->GetRoot().GetText(), u"\u00E4");
-        const std::u16string copy = folder.Path(u"copy.xml");
-        WriteBufferToFile(copy, document->GenerateXML(false), encoding, true);
-        std::string written;
-        ASSERT_EQ(zupm::ReadWholeFile(copy, written), 0);
-        EXPECT_EQ(written, bytes);
     }
 }
 
@@ -72,20 +46,7 @@ TEST(FileBuffer, BytesUnderAnUnsupportedDeclarationAreRefusedByTheParserAtItsPla
               "1:1: the declared encoding is not supported or contradicts the bytes");
 }
 
-TEST(FileBuffer, TextThatItsEncodingCannotHoldIsNotWritten)
-{
-    const zupm::test::TempFolder folder;
-    const std::u16string path = folder.Path(u"file.xml");
-    ASSERT_EQ(zupm::ReplaceFileAtomically(path, "old"), 0);
-    EXPECT_THROW(
-        WriteBufferToFile(path, XmlText(std::string("<a><!--\xE2\x82\xAC--></a>")), UTF_ENCODINGS::Iso8859_1, true),
-        ReadWriteException);
-    std::string bytes;
-    ASSERT_EQ(zupm::ReadWholeFile(path, bytes), 0);
-    EXPECT_EQ(bytes, "old");
-}
-
-/// A limit for the length of a test.
+/// Limits the size of written files while it lives.
 class WrittenFilesLimit {
 public:
     explicit WrittenFilesLimit(std::size_t bytes) { LimitWrittenFiles(bytes); }
@@ -94,7 +55,7 @@ public:
     WrittenFilesLimit& operator=(const WrittenFilesLimit&) = delete;
 };
 
-/// A text of 11 bytes as UTF-8 and 10 characters, and how many bytes a file with it has.
+/// For a text of 10 characters, 11 bytes as UTF-8: the size of its file in an encoding.
 struct SizeRow {
     const char* label;
     UTF_ENCODINGS encoding;

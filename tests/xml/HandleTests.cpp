@@ -5,7 +5,7 @@
 namespace AdvXMLParser {
 namespace {
 
-TEST(Handle, ToADeletedElementReadsAsNullForEver)
+TEST(Handle, ToADeletedElementIsNullForEver)
 {
     const std::unique_ptr<Document> document = Parsed("<a><b c='1'>x<d/></b></a>");
     Element root = document->GetRoot();
@@ -14,7 +14,7 @@ TEST(Handle, ToADeletedElementReadsAsNullForEver)
     const Attribute attribute = deleted.GetAttribute(u"c");
     deleted.Delete();
     for (int i = 0; i < 10; ++i) {
-        (void)root.AddElementInto(u"e");  // takes the freed records over
+        (void)root.AddElementInto(u"e");  // reuses the freed records
     }
     EXPECT_TRUE(deleted.IsNull());
     EXPECT_TRUE(below.IsNull());

@@ -1,4 +1,4 @@
-// Documents that are read by several parsers after one another: nothing may depend on where one takes over.
+// Documents that several parsers read one after another: no result may depend on where the next one takes over.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -12,7 +12,7 @@ namespace {
 constexpr int kLevels = 50'000;
 constexpr int kLargeText = 1 << 20;
 
-/// An element as it was written or read: its depth and name, in document order.
+/// The elements of a document in document order, each with its depth and name.
 using Shape = std::vector<std::pair<std::size_t, std::string>>;
 
 /// A document of pseudorandom shape, deep and wide, of about that size.
@@ -55,7 +55,7 @@ std::string RandomDocument(unsigned seed, std::size_t size, Shape& shape)
     while (!open.empty()) {
         end();
     }
-    return text + "<!-- behind the root -->\n";
+    return text + "<!-- after the root -->\n";
 }
 
 Shape ShapeOf(const Document& document)
@@ -86,7 +86,7 @@ TEST(LargeDocuments, OfAnyShape_HaveTheElementsThatWereWritten)
     }
 }
 
-/// `<d>` a line, so many levels, and their end tags, a line each.
+/// That number of levels: `<d>` on a line for each, then their end tags, each on a line.
 std::string Levels(int levels)
 {
     std::string text;
@@ -99,7 +99,7 @@ std::string Levels(int levels)
     return text;
 }
 
-TEST(LargeDocuments, EndTagThatDoesNotMatch_IsRefusedWhereItStands)
+TEST(LargeDocuments, EndTagThatDoesNotMatch_IsRefusedAtItsPlace)
 {
     const std::string text = Levels(kLevels);
     for (const int level : {0, 1, 4095, 4096, 4097, 30'000, kLevels - 2, kLevels - 1}) {
@@ -122,7 +122,7 @@ TEST(LargeDocuments, EndTagMissing_IsRefusedAtTheEnd)
     EXPECT_EQ(Refusal(text.substr(0, text.size() - 5)), std::to_string(2 * kLevels) + ":1: no element found");
 }
 
-TEST(LargeDocuments, ReferenceThatADoctypeMightDeclare_IsRefusedWhereverItStands)
+TEST(LargeDocuments, ReferenceThatADoctypeMightDeclare_IsRefusedEverywhere)
 {
     const std::string before = "<!DOCTYPE a SYSTEM 'x'><a>\n" + std::string(kLargeText, ' ') + "<b/>\n<c/>\n";
     EXPECT_EQ(Refusal(before + "&e;</a>"), "4:1: undefined entity");

@@ -31,7 +31,7 @@ constexpr LayoutRow kAdditions[] = {
     {"<a>text\n</a>", "<a>text\n  <n/>\n</a>"},
 };
 
-TEST(Layout, ANewElementTakesTheLineOfItsSiblings)
+TEST(Layout, ANewElementGetsALineLikeItsSiblings)
 {
     for (const LayoutRow& row : kAdditions) {
         EXPECT_EQ(Edited(row.before, [](Element root) { (void)root.AddElementInto(u"n"); }), row.after);
@@ -70,7 +70,7 @@ constexpr RemovalRow kRemovals[] = {
     {"<a>\n  <b/><c/>\n</a>", 0, "<a>\n  <c/>\n</a>"},
     {"<a>\n  <b/><c/>\n</a>", 1, "<a>\n  <b/>\n</a>"},
     {"<a>\n  <!-- b -->\n  <b/>\n  <c>1</c>\n</a>", 0, "<a>\n  <!-- b -->\n  <c>1</c>\n</a>"},
-    {"<a>\n  <b/> <!-- behind -->\n  <c/>\n</a>", 0, "<a>\n   <!-- behind -->\n  <c/>\n</a>"},
+    {"<a>\n  <b/> <!-- after -->\n  <c/>\n</a>", 0, "<a>\n   <!-- after -->\n  <c/>\n</a>"},
     {"<a>1<b/>2</a>", 0, "<a>12</a>"},
     {"<a>1<b>x</b>2<c/>3</a>", 1, "<a>1<b>x</b>23</a>"},
     {"<a>1<b/>2<c d='1'>x</c></a>", 0, "<a>12<c d='1'>x</c></a>"},

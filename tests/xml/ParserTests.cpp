@@ -101,7 +101,7 @@ TEST(Parser, TakesWideText)
     EXPECT_EQ(document->GenerateXML(false).Wide(), text);
 }
 
-/// A token larger than a piece must not be scanned again with every piece; the tree must be right across the borders.
+/// The parser must not scan a large token again with every piece, and the tree must be right across the borders.
 TEST(Parser, ReadsTokensLargerThanThePiecesItIsFedIn)
 {
     const std::string large(std::size_t{3} << 20, 'x');

@@ -40,7 +40,7 @@ constexpr std::string_view kOddDocuments[] = {
     "<a.b-c_d:e/>",
 };
 
-TEST(RoundTrip, UntouchedDocumentsComeBackByteForByte)
+TEST(RoundTrip, UntouchedDocumentsAreWrittenBackByteForByte)
 {
     for (const std::string_view text : kOddDocuments) {
         EXPECT_EQ(TextOf(*Parsed(text)), text);
@@ -54,7 +54,7 @@ TEST(RoundTrip, AnEditElsewhereKeepsEveryOtherByte)
             "<outer>" + std::string(text.substr(text.find("<a") == std::string_view::npos ? 0 : text.find("<a"))) +
             "<x>1</x></outer>";
         if (Refusal(whole) != "accepted") {
-            continue;  // a document with something behind its element cannot be nested
+            continue;  // a document with text after its element cannot be nested
         }
         const std::string edited = Edited(whole, [](Element root) {
             for (Element child : ElementChildren(root)) {
@@ -77,7 +77,7 @@ TEST(RoundTrip, SettingTheSameTextChangesNoByte)
     EXPECT_EQ(edited, text);
 }
 
-TEST(RoundTrip, ManyEditsDoNotLetTheDocumentGrow)
+TEST(RoundTrip, ManyEditsDoNotMakeTheDocumentGrow)
 {
     const std::unique_ptr<Document> document = Parsed("<a>\n  <b c='0'>old</b>\n</a>");
     Element child = FirstChild(document->GetRoot());

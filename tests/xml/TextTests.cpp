@@ -51,7 +51,7 @@ TEST(Text, WrittenIntoAnEmptyTagOpensIt)
     }
 }
 
-TEST(Text, AddTextAppendsBehindTheLastChild)
+TEST(Text, AddTextAppendsAfterTheLastChild)
 {
     EXPECT_EQ(Edited("<a>1<b/>2</a>", [](Element root) { root.AddText(u"<3"); }), "<a>1<b/>2&lt;3</a>");
     EXPECT_EQ(Edited("<a/>", [](Element root) { root.AddText(u""); }), "<a/>");
@@ -95,7 +95,7 @@ TEST(Text, WhatXmlCannotHoldIsRefusedAndTheOldTextStays)
     }
 }
 
-TEST(Text, NamesThatAreNoNamesAreRefused)
+TEST(Text, NamesThatAreNotValidAreRefused)
 {
     for (const std::u16string_view name : {u"", u"1a", u"a b", u"a>", u"-a", u"a\u00E4="}) {
         const std::string after = Edited("<a/>", [&](Element root) {

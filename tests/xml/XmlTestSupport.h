@@ -8,7 +8,12 @@
 #include <utility>
 
 #include "text/Utf.h"
-#include "xml/AdvXMLParser.h"
+#include "xml/Document.h"
+#include "xml/Exceptions.h"
+#include "xml/Node.h"
+#include "xml/Parser.h"
+#include "xml/UtfEncodings.h"
+#include "xml/XmlText.h"
 
 namespace AdvXMLParser {
 

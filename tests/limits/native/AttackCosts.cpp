@@ -22,10 +22,10 @@ public:
         m_arguments.push_back((m_folder.Folder() / name).string());
     }
 
-    /// Runs them all; the lines that the counter prints.
+    /// Runs them all and returns the lines that the counter prints.
     [[nodiscard]] std::istringstream Run() const
     {
-        // Instructions alone: without the simulation of caches it takes a third of the time.
+        // Only instructions: without the simulation of caches it takes a third of the time.
         std::vector<std::string> arguments{"--tool=cachegrind", "--cache-sim=no",
                                            "--cachegrind-out-file=" + (m_folder.Folder() / "count.%p").string(),
                                            ZUPM_COUNTER};
@@ -37,8 +37,7 @@ public:
         return std::istringstream(child.out);
     }
 
-    /// The instructions of the process in the counter's next line, and its code; 0 for one that did not come to its
-    /// end.
+    /// The instructions of the process in the counter's next line, and its code; 0 for one that did not end.
     [[nodiscard]] std::uint64_t Next(std::istringstream& lines, HRESULT& code) const
     {
         constexpr std::string_view kTotal = "\nsummary: ";

@@ -1,4 +1,4 @@
-/// What attacks cost, in instructions: the same on a quiet machine and on a busy one.
+/// The cost of attacks in instructions: the same on a quiet machine and on a busy one.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ struct AttackCost {
     std::uint64_t half = 0;
     std::uint64_t full = 0;
 
-    /// How much more the larger file costs: 2 where the cost is linear, 4 where it grows with the square.
+    /// The cost of the larger file over that of the smaller: 2 when it is linear, 4 when it is quadratic.
     [[nodiscard]] double Growth() const { return static_cast<double>(full) / static_cast<double>(half); }
     [[nodiscard]] double PerByte(const Attack& attack) const
     {
@@ -24,9 +24,8 @@ struct AttackCost {
     }
 };
 
-/// The costs by label; both are 0 for an attack that does not come to its end. All instructions of a process are
-/// counted, those of libraries too; what the system does for it is not. Throws std::runtime_error when nothing could be
-/// counted.
+/// The costs by label; both are 0 for an attack that does not end. All instructions of a process count,
+/// also those of libraries, but not those of the system. Throws std::runtime_error when nothing could be counted.
 [[nodiscard]] std::map<std::string_view, AttackCost> CountAttacks(const std::vector<Attack>& attacks);
 
 }  // namespace zupm::test

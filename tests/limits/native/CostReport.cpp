@@ -1,4 +1,4 @@
-// Prints what the attacks cost in instructions, as a table:
+// Prints the cost of the attacks in instructions as a table:
 //   limits_costs [WORD]      only the attacks that have the word in their label
 #include <cstdio>
 #include <string>

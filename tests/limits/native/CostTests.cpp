@@ -1,4 +1,4 @@
-// What attacks cost, counted in instructions: no clock, so no other work of the machine, has a part in it.
+// The cost of attacks, counted in instructions: no clock takes part, so other work of the machine does not matter.
 #include <gtest/gtest.h>
 
 #include "tests/limits/native/AttackCosts.h"
@@ -6,11 +6,11 @@
 namespace zupm::test {
 namespace {
 
-/// A linear cost gives 2, one of n log n at these sizes 2.1; one of n^2 tends to 4 and passes this when it is a quarter
-/// of all.
+/// Linear cost gives 2, and n log n gives 2.1 at these sizes. Quadratic cost tends to 4 and exceeds this limit once it
+/// is a quarter of the whole.
 constexpr double kMostGrowth = 2.4;
-/// For each byte and each call that reads or writes everything. 16 MiB at this cost keep a processor busy for two
-/// seconds.
+/// For each byte and each call that reads or writes everything. At this cost, 16 MiB keep a processor busy for
+/// two seconds.
 constexpr double kMostPerByte = 1000;
 
 TEST(Costs, GrowNoFasterThanTheFile_AndAreBoundedForEachByte)
@@ -22,7 +22,7 @@ TEST(Costs, GrowNoFasterThanTheFile_AndAreBoundedForEachByte)
         SCOPED_TRACE(attack.label);
         const AttackCost& cost = costs.at(attack.label);
         if (cost.half == 0) {
-            ADD_FAILURE() << "it did not come to its end";
+            ADD_FAILURE() << "it did not end";
             continue;
         }
         EXPECT_EQ(cost.code, attack.code);

@@ -1,7 +1,7 @@
 // Runs attacks, each in a process of its own, for a tool that counts the instructions of every process:
 //   limits_counter [LABEL FILE]...
-// A line for each is "process code", "0 0" for one that did not come to its end. The first line is of a process that
-// does nothing: what all have in common.
+// The line of each is "process code", or "0 0" for one that did not end. The first line is for a process that does
+// nothing: its instructions are common to all.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,7 +21,7 @@ namespace {
 /// The tool makes an attack some twenty times slower; most take less than a second of processor time with it.
 constexpr rlim_t kMostSeconds = 30;
 
-/// Ends without what programs do at their end: none of it belongs to an attack.
+/// Skips what programs do at their end: none of it belongs to an attack.
 [[noreturn]] void RunAndEnd(const Attack* attack, const char* file)
 {
     const rlimit limit{kMostSeconds, kMostSeconds};
@@ -45,7 +45,7 @@ void RunInAProcess(const Attack* attack, const char* file)
     }
 }
 
-/// The tool translates code when it runs first. What runs here is translated once and not again in every process.
+/// The tool translates code when it first runs. Code that runs here is not translated again in every process.
 void Prepare()
 {
     constexpr std::size_t kSmall = 4096;

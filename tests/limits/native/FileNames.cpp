@@ -5,7 +5,7 @@ namespace zupm::test {
 std::vector<NameRow> NamesOfTheSystem()
 {
     return {
-        {"a letter too many", std::u16string(256, u'x'), true, {result::NameTooLong}},
+        {"one letter too many", std::u16string(256, u'x'), true, {result::NameTooLong}},
         {"a user's folder", u"~/policy.xml", false, {result::PathNotFound}},
         {"an open file that is not", u"/proc/self/fd/99999", false, {result::FileNotFound}},
         {"a process that is not", u"/proc/0/environ", false, {result::PathNotFound}},

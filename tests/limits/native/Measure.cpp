@@ -6,16 +6,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "tests/limits/native/Seconds.h"
+
 namespace zupm::test {
-
-namespace {
-
-double Seconds(const timeval& time)
-{
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
-}  // namespace
 
 double ProcessorSeconds()
 {
@@ -26,7 +19,7 @@ double ProcessorSeconds()
 
 std::uint64_t PeakMemory()
 {
-    // Not ru_maxrss: that counts the pages of the parent, which the process had before it became this program.
+    // Not ru_maxrss: it includes the pages of the parent, which the process had before it became this program.
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {
         if (word == "VmHWM:") {
@@ -35,7 +28,7 @@ std::uint64_t PeakMemory()
             return kilobytes * 1024;
         }
     }
-    throw std::runtime_error("the system does not tell the peak memory");
+    throw std::runtime_error("the system does not report the peak memory");
 }
 
 }  // namespace zupm::test

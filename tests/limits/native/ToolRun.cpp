@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tests/limits/Attack.h"
+#include "tests/limits/native/Seconds.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {
@@ -70,11 +71,6 @@ void Become(const std::filesystem::path& folder, const std::vector<const char*>&
     _exit(127);
 }
 
-double Seconds(const timeval& time)
-{
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
 }  // namespace
 
 std::span<const ToolAttack> ToolAttacks()
@@ -95,7 +91,7 @@ ToolCost RunToolAttack(const ToolAttack& attack, std::size_t size)
     if (child < 0 || wait4(child, &status, 0, &usage) != child) {
         throw std::runtime_error("the tool cannot be run");
     }
-    // The peak counts what this process had when the child was made, too; that is less than any child needs.
+    // The peak includes the memory of this process when it made the child; that is less than any child needs.
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Seconds(usage.ru_utime) + Seconds(usage.ru_stime),
             static_cast<std::uint64_t>(usage.ru_maxrss) * 1024};
 }
