@@ -16,7 +16,4 @@ inline constexpr std::string_view kCdataEnd = "]]>";
 /// and '.', beginning with a letter or '_'.
 [[nodiscard]] bool IsPlainName(std::u16string_view text) noexcept;
 
-/// Compares without making a string.
-[[nodiscard]] bool EqualsUtf16(std::string_view utf8, std::u16string_view utf16) noexcept;
-
 }  // namespace AdvXMLParser

@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <utility>
 
+#include "text/AsciiCase.h"
 #include "text/Utf.h"
+#include "text/Utf16Bytes.h"
 #include "xml/Latin1.h"
 
 namespace AdvXMLParser {
@@ -12,49 +14,30 @@ namespace AdvXMLParser {
 namespace {
 
 using enum UTF_ENCODINGS;
-
-constexpr std::string_view kSignatureUtf8 = "\xEF\xBB\xBF";
-constexpr std::string_view kSignatureLittleEndian = "\xFF\xFE";
-constexpr std::string_view kSignatureBigEndian = "\xFE\xFF";
+using zupm::ByteOrder;
+using namespace std::string_view_literals;
 
 /// Units converted at a time: large files are never held a third time as UTF-16.
 constexpr std::size_t kPieceUnits = std::size_t{64} << 10;
 
-constexpr bool IsLittleEndian(UTF_ENCODINGS encoding)
+constexpr ByteOrder OrderOf(UTF_ENCODINGS encoding)
 {
-    return encoding == Utf16LittleEndian || encoding == Utf16LittleEndianSigned;
+    const bool isLittle = encoding == Utf16LittleEndian || encoding == Utf16LittleEndianSigned;
+    return isLittle ? ByteOrder::LittleEndian : ByteOrder::BigEndian;
 }
 
 constexpr std::string_view SignatureOf(UTF_ENCODINGS encoding)
 {
     switch (encoding) {
         case Utf8Signed:
-            return kSignatureUtf8;
+            return zupm::kUtf8Signature;
         case Utf16LittleEndianSigned:
-            return kSignatureLittleEndian;
+            return zupm::kUtf16LittleEndianSignature;
         case Utf16BigEndianSigned:
-            return kSignatureBigEndian;
+            return zupm::kUtf16BigEndianSignature;
         default:
             return {};
     }
-}
-
-constexpr char LowerCase(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
-}
-
-char16_t UnitAt(std::string_view bytes, std::size_t at, bool littleEndian) noexcept
-{
-    const auto first = static_cast<unsigned char>(bytes[at]);
-    const auto second = static_cast<unsigned char>(bytes[at + 1]);
-    return static_cast<char16_t>(littleEndian ? first | second << 8 : first << 8 | second);
 }
 
 constexpr bool IsHighSurrogate(char16_t unit)
@@ -62,7 +45,7 @@ constexpr bool IsHighSurrogate(char16_t unit)
     return unit >= 0xD800 && unit < 0xDC00;
 }
 
-std::optional<std::string> DecodeUtf16(std::string_view bytes, bool littleEndian)
+std::optional<std::string> DecodeUtf16(std::string_view bytes, ByteOrder order)
 {
     if (bytes.size() % 2 != 0) {
         return std::nullopt;
@@ -73,7 +56,7 @@ std::optional<std::string> DecodeUtf16(std::string_view bytes, bool littleEndian
     for (std::size_t at = 0; at < bytes.size();) {
         piece.clear();
         while (at < bytes.size() && (piece.size() < kPieceUnits || IsHighSurrogate(piece.back()))) {
-            piece += UnitAt(bytes, at, littleEndian);
+            piece += zupm::UnitAt(bytes, at, order);
             at += 2;
         }
         const std::optional<std::string> converted = zupm::ToUtf8(piece);
@@ -85,22 +68,12 @@ std::optional<std::string> DecodeUtf16(std::string_view bytes, bool littleEndian
     return utf8;
 }
 
-void AppendUtf16(std::u16string_view text, bool littleEndian, std::string& out)
-{
-    for (const char16_t unit : text) {
-        const char low = static_cast<char>(unit & 0xFF);
-        const char high = static_cast<char>(unit >> 8);
-        out += littleEndian ? low : high;
-        out += littleEndian ? high : low;
-    }
-}
-
 constexpr bool IsContinuation(char byte)
 {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-void EncodeUtf16(std::string_view utf8, bool littleEndian, std::string& out)
+void EncodeUtf16(std::string_view utf8, ByteOrder order, std::string& out)
 {
     out.reserve(out.size() + 2 * utf8.size());
     while (!utf8.empty()) {
@@ -108,7 +81,7 @@ void EncodeUtf16(std::string_view utf8, bool littleEndian, std::string& out)
         while (length < utf8.size() && IsContinuation(utf8[length])) {
             ++length;
         }
-        AppendUtf16(zupm::ToUtf16(utf8.substr(0, length)).value_or(std::u16string()), littleEndian, out);
+        zupm::AppendUnits(zupm::ToUtf16(utf8.substr(0, length)).value_or(std::u16string()), order, out);
         utf8.remove_prefix(length);
     }
 }
@@ -137,12 +110,13 @@ bool IsDeclarable(std::string_view name, UTF_ENCODINGS encoding) noexcept
     switch (encoding) {
         case Utf8:
         case Utf8Signed:
-            return EqualsIgnoringCase(name, "UTF-8");
+            return zupm::EqualsIgnoringAsciiCase(name, "UTF-8"sv);
         case Iso8859_1:
-            return EqualsIgnoringCase(name, "ISO-8859-1");
+            return zupm::EqualsIgnoringAsciiCase(name, "ISO-8859-1"sv);
         default:
-            return EqualsIgnoringCase(name, "UTF-16") ||
-                   EqualsIgnoringCase(name, IsLittleEndian(encoding) ? "UTF-16LE" : "UTF-16BE");
+            return zupm::EqualsIgnoringAsciiCase(name, "UTF-16"sv) ||
+                   zupm::EqualsIgnoringAsciiCase(
+                       name, OrderOf(encoding) == ByteOrder::LittleEndian ? "UTF-16LE"sv : "UTF-16BE"sv);
     }
 }
 
@@ -153,7 +127,6 @@ UTF_ENCODINGS DetectEncoding(std::string_view bytes) noexcept
             return encoding;
         }
     }
-    using namespace std::string_view_literals;
     if (bytes.starts_with("<\0?\0"sv)) {
         return Utf16LittleEndian;
     }
@@ -189,7 +162,7 @@ std::optional<XmlText> TryDecode(std::string& bytes, UTF_ENCODINGS encoding)
             bytes = DecodeLatin1(bytes);
             break;
         default:
-            std::optional<std::string> utf8 = DecodeUtf16(bytes, IsLittleEndian(encoding));
+            std::optional<std::string> utf8 = DecodeUtf16(bytes, OrderOf(encoding));
             if (!utf8) {
                 return std::nullopt;
             }
@@ -206,7 +179,7 @@ Position PositionOfInvalid(std::string_view bytes, UTF_ENCODINGS encoding)
     std::u16string units;
     units.reserve(bytes.size() / 2);
     for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-        units += UnitAt(bytes, at, IsLittleEndian(encoding));
+        units += zupm::UnitAt(bytes, at, OrderOf(encoding));
     }
     // Units that are all valid are followed by half of one.
     units.resize(std::min(units.size(), zupm::FindInvalidUtf16(units)));
@@ -224,7 +197,7 @@ std::optional<std::string> Encode(std::string_view utf8, UTF_ENCODINGS encoding,
         case Iso8859_1:
             return EncodeLatin1(utf8);
         default:
-            EncodeUtf16(utf8, IsLittleEndian(encoding), bytes);
+            EncodeUtf16(utf8, OrderOf(encoding), bytes);
             return bytes;
     }
 }

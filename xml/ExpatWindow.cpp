@@ -2,12 +2,14 @@
 
 #include <new>
 
+#include "text/Utf16Bytes.h"
+
 namespace AdvXMLParser {
 
 namespace {
 
 /// Fed first, so that Expat takes the text for the UTF-8 that it is, whatever its first characters look like.
-constexpr std::string_view kSignature = "\xEF\xBB\xBF";
+constexpr std::string_view kSignature = zupm::kUtf8Signature;
 
 }  // namespace
 

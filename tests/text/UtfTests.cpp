@@ -47,10 +47,13 @@ TEST(Utf, EveryCodePoint_GoesThereAndBack)
         ASSERT_EQ(appended, narrow) << std::hex << static_cast<std::uint32_t>(codePoint);
         ASSERT_EQ(ToUtf16(narrow), wide) << std::hex << static_cast<std::uint32_t>(codePoint);
         ASSERT_EQ(ToUtf8(wide), narrow) << std::hex << static_cast<std::uint32_t>(codePoint);
+        const CodePoint read = CodePointAt(narrow, 0);
+        ASSERT_TRUE(read.value == codePoint && read.bytes == narrow.size());
+        ASSERT_TRUE(EqualsUtf16(narrow, wide)) << std::hex << static_cast<std::uint32_t>(codePoint);
     }
 }
 
-/// Whether two bytes are valid UTF-8, said differently.
+/// Whether two bytes are valid UTF-8, by a rule of its own.
 bool IsValidPair(unsigned first, unsigned second)
 {
     return (first < 0x80 && second < 0x80) || (first >= 0xC2 && first <= 0xDF && second >= 0x80 && second <= 0xBF);
@@ -91,7 +94,7 @@ constexpr InvalidCase kInvalidUtf8[] = {
     {"cut after two of three", "\xE2\x82", 0, u"\uFFFD"},
     {"cut after three of four", "\xF0\x9F\x98", 0, u"\uFFFD"},
     {"cut by a letter", "\xE2\x82z", 0, u"\uFFFDz"},
-    {"behind a long run", "0123456789abcdef0123456789abcdef\xC3(", 32, u"0123456789abcdef0123456789abcdef\uFFFD("},
+    {"after a long run", "0123456789abcdef0123456789abcdef\xC3(", 32, u"0123456789abcdef0123456789abcdef\uFFFD("},
 };
 
 TEST(Utf, InvalidUtf8_IsFoundRefusedAndReplaced)
@@ -131,6 +134,31 @@ TEST(Utf, InvalidUtf16_IsFoundRefusedAndReplaced)
         EXPECT_EQ(FindInvalidUtf16(row.text), row.place) << row.label;
         EXPECT_EQ(ToUtf8(row.text), std::nullopt) << row.label;
         EXPECT_EQ(ToUtf8Lossy(row.text), row.lossy) << row.label;
+    }
+}
+
+TEST(Utf, EqualsUtf16_WantsEveryCodePointAndNoMore)
+{
+    struct Row {
+        const char* label;
+        std::string_view narrow;
+        std::u16string wide;
+        bool isEqual;
+    };
+    const Row rows[] = {
+        {"empty", "", u"", true},
+        {"a name", "Na\xC3\xA9\xF0\x9F\x98\x80", u"Na\u00E9\U0001F600", true},
+        {"another letter", "Name", u"Namf", false},
+        {"another case", "Name", u"name", false},
+        {"the first is longer", "Name", u"Nam", false},
+        {"the second is longer", "Nam", u"Name", false},
+        {"half a pair", "\xF0\x9F\x98\x80", {0xD83D}, false},
+        {"a replacement character for an unpaired surrogate", "\xEF\xBF\xBD", {0xD83D}, false},
+        {"a replacement character for a stray byte", "\x80", u"\uFFFD", false},
+        {"two stray halves", "\x80", {0xD83D}, false},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(EqualsUtf16(row.narrow, row.wide), row.isEqual) << row.label;
     }
 }
 
