@@ -26,12 +26,13 @@ enum class Durability { Flushed, LeftToTheSystem };
 /// Replaces the file at `path` by `bytes` in one step, or creates it.
 ///
 /// A temporary file beside the target (exclusive, unguessable name, readable by its owner alone until it has the
-/// target's permissions) is written, flushed to the disk and renamed over it, and the folder is flushed. Permissions,
-/// owner and extended attributes are kept; a symbolic link stays and its target is replaced; a target that may not be
-/// written is refused. A target that is no regular file is written directly. On failure the old file is as it was and
-/// no temporary is left; only when flushing the folder fails (InputOutputError) the new file is in place, and a loss of
-/// power may bring the old one back.
-/// The codes of ReadWholeFile, and WriteProtected, DiskFull, QuotaExceeded, SharingViolation, NameTooLong.
-[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes) noexcept;
+/// target's permissions) is written, flushed to the disk and renamed over it, and the folder is flushed (Durability).
+/// Permissions, owner and extended attributes are kept; a symbolic link stays and its target is replaced; a target that
+/// may not be written is refused. A target that is no regular file is written directly. On failure the old file is as
+/// it was and no temporary is left; only when flushing the folder fails (InputOutputError) the new file is in place,
+/// and a loss of power may bring the old one back. The codes of ReadWholeFile, and WriteProtected, DiskFull,
+/// QuotaExceeded, SharingViolation, NameTooLong.
+[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes,
+                                                 Durability durability = Durability::Flushed) noexcept;
 
 }  // namespace zupm

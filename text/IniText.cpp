@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "text/AsciiCase.h"
+
 namespace zupm {
 
 namespace {
@@ -33,16 +35,6 @@ std::u16string_view WithoutTrailingBlanks(std::u16string_view text)
 std::u16string_view UpToNull(std::u16string_view text)
 {
     return text.substr(0, text.find(u'\0'));
-}
-
-constexpr char16_t ToAsciiCapital(char16_t unit)
-{
-    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-}
-
-bool EqualsIgnoringAsciiCase(std::u16string_view left, std::u16string_view right)
-{
-    return std::ranges::equal(left, right, {}, ToAsciiCapital, ToAsciiCapital);
 }
 
 /// A section's header, or one line in a section.
@@ -182,13 +174,6 @@ std::optional<std::u16string> ReadIniValue(std::u16string_view text, std::u16str
 std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept
 {
     return WithoutTrailingBlanks(WithoutLeadingBlanks(text));
-}
-
-std::u16string IniName(std::u16string_view name)
-{
-    std::u16string folded(WithoutIniBlanks(name));
-    std::ranges::transform(folded, folded.begin(), ToAsciiCapital);
-    return folded;
 }
 
 }  // namespace zupm

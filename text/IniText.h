@@ -29,7 +29,4 @@ namespace zupm {
 /// A name or value without the blanks at its ends.
 [[nodiscard]] std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept;
 
-/// The form that is the same for all names that SetIniValue takes for one: without those blanks, A to Z as capitals.
-[[nodiscard]] std::u16string IniName(std::u16string_view name);
-
 }  // namespace zupm

@@ -5,14 +5,11 @@
 
 #include <windows.h>
 
-#include <algorithm>
+#include <utility>
 
-#include "platform/Files.h"
-#include "platform/win32/ProfileEncoding.h"
+#include "platform/win32/CodePage.h"
 #include "platform/win32/SystemProfile.h"
 #include "platform/win32/Wide.h"
-#include "text/CaseFold.h"
-#include "text/IniText.h"
 
 namespace zupm {
 
@@ -29,26 +26,26 @@ std::u16string ProfilePath(std::u16string_view path)
     return folder.append(u"\\").append(path);
 }
 
-std::optional<std::string> WithSetting(const std::string& bytes, const ProfileSetting& setting)
+bool EightBitProfileHolds(std::u16string_view text)
 {
-    if (IsUtf16(bytes) ||
-        (CodePageHolds(setting.section) && CodePageHolds(setting.key) && CodePageHolds(setting.value))) {
-        return WrittenBySystem(bytes, setting);
-    }
-    const std::optional<std::string> wide = AsUtf16(bytes);
-    return wide ? WrittenBySystem(*wide, setting) : std::nullopt;
+    return ToCodePage(text).has_value();
 }
 
-result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes)
+std::optional<std::u16string> EightBitProfileText(std::string_view bytes)
 {
-    return ReplaceFileAtomically(path, bytes);
+    std::u16string text = FromCodePage(bytes);
+    return ToCodePage(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
 }
 
-std::u16string ProfileName(std::u16string_view name)
+std::optional<std::string> EditedProfile(const std::string& bytes, const ProfileSetting& setting)
 {
-    std::u16string folded(WithoutIniBlanks(name));
-    std::ranges::transform(folded, folded.begin(), ToCapital);
-    return folded;
+    return WrittenBySystem(bytes, setting);
+}
+
+void FoldProfileCase(std::u16string& name)
+{
+    // A name is at most as long as a file, and those are no longer than a signed length.
+    CharUpperBuffW(WideBuffer(name), static_cast<DWORD>(name.size()));
 }
 
 }  // namespace zupm

@@ -48,6 +48,14 @@ TEST_F(PrivateProfile, MissingFile_IsCreated)
     EXPECT_TRUE(m_log.empty());
 }
 
+TEST_F(PrivateProfile, NamesWithOtherLettersInAnotherCase_AreTwoNames)
+{
+    EXPECT_NE(ProfileName(u"\u00C4"), ProfileName(u"\u00E4"));
+    EXPECT_TRUE(Write(u"S", u"\u00C4", u"1"));
+    EXPECT_TRUE(Write(u"S", u"\u00E4", u"2"));
+    EXPECT_EQ(m_folder.Read("file.ini"), "[S]\r\n\xC3\x84=1\r\n\xC3\xA4=2\r\n");
+}
+
 /// UTF-16 LE with its signature.
 std::string Wide(std::u16string_view text)
 {

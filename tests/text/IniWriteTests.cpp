@@ -78,14 +78,5 @@ TEST(IniWrite, LargeValue_ReadsBackWhole)
     EXPECT_EQ(ReadIniValue(SetIniValue(u"", u"S", u"k", value), u"S", u"k"), value);
 }
 
-TEST(IniWrite, NamesAreTheSame_ButForCaseOfAToZAndBlanksAtTheirEnds)
-{
-    EXPECT_EQ(IniName(u"Key"), IniName(u" kEY\t"));
-    EXPECT_EQ(IniName(u""), IniName(u"  "));
-    EXPECT_NE(IniName(u"a b"), IniName(u"ab"));
-    EXPECT_NE(IniName(u"\u00C4"), IniName(u"\u00E4"));
-    EXPECT_NE(IniName(u"key"), IniName(u"keys"));
-}
-
 }  // namespace
 }  // namespace zupm
