@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::native {
 

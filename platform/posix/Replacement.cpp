@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/linux/FileMetadata.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/DirectWrite.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/FolderFlush.h"
@@ -32,8 +33,7 @@ std::string UnguessableName()
 {
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::array<unsigned char, 16> bytes{};
-    const ssize_t count = Retry([&] { return Calls().getrandom(bytes.data(), bytes.size(), 0); });
-    if (count != static_cast<ssize_t>(bytes.size())) {
+    if (!FillWithRandomBytes(bytes)) {
         return {};
     }
     std::string name = ".zu";

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::test {
 

@@ -11,7 +11,7 @@
 #include <functional>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/FaultySystem.h"
 #include "tests/platform/TestFolder.h"
 

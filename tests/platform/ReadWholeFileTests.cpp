@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {
