@@ -63,7 +63,7 @@ bool Holds(std::string_view bytes, const ProfileSetting& setting)
                        EightBitProfileHolds(setting.value));
 }
 
-/// The file's bytes with the setting; nothing when writing it would lose what is there, or the system refuses.
+/// The file's bytes with the setting; nothing when that would lose text of the file, or the system refuses.
 std::optional<std::string> WithSetting(const std::string& bytes, const ProfileSetting& setting)
 {
     if (Holds(bytes, setting)) {

@@ -18,7 +18,7 @@ namespace zupm::runtime {
 namespace {
 
 /// Holds the advisory lock on a file of its own beside the registry: the registry itself is replaced by renaming, and a
-/// lock on the old file would keep nobody from the new one. Closing the file gives up the lock.
+/// lock on the old file would keep nobody away from the new one. Closing the file gives up the lock.
 class FileLock {
 public:
     explicit FileLock(const std::string& path) noexcept

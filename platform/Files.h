@@ -13,8 +13,8 @@ namespace zupm {
 /// and the parser's index is signed.
 inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
 
-/// Whether the new file survives a loss of power once the call returned, or the old one may come back. It is one of the
-/// two in any case, for a reader and after a loss of power, and never a part of one.
+/// What a loss of power leaves after the call returned: the new file, or perhaps the old one. A reader always finds one
+/// of the two whole, after a loss of power too.
 enum class Durability { Flushed, LeftToTheSystem };
 
 /// Reads a regular file whole into `bytes` (left empty on failure).

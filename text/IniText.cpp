@@ -44,7 +44,7 @@ struct Entry {
     std::optional<std::u16string_view> value;  ///< nothing without '='
 };
 
-/// The header in a line; nothing for any other line.
+/// The header that a line is; nothing for any other line.
 std::optional<Entry> ReadSection(std::u16string_view line)
 {
     const std::size_t bracket = line.rfind(u']');
@@ -54,7 +54,7 @@ std::optional<Entry> ReadSection(std::u16string_view line)
     return Entry{true, UpToNull(WithoutIniBlanks(line.substr(1, bracket - 1))), std::nullopt};
 }
 
-/// Appends a line that is no header. Of lines with neither name nor meaning only the first in a row is kept.
+/// Appends a line that is no header. Of several lines in a row without a name only the first is kept.
 void AppendKey(std::u16string_view line, std::vector<Entry>& entries)
 {
     const std::size_t equals = line.find(u'=');
@@ -115,7 +115,7 @@ Entries::iterator FindSection(Entries& entries, std::u16string_view name)
     });
 }
 
-/// The first key of the name in a section, or where the section ends.
+/// The first key of the name in a section, or the section's end.
 Entries::iterator FindKey(Entries& entries, Entries::iterator section, std::u16string_view name)
 {
     const std::u16string_view wanted = WithoutIniBlanks(name);

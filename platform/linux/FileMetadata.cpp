@@ -112,7 +112,7 @@ result::Code CopyAttributes(int from, int to)
 
 result::Code CopyMetadata(int from, const struct stat& status, int to)
 {
-    // The mode comes last: changing the owner takes special bits away, and until then nobody else may open the file.
+    // The mode comes last: changing the owner removes special bits, and until then nobody else may open the file.
     if (const result::Code code = CopyOwner(status, to); code != result::Success) {
         return code;
     }

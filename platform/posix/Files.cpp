@@ -35,7 +35,7 @@ result::Code Replace(std::u16string_view path, std::string_view bytes, Durabilit
     if (!target) {
         return result::InvalidName;
     }
-    // Opened by the system first: some links, such as those of open files, lead to no name at all.
+    // The system opens it first: some links, such as those of open files, lead to no name at all.
     if (FileHandle special = OpenSpecialFile(*target)) {
         return WriteSpecialFile(std::move(special), bytes);
     }
@@ -61,7 +61,7 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
         }
         return code;
     } catch (...) {
-        // Nothing else throws here than memory that ran out.
+        // Only memory that runs out throws here.
         return result::OutOfMemory;
     }
 }

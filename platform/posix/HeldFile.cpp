@@ -60,7 +60,7 @@ result::Code RehearseTemporary(const FilePlace& place, const struct stat& status
     return allowed == 0 ? result::Success : LastError();
 }
 
-/// Runs what can throw nothing but a lack of memory.
+/// Runs what throws only when memory runs out.
 template <class Body>
 result::Code Guarded(Body body) noexcept
 {

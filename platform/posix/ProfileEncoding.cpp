@@ -10,7 +10,7 @@ namespace zupm::native {
 
 namespace {
 
-/// What a stray byte is added to.
+/// A stray byte plus this is its unit.
 constexpr char16_t kStrayByte = 0xDC00;
 
 std::u16string DecodeUtf8(std::string_view bytes)

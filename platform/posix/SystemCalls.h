@@ -41,7 +41,7 @@ extern const SystemCalls kSystemCalls;
 /// Uses other calls from now on; null goes back to the system's. For tests.
 void ReplaceSystemCalls(const SystemCalls* calls) noexcept;
 
-/// Whether the last call failed because a signal came.
+/// Whether a signal interrupted the last call.
 [[nodiscard]] bool WasInterrupted() noexcept;
 
 /// Repeats a call as long as a signal interrupts it. Its result, or -1 with errno.

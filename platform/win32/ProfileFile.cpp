@@ -1,5 +1,5 @@
-// The system's own call rewrites a file where it lies: a reader can see half of it, a loss of power leaves half of it.
-// And it replaces characters outside the code page by question marks. So it edits a private copy here, in an encoding
+// The system's own call rewrites a file in place: a reader can see half of it, a loss of power leaves half of it. It
+// also replaces characters outside the code page by question marks. So it edits a private copy here, in an encoding
 // that holds the setting, and the file is replaced by that copy's bytes in one step.
 #include "platform/ProfileFile.h"
 
@@ -44,8 +44,10 @@ std::optional<std::string> EditedProfile(const std::string& bytes, const Profile
 
 void FoldProfileCase(std::u16string& name)
 {
-    // A name is at most as long as a file, and those are no longer than a signed length.
-    CharUpperBuffW(WideBuffer(name), static_cast<DWORD>(name.size()));
+    // A unit at a time, as the system compares names: in a longer text the call would also change pairs of surrogates.
+    for (char16_t& unit : name) {
+        CharUpperBuffW(reinterpret_cast<wchar_t*>(&unit), 1);
+    }
 }
 
 }  // namespace zupm

@@ -108,7 +108,7 @@ TEST_F(PrivateProfile, AnUnpairedSurrogate_TurnsTheFileIntoUtf16)
     EXPECT_TRUE(m_log.empty());
 }
 
-TEST_F(PrivateProfile, BlanksThatKeepBytesFromBeingASignature_AreNotTakenAway)
+TEST_F(PrivateProfile, BlanksThatKeepBytesFromBeingASignature_AreNotRemoved)
 {
     for (const std::string_view before : {"\f\xFF\xFE[S]\r\n", " \xFE\xFF", "\t\xEF\xBB\xBF[S]\r\n"}) {
         m_folder.Write("file.ini", before);
@@ -136,7 +136,7 @@ TEST_F(PrivateProfile, ALineBreakOrNull_IsRefusedWithALogLineAndTheFileStays)
     EXPECT_EQ(m_folder.Read("file.ini"), "[S]\r\nk=1\r\n");
 }
 
-TEST_F(PrivateProfile, AValueThatIsThereAlready_LeavesTheFileUntouched)
+TEST_F(PrivateProfile, AValueThatTheFileHasAlready_LeavesTheFileUntouched)
 {
     m_folder.Write("file.ini", "\n[S]\n k = 1\n");
     ASSERT_EQ(::chmod(m_folder.Path("file.ini").c_str(), 0444), 0);

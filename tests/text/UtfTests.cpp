@@ -8,7 +8,7 @@
 namespace zupm {
 namespace {
 
-/// The plain textbook rule, to hold the fast one against.
+/// The plain textbook rule, to compare the fast one with.
 std::string EncodeSlowly(char32_t codePoint)
 {
     const auto byte = [](char32_t value) { return static_cast<char>(value); };
@@ -34,7 +34,7 @@ std::u16string WideOf(char32_t codePoint)
     return {static_cast<char16_t>(0xD800 + (rest >> 10)), static_cast<char16_t>(0xDC00 + (rest & 0x3FF))};
 }
 
-TEST(Utf, EveryCodePoint_GoesThereAndBack)
+TEST(Utf, EveryCodePoint_ConvertsBothWays)
 {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         if (codePoint == 0xD800) {
@@ -59,7 +59,7 @@ bool IsValidPair(unsigned first, unsigned second)
     return (first < 0x80 && second < 0x80) || (first >= 0xC2 && first <= 0xDF && second >= 0x80 && second <= 0xBF);
 }
 
-TEST(Utf, EveryPairOfBytes_IsValidExactlyWhenTheRuleSaysSo)
+TEST(Utf, EveryPairOfBytes_IsValidByTheRuleAlone)
 {
     for (unsigned first = 0; first < 256; ++first) {
         for (unsigned second = 0; second < 256; ++second) {
@@ -178,7 +178,7 @@ TEST(Utf, Nulls_AreCharactersLikeOthers)
     EXPECT_EQ(ToUtf8(wide), narrow);
 }
 
-/// The text in memory that ends where the text does, so that a checker sees a read past it.
+/// A copy whose memory ends where the text does, so that a memory checker sees a read past it.
 template <class Unit>
 std::unique_ptr<Unit[]> Exactly(const std::basic_string<Unit>& text)
 {
