@@ -40,7 +40,7 @@ public:
     using Sink = std::function<void(const LogMessage&)>;
 
     /// Formats and logs. Knows %s, %d, %u, %x, %X with zero padding and width, and %%; the n-th directive
-    /// takes the n-th argument; one without an argument of its kind stays as it stands. A negative 32-bit number shows
+    /// takes the n-th argument; one without an argument of its kind stays unchanged. A negative 32-bit number shows
     /// its 32 bits as %u and %x.
     template <class... Arguments>
     static void AddMessageW(std::uint32_t subsystem, std::int32_t level, std::u16string_view format,

@@ -6,6 +6,9 @@
 #include "common/CzuLogger.h"
 #include "platform/HeldFile.h"
 #include "platform/ProfileFile.h"
+#include "text/IniText.h"
+#include "text/Utf.h"
+#include "text/Utf16Bytes.h"
 
 namespace zupm {
 
@@ -14,6 +17,9 @@ namespace {
 constexpr std::uint32_t kSubsystem = 0x800;
 /// How long one setting waits for other writers of its file, those that take no lock included.
 constexpr std::chrono::milliseconds kPatience(20'000);
+
+/// A setting is written at a time, and each waits for the disk once: for the bytes, but not for the folder as well.
+constexpr Durability kDurability = Durability::LeftToTheSystem;
 
 // Two threads that write into one file must not lose one another's setting between reading and replacing it.
 std::mutex g_profileLock;
@@ -36,6 +42,37 @@ std::u16string_view RefusedPart(const ProfileSetting& setting)
     return BreaksALine(setting.value) ? u"value" : u"";
 }
 
+/// An 8-bit file as UTF-16 with a signature; nothing when a byte of it would be lost.
+std::optional<std::string> AsUtf16(std::string_view bytes)
+{
+    const std::optional<std::u16string> text =
+        bytes.starts_with(kUtf8Signature) ? ToUtf16(bytes.substr(kUtf8Signature.size())) : EightBitProfileText(bytes);
+    if (!text) {
+        return std::nullopt;
+    }
+    std::string wide(kUtf16LittleEndianSignature);
+    AppendUnits(*text, ByteOrder::LittleEndian, wide);
+    return wide;
+}
+
+/// Whether the file's encoding has every character of the setting.
+bool Holds(std::string_view bytes, const ProfileSetting& setting)
+{
+    const bool isUtf16 = bytes.starts_with(kUtf16LittleEndianSignature) || bytes.starts_with(kUtf16BigEndianSignature);
+    return isUtf16 || (EightBitProfileHolds(setting.section) && EightBitProfileHolds(setting.key) &&
+                       EightBitProfileHolds(setting.value));
+}
+
+/// The file's bytes with the setting; nothing when that would lose text of the file, or the system refuses.
+std::optional<std::string> WithSetting(const std::string& bytes, const ProfileSetting& setting)
+{
+    if (Holds(bytes, setting)) {
+        return EditedProfile(bytes, setting);
+    }
+    const std::optional<std::string> wide = AsUtf16(bytes);
+    return wide ? EditedProfile(*wide, setting) : std::nullopt;
+}
+
 /// Puts the setting into the file that is held, and replaces it; FileChanged when somebody who takes no lock changed
 /// it.
 result::Code WriteHeld(const ProfileSetting& setting, HeldFile& file)
@@ -48,8 +85,7 @@ result::Code WriteHeld(const ProfileSetting& setting, HeldFile& file)
     if (!changed) {
         return result::NotSupported;
     }
-    // A setting is written at a time, and each waits for the disk once: for the bytes, but not for the folder as well.
-    return *changed == bytes ? result::Success : file.Replace(*changed, &bytes, Durability::LeftToTheSystem);
+    return *changed == bytes ? result::Success : file.Replace(*changed, &bytes, kDurability);
 }
 
 /// Reads the file, puts the setting in and replaces the file, holding its lock: another process that exports into the
@@ -64,7 +100,7 @@ result::Code Write(const ProfileSetting& setting, std::u16string_view path)
         code = OpenLocked(path, kPatience, file);
         if (code == result::FileNotFound) {
             const std::optional<std::string> first = WithSetting({}, setting);
-            return first ? ReplaceProfile(path, *first) : result::NotSupported;
+            return first ? ReplaceFileAtomically(path, *first, kDurability) : result::NotSupported;
         }
         // A file system without locks still takes the setting.
         if (code == result::Success || (code == result::NotSupported && file.IsOpen())) {
@@ -92,6 +128,13 @@ bool WritePrivateProfileStringW(std::u16string_view section, std::u16string_view
     } catch (...) {
         return false;
     }
+}
+
+std::u16string ProfileName(std::u16string_view name)
+{
+    std::u16string folded(WithoutIniBlanks(name));
+    FoldProfileCase(folded);
+    return folded;
 }
 
 }  // namespace zupm

@@ -1,6 +1,7 @@
 /// INI files: one setting written at a time, as the operating system's own call writes it.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace zupm {
@@ -17,5 +18,9 @@ namespace zupm {
 /// A file that cannot be read or written gives false without a log line.
 [[nodiscard]] bool WritePrivateProfileStringW(std::u16string_view section, std::u16string_view key,
                                               std::u16string_view value, std::u16string_view path) noexcept;
+
+/// The form of a section's or key's name that is the same for all names that an INI file takes for one: without blanks
+/// at its ends and without regard to case (Windows: of every letter; natively of A to Z).
+[[nodiscard]] std::u16string ProfileName(std::u16string_view name);
 
 }  // namespace zupm

@@ -1,4 +1,4 @@
-// Objects by class identifier: where a class's module is found, and its class object.
+// Objects by class identifier: finds a class's module and its class object.
 #include <iterator>
 #include <string>
 
@@ -29,7 +29,7 @@ std::u16string TextOf(REFGUID guid)
     return text;
 }
 
-/// Reads a key's default value; `missing` stands for "there is none".
+/// Reads a key's default value; `missing` is the result when there is none.
 HRESULT ReadDefault(const std::u16string& key, HRESULT missing, std::u16string& value)
 {
     OwnedString found;

@@ -14,7 +14,7 @@
 
 namespace zupm::runtime {
 
-/// What a module said of itself.
+/// What a module announced.
 struct Announcement {
     const ZuClassEntry* entries;
     std::size_t count;
@@ -45,10 +45,10 @@ public:
 
     /// The loaded module of that path; `get` is null when there is none.
     [[nodiscard]] ClassSource FindLoaded(const std::string& path);
-    /// Adds a module; one of the same path that is there already is kept and used instead.
+    /// Adds a module; if the table already has one of the same path, that one stays and is used.
     [[nodiscard]] ClassSource Add(std::shared_ptr<const LoadedModule> module);
 
-    /// Unloads the modules that say they can go and that nobody was given since they said so.
+    /// Unloads the modules that report that they can be unloaded, unless somebody was given one since.
     void FreeUnused();
 
 private:

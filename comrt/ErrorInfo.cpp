@@ -1,4 +1,4 @@
-// Error information: the object that a failing member leaves behind, and the calling thread's slot for it.
+// Error information: the object that a failing member leaves, and the calling thread's slot for it.
 #include <atomic>
 #include <string>
 
@@ -112,7 +112,7 @@ struct ErrorSlot {
     ErrorSlot& operator=(const ErrorSlot&) = delete;
     ~ErrorSlot() { Replace(nullptr); }
 
-    /// Emptied or filled before the old object is released: its release may come back here.
+    /// Emptied or filled before the old object is released: its release may call this function again.
     void Replace(IErrorInfo* next) noexcept
     {
         IErrorInfo* old = info;

@@ -7,7 +7,7 @@
 
 namespace zupm::runtime {
 
-/// Runs `call` and turns what escapes into a result: no exception leaves the runtime.
+/// Runs `call` and turns every exception into a result: none leaves the runtime.
 template <class Call>
 [[nodiscard]] HRESULT Guarded(Call&& call) noexcept
 {

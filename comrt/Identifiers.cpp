@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Where the 16 bytes of an identifier stand in its text, most significant digit of each field first.
+/// Where the digits of an identifier's 16 bytes are in its text, most significant digit of each field first.
 constexpr int kBytePositions[] = {1, 3, 5, 7, 10, 12, 15, 17, 20, 22, 25, 27, 29, 31, 33, 35};
 constexpr std::u16string_view kPattern = u"{00000000-0000-0000-0000-000000000000}";
 constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
@@ -91,7 +91,7 @@ HRESULT CLSIDFromString(LPCOLESTR text, CLSID* clsid) noexcept
         return E_POINTER;
     }
     *clsid = GUID_NULL;
-    // One unit more than a right text has is looked at, so a text of any length costs the same.
+    // Reads one unit more than a correct text has, so a text of any length costs the same.
     std::size_t length = 0;
     while (text != nullptr && length <= kPattern.size() && text[length] != u'\0') {
         ++length;

@@ -28,7 +28,7 @@ public:
     /// Where the module lies in memory: the same for every function of it (see BaseOf).
     [[nodiscard]] const void* Base() const { return m_base; }
     [[nodiscard]] ZuGetClassObject ClassObjects() const { return m_getClassObject; }
-    /// Asks the module; one that offers no answer stays loaded.
+    /// Asks the module; one without that function stays loaded.
     [[nodiscard]] bool CanUnloadNow() const;
 
 private:
@@ -43,7 +43,7 @@ private:
     CanUnload m_canUnload = nullptr;
 };
 
-/// The base of the module that holds a function; null when the system does not tell.
+/// The base of the module that holds a function; null when the system does not know.
 [[nodiscard]] const void* BaseOf(ZuGetClassObject function) noexcept;
 
 }  // namespace zupm::runtime

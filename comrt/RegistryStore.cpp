@@ -1,13 +1,13 @@
 #include "comrt/RegistryStore.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdlib>
 
 #include "platform/Files.h"
+#include "platform/LogOutput.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/FileHandle.h"
 #include "platform/posix/FolderFlush.h"
@@ -18,15 +18,13 @@ namespace zupm::runtime {
 namespace {
 
 /// Holds the advisory lock on a file of its own beside the registry: the registry itself is replaced by renaming, and a
-/// lock on the old file would keep nobody from the new one. Closing the file gives the lock up.
+/// lock on the old file would keep nobody away from the new one. Closing the file gives up the lock.
 class FileLock {
 public:
     explicit FileLock(const std::string& path) noexcept
         : m_file(native::OpenBelow(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW, 0600))
     {
-        if (!m_file || native::Retry([&] { return native::Calls().flock(m_file.Get(), LOCK_EX); }) != 0) {
-            m_code = native::LastError();
-        }
+        m_code = m_file ? native::WaitForLock(m_file) : native::LastError();
     }
 
     [[nodiscard]] result::Code Code() const { return m_code; }
@@ -39,8 +37,7 @@ private:
 /// An environment variable's value, empty when it is unset or may not be trusted.
 std::string Variable(const char* name)
 {
-    const char* value = ::secure_getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
+    return TrustedEnvironmentVariable(name).value_or(std::string());
 }
 
 bool IsAbsolute(std::string_view path)
@@ -169,7 +166,7 @@ result::Code RegistryStore::CreateFolders() const
         if (errno == EEXIST) {
             continue;
         }
-        // A folder above may be one that this user cannot write to (EACCES, EROFS) and be there all the same.
+        // A folder above may be one that this user cannot write to (EACCES, EROFS) and still exist.
         const int error = errno;
         struct stat existing {};
         if (native::Calls().fstatat(AT_FDCWD, folder.c_str(), &existing, 0) != 0) {

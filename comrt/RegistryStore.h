@@ -20,7 +20,7 @@ class RegistryStore {
 public:
     explicit RegistryStore(std::u16string path) : m_path(std::move(path)) {}
 
-    /// Where the registry file lies: `$ZUREGISTRY`, else `$XDG_DATA_HOME/zupolicymanager/registry`, else
+    /// Where the registry file lies: `$ZUREGISTRY`, or `$XDG_DATA_HOME/zupolicymanager/registry`, or
     /// `$HOME/.local/share/zupolicymanager/registry`. A program that runs with more rights than its caller ignores the
     /// environment. FileNotFound (no variable names an absolute folder), InvalidName (a path that is not absolute or
     /// not UTF-8).

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 
-/// What has to be escaped wherever it stands. The quote is only special in values, but one rule is easier to keep.
+/// What must be escaped everywhere. Only values need the quote escaped, but one rule is simpler.
 constexpr bool NeedsEscape(char unit)
 {
     const auto byte = static_cast<unsigned char>(unit);
@@ -30,7 +30,7 @@ void AppendEscaped(std::string& out, std::string_view text)
     }
 }
 
-/// The ASCII character that an escape's two digits stand for; nothing for null and for what is not ASCII.
+/// The ASCII character that an escape's two digits mean; nothing for null and for what is not ASCII.
 std::optional<char> Unescape(std::string_view digits)
 {
     constexpr std::string_view kEitherCase = "0123456789ABCDEFabcdef";
@@ -48,7 +48,7 @@ std::optional<char> Unescape(std::string_view digits)
     return value == 0 || value > 0x7F ? std::nullopt : std::optional(static_cast<char>(value));
 }
 
-/// The text that an escaped one stands for; nothing when it holds what should have been escaped.
+/// The text that an escaped one means; nothing when it holds what must be escaped.
 std::optional<std::string> Decode(std::string_view text)
 {
     std::string decoded;
@@ -96,7 +96,7 @@ std::optional<RegistryText> RegistryText::Parse(std::string_view text)
     Values* current = nullptr;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
-        // A last line without its end is what a file cut short looks like.
+        // A file that was cut short has a last line without its end.
         if (end == std::string_view::npos || !registry.ParseLine(text.substr(0, end), current)) {
             return std::nullopt;
         }
@@ -200,7 +200,7 @@ void RegistryText::DeleteTree(std::string_view key)
     if (found != m_keys.end()) {
         m_keys.erase(found);
     }
-    // What lies below shares the prefix and so stands together, but not beside the key itself: "A!" sorts between them.
+    // The keys below share the prefix and so are adjacent, but not to the key itself: "A!" sorts between them.
     const std::string prefix = std::string(key) + '\\';
     auto first = m_keys.lower_bound(prefix);
     auto last = first;

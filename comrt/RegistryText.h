@@ -7,9 +7,9 @@
 ///     "ThreadingModel"="Free"
 ///
 /// A line in brackets names a key: everything up to the bracket that ends the line. The lines after it are the key's
-/// values, `@` being its default value. `%` with two hexadecimal digits stands for one ASCII character; `%`, `"` and
-/// the control characters are always written so, nothing else needs to be. Empty lines are allowed. Anything else makes
-/// the text refused as a whole.
+/// values, `@` being its default value. `%` with two hexadecimal digits means one ASCII character; `%`, `"` and
+/// the control characters are always written that way, nothing else must be. Empty lines are allowed. Anything else
+/// makes the text refused as a whole.
 #pragma once
 
 #include <map>

@@ -13,8 +13,8 @@ namespace zupm {
 /// and the parser's index is signed.
 inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
 
-/// Whether the new file survives a loss of power once the call returned, or the old one may come back. It is one of the
-/// two in any case, for a reader and after a loss of power, and never a part of one.
+/// What a loss of power leaves after the call returned: the new file, or perhaps the old one. A reader always finds one
+/// of the two whole, after a loss of power too.
 enum class Durability { Flushed, LeftToTheSystem };
 
 /// Reads a regular file whole into `bytes` (left empty on failure).
@@ -26,12 +26,13 @@ enum class Durability { Flushed, LeftToTheSystem };
 /// Replaces the file at `path` by `bytes` in one step, or creates it.
 ///
 /// A temporary file beside the target (exclusive, unguessable name, readable by its owner alone until it has the
-/// target's permissions) is written, flushed to the disk and renamed over it, and the folder is flushed. Permissions,
-/// owner and extended attributes are kept; a symbolic link stays and its target is replaced; a target that may not be
-/// written is refused. A target that is no regular file is written directly. On failure the old file is as it was and
-/// no temporary is left; only when flushing the folder fails (InputOutputError) the new file is in place, and a loss of
-/// power may bring the old one back.
-/// The codes of ReadWholeFile, and WriteProtected, DiskFull, QuotaExceeded, SharingViolation, NameTooLong.
-[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes) noexcept;
+/// target's permissions) is written, flushed to the disk and renamed over it, and the folder is flushed (Durability).
+/// Permissions, owner and extended attributes are kept; a symbolic link stays and its target is replaced; a target that
+/// may not be written is refused. A target that is no regular file is written directly. On failure the old file is as
+/// it was and no temporary is left; only when flushing the folder fails (InputOutputError) the new file is in place,
+/// and a loss of power may bring the old one back. The codes of ReadWholeFile, and WriteProtected, DiskFull,
+/// QuotaExceeded, SharingViolation, NameTooLong.
+[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes,
+                                                 Durability durability = Durability::Flushed) noexcept;
 
 }  // namespace zupm

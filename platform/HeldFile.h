@@ -13,10 +13,10 @@ namespace zupm {
 
 /// A regular file and the folder that it lies in, both held open, so that its path is looked up once and never again.
 ///
-/// Links     One that the path ends with is followed where the system follows it for everybody: in a folder that
-/// anybody
-///           may write and that protects its files (sticky), only a link of the caller's or of the folder's owner.
-///           Natively such a link is AccessDenied. The link stays; the file at its end is opened, locked and replaced.
+/// Links     One that the path ends with is followed where the system follows it for everybody: in a folder
+///           that anybody may write and that protects its files (sticky), only a link of the caller or of the folder's
+///           owner. Natively any other link there is AccessDenied. The link stays; the file at its end is opened,
+///           locked and replaced.
 /// Lifetime  The lock and the handles end with the object, with Close, and with the process.
 /// Threads   None of its own: one thread at a time.
 class HeldFile {
@@ -37,7 +37,7 @@ public:
     [[nodiscard]] bool IsOpen() const noexcept { return m_handles != nullptr; }
 
     /// Takes the file's lock, which whoever may write the file can take. It leaves nothing on disk.
-    /// FileLocked: another holder has it. FileChanged: it was taken, but the name means another file by now, or none:
+    /// FileLocked: another holder has it. FileChanged: it was taken, but the name now means another file, or none:
     /// open again. NotSupported: the file system has no locks. Or the code of the failed call.
     [[nodiscard]] result::Code TryLock() noexcept;
 
@@ -66,8 +66,7 @@ private:
     std::unique_ptr<Handles> m_handles;
 };
 
-/// Whether another moment may bring another answer: somebody edits the file, keeps writers out, or has just replaced
-/// it.
+/// Whether trying again may help: somebody edits the file, keeps writers out, or has just replaced it.
 [[nodiscard]] bool MayPass(result::Code code) noexcept;
 
 /// Opens the file and takes its lock, again and again for up to `patience` while somebody else has it, keeps writers

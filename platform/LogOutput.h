@@ -8,7 +8,7 @@
 namespace zupm {
 
 /// A variable of the process's environment as UTF-8; nothing when it is unset, or when the program runs with more
-/// rights than its caller, whose environment then must not name files to write to.
+/// rights than its caller, whose environment must then not name files to write to.
 [[nodiscard]] std::optional<std::string> TrustedEnvironmentVariable(const char* name);
 
 /// Appends `line` to the file at a UTF-8 path in a single write, creating the file for its owner alone; an empty path

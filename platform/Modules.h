@@ -1,4 +1,4 @@
-/// Modules as the operating system knows them: where this one lies, and resource modules loaded as data.
+/// Modules of the operating system: where this one lies, and resource modules loaded as data.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,7 @@ protected:
 [[nodiscard]] std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view fullPath);
 
 /// Full path of the module that holds this code, and the folder it lies in (without a separator at the end); empty when
-/// the system does not tell.
+/// the system does not know.
 [[nodiscard]] std::u16string OwnModulePath();
 [[nodiscard]] std::u16string OwnModuleFolder();
 

@@ -1,11 +1,9 @@
-/// What is each target's own about INI files; common/PrivateProfile.h is for callers.
+/// How each target holds an INI file's text and edits it; callers use common/PrivateProfile.h.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "zuPolicyManager/Results.h"
 
 namespace zupm {
 
@@ -19,15 +17,18 @@ struct ProfileSetting {
 /// The file that the system's own call means by a path.
 [[nodiscard]] std::u16string ProfilePath(std::u16string_view path);
 
-/// The bytes of an INI file after the setting was written into `bytes`; those same bytes when they hold it already.
-/// Nothing when that would lose what is there, or the system refuses.
-[[nodiscard]] std::optional<std::string> WithSetting(const std::string& bytes, const ProfileSetting& setting);
+/// Whether the 8-bit encoding of INI files (Windows: the code page; natively UTF-8) has every character of the text.
+[[nodiscard]] bool EightBitProfileHolds(std::u16string_view text);
 
-/// Replaces the file in one step, or creates it.
-[[nodiscard]] result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes);
+/// The text of an 8-bit file without a signature; nothing when a byte of it would be lost.
+[[nodiscard]] std::optional<std::u16string> EightBitProfileText(std::string_view bytes);
 
-/// The form of a section's or key's name that is the same for all names that an INI file takes for one: without blanks
-/// at its ends, and in capitals (Windows: every letter; natively A to Z, which is what counts natively).
-[[nodiscard]] std::u16string ProfileName(std::u16string_view name);
+/// The bytes of an INI file after the setting was written into `bytes`, whose encoding has all its characters; those
+/// same bytes when they hold it already. Nothing when the system refuses, or the result would be read in another
+/// encoding.
+[[nodiscard]] std::optional<std::string> EditedProfile(const std::string& bytes, const ProfileSetting& setting);
+
+/// Gives all names that differ only in the case of letters the same form (Windows: every letter; natively A to Z).
+void FoldProfileCase(std::u16string& name);
 
 }  // namespace zupm

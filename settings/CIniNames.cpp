@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/ProfileFile.h"
+#include "common/PrivateProfile.h"
 
 namespace zupm {
 

@@ -1,4 +1,4 @@
-/// Comparing names without regard to ASCII case, as registries and calls by name do.
+/// Comparing names without regard to ASCII case, as registries, INI files and calls by name do.
 #pragma once
 
 #include <algorithm>

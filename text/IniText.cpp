@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "text/AsciiCase.h"
+
 namespace zupm {
 
 namespace {
@@ -35,16 +37,6 @@ std::u16string_view UpToNull(std::u16string_view text)
     return text.substr(0, text.find(u'\0'));
 }
 
-constexpr char16_t ToAsciiCapital(char16_t unit)
-{
-    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-}
-
-bool EqualsIgnoringAsciiCase(std::u16string_view left, std::u16string_view right)
-{
-    return std::ranges::equal(left, right, {}, ToAsciiCapital, ToAsciiCapital);
-}
-
 /// A section's header, or one line in a section.
 struct Entry {
     bool isSection = false;
@@ -52,7 +44,7 @@ struct Entry {
     std::optional<std::u16string_view> value;  ///< nothing without '='
 };
 
-/// The header in a line; nothing for any other line.
+/// The header that a line is; nothing for any other line.
 std::optional<Entry> ReadSection(std::u16string_view line)
 {
     const std::size_t bracket = line.rfind(u']');
@@ -62,7 +54,7 @@ std::optional<Entry> ReadSection(std::u16string_view line)
     return Entry{true, UpToNull(WithoutIniBlanks(line.substr(1, bracket - 1))), std::nullopt};
 }
 
-/// Appends a line that is no header. Of lines with neither name nor meaning only the first in a row is kept.
+/// Appends a line that is no header. Of several lines in a row without a name only the first is kept.
 void AppendKey(std::u16string_view line, std::vector<Entry>& entries)
 {
     const std::size_t equals = line.find(u'=');
@@ -123,7 +115,7 @@ Entries::iterator FindSection(Entries& entries, std::u16string_view name)
     });
 }
 
-/// The first key of the name in a section, or where the section ends.
+/// The first key of the name in a section, or the section's end.
 Entries::iterator FindKey(Entries& entries, Entries::iterator section, std::u16string_view name)
 {
     const std::u16string_view wanted = WithoutIniBlanks(name);
@@ -182,13 +174,6 @@ std::optional<std::u16string> ReadIniValue(std::u16string_view text, std::u16str
 std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept
 {
     return WithoutTrailingBlanks(WithoutLeadingBlanks(text));
-}
-
-std::u16string IniName(std::u16string_view name)
-{
-    std::u16string folded(WithoutIniBlanks(name));
-    std::ranges::transform(folded, folded.begin(), ToAsciiCapital);
-    return folded;
 }
 
 }  // namespace zupm

@@ -14,10 +14,10 @@ namespace zupm {
 /// The text with `key=value` in its section; the text itself, to the byte, when the key has that value already.
 ///
 /// Lines end at CR or LF. Blanks are U+0009 to U+000D, U+001A and U+0020. A line that begins with `[` is a section up
-/// to its last `]`; any other is a key up to its first `=`, comments as well. What precedes the first section belongs
-/// to the section without a name. Section and key are the first of their names, without the blanks at their ends and
-/// the case of A to Z; new ones are written without the blanks before them, and so is the value. A new key ends its
-/// section, a new section the text. Null characters in the text cut off the name or value that they are in.
+/// to its last `]`; any other is a key up to its first `=`, comments as well. Lines before the first section belong
+/// to the section without a name. Of sections and keys with the same name, apart from blanks at its ends and the case
+/// of A to Z, the first counts. New names are written without the blanks before them, and so is the value. A new key
+/// ends its section, a new section the text. Null characters in the text cut off the name or value that they are in.
 [[nodiscard]] std::u16string SetIniValue(std::u16string_view text, std::u16string_view section, std::u16string_view key,
                                          std::u16string_view value);
 
@@ -28,8 +28,5 @@ namespace zupm {
 
 /// A name or value without the blanks at its ends.
 [[nodiscard]] std::u16string_view WithoutIniBlanks(std::u16string_view text) noexcept;
-
-/// The form that is the same for all names that SetIniValue takes for one: without those blanks, A to Z as capitals.
-[[nodiscard]] std::u16string IniName(std::u16string_view name);
 
 }  // namespace zupm

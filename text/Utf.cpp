@@ -9,7 +9,7 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-/// What stands at a place of a text: a code point, or `length` bytes (units) that belong to none.
+/// What a place in a text holds: a code point, or `length` bytes (units) that belong to none.
 struct Step {
     char32_t codePoint;
     std::size_t length;
@@ -17,7 +17,7 @@ struct Step {
 };
 
 /// What a lead byte demands: how many bytes follow, and the range of the first of them. The narrower ranges keep out
-/// overlong forms, surrogates and what lies past U+10FFFF.
+/// overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
     std::size_t following;
     std::uint8_t low;
@@ -42,7 +42,7 @@ constexpr Lead LeadOf(std::uint8_t byte)
     return {3, low, high};
 }
 
-/// The step at a byte that is not ASCII. An invalid step covers the longest beginning that could have become valid.
+/// The step at a byte that is not ASCII. An invalid step covers the longest start of a sequence that could be valid.
 Step DecodeUtf8Slowly(std::string_view text, std::size_t at)
 {
     const auto first = static_cast<std::uint8_t>(text[at]);
@@ -68,7 +68,7 @@ constexpr bool IsSurrogate(char32_t unit)
     return (unit & 0xFFFFF800u) == 0xD800u;
 }
 
-/// As above; two and three bytes, which nearly all text is made of, are taken on a short way.
+/// The same, faster for two and three bytes, which nearly all text that is not ASCII consists of.
 Step DecodeUtf8(std::string_view text, std::size_t at)
 {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data() + at);
@@ -148,7 +148,7 @@ constexpr std::size_t Utf8Length(char32_t codePoint)
     return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
 }
 
-/// Writes a code point and returns the place behind it.
+/// Writes a code point and returns the place after it.
 char* Write(char* out, char32_t codePoint)
 {
     const auto continuation = [codePoint](unsigned shift) {
@@ -181,6 +181,12 @@ char16_t* Write(char16_t* out, char32_t codePoint)
     out[0] = static_cast<char16_t>(0xD7C0u + (codePoint >> 10));
     out[1] = static_cast<char16_t>(0xDC00u | (codePoint & 0x3FFu));
     return out + 2;
+}
+
+/// The step at any byte.
+Step StepAt(std::string_view text, std::size_t at)
+{
+    return IsAscii(text[at]) ? Step{static_cast<std::uint8_t>(text[at]), 1, true} : DecodeUtf8(text, at);
 }
 
 Step Decode(std::string_view text, std::size_t at)
@@ -247,7 +253,7 @@ Out* CopyAscii(Out* out, View text, std::size_t& at)
     return out;
 }
 
-/// Converts a measured text: exactly `length` bytes (units) come out.
+/// Converts a measured text into exactly `length` bytes (units).
 template <class Out, class View>
 std::basic_string<Out> Convert(View text, std::size_t length)
 {
@@ -322,6 +328,30 @@ std::string ToUtf8Lossy(std::u16string_view text)
 std::u16string ToUtf16Lossy(std::string_view text)
 {
     return Convert<char16_t>(text, MeasureConversion<char16_t>(text).length);
+}
+
+CodePoint CodePointAt(std::string_view utf8, std::size_t at) noexcept
+{
+    const Step step = StepAt(utf8, at);
+    return {step.codePoint, step.length};
+}
+
+bool EqualsUtf16(std::string_view utf8, std::u16string_view utf16) noexcept
+{
+    std::size_t at = 0;
+    for (std::size_t unit = 0; unit < utf16.size();) {
+        if (at == utf8.size()) {
+            return false;
+        }
+        const Step left = StepAt(utf8, at);
+        const Step right = DecodeUtf16(utf16, unit);
+        if (left.codePoint != right.codePoint || !left.valid || !right.valid) {
+            return false;
+        }
+        at += left.length;
+        unit += right.length;
+    }
+    return at == utf8.size();
 }
 
 void AppendUtf8(std::string& out, char32_t codePoint)

@@ -23,6 +23,18 @@ inline constexpr std::size_t kValid = static_cast<std::size_t>(-1);
 [[nodiscard]] std::string ToUtf8Lossy(std::u16string_view text);
 [[nodiscard]] std::u16string ToUtf16Lossy(std::string_view text);
 
+/// A code point of a text, and how many bytes it takes.
+struct CodePoint {
+    char32_t value;
+    std::size_t bytes;
+};
+
+/// The code point whose first byte lies at `at` in valid UTF-8.
+[[nodiscard]] CodePoint CodePointAt(std::string_view utf8, std::size_t at) noexcept;
+
+/// Whether the texts hold the same code points; a text that is not valid equals none. Allocates nothing.
+[[nodiscard]] bool EqualsUtf16(std::string_view utf8, std::u16string_view utf16) noexcept;
+
 /// Appends one code point (at most U+10FFFF, no surrogate).
 void AppendUtf8(std::string& out, char32_t codePoint);
 

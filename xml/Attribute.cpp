@@ -30,7 +30,7 @@ Attribute Element::GetAttribute(std::u16string_view name) const
     }
     TagScanner scanner(m_tree->StartTag(m_index));
     while (const std::optional<AttributeSpan> span = scanner.Next()) {
-        if (EqualsUtf16(span->name, name)) {
+        if (zupm::EqualsUtf16(span->name, name)) {
             return Attribute(*this, std::string(span->name));
         }
     }
@@ -87,7 +87,7 @@ std::u16string Attribute::GetText() const
 bool Attribute::TextIs(std::u16string_view text) const
 {
     const std::optional<AttributeSpan> span = Find();
-    return span && EqualsUtf16(DecodeAttribute(span->value), text);
+    return span && zupm::EqualsUtf16(DecodeAttribute(span->value), text);
 }
 
 void Attribute::DeleteChildren()
@@ -107,7 +107,7 @@ void Attribute::SetText(std::u16string_view text)
         return;
     }
     const std::string escaped = EscapeAttribute(text, span->quote);
-    if (!EqualsUtf16(DecodeAttribute(span->value), text)) {
+    if (!zupm::EqualsUtf16(DecodeAttribute(span->value), text)) {
         SpanTree& tree = *m_element.m_tree;
         const std::string_view tag = tree.StartTag(m_element.m_index);
         tree.ReplaceStartTag(m_element.m_index,

@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <utility>
 
+#include "text/AsciiCase.h"
 #include "text/Utf.h"
+#include "text/Utf16Bytes.h"
 #include "xml/Latin1.h"
 #include "xml/Utf16.h"
 
@@ -41,11 +43,11 @@ bool EncodeUtf8(std::string& text, std::string_view signature);
 
 /// In the order of the values.
 constexpr std::array kEncodings = {
-    EncodingRow{Utf16LittleEndianSigned, kLittleEndianNames, "\xFF\xFE", "<\0?\0"sv, DecodeUtf16LittleEndian,
-                EncodeUtf16LittleEndian},
-    EncodingRow{Utf16BigEndianSigned, kBigEndianNames, "\xFE\xFF", "\0<\0?"sv, DecodeUtf16BigEndian,
+    EncodingRow{Utf16LittleEndianSigned, kLittleEndianNames, zupm::kUtf16LittleEndianSignature, "<\0?\0"sv,
+                DecodeUtf16LittleEndian, EncodeUtf16LittleEndian},
+    EncodingRow{Utf16BigEndianSigned, kBigEndianNames, zupm::kUtf16BigEndianSignature, "\0<\0?"sv, DecodeUtf16BigEndian,
                 EncodeUtf16BigEndian},
-    EncodingRow{Utf8Signed, kUtf8Names, "\xEF\xBB\xBF", kAsciiOpening, DecodeUtf8, EncodeUtf8},
+    EncodingRow{Utf8Signed, kUtf8Names, zupm::kUtf8Signature, kAsciiOpening, DecodeUtf8, EncodeUtf8},
     EncodingRow{Utf8, kUtf8Names, "", kAsciiOpening, DecodeUtf8, EncodeUtf8},
     EncodingRow{Iso8859_1, {"ISO-8859-1"sv, ""sv}, "", kAsciiOpening, DecodeLatin1, EncodeLatin1},
     EncodingRow{Utf16LittleEndian, kLittleEndianNames, "", "<\0?\0"sv, DecodeUtf16LittleEndian,
@@ -73,17 +75,6 @@ static_assert(AreInOrder());
 const EncodingRow& RowOf(UTF_ENCODINGS encoding) noexcept
 {
     return kEncodings.at(IndexOf(encoding));
-}
-
-constexpr char LowerCase(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
 /// The encoding that an XML declaration at the start of a text names; empty without one.
@@ -138,8 +129,8 @@ bool IsRecognised(const EncodingRow& row, std::string_view bytes) noexcept
 bool IsDeclarable(std::string_view name, UTF_ENCODINGS encoding) noexcept
 {
     const auto& names = RowOf(encoding).names;
-    return !name.empty() &&
-           std::any_of(names.begin(), names.end(), [&](auto known) { return EqualsIgnoringCase(name, known); });
+    return !name.empty() && std::any_of(names.begin(), names.end(),
+                                        [&](auto known) { return zupm::EqualsIgnoringAsciiCase(name, known); });
 }
 
 UTF_ENCODINGS DetectEncoding(std::string_view bytes) noexcept

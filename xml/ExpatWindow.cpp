@@ -2,12 +2,14 @@
 
 #include <new>
 
+#include "text/Utf16Bytes.h"
+
 namespace AdvXMLParser {
 
 namespace {
 
 /// Fed first: Expat then reads the text as UTF-8, whatever its first characters look like.
-constexpr std::string_view kSignature = "\xEF\xBB\xBF";
+constexpr std::string_view kSignature = zupm::kUtf8Signature;
 
 }  // namespace
 

@@ -11,27 +11,6 @@ namespace AdvXMLParser {
 
 namespace {
 
-struct CodePoint {
-    std::uint32_t value;
-    std::size_t bytes;
-};
-
-CodePoint CodePointAt(std::string_view utf8, std::size_t at) noexcept
-{
-    const auto byte = [&](std::size_t i) {
-        return static_cast<std::uint32_t>(static_cast<unsigned char>(utf8[at + i]));
-    };
-    if (byte(0) < 0x80) {
-        return {byte(0), 1};
-    }
-    const std::size_t bytes = byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
-    std::uint32_t value = byte(0) & (0xFFu >> (bytes + 1));
-    for (std::size_t i = 1; i < bytes; ++i) {
-        value = value << 6 | (byte(i) & 0x3F);
-    }
-    return {value, bytes};
-}
-
 /// Encodes a well-formed document piece by piece. The piece decides what may replace a character that is missing.
 class Latin1Encoder {
 public:
@@ -123,7 +102,7 @@ private:
     bool EncodeUpTo(std::size_t end, Substitute substitute)
     {
         for (const std::size_t stop = end == std::string_view::npos ? m_text.size() : end; m_at < stop;) {
-            const CodePoint point = CodePointAt(m_text, m_at);
+            const zupm::CodePoint point = zupm::CodePointAt(m_text, m_at);
             m_at += point.bytes;
             if (point.value <= 0xFF) {
                 m_out += static_cast<char>(point.value);
@@ -132,7 +111,7 @@ private:
             if (substitute == Substitute::None) {
                 return false;
             }
-            const std::string reference = "&#" + std::to_string(point.value) + ";";
+            const std::string reference = "&#" + std::to_string(static_cast<std::uint32_t>(point.value)) + ";";
             m_out += substitute == Substitute::Reference
                          ? reference
                          : std::string(kCdataEnd) + reference + std::string(kCdataBegin);

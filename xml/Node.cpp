@@ -37,7 +37,7 @@ std::u16string Node::GetName() const
 
 bool Node::NameIs(std::u16string_view name) const noexcept
 {
-    return !IsNull() && EqualsUtf16(m_tree->Name(m_index), name);
+    return !IsNull() && zupm::EqualsUtf16(m_tree->Name(m_index), name);
 }
 
 void Node::Delete()

@@ -5,20 +5,16 @@
 #include <utility>
 
 #include "text/Utf.h"
+#include "text/Utf16Bytes.h"
 
 namespace AdvXMLParser {
 
 namespace {
 
+using zupm::ByteOrder;
+
 /// Units converted at a time: a large file is never held a third time as UTF-16.
 constexpr std::size_t kPieceUnits = std::size_t{64} << 10;
-
-char16_t UnitAt(std::string_view bytes, std::size_t at, bool littleEndian) noexcept
-{
-    const auto first = static_cast<unsigned char>(bytes[at]);
-    const auto second = static_cast<unsigned char>(bytes[at + 1]);
-    return static_cast<char16_t>(littleEndian ? first | second << 8 : first << 8 | second);
-}
 
 constexpr bool IsHighSurrogate(char16_t unit)
 {
@@ -33,7 +29,7 @@ bool AppendUtf8(std::u16string_view units, std::string& utf8)
     return valid == units.size();
 }
 
-bool Decode(std::string& bytes, bool littleEndian)
+bool Decode(std::string& bytes, ByteOrder order)
 {
     const std::size_t wholeUnits = bytes.size() - bytes.size() % 2;
     std::string utf8;
@@ -43,7 +39,7 @@ bool Decode(std::string& bytes, bool littleEndian)
     for (std::size_t at = 0; isValid && at < wholeUnits;) {
         piece.clear();
         while (at < wholeUnits && (piece.size() < kPieceUnits || IsHighSurrogate(piece.back()))) {
-            piece += UnitAt(bytes, at, littleEndian);
+            piece += zupm::UnitAt(bytes, at, order);
             at += 2;
         }
         isValid = AppendUtf8(piece, utf8);
@@ -53,22 +49,12 @@ bool Decode(std::string& bytes, bool littleEndian)
     return isValid;
 }
 
-void AppendUnits(std::u16string_view units, bool littleEndian, std::string& bytes)
-{
-    for (const char16_t unit : units) {
-        const char low = static_cast<char>(unit & 0xFF);
-        const char high = static_cast<char>(unit >> 8);
-        bytes += littleEndian ? low : high;
-        bytes += littleEndian ? high : low;
-    }
-}
-
 constexpr bool IsContinuation(char byte)
 {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-void Encode(std::string& text, std::string_view signature, bool littleEndian)
+void Encode(std::string& text, std::string_view signature, ByteOrder order)
 {
     std::string bytes(signature);
     bytes.reserve(bytes.size() + 2 * text.size());
@@ -77,7 +63,7 @@ void Encode(std::string& text, std::string_view signature, bool littleEndian)
         while (length < rest.size() && IsContinuation(rest[length])) {
             ++length;
         }
-        AppendUnits(zupm::ToUtf16(rest.substr(0, length)).value_or(std::u16string()), littleEndian, bytes);
+        zupm::AppendUnits(zupm::ToUtf16(rest.substr(0, length)).value_or(std::u16string()), order, bytes);
         rest.remove_prefix(length);
     }
     text = std::move(bytes);
@@ -87,23 +73,23 @@ void Encode(std::string& text, std::string_view signature, bool littleEndian)
 
 bool DecodeUtf16LittleEndian(std::string& bytes)
 {
-    return Decode(bytes, true);
+    return Decode(bytes, ByteOrder::LittleEndian);
 }
 
 bool DecodeUtf16BigEndian(std::string& bytes)
 {
-    return Decode(bytes, false);
+    return Decode(bytes, ByteOrder::BigEndian);
 }
 
 bool EncodeUtf16LittleEndian(std::string& text, std::string_view signature)
 {
-    Encode(text, signature, true);
+    Encode(text, signature, ByteOrder::LittleEndian);
     return true;
 }
 
 bool EncodeUtf16BigEndian(std::string& text, std::string_view signature)
 {
-    Encode(text, signature, false);
+    Encode(text, signature, ByteOrder::BigEndian);
     return true;
 }
 

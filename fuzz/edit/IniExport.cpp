@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "common/PrivateProfile.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Host.h"
 #include "fuzz/support/PeerDocument.h"
@@ -48,10 +49,11 @@ std::vector<Setting> SettingsIn(const PeerDocument& document)
 bool IsAmbiguous(const Setting& setting, const std::vector<Setting>& all)
 {
     // The identity fields are written into this section as well.
-    return IniName(setting.section) == u"TASK" || std::count_if(all.begin(), all.end(), [&](const Setting& other) {
-                                                      return IniName(other.section) == IniName(setting.section) &&
-                                                             IniName(other.name) == IniName(setting.name);
-                                                  }) > 1;
+    return ProfileName(setting.section) == ProfileName(u"Task") ||
+           std::count_if(all.begin(), all.end(), [&](const Setting& other) {
+               return ProfileName(other.section) == ProfileName(setting.section) &&
+                      ProfileName(other.name) == ProfileName(setting.name);
+           }) > 1;
 }
 
 bool BreaksALine(std::u16string_view text)

@@ -10,7 +10,7 @@
 #include "fuzz/script/FakeRegistry.h"
 #include "fuzz/support/Demand.h"
 #include "module/RegistryScript.h"
-#include "text/CaseFold.h"
+#include "text/AsciiCase.h"
 #include "text/Utf.h"
 
 namespace zupm::fuzz {
@@ -44,8 +44,10 @@ void DemandRefused(std::string_view text)
 
 bool NamesForeignKey(const RegistryScript& script)
 {
-    return std::any_of(script.begin(), script.end(),
-                       [](const ScriptKey& key) { return EqualsIgnoringCase(key.path.substr(0, 7), u"Foreign"); });
+    constexpr std::u16string_view kForeign = u"Foreign";
+    return std::any_of(script.begin(), script.end(), [kForeign](const ScriptKey& key) {
+        return EqualsIgnoringAsciiCase(std::u16string_view(key.path).substr(0, kForeign.size()), kForeign);
+    });
 }
 
 void DemandForeignKey(const RegistryScript& script)

@@ -1,7 +1,7 @@
 #include "fuzz/support/Host.h"
 
 #include "fuzz/support/Demand.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::fuzz {
 

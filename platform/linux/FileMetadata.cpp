@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/SystemCalls.h"
 #include "platform/posix/FileErrors.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::native {
 
@@ -75,7 +75,7 @@ result::Code CopyAttribute(int from, int to, const std::string& name)
     if (!value) {
         return errno == ENODATA || IsUnsupported(errno) ? result::Success : LastError();
     }
-    // A security label often stands there already, and setting even the same one takes a right of its own.
+    // A security label is often on the new file already, and setting even the same one takes a right of its own.
     if (ReadAttribute(to, name) == value) {
         return result::Success;
     }
@@ -112,7 +112,7 @@ result::Code CopyAttributes(int from, int to)
 
 result::Code CopyMetadata(int from, const struct stat& status, int to)
 {
-    // The mode comes last: changing the owner takes special bits away, and until then nobody else may open the file.
+    // The mode comes last: changing the owner removes special bits, and until then nobody else may open the file.
     if (const result::Code code = CopyOwner(status, to); code != result::Success) {
         return code;
     }

@@ -1,4 +1,4 @@
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -6,8 +6,6 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cerrno>
 #include <cstdio>
 
 namespace zupm::native {
@@ -24,49 +22,41 @@ int SetLock(int file, const struct flock* range)
     return ::fcntl(file, F_OFD_SETLK, range);  // NOLINT(cppcoreguidelines-pro-type-vararg): the system's own
 }
 
-constinit std::atomic<const SystemCalls*> g_calls{&kSystemCalls};  // NOLINT(cppcoreguidelines-interfaces-global-init)
-
-}  // namespace
-
-constinit const SystemCalls kSystemCalls = {
-    .openat = OpenAt,
-    .mkdirat = ::mkdirat,
-    .close = ::close,
-    .fstat = ::fstat,
-    .fstatat = ::fstatat,
-    .faccessat = ::faccessat,
-    .readlinkat = ::readlinkat,
-    .read = ::read,
-    .pread = ::pread,
-    .write = ::write,
-    .poll = ::poll,
-    .fsync = ::fsync,
+constexpr LinuxCalls kLinuxCalls = {
     .flock = ::flock,
     .setlock = SetLock,
-    .fchown = ::fchown,
-    .fchmod = ::fchmod,
     .flistxattr = ::flistxattr,
     .fgetxattr = ::fgetxattr,
     .fsetxattr = ::fsetxattr,
     .fremovexattr = ::fremovexattr,
-    .renameat = ::renameat,
-    .unlinkat = ::unlinkat,
     .getrandom = ::getrandom,
 };
 
-const SystemCalls& Calls() noexcept
+constexpr SystemCalls AllCalls()
 {
-    return *g_calls.load(std::memory_order_acquire);
+    SystemCalls calls{};
+    static_cast<LinuxCalls&>(calls) = kLinuxCalls;
+    calls.openat = OpenAt;
+    calls.mkdirat = ::mkdirat;
+    calls.close = ::close;
+    calls.fstat = ::fstat;
+    calls.fstatat = ::fstatat;
+    calls.faccessat = ::faccessat;
+    calls.readlinkat = ::readlinkat;
+    calls.read = ::read;
+    calls.pread = ::pread;
+    calls.write = ::write;
+    calls.poll = ::poll;
+    calls.fsync = ::fsync;
+    calls.fchown = ::fchown;
+    calls.fchmod = ::fchmod;
+    calls.renameat = ::renameat;
+    calls.unlinkat = ::unlinkat;
+    return calls;
 }
 
-void ReplaceSystemCalls(const SystemCalls* calls) noexcept
-{
-    g_calls.store(calls == nullptr ? &kSystemCalls : calls, std::memory_order_release);
-}
+}  // namespace
 
-bool WasInterrupted() noexcept
-{
-    return errno == EINTR;
-}
+constinit const SystemCalls kSystemCalls = AllCalls();
 
 }  // namespace zupm::native

@@ -12,7 +12,7 @@ namespace zupm::native {
 
 namespace {
 
-/// As long as a reader may take before it reads on.
+/// How long a reader may take before it reads on.
 constexpr int kPatienceMilliseconds = 1000;
 
 /// False, with errno, when the other end does not read.

@@ -9,12 +9,12 @@
 
 namespace zupm::native {
 
-/// Writes everything, however little the system takes at once; waits where the other end of a pipe is slow. No signal
+/// Writes everything, also when the system takes little at once; waits when the other end of a pipe is slow. No signal
 /// ends the process. SharingViolation when the other end does not read at all for a second.
 [[nodiscard]] result::Code WriteAll(int file, std::string_view bytes) noexcept;
 
 /// Opens what `path` names for writing when that is neither a file nor a folder, so that it cannot be replaced by one.
-/// Owns nothing for everything else, and for a pipe that nobody reads.
+/// The handle owns nothing for everything else, and for a pipe that nobody reads.
 [[nodiscard]] FileHandle OpenSpecialFile(const std::string& path) noexcept;
 
 /// Writes into a device or pipe as it is, and closes it.

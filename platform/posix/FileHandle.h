@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::native {
 
@@ -29,7 +29,7 @@ public:
     explicit operator bool() const noexcept { return m_file >= 0; }
 
     /// Closes now; false, with errno, when the system reports that what was written may be lost. The file counts as
-    /// closed all the same, and also when a signal came.
+    /// closed all the same, also when a signal interrupts the call.
     [[nodiscard]] bool Close() noexcept
     {
         const int file = std::exchange(m_file, kNone);

@@ -4,10 +4,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/NativePath.h"
 
@@ -15,7 +15,7 @@ namespace zupm::native {
 
 namespace {
 
-/// As many links in a row as the system itself follows.
+/// The number of links in a row that the system itself follows.
 constexpr int kMostLinks = 40;
 
 /// The system's rule for links that lie where everybody may put one.
@@ -29,7 +29,7 @@ bool MayFollow(const struct stat& folder, const struct stat& link) noexcept
 /// Reads where the link `name` leads. A name that is no link any more leads to itself.
 result::Code ReadLink(const FileHandle& folder, const std::string& name, std::string& target)
 {
-    const FileHandle link = OpenBelow(folder.Get(), name.c_str(), O_PATH | O_NOFOLLOW);
+    const FileHandle link = OpenLink(folder.Get(), name.c_str());
     struct stat linkStatus {};
     struct stat folderStatus {};
     if (!link || Calls().fstat(link.Get(), &linkStatus) != 0 || Calls().fstat(folder.Get(), &folderStatus) != 0) {
@@ -42,16 +42,7 @@ result::Code ReadLink(const FileHandle& folder, const std::string& name, std::st
     if (!MayFollow(folderStatus, linkStatus)) {
         return result::AccessDenied;
     }
-    char text[PATH_MAX];
-    const ssize_t length = Calls().readlinkat(link.Get(), "", text, sizeof(text));
-    if (length < 0) {
-        return LastError();
-    }
-    if (length == 0 || static_cast<std::size_t>(length) == sizeof(text)) {
-        return result::NameTooLong;
-    }
-    target.assign(text, static_cast<std::size_t>(length));
-    return result::Success;
+    return ReadOpenLink(link, target);
 }
 
 }  // namespace

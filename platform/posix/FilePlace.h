@@ -17,8 +17,8 @@ struct FilePlace {
     FileHandle file;
 };
 
-/// Opens the folder of `path` and, when it exists, the file, with open(2)'s `flags`. Each folder on the way is opened
-/// once and the next step goes through it.
+/// Opens the folder of `path` and, when it exists, the file, with the `flags` of open(2). Each folder on the way is
+/// opened once, and the next step starts at it.
 ///
 /// Links that the path ends with are read one by one, because the file at their end may be missing, and by the rule
 /// that the system has for links in folders like /tmp (protected_symlinks), whether or not it is switched on: in a

@@ -9,12 +9,12 @@ namespace zupm::native {
 
 namespace {
 
-/// For files whose size the system does not tell, such as its own: some of those have no end.
+/// For files whose size the system does not report, such as its own: some of those have no end.
 constexpr std::size_t kFirstRead = 4096;
 constexpr std::size_t kLargestUntold = std::size_t{16} << 20;
 
-/// Reads to the end, however the file grows or shrinks meanwhile. One byte more than it held is asked for, so that the
-/// end shows without growing the buffer.
+/// Reads to the end, also when the file grows or shrinks meanwhile. Asks for one byte more than its size, so that the
+/// end is seen without growing the buffer.
 result::Code ReadToEnd(int file, std::size_t size, std::string& bytes)
 {
     const std::size_t tooLarge = size == 0 ? kLargestUntold : kLargestFile + 1;

@@ -5,9 +5,10 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/posix/AtomicReplace.h"
+#include "platform/posix/DirectWrite.h"
 #include "platform/posix/FileReading.h"
 #include "platform/posix/NativePath.h"
+#include "platform/posix/Replacement.h"
 
 namespace zupm {
 
@@ -28,6 +29,25 @@ result::Code Read(std::u16string_view path, std::string& bytes)
     return ReadRegularFile(file, bytes);
 }
 
+result::Code Replace(std::u16string_view path, std::string_view bytes, Durability durability)
+{
+    const std::optional<std::string> target = ToNativePath(path);
+    if (!target) {
+        return result::InvalidName;
+    }
+    // The system opens it first: some links, such as those of open files, lead to no name at all.
+    if (FileHandle special = OpenSpecialFile(*target)) {
+        return WriteSpecialFile(std::move(special), bytes);
+    }
+    FilePlace place;
+    result::Code code = OpenPlace(*target, O_WRONLY, place);
+    if (code == result::Success) {
+        code = Replacement(place, bytes, durability).Run({});
+    }
+    // A caller who names the file by its path gets the system's code alone.
+    return code == result::OwnerNotKept ? result::AccessDenied : code;
+}
+
 }  // namespace
 
 result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcept
@@ -41,15 +61,15 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
         }
         return code;
     } catch (...) {
-        // Nothing else throws here than memory that ran out.
+        // Only memory that runs out throws here.
         return result::OutOfMemory;
     }
 }
 
-result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes) noexcept
+result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes, Durability durability) noexcept
 {
     try {
-        return ReplaceFile(path, bytes, Durability::Flushed);
+        return Replace(path, bytes, durability);
     } catch (...) {
         return result::OutOfMemory;
     }

@@ -10,8 +10,8 @@ namespace zupm::native {
 /// flushed: that is no failure, and `handle` owns nothing then.
 [[nodiscard]] result::Code OpenToFlush(int folder, const char* path, FileHandle& handle) noexcept;
 
-/// Makes the names that were changed in the folder last through a loss of power. Success too when `handle` owns nothing
-/// or the file system does not know how; InputOutputError.
+/// Makes changed names in the folder survive a loss of power. Success too when `handle` owns nothing or the file system
+/// cannot flush folders; InputOutputError.
 [[nodiscard]] result::Code FlushFolder(const FileHandle& handle) noexcept;
 
 }  // namespace zupm::native

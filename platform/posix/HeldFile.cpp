@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/linux/FileMetadata.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/FileReading.h"
 #include "platform/posix/NativePath.h"
@@ -44,22 +45,22 @@ result::Code CompareBytes(const FileHandle& file, std::string_view bytes) noexce
     }
 }
 
-/// Whether the folder takes a new file, with the rights that the target has. A file without a name leaves no trace; a
-/// file system that has none is only asked for the right to write.
+/// Whether the folder takes a new file, with the rights that the target has. Where the
+/// file system has no files without a name, only the right to write is asked for.
 result::Code RehearseTemporary(const FilePlace& place, const struct stat& status)
 {
-    const FileHandle nameless = OpenBelow(place.folder.Get(), ".", O_TMPFILE | O_WRONLY, 0600);
+    FileHandle nameless;
+    if (const result::Code code = CreateNameless(place.folder.Get(), nameless); code != result::Success) {
+        return code;
+    }
     if (nameless) {
         return CopyMetadata(place.file.Get(), status, nameless.Get());
-    }
-    if (errno != EOPNOTSUPP && errno != EISDIR) {
-        return LastError();
     }
     const int allowed = Calls().faccessat(place.folder.Get(), ".", W_OK | X_OK, AT_EACCESS);
     return allowed == 0 ? result::Success : LastError();
 }
 
-/// Runs what can throw nothing but a lack of memory.
+/// Runs what throws only when memory runs out.
 template <class Body>
 result::Code Guarded(Body body) noexcept
 {
@@ -112,14 +113,9 @@ result::Code HeldFile::Open(std::u16string_view path) noexcept
 
 result::Code HeldFile::TryLock() noexcept
 {
-    // A lock of the open file, not of the process: two objects of one process exclude each other too, and closing
-    // another handle of the file does not end it.
-    struct flock all {};
-    all.l_type = F_WRLCK;
-    all.l_whence = SEEK_SET;
     const FilePlace& place = m_handles->place;
-    if (Retry([&] { return Calls().setlock(place.file.Get(), &all); }) != 0) {
-        return errno == EAGAIN || errno == EACCES ? result::FileLocked : LastError();
+    if (const result::Code code = TryWriteLock(place.file); code != result::Success) {
+        return code;
     }
     // Whoever held it before may have put a new file in this one's place.
     return CheckSameFile(place);

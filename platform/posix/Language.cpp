@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::uint16_t kAmericanEnglish = 0x0409;
 
-/// A locale's name, as far as its country, and its language identifier. Of a language without a matching country the
-/// first row counts.
+/// A locale's name up to its country, and its language identifier. The first row of a language counts for countries
+/// without a row.
 struct Language {
     std::string_view locale;
     std::uint16_t id;

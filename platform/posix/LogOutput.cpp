@@ -3,18 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdlib>
-
 #include "platform/posix/FileHandle.h"
 #include "platform/posix/SignalGuard.h"
 
 namespace zupm {
-
-std::optional<std::string> TrustedEnvironmentVariable(const char* name)
-{
-    const char* const value = ::secure_getenv(name);
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-}
 
 void AppendLogLine(const char* path, std::string_view line) noexcept
 {

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 
+#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
 #include "text/Utf.h"
 
@@ -35,7 +36,7 @@ FolderAndName SplitPath(std::string_view path)
 
 result::Code OpenFolder(int start, const std::string& path, FileHandle& folder) noexcept
 {
-    folder = OpenBelow(start, path.c_str(), O_PATH | O_DIRECTORY);
+    folder = OpenToSearch(start, path.c_str());
     if (folder) {
         return result::Success;
     }

@@ -1,4 +1,4 @@
-/// Paths as the system takes them.
+/// Paths in the form that the system takes.
 #pragma once
 
 #include <optional>
@@ -24,7 +24,7 @@ struct FolderAndName {
 /// right to search it, not to list it. PathNotFound when it is missing.
 [[nodiscard]] result::Code OpenFolder(int start, const std::string& path, FileHandle& folder) noexcept;
 
-/// The code for a file that could not be opened with `error`: what is missing may be its folder.
+/// The code for a file that could not be opened because of `error`: its folder may be what is missing.
 [[nodiscard]] result::Code CodeOfMissing(const std::string& path, int error);
 
 }  // namespace zupm::native

@@ -4,16 +4,13 @@
 #include <cstdint>
 
 #include "text/Utf.h"
+#include "text/Utf16Bytes.h"
 
 namespace zupm::native {
 
 namespace {
 
-constexpr std::string_view kUtf8Signature = "\xEF\xBB\xBF";
-constexpr std::string_view kLittleEndianSignature = "\xFF\xFE";
-constexpr std::string_view kBigEndianSignature = "\xFE\xFF";
-
-/// What a stray byte is added to.
+/// A stray byte plus this is its unit.
 constexpr char16_t kStrayByte = 0xDC00;
 
 std::u16string DecodeUtf8(std::string_view bytes)
@@ -46,30 +43,26 @@ std::string EncodeUtf8(std::u16string_view text)
     return bytes;
 }
 
-/// Which half of a unit comes first.
-enum class ByteOrder { LowFirst, HighFirst };
-
+/// Takes half a unit at the end for a whole one, its other half zero.
 std::u16string DecodeUnits(std::string_view bytes, ByteOrder order)
 {
-    std::u16string text((bytes.size() + 1) / 2, u'\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const bool isLow = (i % 2 == 0) == (order == ByteOrder::LowFirst);
-        const auto half = static_cast<std::uint8_t>(bytes[i]);
-        text[i / 2] = static_cast<char16_t>(text[i / 2] | (isLow ? half : half << 8));
+    std::u16string text;
+    text.reserve((bytes.size() + 1) / 2);
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        text.push_back(UnitAt(bytes, at, order));
+    }
+    if (bytes.size() % 2 != 0) {
+        const char half[] = {bytes.back(), '\0'};
+        text.push_back(UnitAt(std::string_view(half, sizeof(half)), 0, order));
     }
     return text;
 }
 
-std::string EncodeUnits(std::u16string_view text, ByteOrder order)
+std::string EncodeUnits(std::string_view signature, std::u16string_view text, ByteOrder order)
 {
-    std::string bytes;
-    bytes.reserve(text.size() * 2);
-    for (const char16_t unit : text) {
-        const char low = static_cast<char>(unit & 0xFF);
-        const char high = static_cast<char>(unit >> 8);
-        bytes.push_back(order == ByteOrder::LowFirst ? low : high);
-        bytes.push_back(order == ByteOrder::LowFirst ? high : low);
-    }
+    std::string bytes(signature);
+    bytes.reserve(signature.size() + text.size() * 2);
+    AppendUnits(text, order, bytes);
     return bytes;
 }
 
@@ -77,13 +70,13 @@ std::string EncodeUnits(std::u16string_view text, ByteOrder order)
 
 ProfileText DecodeProfile(std::string_view bytes)
 {
-    if (bytes.starts_with(kBigEndianSignature)) {
-        bytes.remove_prefix(kBigEndianSignature.size());
-        return {ProfileEncoding::Utf16BigEndianSigned, DecodeUnits(bytes, ByteOrder::HighFirst)};
+    if (bytes.starts_with(kUtf16BigEndianSignature)) {
+        bytes.remove_prefix(kUtf16BigEndianSignature.size());
+        return {ProfileEncoding::Utf16BigEndianSigned, DecodeUnits(bytes, ByteOrder::BigEndian)};
     }
-    if (bytes.starts_with(kLittleEndianSignature)) {
-        bytes.remove_prefix(kLittleEndianSignature.size());
-        return {ProfileEncoding::Utf16LittleEndianSigned, DecodeUnits(bytes, ByteOrder::LowFirst)};
+    if (bytes.starts_with(kUtf16LittleEndianSignature)) {
+        bytes.remove_prefix(kUtf16LittleEndianSignature.size());
+        return {ProfileEncoding::Utf16LittleEndianSigned, DecodeUnits(bytes, ByteOrder::LittleEndian)};
     }
     if (bytes.starts_with(kUtf8Signature)) {
         return {ProfileEncoding::Utf8Signed, DecodeUtf8(bytes.substr(kUtf8Signature.size()))};
@@ -95,9 +88,9 @@ std::string EncodeProfile(const ProfileText& profile)
 {
     switch (profile.encoding) {
         case ProfileEncoding::Utf16LittleEndianSigned:
-            return std::string(kLittleEndianSignature).append(EncodeUnits(profile.text, ByteOrder::LowFirst));
+            return EncodeUnits(kUtf16LittleEndianSignature, profile.text, ByteOrder::LittleEndian);
         case ProfileEncoding::Utf16BigEndianSigned:
-            return std::string(kBigEndianSignature).append(EncodeUnits(profile.text, ByteOrder::HighFirst));
+            return EncodeUnits(kUtf16BigEndianSignature, profile.text, ByteOrder::BigEndian);
         case ProfileEncoding::Utf8Signed:
             return std::string(kUtf8Signature).append(EncodeUtf8(profile.text));
         case ProfileEncoding::Utf8:

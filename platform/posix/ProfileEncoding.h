@@ -9,7 +9,7 @@ namespace zupm::native {
 enum class ProfileEncoding { Utf8, Utf8Signed, Utf16LittleEndianSigned, Utf16BigEndianSigned };
 
 /// A decoded INI file. In 8-bit text a byte that is no UTF-8 becomes a unit of U+DC80 to U+DCFF, which valid text
-/// cannot hold, so that it comes back as it was.
+/// cannot hold, and EncodeProfile makes the same byte of it.
 struct ProfileText {
     ProfileEncoding encoding = ProfileEncoding::Utf8;
     std::u16string text;

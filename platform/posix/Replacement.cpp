@@ -4,8 +4,8 @@
 //   hard links        the other names keep the old file: one name is what can change in one step
 //   new file          gets what the umask (or the folder's default access list) gives to any new file
 //   device, pipe      is written as it is
-// A failure to flush the folder is the one failure after which the new file is in place: InputOutputError says then
-// that a loss of power may bring the old one back. A folder that may not be read cannot be flushed; that is no failure.
+// Only after a failure to flush the folder is the new file in place: InputOutputError then means that a loss of power
+// may bring the old one back. A folder that may not be read cannot be flushed; that is no failure.
 #include "platform/posix/Replacement.h"
 
 #include <fcntl.h>
@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/linux/FileMetadata.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/DirectWrite.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/FolderFlush.h"
@@ -32,8 +33,7 @@ std::string UnguessableName()
 {
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::array<unsigned char, 16> bytes{};
-    const ssize_t count = Retry([&] { return Calls().getrandom(bytes.data(), bytes.size(), 0); });
-    if (count != static_cast<ssize_t>(bytes.size())) {
+    if (!FillWithRandomBytes(bytes)) {
         return {};
     }
     std::string name = ".zu";
@@ -84,7 +84,7 @@ result::Code Replacement::InspectTarget()
     return S_ISREG(m_status.st_mode) ? result::Success : result::NotSupported;
 }
 
-/// Opened before anything changes: afterwards only the flush itself can still fail.
+/// Opened before anything changes: afterwards only the flush itself can fail.
 result::Code Replacement::OpenFolderToFlush()
 {
     if (m_durability != Durability::Flushed) {

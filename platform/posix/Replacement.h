@@ -12,7 +12,7 @@
 
 namespace zupm::native {
 
-/// A replacement under way: a temporary file beside the target, which becomes the target.
+/// A replacement in progress: a temporary file beside the target, which becomes the target.
 ///
 /// Lifetime  One Run; destroying it removes the temporary file unless that has become the target. The place and the
 ///           bytes outlive it.

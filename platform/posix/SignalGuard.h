@@ -1,15 +1,15 @@
-/// Signals that a failing write would end the process with.
+/// The signals by which a failing write would end the process.
 #pragma once
 
 #include <csignal>
 
 namespace zupm::native {
 
-/// Keeps a write from ending the process, because the component is a guest in it: a pipe whose reader went away
-/// (SIGPIPE) and a file that grows over the process's limit (SIGXFSZ) fail the write with an error, no more.
+/// Keeps a write from ending the process, because the component is a guest in it: with a pipe whose reader is gone
+/// (SIGPIPE) or a file that exceeds the process's limit (SIGXFSZ) the write fails with an error and nothing else.
 ///
 /// Lifetime  The thread that makes it destroys it. Signals that were pending before stay pending; those that a write in
-///           between raised are taken away.
+///           between raised are removed.
 class SignalGuard {
 public:
     SignalGuard() noexcept;

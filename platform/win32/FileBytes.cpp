@@ -68,7 +68,7 @@ result::Code ReadAll(HANDLE file, std::string& bytes)
     if (const result::Code code = GoToStart(file); code < 0) {
         return code;
     }
-    // One byte more, so that the end is met without growing.
+    // One byte more, so that the end is seen without growing the buffer.
     bytes.resize(size + 1);
     return ReadToEnd(file, bytes);
 }

@@ -74,7 +74,8 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
     return code;
 }
 
-result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes) noexcept
+// The move is written through and the folder flushed whichever durability is asked for.
+result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes, Durability) noexcept
 {
     try {
         std::u16string full;

@@ -7,7 +7,7 @@
 
 namespace zupm::win32 {
 
-/// The way to open a file that disturbs nobody.
+/// Sharing that disturbs nobody.
 inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 struct HandleCloser {

@@ -64,7 +64,7 @@ bool HasStrings(HMODULE module) noexcept
 
 std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view fullPath)
 {
-    // A bare name would be looked for along the search path, where anybody could have planted it.
+    // The system would search its path for a bare name, and anybody could have put a file there.
     if (!IsFullPath(fullPath)) {
         return nullptr;
     }

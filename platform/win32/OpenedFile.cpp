@@ -17,7 +17,7 @@ namespace {
 /// One byte far beyond the end of any file: a lock keeps others from reading what it covers.
 constexpr DWORD kLockedOffsetHigh = 0x7FFFFFFF;
 
-// At the gate, in milliseconds: those who come have time for another try, he who leaves has not.
+// Waiting at the gate, in milliseconds: who takes the lock can try again, who lets the file go cannot.
 constexpr std::uint32_t kWaitOfNewcomer = 20;
 constexpr std::uint32_t kWaitOfHolder = 2000;
 
@@ -28,7 +28,7 @@ Handle OpenToHold(const std::u16string& path) noexcept
         CreateFileW(Wide(path), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-/// Whether the old file lies under the name of a backup: ReplaceFileW is at work on it, or was when its process ended.
+/// Whether the old file has the name of a backup: ReplaceFileW is replacing it, or its process ended meanwhile.
 bool HasBackup(const std::u16string& path)
 {
     WIN32_FIND_DATAW found{};
@@ -40,8 +40,8 @@ bool HasBackup(const std::u16string& path)
     return true;
 }
 
-/// The same for a name that was not looked up before. ReplaceFileW, the last resort of every replacement, may leave the
-/// name missing for a moment: SharingViolation then, so that the caller tries again.
+/// The same for a name that is looked up for the first time. ReplaceFileW, the last resort of every replacement, may
+/// leave the name missing for a moment: SharingViolation then, so that the caller tries again.
 result::Code OpenFirst(const std::u16string& path, Handle& file)
 {
     constexpr int kAttempts = 4;
@@ -138,11 +138,11 @@ result::Code OpenedFile::Open(std::u16string_view path)
         return code;
     }
     const result::Code code = HoldOpened();
-    // It was there a moment ago: somebody replaces it.
+    // It existed a moment ago: somebody replaces it.
     return code == result::FileNotFound ? result::SharingViolation : code;
 }
 
-/// Looks at the file that was just opened, and holds its folder.
+/// Inspects the file that was just opened, and holds its folder.
 result::Code OpenedFile::HoldOpened()
 {
     if (GetFileType(m_file.get()) != FILE_TYPE_DISK) {
@@ -320,7 +320,7 @@ result::Code OpenedFile::CheckUnchanged(std::string_view bytes)
     return isSame ? result::Success : result::FileChanged;
 }
 
-/// Looks at what the new file takes over from the held one. AccessDenied when it may not be written by now.
+/// Inspects what the new file takes over from the held one. AccessDenied when it may not be written by now.
 result::Code OpenedFile::InspectTarget()
 {
     BY_HANDLE_FILE_INFORMATION information{};
@@ -339,11 +339,11 @@ result::Code OpenedFile::InspectTarget()
 result::Code OpenedFile::CheckFolder() const
 {
     const std::u16string folder = FolderOf(m_target.path);
-    // Who has the folder open for himself is no obstacle to files in it.
+    // Somebody who has the folder open exclusively is no obstacle to files in it.
     if (OpenFolder(folder, FILE_ADD_FILE, kShareAll) == nullptr && GetLastError() != ERROR_SHARING_VIOLATION) {
         return CodeFromLastError();
     }
-    // The right to delete the file, or that to delete in its folder, is enough.
+    // The right to delete the file, or to delete in its folder, is enough.
     const Handle file = OwnFile(CreateFileW(Wide(m_target.path), DELETE, kShareAll, nullptr, OPEN_EXISTING,
                                             FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (file == nullptr && GetLastError() == ERROR_ACCESS_DENIED &&
@@ -360,7 +360,7 @@ result::Code OpenedFile::RehearseReplace()
     return code < 0 ? code : CheckFolder();
 }
 
-/// Holds the file again and compares it, if it is to be compared; otherwise it need not even exist any more.
+/// Holds the file again and compares it, if it is to be compared; otherwise it need not exist any more.
 result::Code OpenedFile::PrepareMove()
 {
     const result::Code code = HoldAgain();
@@ -381,7 +381,7 @@ result::Code OpenedFile::PrepareTarget()
 result::Code OpenedFile::Replace(std::string_view bytes, const std::string* expected)
 {
     m_expected = expected;
-    // Also before anything is written: a new file that cannot come into place is not worth it.
+    // Also before anything is written: a new file that cannot be moved into place is useless.
     if (const result::Code code = PrepareTarget(); code < 0) {
         return code;
     }
@@ -392,7 +392,7 @@ result::Code OpenedFile::Replace(std::string_view bytes, const std::string* expe
         code = result::OutOfMemory;
     }
     if (code < 0 && code != result::WrittenNotFlushed) {
-        // The replacement has failed, whatever comes of this; the next call tries again.
+        // The replacement has failed, whatever this gives; the next call tries again.
         static_cast<void>(HoldAgain());
     }
     m_gate.Leave();

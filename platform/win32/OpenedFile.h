@@ -11,7 +11,7 @@
 
 namespace zupm::win32 {
 
-/// Which file a handle belongs to, whatever its names are.
+/// Identifies the file of a handle, whatever its names are.
 struct FileIdentity {
     std::uint32_t volume = 0;
     std::uint64_t index = 0;
@@ -19,14 +19,14 @@ struct FileIdentity {
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
-/// What HeldFile is on Windows; its contract is there. Methods may throw std::bad_alloc.
+/// HeldFile on Windows; HeldFile.h has the contract. Methods may throw std::bad_alloc.
 ///
 /// Folder    Held without shared deletion, so that neither it nor a folder above it can be renamed: the folder's path
 ///           with the file's name keeps its meaning.
 /// Let go    Where the system cannot rename over an open file, the handle is closed for the moment of a move, and with
-///           it the lock; other editors are kept at the gate. After a move that failed both are taken again, at once or
-///           with the next call. When an editor who met no gate was faster, FileLocked comes until he ends, and then
-///           FileChanged if he wrote.
+///           it the lock; other editors wait at the gate. After a failed move both are taken again, at once or with the
+///           next call. If an editor without a gate was faster, calls give FileLocked until that editor ends, and then
+///           FileChanged if it wrote.
 class OpenedFile final : private TargetHolder {
 public:
     OpenedFile() = default;
@@ -62,9 +62,9 @@ private:
     bool m_wantsLock = false;
     /// Entered from the moment that the file is let go until it is held again or replaced.
     ReplacementGate m_gate;
-    /// What a replacement under way expects; null when it takes whatever it finds.
+    /// What the current replacement expects; null when it replaces whatever it finds.
     const std::string* m_expected = nullptr;
-    /// The file as it was last looked at; its path is the held folder's with the file's name.
+    /// The file as it was last inspected; its path is the held folder's with the file's name.
     Target m_target;
 };
 

@@ -6,6 +6,7 @@
 
 #include "platform/win32/Errors.h"
 #include "platform/win32/Wide.h"
+#include "text/AsciiCase.h"
 #include "text/Utf.h"
 
 namespace zupm::win32 {
@@ -19,20 +20,6 @@ constexpr std::u16string_view kShare = u"\\\\";
 
 // Room for the temporary's name: a folder of this length can still hold it without the prefix.
 constexpr std::size_t kLongestPlainPath = MAX_PATH - 48;
-
-bool EqualsIgnoringCase(std::u16string_view left, std::u16string_view lowerAscii) noexcept
-{
-    if (left.size() != lowerAscii.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        const char16_t unit = left[i] >= u'A' && left[i] <= u'Z' ? static_cast<char16_t>(left[i] + 32) : left[i];
-        if (unit != lowerAscii[i]) {
-            return false;
-        }
-    }
-    return true;
-}
 
 /// The part of a share's path after the server's name: `pipe\name` of `\\server\pipe\name`.
 std::u16string_view BelowServer(std::u16string_view full) noexcept
@@ -104,7 +91,7 @@ bool NamesDevice(std::u16string_view full) noexcept
         return true;
     }
     const std::u16string_view below = BelowServer(full);
-    return EqualsIgnoringCase(below.substr(0, below.find(u'\\')), u"pipe");
+    return EqualsIgnoringAsciiCase(below.substr(0, below.find(u'\\')), std::u16string_view(u"pipe"));
 }
 
 std::u16string FolderOf(const std::u16string& full)

@@ -1,18 +1,15 @@
-// The system's own call rewrites a file where it lies: a reader can see half of it, a loss of power leaves half of it.
-// And it replaces characters outside the code page by question marks. So it edits a private copy here, in an encoding
+// The system's own call rewrites a file in place: a reader can see half of it, a loss of power leaves half of it. It
+// also replaces characters outside the code page by question marks. So it edits a private copy here, in an encoding
 // that holds the setting, and the file is replaced by that copy's bytes in one step.
 #include "platform/ProfileFile.h"
 
 #include <windows.h>
 
-#include <algorithm>
+#include <utility>
 
-#include "platform/Files.h"
-#include "platform/win32/ProfileEncoding.h"
+#include "platform/win32/CodePage.h"
 #include "platform/win32/SystemProfile.h"
 #include "platform/win32/Wide.h"
-#include "text/CaseFold.h"
-#include "text/IniText.h"
 
 namespace zupm {
 
@@ -29,26 +26,28 @@ std::u16string ProfilePath(std::u16string_view path)
     return folder.append(u"\\").append(path);
 }
 
-std::optional<std::string> WithSetting(const std::string& bytes, const ProfileSetting& setting)
+bool EightBitProfileHolds(std::u16string_view text)
 {
-    if (IsUtf16(bytes) ||
-        (CodePageHolds(setting.section) && CodePageHolds(setting.key) && CodePageHolds(setting.value))) {
-        return WrittenBySystem(bytes, setting);
+    return ToCodePage(text).has_value();
+}
+
+std::optional<std::u16string> EightBitProfileText(std::string_view bytes)
+{
+    std::u16string text = FromCodePage(bytes);
+    return ToCodePage(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
+}
+
+std::optional<std::string> EditedProfile(const std::string& bytes, const ProfileSetting& setting)
+{
+    return WrittenBySystem(bytes, setting);
+}
+
+void FoldProfileCase(std::u16string& name)
+{
+    // A unit at a time, as the system compares names: in a longer text the call would also change pairs of surrogates.
+    for (char16_t& unit : name) {
+        CharUpperBuffW(reinterpret_cast<wchar_t*>(&unit), 1);
     }
-    const std::optional<std::string> wide = AsUtf16(bytes);
-    return wide ? WrittenBySystem(*wide, setting) : std::nullopt;
-}
-
-result::Code ReplaceProfile(std::u16string_view path, std::string_view bytes)
-{
-    return ReplaceFileAtomically(path, bytes);
-}
-
-std::u16string ProfileName(std::u16string_view name)
-{
-    std::u16string folded(WithoutIniBlanks(name));
-    std::ranges::transform(folded, folded.begin(), ToCapital);
-    return folded;
 }
 
 }  // namespace zupm

@@ -63,7 +63,7 @@ result::Code FollowLinks(Target& target)
     return target.attributes == INVALID_FILE_ATTRIBUTES ? CodeFromLastError() : result::Success;
 }
 
-/// A list that is there and cannot be read is a refusal: without it more people might read the new file than the old.
+/// A list that exists and cannot be read is a refusal: without it more people might read the new file than the old.
 result::Code ReadAccessList(Target& target)
 {
     for (;;) {
@@ -237,12 +237,12 @@ DWORD ReplaceHeldFile(const Target& target, const Temporary& temporary)
 DWORD MoveOverHeld(const Target& target, const Temporary& temporary, TargetHolder& holder)
 {
     const DWORD error = RenameOverOpenFile(temporary.Path(), target.path);
-    // Somebody else is in the way, and would be in the way of any other call too.
+    // Somebody else blocks it, and would block any other call too.
     if (error == ERROR_SUCCESS || error == ERROR_SHARING_VIOLATION || error == ERROR_USER_MAPPED_FILE) {
         return error;
     }
-    // The holder's lock ends here. Whoever takes it before the move loads the old file, and finds it changed when he
-    // wants to replace it; or his open file makes the move fail, and this replacement ends.
+    // The holder's lock ends here. An editor that takes it before the move loads the old file, and finds it changed
+    // when it replaces it; or its open file makes the move fail, and this replacement ends.
     holder.LetGo();
     return MoveOver(target, temporary);
 }
@@ -275,14 +275,14 @@ result::Code MoveIntoPlace(const Target& target, Temporary& temporary, TargetHol
     return result::Success;
 }
 
-/// True for the errors of a folder that does not let itself be flushed: a right is missing, or the file system cannot.
+/// True for the errors of a folder that cannot be flushed: a right is missing, or the file system cannot do it.
 bool IsFlushRefused(DWORD error) noexcept
 {
     return error == ERROR_ACCESS_DENIED || error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED ||
            error == ERROR_INVALID_PARAMETER;
 }
 
-/// Makes the new name last through a loss of power, where the file system lets a folder be flushed.
+/// Makes the new name survive a loss of power, where the file system can flush a folder.
 bool FlushFolder(const std::u16string& folder) noexcept
 {
     const Handle handle = OwnFile(CreateFileW(Wide(folder), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
@@ -292,7 +292,7 @@ bool FlushFolder(const std::u16string& folder) noexcept
 
 result::Code ReplaceRegular(Target& target, std::string_view bytes, TargetHolder* holder)
 {
-    // Before the new file is in place: memory that runs out afterwards must not make a failure of it.
+    // Before the new file is in place: memory that runs out afterwards must not turn success into failure.
     const std::u16string folder = FolderOf(target.path);
     Temporary temporary;
     if (const result::Code code = temporary.Write(target, bytes); code < 0) {

@@ -11,7 +11,7 @@
 
 namespace zupm::win32 {
 
-/// Waits that grow, for about a second in all: how long another process may keep a file to itself.
+/// Growing waits, about a second in all: how long another process may keep a file to itself.
 class Patience {
 public:
     /// Sleeps once; false, without sleeping, when the second is over.
@@ -22,13 +22,13 @@ private:
     std::uint32_t m_next = 5;
 };
 
-/// What is known of the file that is to be replaced.
+/// What is known about the file that is to be replaced.
 struct Target {
     std::u16string path;
     bool exists = false;
     bool isRegular = true;
     std::uint32_t attributes = 0;
-    /// Its access list as a security descriptor; empty when the file system has none or does not tell.
+    /// Its access list as a security descriptor; empty when the file system has none or does not report it.
     std::vector<std::byte> security;
 };
 
@@ -39,8 +39,8 @@ public:
     TargetHolder(const TargetHolder&) = delete;
     TargetHolder& operator=(const TargetHolder&) = delete;
 
-    /// Called before every attempt, with the new bytes on the disk: takes the target again if it was let go, and has
-    /// the last look at it. Failure ends the replacement with its code. May throw std::bad_alloc.
+    /// Called before every attempt, with the new bytes on the disk: takes the target again if it was let go, and
+    /// checks it for the last time. Failure ends the replacement with its code. May throw std::bad_alloc.
     [[nodiscard]] virtual result::Code PrepareMove() = 0;
 
     /// Called right before an attempt that cannot succeed while the holder has the target open.

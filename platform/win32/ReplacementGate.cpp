@@ -11,7 +11,7 @@ namespace zupm::win32 {
 
 namespace {
 
-/// Puts a number's hexadecimal digits at `at`; the place after them.
+/// Puts a number's hexadecimal digits at `at` and returns the place after them.
 template <class Number>
 wchar_t* PutHex(wchar_t* at, Number number) noexcept
 {
@@ -50,7 +50,7 @@ bool ReplacementGate::Enter(const FileIdentity& file, std::uint32_t milliseconds
         return true;
     }
     const DWORD answer = WaitForSingleObject(mutex.get(), milliseconds);
-    // One that ended with its owner's process is owned too.
+    // A mutex whose owner's process ended is owned too.
     if (answer == WAIT_OBJECT_0 || answer == WAIT_ABANDONED) {
         m_mutex = std::move(mutex);
     }

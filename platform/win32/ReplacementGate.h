@@ -20,14 +20,14 @@ public:
     ReplacementGate(const ReplacementGate&) = delete;
     ReplacementGate& operator=(const ReplacementGate&) = delete;
 
-    /// False when somebody else had it all the time. Without a mutex (the system has none to give, or refuses it) the
-    /// answer is true: there is no gate then.
+    /// False when somebody else had it all the time. True without a mutex (the system has none left, or refuses it):
+    /// there is no gate then.
     [[nodiscard]] bool Enter(const FileIdentity& file, std::uint32_t milliseconds) noexcept;
     void Leave() noexcept;
     [[nodiscard]] bool IsEntered() const noexcept { return m_mutex != nullptr; }
 
 private:
-    /// Owned by the thread while it is there.
+    /// Owned by the thread while it is not null.
     Handle m_mutex;
 };
 

@@ -58,7 +58,7 @@ TEST(LogFormat, Directives_TakeArgumentsOfTheirKind)
     }
 }
 
-TEST(LogFormat, WhatIsNoDirectiveOrHasNoArgument_StaysAsItStands)
+TEST(LogFormat, WhatIsNoDirectiveOrHasNoArgument_StaysUnchanged)
 {
     const FormatCase cases[] = {
         {u"%s and %s", {Text(u"one")}, u"one and %s"},

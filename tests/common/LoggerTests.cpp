@@ -42,7 +42,7 @@ TEST_F(Logger, Sink_GetsEveryLevelFormatted)
     EXPECT_EQ(m_lines, expected);
 }
 
-TEST_F(Logger, SinkThatThrows_IsTheLogsOwnAffair)
+TEST_F(Logger, SinkThatThrows_DisturbsNoCaller)
 {
     CzuLogger::SetSink([](const LogMessage&) { throw std::runtime_error("full"); });
     CzuLogger::AddMessageW(0x800, 1, u"text");

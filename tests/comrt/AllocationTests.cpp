@@ -9,8 +9,8 @@ namespace {
 
 class Allocation : public ClassFixture {
 protected:
-    /// Runs `operation` with one failing allocation after the other; `after` checks what a failure left. Gives the
-    /// number of failures.
+    /// Runs `operation` with the first, the second, ... allocation failing; `after` checks what a failure left. Returns
+    /// the number of failures.
     template <class Operation, class After>
     static int FailEach(const Operation& operation, const After& after)
     {
@@ -88,7 +88,7 @@ TEST_F(Allocation, AFailedCreationGivesNoObjectAndTheNextOneWorks)
             happened = failing.Happened();
         }
         if (created == S_OK) {
-            // Also when the module's attempt to free libraries failed: that is no reason to fail for anybody.
+            // Also when the module failed to free libraries: no caller fails because of that.
             static_cast<IUnknown*>(out)->Release();
         } else {
             EXPECT_EQ(created, E_OUTOFMEMORY) << number;

@@ -55,8 +55,8 @@ TEST_F(ClassConcurrency, ModulesAreFreedWhileOtherThreadsCreate)
 {
     Register(kQuietClass, QUIET_MODULE);
     Register(kAnnouncedClass, ANNOUNCING_MODULE);
-    // The threads keep the objects until all have ended: a module may only go while none of its code runs, and a
-    // thread on its way out of a last Release still runs it.
+    // The threads keep the objects until all have ended: a module may only be unloaded while none of its code
+    // runs, and a thread that returns from a last Release still runs it.
     std::vector<std::vector<ComPtr<IUnknown>>> kept(kThreads);
     std::atomic<int> created{0};
     OnAllThreads([&](int thread, int round) {

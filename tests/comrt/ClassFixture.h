@@ -10,7 +10,7 @@ namespace zupm::test {
 
 class ClassFixture : public RegistryFixture {
 protected:
-    /// What the last test left loaded goes before the next begins.
+    /// Modules that the last test left loaded are unloaded before the next test begins.
     ~ClassFixture() override { CoFreeUnusedLibraries(); }
 
     static void Register(REFCLSID clsid, std::string_view path)

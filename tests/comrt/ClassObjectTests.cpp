@@ -108,7 +108,7 @@ TEST_F(ClassObject, AnnouncingTwiceCountsOnce)
     EXPECT_EQ(CreateObject(kOwnClass, object), REGDB_E_CLASSNOTREG);
 }
 
-TEST_F(ClassObject, AnAnnouncedClassComesBeforeARegisteredOne)
+TEST_F(ClassObject, AnAnnouncedClassIsPreferredToARegisteredOne)
 {
     Register(kOwnClass, EMPTY_MODULE);
     ComPtr<IUnknown> object;

@@ -1,4 +1,4 @@
-// Which member a call reaches, and what a failure tells.
+// Which member a call reaches, and what a failure reports.
 #include <gtest/gtest.h>
 
 #include "tests/comrt/ToyInterface.h"
@@ -117,7 +117,7 @@ TEST(DispatchCall, AFailureFillsTheExceptionFromTheErrorInformation)
     EXPECT_FALSE(TakeErrorInformation().present);
 }
 
-TEST(DispatchCall, WithoutAPlaceForTheExceptionTheMembersCodeComesAndTheInformationStays)
+TEST(DispatchCall, WithoutAPlaceForTheExceptionTheMembersCodeIsReturnedAndTheInformationStays)
 {
     Toy toy;
     VARIANT code = Number(-1200);
@@ -126,7 +126,7 @@ TEST(DispatchCall, WithoutAPlaceForTheExceptionTheMembersCodeComesAndTheInformat
     EXPECT_EQ(TakeErrorInformation().description, u"It failed on purpose.");
 }
 
-TEST(DispatchCall, AnEarlierCallsErrorInformationIsNotTakenForThisOnes)
+TEST(DispatchCall, ErrorInformationOfAnEarlierCallIsNotUsed)
 {
     Toy toy;
     LeaveStaleErrorInformation();

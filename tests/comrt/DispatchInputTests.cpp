@@ -32,7 +32,7 @@ std::u16string Joined(const VARIANT& argument)
     return text.substr(0, text.size() - 2);
 }
 
-/// The number that a member gets; `result` tells when there is none.
+/// The number that a member gets; `result` reports when there is none.
 LONG Taken(const VARIANT& argument, HRESULT& result)
 {
     Toy toy;
@@ -97,7 +97,7 @@ TEST(DispatchInput, WholeNumbersAreReadThroughReferences)
     }
 }
 
-TEST(DispatchInput, AStringPassesAsItStands)
+TEST(DispatchInput, AStringPassesUnchanged)
 {
     const Bstr odd(std::u16string(u"a\0\xD800 \u20AC", 5));
     const Bstr null;
@@ -163,7 +163,7 @@ TEST(DispatchInput, WhatIsNoTextAndNoNumberIsRefused)
     }
 }
 
-TEST(DispatchInput, AnObjectPassesAsItStandsAndKeepsItsReferences)
+TEST(DispatchInput, AnObjectPassesUnchangedAndKeepsItsReferences)
 {
     Toy toy;
     CountedObject object;

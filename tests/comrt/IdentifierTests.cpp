@@ -35,7 +35,7 @@ TEST(Identifier, CLSIDFromString_ReadsEitherCase)
     EXPECT_EQ(clsid, kSample);
 }
 
-TEST(Identifier, EveryClassIdentifierComesBackFromItsText)
+TEST(Identifier, EveryClassIdentifierIsReadBackFromItsText)
 {
     for (const CLSID& clsid : {CLSID_TaskInfo, CLSID_PolicyTask, CLSID_PolicyProduct, CLSID_PolicyFile}) {
         OLECHAR text[39];

@@ -1,4 +1,4 @@
-// A module that has to be registered: it says nothing of itself.
+// A module that must be registered: it announces nothing.
 #include "tests/comrt/ToyModule.h"
 
 HRESULT DllGetClassObject(REFCLSID clsid, REFIID iid, void** out)

@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(RegistryFile, ValuesComeBackByKeyAndName)
+TEST_F(RegistryFile, ValuesAreReadBackByKeyAndName)
 {
     EXPECT_EQ(ZuRegistrySetValue(u"Key\\Below", nullptr, u"default"), S_OK);
     EXPECT_EQ(ZuRegistrySetValue(u"Key\\Below", u"Näme", u"välue\n\"x\"\\"), S_OK);
@@ -38,7 +38,7 @@ TEST_F(RegistryFile, AnEmptyValueNameIsTheDefaultValue)
     EXPECT_EQ(Value(u"K", nullptr), u"x");
 }
 
-TEST_F(RegistryFile, WhatIsMissingGivesNotFoundAndANullOut)
+TEST_F(RegistryFile, AMissingKeyOrValueGivesNotFoundAndANullOut)
 {
     BSTR value = reinterpret_cast<BSTR>(std::uintptr_t{0x10});
     EXPECT_EQ(ZuRegistryGetValue(u"K", nullptr, &value), result::FileNotFound);
@@ -160,7 +160,7 @@ TEST_F(RegistryFile, ARegistryPathThatIsNotAbsoluteOrNotUtf8IsRefused)
     }
 }
 
-TEST_F(RegistryFile, AFolderInItsPlaceIsRefused)
+TEST_F(RegistryFile, AFolderInPlaceOfTheFileIsRefused)
 {
     ASSERT_EQ(::mkdir(FileName().c_str(), 0700), 0);
     EXPECT_EQ(ZuRegistryCreateKey(u"K"), result::AccessDenied);

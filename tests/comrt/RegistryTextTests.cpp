@@ -104,7 +104,7 @@ TEST(RegistryText, AnyCutShortTextIsRefusedOrEndsAtALine)
     }
 }
 
-TEST(RegistryText, OddNamesAndValuesComeBack)
+TEST(RegistryText, OddNamesAndValuesAreReadBack)
 {
     const char* const kOdd[] = {
         "plain",
@@ -145,7 +145,7 @@ TEST(RegistryText, OddNamesAndValuesComeBack)
     EXPECT_EQ(read->Serialise(), text);
 }
 
-TEST(RegistryText, EmptyValuesAndBackslashesInNamesAndValuesComeBack)
+TEST(RegistryText, EmptyValuesAndBackslashesInNamesAndValuesAreReadBack)
 {
     RegistryText registry;
     ASSERT_EQ(registry.SetValue("K", "C:\\a\\", "C:\\b\\"), result::Success);
@@ -194,7 +194,7 @@ TEST(RegistryText, TheLongestKeyIsTaken)
     EXPECT_TRUE(RegistryText::Parse(registry.Serialise()));
 }
 
-TEST(RegistryText, DeleteTree_RemovesTheKeyAndWhatIsBelowAndNothingBeside)
+TEST(RegistryText, DeleteTree_RemovesTheKeyAndTheKeysBelowItAndNoOthers)
 {
     RegistryText registry;
     for (const char* key : {"A", "A!", "A!\\x", "A\\B", "A\\B\\C", "A\\b2", "AB", "A]", "a~", "B\\A"}) {

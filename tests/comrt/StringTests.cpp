@@ -48,13 +48,13 @@ TEST(String, AllocLen_GivesNullUnitsForANullText)
 
 TEST(String, AllocLen_RefusesLengthsWhoseBytesDoNotFitTheCount)
 {
-    // Nothing that long is ever read: a length past the limit is refused before the text is looked at.
+    // No text of that length is read: a length past the limit is refused before the text is read.
     for (const UINT length : {UINT32_MAX, UINT32_MAX / 2, UINT32_MAX / 2 - 4}) {
         EXPECT_EQ(SysAllocStringLen(u"x", length), nullptr) << length;
     }
 }
 
-TEST(String, TheByteCountStandsRightBeforeTheText)
+TEST(String, TheByteCountIsRightBeforeTheText)
 {
     const BSTR text = SysAllocString(u"abc");
     std::uint32_t count = 0;

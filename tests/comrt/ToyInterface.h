@@ -59,7 +59,7 @@ public:
 [[nodiscard]] VARIANT Object(IUnknown* object);
 [[nodiscard]] VARIANT Reference(VARTYPE type, void* place);
 
-/// What came of a call; the value is freed at the end.
+/// The outcome of a call; the value is freed at the end.
 struct ToyCall {
     /// Arguments in the member's order.
     ToyCall(Toy& toy, DISPID member, WORD flags, std::initializer_list<VARIANT> arguments);

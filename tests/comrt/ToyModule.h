@@ -23,7 +23,7 @@ public:
     HRESULT QueryInterface(REFIID iid, void** out) override
     {
         if (iid != IID_IUnknown) {
-            // Left as it was on purpose: the runtime has to clear it.
+            // Left unchanged on purpose: the runtime must clear it.
             return E_NOINTERFACE;
         }
         *out = static_cast<IUnknown*>(this);

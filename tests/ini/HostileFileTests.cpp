@@ -1,4 +1,4 @@
-// Existing INI files as somebody might have left them: what a reader finds in them is never lost.
+// Existing INI files of every form: a setting that a reader finds in them is never lost.
 #include <algorithm>
 
 #include "tests/ini/IniTest.h"

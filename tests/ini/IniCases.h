@@ -1,4 +1,4 @@
-/// One setting written into one INI file: what goes in, and a recording of what the system's own call makes of it.
+/// One setting written into one INI file: the input, and a recording of the bytes that the system's own call gives.
 #pragma once
 
 #include <filesystem>

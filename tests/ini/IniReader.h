@@ -11,7 +11,7 @@ namespace zupm::test {
 
 /// What a file says, as the system's own call takes it: lines end at CR, LF or both; a line that begins with `[` is a
 /// section up to its last `]`; others are a key and a value, without blanks at their ends, the value without one pair
-/// of quotes; a null character ends a name or value. Of a section or key that comes twice the first counts.
+/// of quotes; a null character ends a name or value. Of a section or key that occurs twice the first counts.
 class IniReader {
 public:
     explicit IniReader(std::u16string_view text);

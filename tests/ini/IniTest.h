@@ -19,7 +19,7 @@ namespace zupm::test {
 
 class IniTest : public testing::Test {
 protected:
-    /// What the file holds before, in sections that the task has no part in; in the form in which every writer leaves
+    /// What the file holds before, in sections that the task does not write; in the form in which every writer leaves
     /// it.
     static constexpr std::string_view kOld = "; mine\r\n[Before]\r\nkept=1\r\n[After]\r\nkept=2\r\n";
 

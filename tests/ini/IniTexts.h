@@ -1,4 +1,4 @@
-/// Texts that have wanted to be something other than a text in an INI file.
+/// Texts that a reader of an INI file could take for something else.
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,5 @@
-// No text makes a line of its own in an INI file: it is written as it is, or refused with a log line. Of a value a
-// reader gets what the system's call leaves of it: not the blanks at its ends, and not a pair of quotes.
+// No text makes a line of its own in an INI file: it is written as it is, or refused with a log line. A reader
+// gets a value without the blanks at its ends and without a pair of quotes, as from the system's call.
 #include <algorithm>
 
 #include "tests/ini/IniTest.h"
@@ -13,7 +13,7 @@ protected:
     /// The section "Task" of a new task: its header and eight fields.
     static constexpr std::size_t kFields = 9;
 
-    /// What was there before is there still, in its order, and `added` lines more.
+    /// The file still has its old lines in their order, and `added` lines more.
     void ExpectOldLinesAnd(std::size_t added) const
     {
         const std::vector<std::u16string> old = LinesOf(std::u16string(kOld.begin(), kOld.end()));

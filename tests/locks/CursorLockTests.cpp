@@ -26,7 +26,7 @@ constexpr CursorRow kRows[] = {
     {"Deinitialize", [](CSectionParser& c) { return c.Deinitialize(); }},
 };
 
-/// The cursor's lock, known from a call that is refused under it.
+/// The cursor's lock: the one that a refused call takes.
 const CCriticalSection* LockOf(CSectionParser& cursor)
 {
     const LockUse use;

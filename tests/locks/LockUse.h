@@ -10,8 +10,8 @@ class CCriticalSection;
 
 namespace zupm::test {
 
-/// A critical section that was entered, with those that the thread held at that moment, outermost first. Entering again
-/// what is held already is no entry.
+/// A critical section that was entered, with those that the thread held at that moment, outermost first. Entering a
+/// section again that is already held is no entry.
 struct LockEntry {
     const CCriticalSection* section;
     std::vector<const CCriticalSection*> held;

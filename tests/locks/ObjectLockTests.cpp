@@ -25,7 +25,7 @@ class World {
 public:
     World() { EXPECT_EQ(file->InitializeFile(path.Get(), 0), 0); }
 
-    /// Gives back what a call handed out.
+    /// Releases what a call handed out.
     void EmptySlots()
     {
         text.Clear();
@@ -51,7 +51,7 @@ public:
     OutObject<IPolicyProduct> newPolicy;
 };
 
-/// Runs `call` and gives the outermost section that it enters; null when it enters none.
+/// Runs `call` and returns the outermost section that it enters; null when it enters none.
 template <class Call>
 const CCriticalSection* OutermostOf(Call call)
 {
@@ -60,7 +60,7 @@ const CCriticalSection* OutermostOf(Call call)
     return use.Entries().empty() ? nullptr : use.Entries().front().section;
 }
 
-/// The sections that `use` holds other than inside `lock`, lock itself excepted.
+/// The number of sections other than `lock` that were entered without `lock` as the outermost one.
 int EnteredOutside(const LockUse& use, const CCriticalSection* lock)
 {
     int count = 0;
@@ -157,7 +157,7 @@ void ExpectLockUse(World& world, const MemberRow (&rows)[count], const CCritical
     }
 }
 
-/// A file's lock, known from a member that takes it as its first one.
+/// A file's lock: the first one that a certain member takes.
 const CCriticalSection* LockOf(const World& world)
 {
     OutText text;

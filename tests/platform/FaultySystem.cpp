@@ -40,8 +40,8 @@ struct Name {
     char value[16]{};
 };
 
-template <Name name, auto member, class Result, class... Arguments>
-auto Wrap(Result (*SystemCalls::*)(Arguments...))
+template <Name name, auto member, class Calls, class Result, class... Arguments>
+auto Wrap(Result (*Calls::*)(Arguments...))
 {
     return +[](Arguments... arguments) -> Result {
         return Fails(name.value) ? Result{-1} : (kSystemCalls.*member)(arguments...);
@@ -83,31 +83,36 @@ int Flush(int file)
     return g_state.fault.skipsFlushes ? 0 : kSystemCalls.fsync(file);
 }
 
-const SystemCalls kFaultyCalls = {
-    .openat = Wrap<"openat", &SystemCalls::openat>(),
-    .mkdirat = Wrap<"mkdirat", &SystemCalls::mkdirat>(),
-    .close = Close,
-    .fstat = Wrap<"fstat", &SystemCalls::fstat>(),
-    .fstatat = Wrap<"fstatat", &SystemCalls::fstatat>(),
-    .faccessat = Wrap<"faccessat", &SystemCalls::faccessat>(),
-    .readlinkat = Wrap<"readlinkat", &SystemCalls::readlinkat>(),
-    .read = Read,
-    .pread = Wrap<"pread", &SystemCalls::pread>(),
-    .write = Write,
-    .poll = Wrap<"poll", &SystemCalls::poll>(),
-    .fsync = Flush,
-    .flock = Wrap<"flock", &SystemCalls::flock>(),
-    .setlock = Wrap<"setlock", &SystemCalls::setlock>(),
-    .fchown = Wrap<"fchown", &SystemCalls::fchown>(),
-    .fchmod = Wrap<"fchmod", &SystemCalls::fchmod>(),
-    .flistxattr = Wrap<"flistxattr", &SystemCalls::flistxattr>(),
-    .fgetxattr = Wrap<"fgetxattr", &SystemCalls::fgetxattr>(),
-    .fsetxattr = Wrap<"fsetxattr", &SystemCalls::fsetxattr>(),
-    .fremovexattr = Wrap<"fremovexattr", &SystemCalls::fremovexattr>(),
-    .renameat = Wrap<"renameat", &SystemCalls::renameat>(),
-    .unlinkat = Wrap<"unlinkat", &SystemCalls::unlinkat>(),
-    .getrandom = Wrap<"getrandom", &SystemCalls::getrandom>(),
-};
+SystemCalls FaultyCalls()
+{
+    SystemCalls calls = kSystemCalls;
+    calls.openat = Wrap<"openat", &SystemCalls::openat>();
+    calls.mkdirat = Wrap<"mkdirat", &SystemCalls::mkdirat>();
+    calls.fstat = Wrap<"fstat", &SystemCalls::fstat>();
+    calls.fstatat = Wrap<"fstatat", &SystemCalls::fstatat>();
+    calls.faccessat = Wrap<"faccessat", &SystemCalls::faccessat>();
+    calls.readlinkat = Wrap<"readlinkat", &SystemCalls::readlinkat>();
+    calls.pread = Wrap<"pread", &SystemCalls::pread>();
+    calls.poll = Wrap<"poll", &SystemCalls::poll>();
+    calls.flock = Wrap<"flock", &SystemCalls::flock>();
+    calls.setlock = Wrap<"setlock", &SystemCalls::setlock>();
+    calls.fchown = Wrap<"fchown", &SystemCalls::fchown>();
+    calls.fchmod = Wrap<"fchmod", &SystemCalls::fchmod>();
+    calls.flistxattr = Wrap<"flistxattr", &SystemCalls::flistxattr>();
+    calls.fgetxattr = Wrap<"fgetxattr", &SystemCalls::fgetxattr>();
+    calls.fsetxattr = Wrap<"fsetxattr", &SystemCalls::fsetxattr>();
+    calls.fremovexattr = Wrap<"fremovexattr", &SystemCalls::fremovexattr>();
+    calls.renameat = Wrap<"renameat", &SystemCalls::renameat>();
+    calls.unlinkat = Wrap<"unlinkat", &SystemCalls::unlinkat>();
+    calls.getrandom = Wrap<"getrandom", &SystemCalls::getrandom>();
+    calls.close = Close;
+    calls.read = Read;
+    calls.write = Write;
+    calls.fsync = Flush;
+    return calls;
+}
+
+const SystemCalls kFaultyCalls = FaultyCalls();
 
 }  // namespace
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::test {
 
@@ -27,7 +27,7 @@ public:
     FaultySystem(const FaultySystem&) = delete;
     FaultySystem& operator=(const FaultySystem&) = delete;
 
-    /// The name of the first call that failed; empty when there were not so many calls.
+    /// The name of the first call that failed; empty when fewer calls were made.
     [[nodiscard]] std::string FailedCall() const;
 };
 

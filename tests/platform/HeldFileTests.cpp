@@ -1,5 +1,5 @@
 // A file that is held open to be replaced: what is opened, which links are followed, who can take the lock, and what
-// somebody else does to the name in between.
+// happens when somebody else changes the name meanwhile.
 #include "platform/HeldFile.h"
 
 #include <fcntl.h>
@@ -11,7 +11,7 @@
 #include <functional>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/FaultySystem.h"
 #include "tests/platform/TestFolder.h"
 
@@ -25,7 +25,7 @@ constexpr uid_t kSomebody = 4321;
 
 std::function<void()> g_intrusion;
 
-/// Lets `intrusion` happen once, just before the next renaming.
+/// Runs `intrusion` once, right before the next renaming.
 class BeforeRenaming {
 public:
     explicit BeforeRenaming(std::function<void()> intrusion)
@@ -98,7 +98,7 @@ TEST_F(HeldFileTest, Link_IsFollowedOnceAndStays)
     EXPECT_TRUE(m_folder.IsLink("link"));
 }
 
-TEST_F(HeldFileTest, LinkThatIsSwappedInJustBeforeTheReplacement_IsLeftAlone)
+TEST_F(HeldFileTest, LinkMadeRightBeforeTheReplacement_IsLeftAlone)
 {
     m_folder.Write("victim", "untouched");
     ASSERT_EQ(Open("file"), result::Success);
@@ -319,7 +319,7 @@ TEST_F(HeldFileTest, EveryFailingCall_LeavesTheOldFileOrTheNewOneAndNoTemporary)
     }
 }
 
-/// A folder like /tmp, with a link of somebody's to a file of ours.
+/// A folder like /tmp, with somebody else's link to a file of ours.
 class StickyFolder : public HeldFileTest {
 protected:
     void SetUp() override

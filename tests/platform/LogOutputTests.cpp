@@ -111,7 +111,7 @@ TEST_F(LogOutput, ManyProcesses_WriteWholeLines)
     }
 }
 
-TEST_F(LogOutput, ProgramWithMoreRightsThanItsCaller_IsNotToldWhereToWrite)
+TEST_F(LogOutput, ProgramWithMoreRightsThanItsCaller_IgnoresTheEnvironment)
 {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root gives a program another's rights";

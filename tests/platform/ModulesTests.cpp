@@ -120,7 +120,7 @@ TEST_F(Modules, OwnModule_OfAProgramIsTheProgram)
     EXPECT_EQ(fs::path(OwnModuleFolder()), fs::read_symlink("/proc/self/exe").parent_path());
 }
 
-/// The folder that a module loaded from `path` says it lies in, asked from another current folder.
+/// The folder that a module loaded from `path` reports as its own, asked with another current folder.
 std::string FolderOfProbe(const std::string& path)
 {
     void* const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -48,6 +48,14 @@ TEST_F(PrivateProfile, MissingFile_IsCreated)
     EXPECT_TRUE(m_log.empty());
 }
 
+TEST_F(PrivateProfile, NamesWithOtherLettersInAnotherCase_AreTwoNames)
+{
+    EXPECT_NE(ProfileName(u"\u00C4"), ProfileName(u"\u00E4"));
+    EXPECT_TRUE(Write(u"S", u"\u00C4", u"1"));
+    EXPECT_TRUE(Write(u"S", u"\u00E4", u"2"));
+    EXPECT_EQ(m_folder.Read("file.ini"), "[S]\r\n\xC3\x84=1\r\n\xC3\xA4=2\r\n");
+}
+
 /// UTF-16 LE with its signature.
 std::string Wide(std::u16string_view text)
 {
@@ -100,7 +108,7 @@ TEST_F(PrivateProfile, AnUnpairedSurrogate_TurnsTheFileIntoUtf16)
     EXPECT_TRUE(m_log.empty());
 }
 
-TEST_F(PrivateProfile, BlanksThatKeepBytesFromBeingASignature_AreNotTakenAway)
+TEST_F(PrivateProfile, BlanksThatKeepBytesFromBeingASignature_AreNotRemoved)
 {
     for (const std::string_view before : {"\f\xFF\xFE[S]\r\n", " \xFE\xFF", "\t\xEF\xBB\xBF[S]\r\n"}) {
         m_folder.Write("file.ini", before);
@@ -128,7 +136,7 @@ TEST_F(PrivateProfile, ALineBreakOrNull_IsRefusedWithALogLineAndTheFileStays)
     EXPECT_EQ(m_folder.Read("file.ini"), "[S]\r\nk=1\r\n");
 }
 
-TEST_F(PrivateProfile, AValueThatIsThereAlready_LeavesTheFileUntouched)
+TEST_F(PrivateProfile, AValueThatTheFileHasAlready_LeavesTheFileUntouched)
 {
     m_folder.Write("file.ini", "\n[S]\n k = 1\n");
     ASSERT_EQ(::chmod(m_folder.Path("file.ini").c_str(), 0444), 0);

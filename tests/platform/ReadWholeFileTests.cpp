@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {
@@ -30,7 +30,7 @@ protected:
     std::string m_bytes = "what was there before";
 };
 
-TEST_F(ReadWhole, FilesOfManySizes_ComeBackByteForByte)
+TEST_F(ReadWhole, FilesOfManySizes_AreReadByteForByte)
 {
     for (const std::size_t size : {0u, 1u, 4095u, 4096u, 4097u, 1u << 20}) {
         std::string bytes(size, '\0');
@@ -74,7 +74,7 @@ TEST_F(ReadWhole, NameOfManyScripts_IsFound)
     EXPECT_EQ(m_bytes, "text");
 }
 
-TEST_F(ReadWhole, MissingFileAndMissingFolder_AreToldApart)
+TEST_F(ReadWhole, MissingFileAndMissingFolder_GiveDifferentCodes)
 {
     ExpectRefused(m_folder.Wide("none"), result::FileNotFound);
     ExpectRefused(m_folder.Wide("none/file"), result::PathNotFound);

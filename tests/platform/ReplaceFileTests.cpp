@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {
@@ -168,7 +168,7 @@ TEST_F(ReplacePermissions, ExtendedAttributes_AreKept)
     EXPECT_EQ(Attribute("user.empty"), "");
 }
 
-TEST_F(ReplacePermissions, AttributesThatVouchForTheOldBytes_AreLeftBehind)
+TEST_F(ReplacePermissions, AttributesThatVouchForTheOldBytes_AreNotCopied)
 {
     m_folder.Write("file", "old");
     if (::setxattr(m_folder.Path("file").c_str(), "security.ima", "1", 1, 0) != 0) {
@@ -209,8 +209,8 @@ TEST_F(ReplacePermissions, AsRoot_GroupThatCannotBeKept_IsRefused)
     EXPECT_EQ(status.st_gid, 4321u);
 }
 
-/// A system where the file has one attribute, whatever the file system has; it is found to be `value` on every file,
-/// or not to be there with the error `readError`, and it is set with the error `setError`.
+/// A system where the file has one attribute, whatever the file system has. Reading it gives `value` on every file, or
+/// fails with `readError`; setting it fails with `setError`.
 struct OneAttribute {
     const char* value = "1";
     int readError = 0;
@@ -259,7 +259,7 @@ protected:
     }
 };
 
-TEST_F(OddAttributes, ThatStandThereAlready_AreNotSetAgain)
+TEST_F(OddAttributes, ThatTheNewFileHasAlready_AreNotSetAgain)
 {
     EXPECT_EQ(WriteWith({.value = "1", .setError = EPERM}), result::Success);
     EXPECT_EQ(g_attributesSet, 0);

@@ -1,4 +1,4 @@
-// Files that stand under a special protection: groups, the sticky bit, attributes of the file system, mounts.
+// Files with a special protection: groups, the sticky bit, attributes of the file system, mounts.
 #include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -56,7 +56,7 @@ protected:
     TestFolder m_folder;
 };
 
-TEST_F(ReplaceProtected, OwnFileOfAGroupThatTheUserIsIn_KeepsItsGroup)
+TEST_F(ReplaceProtected, OwnFileOfAGroupOfTheUser_KeepsItsGroup)
 {
     Give(kNobody, kGroup, 02664);
     EXPECT_TRUE(GivesWithoutRights(result::Success, kGroup));

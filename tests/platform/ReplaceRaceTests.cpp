@@ -1,4 +1,4 @@
-// Somebody who changes the target, or guesses at the temporary, while the file is replaced.
+// Somebody changes the target, or guesses the temporary's name, while the file is replaced.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <set>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {
@@ -48,7 +48,7 @@ protected:
         g_intrusion = nullptr;
     }
 
-    /// Replaces the file; `intrusion` comes after it was looked at and before it is opened.
+    /// Replaces the file; `intrusion` runs right before the file is opened.
     [[nodiscard]] result::Code WriteWithIntrusionBeforeOpening(std::function<void()> intrusion)
     {
         m_calls.openat = [](int folder, const char* path, int flags, mode_t mode) {
@@ -60,7 +60,7 @@ protected:
         return Write(std::move(intrusion));
     }
 
-    /// The same, but `intrusion` comes when everything but the renaming is done.
+    /// The same, but `intrusion` runs when everything but the renaming is done.
     [[nodiscard]] result::Code WriteWithIntrusionBeforeRenaming(std::function<void()> intrusion)
     {
         m_calls.renameat = [](int oldFolder, const char* oldName, int newFolder, const char* newName) {
@@ -95,7 +95,7 @@ private:
     native::SystemCalls m_calls = native::kSystemCalls;
 };
 
-TEST_F(ReplaceRace, LinkThatComesBeforeTheFileIsOpened_IsALinkLikeAnyOther)
+TEST_F(ReplaceRace, LinkMadeBeforeTheFileIsOpened_IsFollowedLikeAnyOther)
 {
     EXPECT_EQ(WriteWithIntrusionBeforeOpening([this] { PutLink(); }), result::Success);
     EXPECT_EQ(m_folder.Read("victim"), "new");
@@ -103,7 +103,7 @@ TEST_F(ReplaceRace, LinkThatComesBeforeTheFileIsOpened_IsALinkLikeAnyOther)
     EXPECT_EQ(m_folder.Names(), (Names{"file", "victim"}));
 }
 
-TEST_F(ReplaceRace, LinkThatGoesAwayWhileItIsRead_IsTheFileThatIsThereNow)
+TEST_F(ReplaceRace, LinkReplacedByAFileWhileItIsRead_IsTakenForThatFile)
 {
     ASSERT_EQ(::symlink("victim", m_folder.Path("link").c_str()), 0);
     native::SystemCalls calls = native::kSystemCalls;
@@ -123,7 +123,7 @@ TEST_F(ReplaceRace, LinkThatGoesAwayWhileItIsRead_IsTheFileThatIsThereNow)
     EXPECT_EQ(m_folder.Read("victim"), "untouched");
 }
 
-TEST_F(ReplaceRace, LinkThatComesBeforeTheRenaming_IsReplacedItself)
+TEST_F(ReplaceRace, LinkMadeBeforeTheRenaming_IsReplacedItself)
 {
     EXPECT_EQ(WriteWithIntrusionBeforeRenaming([this] { PutLink(); }), result::Success);
     EXPECT_EQ(m_folder.Read("victim"), "untouched");
@@ -131,13 +131,13 @@ TEST_F(ReplaceRace, LinkThatComesBeforeTheRenaming_IsReplacedItself)
     EXPECT_EQ(m_folder.Read("file"), "new");
 }
 
-TEST_F(ReplaceRace, FolderThatComesBeforeTheRenaming_IsRefusedAndNoTemporaryStays)
+TEST_F(ReplaceRace, FolderMadeBeforeTheRenaming_IsRefusedAndNoTemporaryStays)
 {
     EXPECT_EQ(WriteWithIntrusionBeforeRenaming([this] { PutFolder(); }), result::AccessDenied);
     EXPECT_EQ(m_folder.Names(), (Names{"file", "victim"}));
 }
 
-TEST_F(ReplaceRace, PipeThatComesBeforeTheFileIsOpened_IsRefusedWithoutWaiting)
+TEST_F(ReplaceRace, PipeMadeBeforeTheFileIsOpened_IsRefusedWithoutWaiting)
 {
     const auto putPipe = [this] {
         RemoveFile();
@@ -147,7 +147,7 @@ TEST_F(ReplaceRace, PipeThatComesBeforeTheFileIsOpened_IsRefusedWithoutWaiting)
     EXPECT_EQ(m_folder.Names(), (Names{"file", "victim"}));
 }
 
-TEST_F(ReplaceRace, FileThatGoesAwayBeforeTheRenaming_IsMadeAgainWithItsMode)
+TEST_F(ReplaceRace, FileDeletedBeforeTheRenaming_IsMadeAgainWithItsMode)
 {
     ASSERT_EQ(::chmod(m_folder.Path("file").c_str(), 0604), 0);
     EXPECT_EQ(WriteWithIntrusionBeforeRenaming([this] { RemoveFile(); }), result::Success);
@@ -155,7 +155,7 @@ TEST_F(ReplaceRace, FileThatGoesAwayBeforeTheRenaming_IsMadeAgainWithItsMode)
     EXPECT_EQ(m_folder.Mode("file"), mode_t{0604});
 }
 
-TEST_F(ReplaceRace, FileOfAnotherWriterThatComesBeforeTheRenaming_IsReplaced)
+TEST_F(ReplaceRace, FileOfAnotherWriterMadeBeforeTheRenaming_IsReplaced)
 {
     const auto putOther = [this] {
         m_folder.Write("other", "another writer's");

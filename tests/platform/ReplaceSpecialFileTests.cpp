@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "platform/Files.h"
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {
@@ -69,7 +69,7 @@ TEST_F(ReplaceSpecial, PipeThatNobodyReads_IsRefusedWithoutWaiting)
     EXPECT_EQ(ReplaceFileAtomically(m_folder.Wide("pipe"), "text"), result::NotSupported);
 }
 
-TEST_F(ReplaceSpecial, PipeWhoseReaderGoesAway_EndsTheCallAndNotTheProcess)
+TEST_F(ReplaceSpecial, PipeWhoseReaderCloses_EndsTheCallAndNotTheProcess)
 {
     const int pipe = ::open(m_folder.Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
     std::thread reader([&] {

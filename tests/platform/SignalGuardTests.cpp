@@ -1,4 +1,4 @@
-// Signals that a failing write raises: the component's caller must not be ended by them.
+// Signals that a failing write raises: they must not end the component's caller.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -19,7 +19,7 @@ void LimitFileSize(rlim_t bytes)
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-TEST(SignalGuard, FileOverTheProcessesLimit_IsACodeAndLeavesNoTemporary)
+TEST(SignalGuard, FileOverTheProcessesLimit_GivesACodeAndLeavesNoTemporary)
 {
     TestFolder folder;
     folder.Write("file", "old");

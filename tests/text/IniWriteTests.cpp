@@ -1,5 +1,5 @@
-// The text of INI files as the native target writes it. That these are the bytes of the system's own call is for the
-// recording in tests/ini to show; here is what the rules are.
+// The rules by which the native target edits an INI file's text. The recording in tests/ini shows that the bytes are
+// those of the system's own call.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -47,7 +47,7 @@ TEST(IniWrite, OneSettingChanges_AndTheFormOfTheOtherLines)
     }
 }
 
-TEST(IniWrite, AValueThatIsThereAlready_LeavesTheTextAsItIs)
+TEST(IniWrite, AValueThatTheTextHasAlready_LeavesTheTextAsItIs)
 {
     for (const std::u16string_view text : {u"\n\n[Task] x\n Key = new \n\n", u"; c = 1\r\n[task]\rKEY=new"}) {
         EXPECT_EQ(SetIniValue(text, u"Task", u"Key", u"new"), text);
@@ -56,7 +56,7 @@ TEST(IniWrite, AValueThatIsThereAlready_LeavesTheTextAsItIs)
     }
 }
 
-TEST(IniWrite, Values_AreWrittenAsTheyAreButForBlanksBeforeThem)
+TEST(IniWrite, Values_AreWrittenUnchangedWithoutTheBlanksBeforeThem)
 {
     for (const std::u16string_view value :
          {u"", u"plain", u"a b", u"a ", u"\"a\"", u"'a'", u"\"", u"[Other]", u";x", u"a=b;c]d[e", u"\u00A0a\u3000"}) {
@@ -66,7 +66,7 @@ TEST(IniWrite, Values_AreWrittenAsTheyAreButForBlanksBeforeThem)
     }
 }
 
-TEST(IniWrite, Names_AreWrittenAsTheyAreButForBlanksBeforeThem)
+TEST(IniWrite, Names_AreWrittenUnchangedWithoutTheBlanksBeforeThem)
 {
     EXPECT_EQ(SetIniValue(u"", u" S]x=; ", u" [k]=; ", u"v"), u"[S]x=; ]\r\n[k]=; =v\r\n");
     EXPECT_EQ(SetIniValue(u"[S]\r\n", u"", u"", u"v"), u"=v\r\n[S]\r\n");
@@ -76,15 +76,6 @@ TEST(IniWrite, LargeValue_ReadsBackWhole)
 {
     const std::u16string value(65536, u'x');
     EXPECT_EQ(ReadIniValue(SetIniValue(u"", u"S", u"k", value), u"S", u"k"), value);
-}
-
-TEST(IniWrite, NamesAreTheSame_ButForCaseOfAToZAndBlanksAtTheirEnds)
-{
-    EXPECT_EQ(IniName(u"Key"), IniName(u" kEY\t"));
-    EXPECT_EQ(IniName(u""), IniName(u"  "));
-    EXPECT_NE(IniName(u"a b"), IniName(u"ab"));
-    EXPECT_NE(IniName(u"\u00C4"), IniName(u"\u00E4"));
-    EXPECT_NE(IniName(u"key"), IniName(u"keys"));
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace zupm {
 namespace {
 
-/// The plain textbook rule, to hold the fast one against.
+/// The plain textbook rule, to compare the fast one with.
 std::string EncodeSlowly(char32_t codePoint)
 {
     const auto byte = [](char32_t value) { return static_cast<char>(value); };
@@ -34,7 +34,7 @@ std::u16string WideOf(char32_t codePoint)
     return {static_cast<char16_t>(0xD800 + (rest >> 10)), static_cast<char16_t>(0xDC00 + (rest & 0x3FF))};
 }
 
-TEST(Utf, EveryCodePoint_GoesThereAndBack)
+TEST(Utf, EveryCodePoint_ConvertsBothWays)
 {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         if (codePoint == 0xD800) {
@@ -47,16 +47,19 @@ TEST(Utf, EveryCodePoint_GoesThereAndBack)
         ASSERT_EQ(appended, narrow) << std::hex << static_cast<std::uint32_t>(codePoint);
         ASSERT_EQ(ToUtf16(narrow), wide) << std::hex << static_cast<std::uint32_t>(codePoint);
         ASSERT_EQ(ToUtf8(wide), narrow) << std::hex << static_cast<std::uint32_t>(codePoint);
+        const CodePoint read = CodePointAt(narrow, 0);
+        ASSERT_TRUE(read.value == codePoint && read.bytes == narrow.size());
+        ASSERT_TRUE(EqualsUtf16(narrow, wide)) << std::hex << static_cast<std::uint32_t>(codePoint);
     }
 }
 
-/// Whether two bytes are valid UTF-8, said differently.
+/// Whether two bytes are valid UTF-8, by a rule of its own.
 bool IsValidPair(unsigned first, unsigned second)
 {
     return (first < 0x80 && second < 0x80) || (first >= 0xC2 && first <= 0xDF && second >= 0x80 && second <= 0xBF);
 }
 
-TEST(Utf, EveryPairOfBytes_IsValidExactlyWhenTheRuleSaysSo)
+TEST(Utf, EveryPairOfBytes_IsValidByTheRuleAlone)
 {
     for (unsigned first = 0; first < 256; ++first) {
         for (unsigned second = 0; second < 256; ++second) {
@@ -91,7 +94,7 @@ constexpr InvalidCase kInvalidUtf8[] = {
     {"cut after two of three", "\xE2\x82", 0, u"\uFFFD"},
     {"cut after three of four", "\xF0\x9F\x98", 0, u"\uFFFD"},
     {"cut by a letter", "\xE2\x82z", 0, u"\uFFFDz"},
-    {"behind a long run", "0123456789abcdef0123456789abcdef\xC3(", 32, u"0123456789abcdef0123456789abcdef\uFFFD("},
+    {"after a long run", "0123456789abcdef0123456789abcdef\xC3(", 32, u"0123456789abcdef0123456789abcdef\uFFFD("},
 };
 
 TEST(Utf, InvalidUtf8_IsFoundRefusedAndReplaced)
@@ -134,6 +137,31 @@ TEST(Utf, InvalidUtf16_IsFoundRefusedAndReplaced)
     }
 }
 
+TEST(Utf, EqualsUtf16_WantsEveryCodePointAndNoMore)
+{
+    struct Row {
+        const char* label;
+        std::string_view narrow;
+        std::u16string wide;
+        bool isEqual;
+    };
+    const Row rows[] = {
+        {"empty", "", u"", true},
+        {"a name", "Na\xC3\xA9\xF0\x9F\x98\x80", u"Na\u00E9\U0001F600", true},
+        {"another letter", "Name", u"Namf", false},
+        {"another case", "Name", u"name", false},
+        {"the first is longer", "Name", u"Nam", false},
+        {"the second is longer", "Nam", u"Name", false},
+        {"half a pair", "\xF0\x9F\x98\x80", {0xD83D}, false},
+        {"a replacement character for an unpaired surrogate", "\xEF\xBF\xBD", {0xD83D}, false},
+        {"a replacement character for a stray byte", "\x80", u"\uFFFD", false},
+        {"two stray halves", "\x80", {0xD83D}, false},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(EqualsUtf16(row.narrow, row.wide), row.isEqual) << row.label;
+    }
+}
+
 TEST(Utf, Empty_IsValid)
 {
     EXPECT_EQ(FindInvalidUtf8({}), kValid);
@@ -150,7 +178,7 @@ TEST(Utf, Nulls_AreCharactersLikeOthers)
     EXPECT_EQ(ToUtf8(wide), narrow);
 }
 
-/// The text in memory that ends where the text does, so that a checker sees a read past it.
+/// A copy whose memory ends where the text does, so that a memory checker sees a read past it.
 template <class Unit>
 std::unique_ptr<Unit[]> Exactly(const std::basic_string<Unit>& text)
 {

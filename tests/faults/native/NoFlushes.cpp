@@ -1,5 +1,5 @@
 // In this program nothing waits for the disk: it writes files by the thousand and loses no power.
-#include "platform/linux/SystemCalls.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace zupm::test {
 

@@ -1,4 +1,4 @@
-// What the system's own reader gets from the files: it is what most programs read INI files with.
+// What the system's own reader gets from the files: most programs read INI files with it.
 #include <windows.h>
 
 #include "tests/ini/IniTest.h"

@@ -20,7 +20,7 @@ const wchar_t* Wide(const std::u16string& text)
     return reinterpret_cast<const wchar_t*>(text.c_str());
 }
 
-/// A folder with one file a case: the system's call keeps files that it has seen in mind.
+/// A folder with one file a case: the system's call remembers files that it has seen.
 class SystemWriter : public testing::Test {
 protected:
     /// The path of a new file with the case's old bytes.
@@ -96,7 +96,7 @@ constexpr std::pair<const char16_t*, const char16_t*> kFields[] = {
 
 class SystemDump : public IniTest {
 protected:
-    /// What the system's own call makes of the old content, field by field and then with the setting.
+    /// The bytes after the system's own call wrote every field and then the setting into the old content.
     [[nodiscard]] std::string OfSystem(std::string_view old, const std::vector<std::u16string>& setting) const
     {
         const std::u16string path = m_folder.Write(u"system.ini", old);

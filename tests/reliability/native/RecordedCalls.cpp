@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/linux/SystemCalls.h"
 #include "platform/posix/NativePath.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {

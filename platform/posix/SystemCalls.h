@@ -1,4 +1,4 @@
-/// The system calls behind files, one by one, so that tests can make each of them fail.
+/// The system calls on files, one by one, so that tests can make each of them fail.
 #pragma once
 
 #include <fcntl.h>
@@ -8,10 +8,12 @@
 
 #include <cstddef>
 
+#include "platform/linux/LinuxCalls.h"
+
 namespace zupm::native {
 
-/// One function per system call, with the system's own signature, result and errno.
-struct SystemCalls {
+/// One function per system call, with the system's own signature, result and errno: those of POSIX, and the target's.
+struct SystemCalls : LinuxCalls {
     int (*openat)(int folder, const char* path, int flags, mode_t mode);
     int (*mkdirat)(int folder, const char* path, mode_t mode);
     int (*close)(int file);
@@ -24,17 +26,10 @@ struct SystemCalls {
     ssize_t (*write)(int file, const void* bytes, std::size_t count);
     int (*poll)(pollfd* files, nfds_t count, int timeout);
     int (*fsync)(int file);
-    int (*flock)(int file, int operation);
-    int (*setlock)(int file, const struct flock* range);  ///< fcntl with F_OFD_SETLK
     int (*fchown)(int file, uid_t user, gid_t group);
     int (*fchmod)(int file, mode_t mode);
-    ssize_t (*flistxattr)(int file, char* names, std::size_t capacity);
-    ssize_t (*fgetxattr)(int file, const char* name, void* value, std::size_t capacity);
-    int (*fsetxattr)(int file, const char* name, const void* value, std::size_t size, int flags);
-    int (*fremovexattr)(int file, const char* name);
     int (*renameat)(int oldFolder, const char* oldName, int newFolder, const char* newName);
     int (*unlinkat)(int folder, const char* name, int flags);
-    ssize_t (*getrandom)(void* bytes, std::size_t count, unsigned flags);
 };
 
 /// The system's own.
@@ -46,10 +41,10 @@ extern const SystemCalls kSystemCalls;
 /// Uses other calls from now on; null goes back to the system's. For tests.
 void ReplaceSystemCalls(const SystemCalls* calls) noexcept;
 
-/// Whether the last call failed because a signal came.
+/// Whether a signal interrupted the last call.
 [[nodiscard]] bool WasInterrupted() noexcept;
 
-/// Calls again as long as a signal interrupts; gives -1 with errno, or the result.
+/// Repeats a call as long as a signal interrupts it. Its result, or -1 with errno.
 template <class Call>
 auto Retry(Call call) noexcept
 {

@@ -1,21 +1,13 @@
-#include "platform/win32/ProfileEncoding.h"
+#include "platform/win32/CodePage.h"
 
 #include <windows.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/Files.h"
 #include "platform/win32/Wide.h"
-#include "text/Utf.h"
 
 namespace zupm::win32 {
-
-namespace {
-
-constexpr std::string_view kSignature = "\xFF\xFE";
-constexpr std::string_view kBigEndianSignature = "\xFE\xFF";
-constexpr std::string_view kUtf8Signature = "\xEF\xBB\xBF";
 
 std::u16string FromCodePage(std::string_view bytes)
 {
@@ -52,37 +44,6 @@ std::optional<std::string> ToCodePage(std::u16string_view text)
     std::string bytes(static_cast<std::size_t>(needed), '\0');
     WideCharToMultiByte(CP_ACP, flags, wide, length, bytes.data(), needed, nullptr, report);
     return bytes;
-}
-
-/// The text of a file in 8 bits; nothing when that would lose a byte.
-std::optional<std::u16string> TextOf(std::string_view bytes)
-{
-    if (bytes.starts_with(kUtf8Signature)) {
-        return ToUtf16(bytes.substr(kUtf8Signature.size()));
-    }
-    std::u16string text = FromCodePage(bytes);
-    return ToCodePage(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
-}
-
-}  // namespace
-
-bool IsUtf16(std::string_view bytes) noexcept
-{
-    return bytes.starts_with(kSignature) || bytes.starts_with(kBigEndianSignature);
-}
-
-bool CodePageHolds(std::u16string_view text)
-{
-    return ToCodePage(text).has_value();
-}
-
-std::optional<std::string> AsUtf16(std::string_view bytes)
-{
-    const std::optional<std::u16string> text = TextOf(bytes);
-    if (!text) {
-        return std::nullopt;
-    }
-    return std::string(kSignature).append(reinterpret_cast<const char*>(text->data()), text->size() * sizeof(char16_t));
 }
 
 }  // namespace zupm::win32

@@ -1,0 +1,67 @@
+#include "platform/linux/LinuxFiles.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+
+#include "platform/posix/FileErrors.h"
+
+namespace zupm::native {
+
+FileHandle OpenToSearch(int folder, const char* path) noexcept
+{
+    return OpenBelow(folder, path, O_PATH | O_DIRECTORY);
+}
+
+FileHandle OpenLink(int folder, const char* name) noexcept
+{
+    return OpenBelow(folder, name, O_PATH | O_NOFOLLOW);
+}
+
+result::Code ReadOpenLink(const FileHandle& link, std::string& target)
+{
+    char text[PATH_MAX];
+    const ssize_t length = Calls().readlinkat(link.Get(), "", text, sizeof(text));
+    if (length < 0) {
+        return LastError();
+    }
+    if (length == 0 || static_cast<std::size_t>(length) == sizeof(text)) {
+        return result::NameTooLong;
+    }
+    target.assign(text, static_cast<std::size_t>(length));
+    return result::Success;
+}
+
+result::Code CreateNameless(int folder, FileHandle& file) noexcept
+{
+    file = OpenBelow(folder, ".", O_TMPFILE | O_WRONLY, 0600);
+    const bool isUnknown = !file && (errno == EOPNOTSUPP || errno == EISDIR);
+    return file || isUnknown ? result::Success : LastError();
+}
+
+result::Code TryWriteLock(const FileHandle& file) noexcept
+{
+    struct flock all {};
+    all.l_type = F_WRLCK;
+    all.l_whence = SEEK_SET;
+    if (Retry([&] { return Calls().setlock(file.Get(), &all); }) == 0) {
+        return result::Success;
+    }
+    return errno == EAGAIN || errno == EACCES ? result::FileLocked : LastError();
+}
+
+result::Code WaitForLock(const FileHandle& file) noexcept
+{
+    return Retry([&] { return Calls().flock(file.Get(), LOCK_EX); }) == 0 ? result::Success : LastError();
+}
+
+bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept
+{
+    const ssize_t count = Retry([&] { return Calls().getrandom(bytes.data(), bytes.size(), 0); });
+    return count == static_cast<ssize_t>(bytes.size());
+}
+
+}  // namespace zupm::native
