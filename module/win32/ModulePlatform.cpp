@@ -25,10 +25,9 @@ HMODULE OwnModule() noexcept
 
 bool IsTypeLibraryRegistered() noexcept
 {
-    BSTR path = nullptr;
-    const HRESULT found = QueryPathOfRegTypeLib(LIBID_ZUPOLICYMANAGERLib, kMajorVersion, kMinorVersion, 0, &path);
-    SysFreeString(path);
-    return SUCCEEDED(found);
+    Bstr path;
+    return SUCCEEDED(
+        QueryPathOfRegTypeLib(LIBID_ZUPOLICYMANAGERLib, kMajorVersion, kMinorVersion, LOCALE_NEUTRAL, path.Put()));
 }
 
 }  // namespace
