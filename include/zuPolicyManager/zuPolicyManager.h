@@ -278,27 +278,27 @@ namespace zupm {
 
 template <>
 struct InterfaceTraits<ITaskInfo> {
-    static const IID& Id() { return IID_ITaskInfo; }
-    static const CLSID& Class() { return CLSID_TaskInfo; }
+    static constexpr const IID& Id() { return IID_ITaskInfo; }
+    static constexpr const CLSID& Class() { return CLSID_TaskInfo; }
 };
 template <>
 struct InterfaceTraits<IPolicyTask> {
-    static const IID& Id() { return IID_IPolicyTask; }
-    static const CLSID& Class() { return CLSID_PolicyTask; }
+    static constexpr const IID& Id() { return IID_IPolicyTask; }
+    static constexpr const CLSID& Class() { return CLSID_PolicyTask; }
 };
 template <>
 struct InterfaceTraits<IPolicyProduct> {
-    static const IID& Id() { return IID_IPolicyProduct; }
-    static const CLSID& Class() { return CLSID_PolicyProduct; }
+    static constexpr const IID& Id() { return IID_IPolicyProduct; }
+    static constexpr const CLSID& Class() { return CLSID_PolicyProduct; }
 };
 template <>
 struct InterfaceTraits<IPolicyFile> {
-    static const IID& Id() { return IID_IPolicyFile; }
-    static const CLSID& Class() { return CLSID_PolicyFile; }
+    static constexpr const IID& Id() { return IID_IPolicyFile; }
+    static constexpr const CLSID& Class() { return CLSID_PolicyFile; }
 };
 template <>
 struct InterfaceTraits<IPolicyFileEdit> {
-    static const IID& Id() { return IID_IPolicyFileEdit; }
+    static constexpr const IID& Id() { return IID_IPolicyFileEdit; }
 };
 
 }  // namespace zupm

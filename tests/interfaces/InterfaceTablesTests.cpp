@@ -91,9 +91,15 @@ TEST(InterfaceTables, Parameters_HaveTheTypesOfTheSignature)
     EXPECT_EQ(parameters[0].type, ParameterType::Object);
     EXPECT_EQ(parameters[1].name, u"bOverwrite");
     EXPECT_EQ(parameters[1].type, ParameterType::Number);
-    EXPECT_EQ(PolicyFileInterface().members[9].parameters[0].type, ParameterType::TaskSlot);
-    EXPECT_EQ(PolicyFileInterface().members[10].parameters[0].type, ParameterType::ProductSlot);
-    EXPECT_EQ(PolicyFileInterface().members[8].parameters[0].type, ParameterType::ObjectSlot);
+    const Parameter& task = PolicyFileInterface().members[9].parameters[0];
+    EXPECT_EQ(task.type, ParameterType::DispatchSlot);
+    EXPECT_EQ(task.slotInterface, &IID_IPolicyTask);
+    const Parameter& policy = PolicyFileInterface().members[10].parameters[0];
+    EXPECT_EQ(policy.type, ParameterType::DispatchSlot);
+    EXPECT_EQ(policy.slotInterface, &IID_IPolicyProduct);
+    const Parameter& taskInfo = PolicyFileInterface().members[8].parameters[0];
+    EXPECT_EQ(taskInfo.type, ParameterType::ObjectSlot);
+    EXPECT_EQ(taskInfo.slotInterface, nullptr);
 }
 
 }  // namespace
