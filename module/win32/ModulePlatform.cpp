@@ -57,7 +57,7 @@ result::Code RegisterModuleTypeLibrary(const std::u16string& modulePath) noexcep
 
 result::Code UnregisterModuleTypeLibrary() noexcept
 {
-    // Unregistering what is not registered is no failure, and the call itself cannot tell that from one.
+    // Unregistering what is not registered is no failure, but the call itself reports one.
     if (!IsTypeLibraryRegistered()) {
         return result::Success;
     }
