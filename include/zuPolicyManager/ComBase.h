@@ -1,5 +1,5 @@
-/// The types and functions of the component object model, on both targets: the operating system's on Windows, those of
-/// the native component runtime everywhere else.
+/// The types and functions of the component object model: on Windows those of the operating system, on every other
+/// target those of the native component runtime.
 #pragma once
 
 #ifdef _WIN32
