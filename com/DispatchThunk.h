@@ -17,7 +17,7 @@ template <std::size_t Size>
 struct ParameterName {
     char16_t text[Size]{};
 
-    constexpr ParameterName(const char16_t (&name)[Size])  // NOLINT(google-explicit-constructor): stands for a literal
+    constexpr ParameterName(const char16_t (&name)[Size])  // NOLINT(google-explicit-constructor): made from a literal
     {
         std::copy_n(name, Size, text);
     }

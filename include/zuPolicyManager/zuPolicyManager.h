@@ -59,7 +59,7 @@ template <std::size_t Size>
 struct WideLiteral {
     OLECHAR text[Size]{};
 
-    constexpr WideLiteral(const char (&ascii)[Size])  // NOLINT(google-explicit-constructor): stands for a literal
+    constexpr WideLiteral(const char (&ascii)[Size])  // NOLINT(google-explicit-constructor): made from a literal
     {
         for (std::size_t i = 0; i < Size; ++i) {
             text[i] = static_cast<OLECHAR>(ascii[i]);
