@@ -8,19 +8,20 @@ namespace zupm::bench {
 namespace {
 
 template <class Interface>
-Owner<Interface> Create(const CLSID& clsid, const IID& iid)
+ComPtr<Interface> Create()
 {
-    void* object = nullptr;
-    Demand(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, &object), "CoCreateInstance");
-    return Owner<Interface>(static_cast<Interface*>(object));
+    ComPtr<Interface> object;
+    Demand(CoCreateInstance(InterfaceTraits<Interface>::Class(), nullptr, CLSCTX_INPROC_SERVER,
+                            InterfaceTraits<Interface>::Id(), object.PutVoid()),
+           "CoCreateInstance");
+    return object;
 }
 
 }  // namespace
 
-OwnedString Wide(const std::string& ascii)
+Bstr Wide(const std::string& ascii)
 {
-    const std::u16string text(ascii.begin(), ascii.end());
-    return OwnedString(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())));
+    return std::u16string(ascii.begin(), ascii.end());
 }
 
 void Demand(HRESULT result, const char* call)
@@ -31,33 +32,32 @@ void Demand(HRESULT result, const char* call)
     }
 }
 
-Owner<IPolicyFile> NewPolicyFile()
+ComPtr<IPolicyFile> NewPolicyFile()
 {
-    return Create<IPolicyFile>(CLSID_PolicyFile, IID_IPolicyFile);
+    return Create<IPolicyFile>();
 }
 
-Owner<IPolicyFile> LoadedPolicyFile(const std::string& path)
+ComPtr<IPolicyFile> LoadedPolicyFile(const std::string& path)
 {
-    Owner<IPolicyFile> file = NewPolicyFile();
-    Demand(file->InitializeFile(Wide(path).get(), 0), "InitializeFile");
+    ComPtr<IPolicyFile> file = NewPolicyFile();
+    Demand(file->InitializeFile(Wide(path).Get(), 0), "InitializeFile");
     return file;
 }
 
-Owner<IPolicyProduct> PolicyOf(IPolicyFile& file, const std::string& softwareId)
+ComPtr<IPolicyProduct> PolicyOf(IPolicyFile& file, const std::string& softwareId)
 {
-    IUnknown* unknown = nullptr;
-    Demand(file.GetPolicy(Wide(softwareId).get(), &unknown), "GetPolicy");
-    const Owner<IUnknown> owner(unknown);
-    void* product = nullptr;
-    Demand(unknown->QueryInterface(IID_IPolicyProduct, &product), "QueryInterface");
-    return Owner<IPolicyProduct>(static_cast<IPolicyProduct*>(product));
+    ComPtr<IUnknown> object;
+    Demand(file.GetPolicy(Wide(softwareId).Get(), object.Put()), "GetPolicy");
+    ComPtr<IPolicyProduct> product;
+    Demand(object.Query(IID_IPolicyProduct, product), "QueryInterface");
+    return product;
 }
 
-Owner<IPolicyTask> NewTask(const std::string& softwareId, const std::string& taskId)
+ComPtr<IPolicyTask> NewTask(const std::string& softwareId, const std::string& taskId)
 {
-    Owner<IPolicyTask> task = Create<IPolicyTask>(CLSID_PolicyTask, IID_IPolicyTask);
-    Demand(task->put_SoftwareID(Wide(softwareId).get()), "put_SoftwareID");
-    Demand(task->put_TaskID(Wide(taskId).get()), "put_TaskID");
+    ComPtr<IPolicyTask> task = Create<IPolicyTask>();
+    Demand(task->put_SoftwareID(Wide(softwareId).Get()), "put_SoftwareID");
+    Demand(task->put_TaskID(Wide(taskId).Get()), "put_TaskID");
     return task;
 }
 

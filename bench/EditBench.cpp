@@ -15,16 +15,16 @@ constexpr int kSetting = 20;
 
 void Component(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = LoadedPolicyFile(FileOfSize(kFileBytes, false));
-    const OwnedString path = Wide(ScratchFile("component.xml"));
+    const ComPtr<IPolicyFile> file = LoadedPolicyFile(FileOfSize(kFileBytes, false));
+    const Bstr path = Wide(ScratchFile("component.xml"));
     int value = 0;
     for (auto _ : state) {
-        const Owner<IPolicyProduct> product = PolicyOf(*file, ProductName(kProduct));
-        Demand(product->PutSectionSetting(Wide("Section0").get(), Wide(SettingName(kSetting)).get(),
-                                          Wide(std::to_string(++value)).get()),
+        const ComPtr<IPolicyProduct> product = PolicyOf(*file, ProductName(kProduct));
+        Demand(product->PutSectionSetting(Wide("Section0").Get(), Wide(SettingName(kSetting)).Get(),
+                                          Wide(std::to_string(++value)).Get()),
                "PutSectionSetting");
-        Demand(file->AddPolicy(product.get(), 1), "AddPolicy");
-        Demand(file->WriteFile(path.get(), 0), "WriteFile");
+        Demand(file->AddPolicy(product.Get(), 1), "AddPolicy");
+        Demand(file->WriteFile(path.Get(), 0), "WriteFile");
     }
 }
 

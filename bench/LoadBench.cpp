@@ -24,7 +24,7 @@ void Component(benchmark::State& state)
     const std::string& path = FileOfSize(bytes, state.range(1) != 0);
     StartWithACleanHeap();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(LoadedPolicyFile(path).get());
+        benchmark::DoNotOptimize(LoadedPolicyFile(path).Get());
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * state.iterations());
 }

@@ -10,59 +10,58 @@ namespace {
 
 constexpr int kManySettings = 2000;
 
-Owner<IPolicyFile> FileWithOneLargeProduct()
+ComPtr<IPolicyFile> FileWithOneLargeProduct()
 {
     return LoadedPolicyFile(FileOfShape(1, kManySettings, 1));
 }
 
 void GetPolicy(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = FileWithOneLargeProduct();
+    const ComPtr<IPolicyFile> file = FileWithOneLargeProduct();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(PolicyOf(*file, ProductName(0)).get());
+        benchmark::DoNotOptimize(PolicyOf(*file, ProductName(0)).Get());
     }
 }
 BENCHMARK(GetPolicy)->Name("GetPolicy of 2,000 settings/component")->Unit(benchmark::kMicrosecond);
 
 void GetSectionSetting(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = FileWithOneLargeProduct();
-    const Owner<IPolicyProduct> product = PolicyOf(*file, ProductName(0));
-    const OwnedString section = Wide("Section20");
-    const OwnedString name = Wide(SettingName(1010));
-    BSTR value = nullptr;
+    const ComPtr<IPolicyFile> file = FileWithOneLargeProduct();
+    const ComPtr<IPolicyProduct> product = PolicyOf(*file, ProductName(0));
+    const Bstr section = Wide("Section20");
+    const Bstr name = Wide(SettingName(1010));
+    Bstr value;
     for (auto _ : state) {
-        Demand(product->GetSectionSetting(section.get(), name.get(), &value), "GetSectionSetting");
+        Demand(product->GetSectionSetting(section.Get(), name.Get(), value.Slot()), "GetSectionSetting");
     }
-    SysFreeString(value);
 }
 BENCHMARK(GetSectionSetting)->Name("GetSectionSetting/component")->Unit(benchmark::kMicrosecond);
 
 void PutExistingSetting(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = FileWithOneLargeProduct();
-    const Owner<IPolicyProduct> product = PolicyOf(*file, ProductName(0));
-    const OwnedString section = Wide("Section20");
-    const OwnedString name = Wide(SettingName(1010));
-    const OwnedString values[] = {Wide("one value"), Wide("another value")};
+    const ComPtr<IPolicyFile> file = FileWithOneLargeProduct();
+    const ComPtr<IPolicyProduct> product = PolicyOf(*file, ProductName(0));
+    const Bstr section = Wide("Section20");
+    const Bstr name = Wide(SettingName(1010));
+    const Bstr values[] = {Wide("one value"), Wide("another value")};
     std::size_t turn = 0;
     for (auto _ : state) {
-        Demand(product->PutSectionSetting(section.get(), name.get(), values[++turn % 2].get()), "PutSectionSetting");
+        Demand(product->PutSectionSetting(section.Get(), name.Get(), values[++turn % 2].Get()), "PutSectionSetting");
     }
 }
 BENCHMARK(PutExistingSetting)->Name("PutSectionSetting, existing/component")->Unit(benchmark::kMicrosecond);
 
 void PutNewSetting(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = FileWithOneLargeProduct();
-    const Owner<IPolicyProduct> product = PolicyOf(*file, ProductName(0));
-    const OwnedString section = Wide("Section20");
-    const OwnedString name = Wide("New");
-    const OwnedString value = Wide("value");
+    const ComPtr<IPolicyFile> file = FileWithOneLargeProduct();
+    const ComPtr<IPolicyProduct> product = PolicyOf(*file, ProductName(0));
+    const Bstr section = Wide("Section20");
+    const Bstr name = Wide("New");
+    const Bstr value = Wide("value");
     for (auto _ : state) {
-        Demand(product->PutSectionSetting(section.get(), name.get(), value.get()), "PutSectionSetting");
+        Demand(product->PutSectionSetting(section.Get(), name.Get(), value.Get()), "PutSectionSetting");
         state.PauseTiming();
-        Demand(product->RemoveSetting(section.get(), name.get()), "RemoveSetting");
+        Demand(product->RemoveSetting(section.Get(), name.Get()), "RemoveSetting");
         state.ResumeTiming();
     }
 }
@@ -70,43 +69,39 @@ BENCHMARK(PutNewSetting)->Name("PutSectionSetting, new/component")->Unit(benchma
 
 void AddPolicy(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = LoadedPolicyFile(FileOfShape(1000, 20, 1));
-    const Owner<IPolicyProduct> product = PolicyOf(*file, ProductName(500));
+    const ComPtr<IPolicyFile> file = LoadedPolicyFile(FileOfShape(1000, 20, 1));
+    const ComPtr<IPolicyProduct> product = PolicyOf(*file, ProductName(500));
     for (auto _ : state) {
-        Demand(file->AddPolicy(product.get(), 1), "AddPolicy");
+        Demand(file->AddPolicy(product.Get(), 1), "AddPolicy");
     }
 }
 BENCHMARK(AddPolicy)->Name("AddPolicy into 1,000 products/component")->Unit(benchmark::kMicrosecond);
 
 void AddTask(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = LoadedPolicyFile(FileOfShape(10, 20, 2000));
-    const Owner<IPolicyTask> task = NewTask(ProductName(5), "{task-new}");
+    const ComPtr<IPolicyFile> file = LoadedPolicyFile(FileOfShape(10, 20, 2000));
+    const ComPtr<IPolicyTask> task = NewTask(ProductName(5), "{task-new}");
     for (auto _ : state) {
-        Demand(file->AddTask(task.get(), 1), "AddTask");
+        Demand(file->AddTask(task.Get(), 1), "AddTask");
     }
 }
 BENCHMARK(AddTask)->Name("AddTask into 2,000 tasks/component")->Unit(benchmark::kMicrosecond);
 
 void Enumerate(benchmark::State& state)
 {
-    const Owner<IPolicyFile> file = LoadedPolicyFile(FileOfShape(10, 20, 10000));
+    const ComPtr<IPolicyFile> file = LoadedPolicyFile(FileOfShape(10, 20, 10000));
     for (auto _ : state) {
-        IUnknown* unknown = nullptr;
-        Demand(file->GetTaskInfo(&unknown), "GetTaskInfo");
-        const Owner<IUnknown> owner(unknown);
-        void* pointer = nullptr;
-        Demand(unknown->QueryInterface(IID_ITaskInfo, &pointer), "QueryInterface");
-        const Owner<ITaskInfo> tasks(static_cast<ITaskInfo*>(pointer));
-        BSTR softwareId = nullptr;
-        BSTR taskId = nullptr;
+        ComPtr<IUnknown> object;
+        Demand(file->GetTaskInfo(object.Put()), "GetTaskInfo");
+        ComPtr<ITaskInfo> tasks;
+        Demand(object.Query(IID_ITaskInfo, tasks), "QueryInterface");
+        Bstr softwareId;
+        Bstr taskId;
         int count = 0;
-        for (HRESULT result = tasks->GetFirst(&softwareId, &taskId); result >= 0;
-             result = tasks->GetNext(&softwareId, &taskId)) {
+        for (HRESULT result = tasks->GetFirst(softwareId.Slot(), taskId.Slot()); result >= 0;
+             result = tasks->GetNext(softwareId.Slot(), taskId.Slot())) {
             ++count;
         }
-        SysFreeString(softwareId);
-        SysFreeString(taskId);
         Demand(count == 10000 ? 0 : -1, "enumeration of all tasks");
     }
 }

@@ -1,4 +1,4 @@
-/// Calls by name: what a dual interface's IDispatch half stands on.
+/// Calls by name: the IDispatch half of a dual interface.
 #pragma once
 
 #include <cstddef>
@@ -11,14 +11,20 @@ namespace zupm {
 
 enum class MemberKind : WORD { Method = 1, PropertyGet = 2, PropertyPut = 4 };
 
-/// The types that members of the four interfaces take: inputs by value, outputs through a slot.
-enum class ParameterType { String, Number, Object, StringSlot, NumberSlot, ObjectSlot, TaskSlot, ProductSlot };
+/// The types that members take: inputs by value, outputs through a slot. The object of a DispatchSlot can be called by
+/// name, the one of an ObjectSlot has to be asked.
+enum class ParameterType { String, Number, Object, StringSlot, NumberSlot, ObjectSlot, DispatchSlot };
+
+/// The most parameters of one member: calls have room for no more.
+inline constexpr std::size_t kMostParameters = 4;
 
 /// One parameter; `isResult` marks the output that a script gets as the call's value.
 struct Parameter {
     std::u16string_view name;
     ParameterType type;
     bool isResult = false;
+    /// The interface of a DispatchSlot; null for every other type.
+    const IID* slotInterface = nullptr;
 };
 
 /// Holds one argument on its way into a call: a value, or the address of a slot.
@@ -29,11 +35,12 @@ union Argument {
     void* slot;
 };
 
-/// One row of an interface: everything that the type library says of the member too.
+/// One row of an interface: what the type library says of the member, and how to call it.
 struct Member {
     std::u16string_view name;
     DISPID id;
     MemberKind kind;
+    /// At most kMostParameters.
     std::span<const Parameter> parameters;
     std::string_view help;
     /// Calls the member of `self` (an interface pointer) with one argument per parameter.

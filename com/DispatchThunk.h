@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -16,7 +17,7 @@ template <std::size_t Size>
 struct ParameterName {
     char16_t text[Size]{};
 
-    constexpr ParameterName(const char16_t (&name)[Size])  // NOLINT(google-explicit-constructor): stands for a literal
+    constexpr ParameterName(const char16_t (&name)[Size])  // NOLINT(google-explicit-constructor): made from a literal
     {
         std::copy_n(name, Size, text);
     }
@@ -59,6 +60,15 @@ struct DispatchType<LONG*> : SlotDispatchType<LONG*, ParameterType::NumberSlot> 
 template <>
 struct DispatchType<IUnknown**> : SlotDispatchType<IUnknown**, ParameterType::ObjectSlot> {
 };
+template <std::derived_from<IDispatch> Interface>
+struct DispatchType<Interface**> : SlotDispatchType<Interface**, ParameterType::DispatchSlot> {
+};
+
+/// The interface of a slot whose object can be called by name.
+template <class Type>
+inline constexpr const IID* kSlotInterface = nullptr;
+template <std::derived_from<IDispatch> Interface>
+inline constexpr const IID* kSlotInterface<Interface**> = &InterfaceTraits<Interface>::Id();
 
 [[nodiscard]] constexpr bool IsSlot(ParameterType type)
 {
@@ -73,6 +83,7 @@ template <class Interface, class... Types>
 struct MemberSignature<HRESULT (Interface::*)(Types...)> {
     static constexpr std::size_t kCount = sizeof...(Types);
     static constexpr std::array<ParameterType, kCount> kTypes{DispatchType<Types>::kType...};
+    static constexpr std::array<const IID*, kCount> kSlotInterfaces{kSlotInterface<Types>...};
 
     template <auto Function>
     static HRESULT Call(IDispatch* self, const Argument* arguments)
@@ -94,11 +105,13 @@ template <auto Function, ParameterName... Names>
 {
     using Signature = MemberSignature<decltype(Function)>;
     static_assert(Signature::kCount == sizeof...(Names), "one name for each parameter");
+    static_assert(Signature::kCount <= kMostParameters, "a call has no room for more");
     constexpr bool hasOneOutput = std::ranges::count_if(Signature::kTypes, IsSlot) == 1;
-    std::array<Parameter, Signature::kCount> parameters{Parameter{Names.View(), {}, false}...};
+    std::array<Parameter, Signature::kCount> parameters{Parameter{Names.View(), {}}...};
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         parameters[i].type = Signature::kTypes[i];
         parameters[i].isResult = hasOneOutput && IsSlot(Signature::kTypes[i]);
+        parameters[i].slotInterface = Signature::kSlotInterfaces[i];
     }
     return parameters;
 }

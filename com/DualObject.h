@@ -17,7 +17,7 @@ struct AlsoImplements {
     static const IID& Id() noexcept { return iid; }
 };
 
-/// What a class stands on; PlainObject or AggregatedObject (ObjectForms.h) make objects of it.
+/// The base of every class; PlainObject or AggregatedObject (ObjectForms.h) make objects of it.
 ///
 /// `Class` has, in public:
 ///   static const InterfaceDescription& Description() noexcept   its interface's table

@@ -22,12 +22,12 @@ void LogPlatformError(std::u16string_view operation, result::Code code, std::u16
 /// Level 7: a document could not be read or parsed.
 void LogFailure(std::u16string_view text) noexcept;
 
-/// Level 7, two lines: where the text of an operation ("CClass::Initialize()") could not be parsed, and that loading
-/// failed.
+/// Level 7, two lines: the place where an operation ("CClass::Initialize()") could not parse its text, and that loading
+/// failed there.
 void LogParseFailure(std::u16string_view operation, std::int64_t line, std::int64_t column) noexcept;
 
-/// Level 8: a duplicate key was skipped while indexing. The arguments are keys, for the format's %s, which is given
-/// them whole: who logs at this level wants to find them in the file.
+/// Level 8: a duplicate key was skipped while indexing. The arguments are the keys for the format's %s, in full
+/// length, so that a reader of the log can find them in the file.
 template <class... Keys>
 void LogDuplicate(std::u16string_view format, const Keys&... keys) noexcept
 {

@@ -9,7 +9,7 @@ void UnlockModule() noexcept;
 /// True while there is such a reason.
 [[nodiscard]] bool IsModuleLocked() noexcept;
 
-/// One such reason, for the life of an object. The forms of our classes have it as their first base, so that it goes
+/// One such reason, for the life of an object. It is the first base of the forms of our classes, so it is destroyed
 /// after the class itself.
 class ModuleReference {
 public:

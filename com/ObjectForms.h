@@ -24,7 +24,7 @@ private:
     std::atomic<ULONG> m_count = 1;
 };
 
-/// An object that stands alone.
+/// An object of its own.
 ///
 /// Lifetime  Created with one reference, which the creator has; deletes itself with the last one.
 template <class Class>
@@ -45,8 +45,8 @@ private:
     ReferenceCount m_references;
 };
 
-/// The class inside an aggregate: every interface it hands out belongs to the outer object, identity and lifetime
-/// included.
+/// The class inside an aggregate: every interface that it hands out has the identity and the lifetime of the outer
+/// object.
 template <class Class>
 class ContainedObject final : public Class {
 public:
@@ -96,8 +96,8 @@ private:
     ContainedObject<Class> m_contained;
 };
 
-/// Creates an object in one of its forms and finishes its construction. On failure `object` is empty and nothing is
-/// left behind: OutOfMemory, Unexpected (an exception, logged), or what FinalConstruct gave.
+/// Creates an object in one of its forms and finishes its construction. On failure `object` is empty and
+/// nothing remains: OutOfMemory, Unexpected (an exception, logged), or the code of FinalConstruct.
 template <class Form, class... Arguments>
 [[nodiscard]] HRESULT CreateForm(std::u16string_view operation, ComPtr<Form>& object, Arguments&... arguments) noexcept
 {

@@ -12,8 +12,7 @@ namespace zupm {
 /// is destroyed last.
 ///
 /// Lifetime  Destroying any one clears the module-wide handle, whichever objects still live; the next creation loads
-/// the
-///           module again. A reader that got the module from Current keeps it alive.
+///           the module again. A reader that got the module from Current keeps it alive.
 /// Threads   Any; the handle is exchanged in one step and never locked for longer.
 /// Errors    A result code.
 class ResourceModuleUse {

@@ -1,5 +1,4 @@
 #include "com/DispatchThunk.h"
-#include "interfaces/InterfaceSlots.h"
 #include "interfaces/InterfaceTables.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 

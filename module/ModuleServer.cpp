@@ -16,7 +16,7 @@ namespace {
 
 result::Code RegisterAt(const std::u16string& modulePath) noexcept
 {
-    for (const ObjectMapRow& row : ModuleObjects()) {
+    for (const ObjectMapRow& row : kModuleObjects) {
         const std::string_view script = RegistryScriptText(row.script);
         if (const result::Code code = RunRegistryScript(script, ScriptMode::Register, modulePath); code < 0) {
             return code;
@@ -38,7 +38,7 @@ HRESULT ModuleCanUnloadNow() noexcept
 
 HRESULT ModuleGetClassObject(REFCLSID clsid, REFIID iid, void** out) noexcept
 {
-    return GetClassObject(ModuleObjects(), clsid, iid, out);
+    return GetClassObject(kModuleObjects, clsid, iid, out);
 }
 
 HRESULT ModuleRegister() noexcept
@@ -55,7 +55,7 @@ HRESULT ModuleRegister() noexcept
 HRESULT ModuleUnregister() noexcept
 {
     result::Code first = result::Success;
-    for (const ObjectMapRow& row : ModuleObjects()) {
+    for (const ObjectMapRow& row : kModuleObjects) {
         const std::string_view script = RegistryScriptText(row.script);
         const result::Code code = RunRegistryScript(script, ScriptMode::Unregister, {});
         first = first < 0 ? first : code;

@@ -5,7 +5,7 @@
 ///     value   = "val" name "=" text
 ///     rule    = "NoRemove" | "ForceRemove"
 ///     name    = a word of ASCII letters, digits, ".", "-" and "_", or a text
-///     text    = '...' with two quotes for a quote, on one line; in values %MODULE% stands for the module's path
+///     text    = '...' with two quotes for a quote, on one line; in values %MODULE% is the module's path
 ///
 /// | rule        | registering                  | unregistering                        |
 /// |-------------|------------------------------|--------------------------------------|

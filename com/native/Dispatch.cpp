@@ -4,6 +4,7 @@
 
 #include "com/native/DispatchArguments.h"
 #include "text/AsciiCase.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 namespace {
@@ -15,7 +16,7 @@ bool IsNamed(std::u16string_view name, LPCOLESTR asked)
     return asked != nullptr && EqualsIgnoringAsciiCase(name, std::u16string_view(asked));
 }
 
-/// The rows of a name: a property's get and put stand together under one.
+/// The number of a name, which the get and the put of a property share.
 DISPID FindId(Members members, LPCOLESTR name)
 {
     const auto found =
@@ -62,26 +63,25 @@ HRESULT CheckNames(const Member& row, const DISPPARAMS& parameters)
     return isPutValue ? S_OK : DISP_E_NONAMEDARGS;
 }
 
-/// Fills in what a failed member left behind for this thread.
+/// Fills in the error information that a failed member left for this thread.
 void FillException(HRESULT failure, EXCEPINFO& exception)
 {
     exception = EXCEPINFO{};
     exception.scode = failure;
-    IErrorInfo* info = nullptr;
-    if (GetErrorInfo(0, &info) != S_OK) {
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.Put()) != S_OK) {
         return;
     }
-    // A text that cannot be had stays null; the code is what counts.
+    // A text that there is no memory for stays null; the code is what counts.
     static_cast<void>(info->GetDescription(&exception.bstrDescription));
     static_cast<void>(info->GetSource(&exception.bstrSource));
     static_cast<void>(info->GetHelpFile(&exception.bstrHelpFile));
     static_cast<void>(info->GetHelpContext(&exception.dwHelpContext));
-    info->Release();
 }
 
 HRESULT CallMember(const Member& row, IDispatch* self, const DispatchArguments& arguments, EXCEPINFO* exception)
 {
-    // What an earlier call left behind must not be taken for this one's.
+    // Error information of an earlier call must not be taken for this one's.
     static_cast<void>(SetErrorInfo(0, nullptr));
     const HRESULT called = row.call(self, arguments.Values());
     if (SUCCEEDED(called) || exception == nullptr) {

@@ -17,7 +17,7 @@ constexpr bool IsInput(ParameterType type)
 
 constexpr bool IsObjectSlot(ParameterType type)
 {
-    return !IsInput(type) && type != ParameterType::StringSlot && type != ParameterType::NumberSlot;
+    return type == ParameterType::ObjectSlot || type == ParameterType::DispatchSlot;
 }
 
 /// Takes the object out of a temporary; its reference goes along.
@@ -73,8 +73,7 @@ void* DirectSlot(ParameterType type, const VARIANT& argument) noexcept
         case VT_BYREF | VT_UNKNOWN:
             return IsObjectSlot(type) ? argument.byref : nullptr;
         case VT_BYREF | VT_DISPATCH:
-            // Every interface of ours is an IDispatch, but what comes as plain IUnknown has to be asked for it.
-            return IsObjectSlot(type) && type != ParameterType::ObjectSlot ? argument.byref : nullptr;
+            return type == ParameterType::DispatchSlot ? argument.byref : nullptr;
         default:
             return nullptr;
     }
@@ -110,8 +109,8 @@ HRESULT DispatchArguments::Bind(const Member& member, const DISPPARAMS& paramete
 {
     std::optional<std::size_t> leftOut;
     const HRESULT counted = FindLeftOut(member.parameters, parameters.cArgs, leftOut);
-    if (FAILED(counted) || member.parameters.size() > kMostParameters) {
-        return DISP_E_BADPARAMCOUNT;
+    if (FAILED(counted)) {
+        return counted;
     }
     m_count = member.parameters.size();
     UINT index = parameters.cArgs;

@@ -41,8 +41,6 @@ public:
     [[nodiscard]] HRESULT StoreOutputs(UINT& badArgument) noexcept;
 
 private:
-    static constexpr std::size_t kMostParameters = 8;
-
     /// What one argument owns, and where it goes.
     struct Temporary {
         BSTR string = nullptr;

@@ -10,7 +10,7 @@
 namespace zupm {
 namespace {
 
-/// Bytes behind a by-reference value of a type; 0 for a type that none of the members could take.
+/// The size in bytes of a by-reference value of a type; 0 for a type that none of the members could take.
 constexpr std::size_t SizeOfType(VARTYPE type)
 {
     switch (type) {

@@ -18,8 +18,7 @@ VARTYPE SlotType(ParameterType type) noexcept
             return VT_I4;
         case ParameterType::ObjectSlot:
             return VT_UNKNOWN;
-        case ParameterType::TaskSlot:
-        case ParameterType::ProductSlot:
+        case ParameterType::DispatchSlot:
             return VT_DISPATCH;
         default:
             return VT_EMPTY;
@@ -66,8 +65,7 @@ ByReferenceArguments::ByReferenceArguments(const Member* member, const DISPPARAM
     : m_parameters(parameters)
 {
     const std::size_t count = parameters.cArgs;
-    if (member == nullptr || parameters.cNamedArgs != 0 || count > kMostArguments ||
-        count > member->parameters.size()) {
+    if (member == nullptr || parameters.cNamedArgs != 0 || count > member->parameters.size()) {
         return;
     }
     std::copy_n(parameters.rgvarg, count, m_arguments.begin());

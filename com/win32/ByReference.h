@@ -37,8 +37,6 @@ public:
     [[nodiscard]] HRESULT CopyBack() noexcept;
 
 private:
-    static constexpr std::size_t kMostArguments = 4;
-
     /// One substituted argument: where the output goes, and the value in between.
     struct Substitute {
         VARIANT* variable;
@@ -49,8 +47,8 @@ private:
     [[nodiscard]] HRESULT StoreResult() noexcept;
 
     DISPPARAMS m_parameters;
-    std::array<VARIANTARG, kMostArguments> m_arguments{};
-    std::array<Substitute, kMostArguments> m_substitutes{};
+    std::array<VARIANTARG, kMostParameters> m_arguments{};
+    std::array<Substitute, kMostParameters> m_substitutes{};
     std::size_t m_count = 0;
     ParameterType m_resultType{};
     const VARIANTARG* m_resultSlot = nullptr;

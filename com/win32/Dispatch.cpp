@@ -4,29 +4,16 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "com/win32/ByReference.h"
 #include "com/win32/TypeInformation.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm {
 
 namespace {
 
-struct Releaser {
-    void operator()(IUnknown* object) const noexcept { object->Release(); }
-};
-using TypeInfoPtr = std::unique_ptr<ITypeInfo, Releaser>;
-
-HRESULT GetInfo(const InterfaceDescription& description, TypeInfoPtr& info) noexcept
-{
-    ITypeInfo* found = nullptr;
-    const HRESULT result = win32::TypeInfoOf(description.iid, &found);
-    info.reset(found);
-    return result;
-}
-
-/// The row that a call means. Script engines ask for "method or property" when the syntax does not tell.
+/// The row that a call means. Script engines ask for "method or property" when the syntax fits both.
 const Member* FindMember(const InterfaceDescription& description, DISPID id, WORD flags) noexcept
 {
     const auto row = std::find_if(description.members.begin(), description.members.end(), [&](const Member& member) {
@@ -94,8 +81,8 @@ HRESULT DispatchGetIDsOfNames(const InterfaceDescription& description, LPOLESTR*
     if (names == nullptr || ids == nullptr) {
         return E_POINTER;
     }
-    TypeInfoPtr info;
-    const HRESULT result = GetInfo(description, info);
+    ComPtr<ITypeInfo> info;
+    const HRESULT result = win32::TypeInfoOf(description.iid, info.Put());
     return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
 }
 
@@ -106,8 +93,8 @@ HRESULT DispatchInvoke(const InterfaceDescription& description, IDispatch* self,
     if (parameters == nullptr) {
         return E_POINTER;
     }
-    TypeInfoPtr info;
-    if (const HRESULT got = GetInfo(description, info); FAILED(got)) {
+    ComPtr<ITypeInfo> info;
+    if (const HRESULT got = win32::TypeInfoOf(description.iid, info.Put()); FAILED(got)) {
         return got;
     }
     const Member* const row = FindMember(description, member, flags);

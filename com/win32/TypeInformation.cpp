@@ -10,6 +10,7 @@
 #include "com/Dispatch.h"
 #include "platform/Modules.h"
 #include "platform/win32/Wide.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm::win32 {
 
@@ -21,11 +22,11 @@ struct Entry {
     ITypeInfo* info;
 };
 
-constexpr std::size_t kInterfaces = 4;
+constexpr std::size_t kRoom = 16;
 
-// A slim lock needs neither construction nor destruction, so loading and unloading the module leaves nothing behind.
+// A slim lock needs neither construction nor destruction, so nothing of it remains after the module is unloaded.
 constinit SRWLOCK g_lock = SRWLOCK_INIT;
-constinit Entry g_entries[kInterfaces]{};
+constinit Entry g_entries[kRoom]{};
 constinit std::size_t g_count = 0;
 
 class CacheLock {
@@ -48,14 +49,9 @@ ITypeInfo* FindCached(REFIID iid) noexcept
 HRESULT Read(REFIID iid, ITypeInfo** info)
 {
     const std::u16string path = OwnModulePath();
-    ITypeLib* library = nullptr;
-    const HRESULT loaded = LoadTypeLibEx(Wide(path), REGKIND_NONE, &library);
-    if (FAILED(loaded)) {
-        return loaded;
-    }
-    const HRESULT found = library->GetTypeInfoOfGuid(iid, info);
-    library->Release();
-    return found;
+    ComPtr<ITypeLib> library;
+    const HRESULT loaded = LoadTypeLibEx(Wide(path), REGKIND_NONE, library.Put());
+    return FAILED(loaded) ? loaded : library->GetTypeInfoOfGuid(iid, info);
 }
 
 /// Hands out a new description and keeps a reference while there is room.
@@ -68,7 +64,7 @@ HRESULT ReadAndCache(REFIID iid, ITypeInfo** info) noexcept
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     }
-    if (g_count < kInterfaces) {
+    if (g_count < kRoom) {
         (*info)->AddRef();
         g_entries[g_count++] = {iid, *info};
     }

@@ -1,6 +1,7 @@
 /// Adds a product policy and a task to a policy file: the shortest whole client, through the interfaces' vtables.
 ///
 /// Usage: new_entries FILE
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <iostream>
@@ -9,40 +10,8 @@
 
 namespace {
 
-/// A string for the interfaces, made from ASCII.
-class Text {
-public:
-    explicit Text(const std::string& ascii)
-    {
-        const std::basic_string<OLECHAR> wide(ascii.begin(), ascii.end());
-        m_text = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
-    }
-    Text(const Text&) = delete;
-    Text& operator=(const Text&) = delete;
-    ~Text() { SysFreeString(m_text); }
-
-    operator BSTR() const { return m_text; }  // NOLINT(google-explicit-constructor): a Text is passed as a BSTR
-
-private:
-    BSTR m_text = nullptr;
-};
-
-/// One reference to an object, released at the end.
-template <typename Interface>
-struct Object {
-    Object() = default;
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
-    ~Object()
-    {
-        if (pointer != nullptr) {
-            pointer->Release();
-        }
-    }
-    Interface* operator->() const { return pointer; }
-
-    Interface* pointer = nullptr;
-};
+using zupm::Bstr;
+using zupm::ComPtr;
 
 void Check(HRESULT result, const char* step)
 {
@@ -53,41 +22,42 @@ void Check(HRESULT result, const char* step)
 
 void AddPolicy(IPolicyFile& file)
 {
-    Object<IPolicyProduct> policy;
-    Check(file.CreatePolicy(&policy.pointer), "CreatePolicy");
-    Check(policy->put_SoftwareID(Text("PRODUCTD4000")), "put_SoftwareID");
-    Check(policy->PutSectionSetting(Text("General"), Text("Enabled"), Text("1")), "PutSectionSetting");
-    Check(file.AddPolicy(policy.pointer, 1), "AddPolicy");
+    ComPtr<IPolicyProduct> policy;
+    Check(file.CreatePolicy(policy.Put()), "CreatePolicy");
+    Check(policy->put_SoftwareID(Bstr(u"PRODUCTD4000").Get()), "put_SoftwareID");
+    Check(policy->PutSectionSetting(Bstr(u"General").Get(), Bstr(u"Enabled").Get(), Bstr(u"1").Get()),
+          "PutSectionSetting");
+    Check(file.AddPolicy(policy.Get(), 1), "AddPolicy");
 }
 
 void AddTask(IPolicyFile& file)
 {
-    Object<IPolicyTask> task;
-    Check(file.CreateTask(&task.pointer), "CreateTask");
-    if (task.pointer == nullptr) {
+    ComPtr<IPolicyTask> task;
+    Check(file.CreateTask(task.Put()), "CreateTask");
+    if (!task) {
         throw std::runtime_error("CreateTask gave no task");
     }
-    Check(task->put_SoftwareID(Text("PRODUCTD4000")), "put_SoftwareID");
-    Check(task->put_TaskID(Text("{task-1}")), "put_TaskID");
-    Check(task->put_DisplayName(Text("First run")), "put_DisplayName");
-    Check(task->put_TaskType(Text("Collect")), "put_TaskType");
-    Check(task->put_PlatformsSupported(Text("LNX")), "put_PlatformsSupported");
-    Check(task->put_CreatorID(Text("EXAMPLE")), "put_CreatorID");
+    Check(task->put_SoftwareID(Bstr(u"PRODUCTD4000").Get()), "put_SoftwareID");
+    Check(task->put_TaskID(Bstr(u"{task-1}").Get()), "put_TaskID");
+    Check(task->put_DisplayName(Bstr(u"First run").Get()), "put_DisplayName");
+    Check(task->put_TaskType(Bstr(u"Collect").Get()), "put_TaskType");
+    Check(task->put_PlatformsSupported(Bstr(u"LNX").Get()), "put_PlatformsSupported");
+    Check(task->put_CreatorID(Bstr(u"EXAMPLE").Get()), "put_CreatorID");
     Check(task->put_Priority(3), "put_Priority");
-    Check(task->PutSectionSetting(Text("Schedule"), Text("Hour"), Text("4")), "PutSectionSetting");
-    Check(file.AddTask(task.pointer, 1), "AddTask");
+    Check(task->PutSectionSetting(Bstr(u"Schedule").Get(), Bstr(u"Hour").Get(), Bstr(u"4").Get()), "PutSectionSetting");
+    Check(file.AddTask(task.Get(), 1), "AddTask");
 }
 
-void Edit(const char* path)
+void Edit(const std::string& ascii)
 {
-    Object<IPolicyFile> file;
-    Check(CoCreateInstance(CLSID_PolicyFile, nullptr, CLSCTX_INPROC_SERVER, IID_IPolicyFile,
-                           reinterpret_cast<void**>(&file.pointer)),
+    const Bstr path(std::u16string(ascii.begin(), ascii.end()));
+    ComPtr<IPolicyFile> file;
+    Check(CoCreateInstance(CLSID_PolicyFile, nullptr, CLSCTX_INPROC_SERVER, IID_IPolicyFile, file.PutVoid()),
           "CoCreateInstance");
-    Check(file->InitializeFile(Text(path), 0), "InitializeFile");
-    AddPolicy(*file.pointer);
-    AddTask(*file.pointer);
-    Check(file->WriteFile(Text(path), 0), "WriteFile");
+    Check(file->InitializeFile(path.Get(), 0), "InitializeFile");
+    AddPolicy(*file);
+    AddTask(*file);
+    Check(file->WriteFile(path.Get(), 0), "WriteFile");
 }
 
 }  // namespace

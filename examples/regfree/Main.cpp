@@ -2,6 +2,7 @@
 /// assembly lies beside the DLL in the program's folder.
 ///
 /// Usage: regfree FILE      prints the interval of a product's policy and the first task
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <cstdio>
@@ -10,34 +11,8 @@
 
 namespace {
 
-/// A string for the interfaces, or one that they hand out.
-struct Text {
-    Text() = default;
-    explicit Text(const wchar_t* text) : value(SysAllocString(text)) {}
-    Text(const Text&) = delete;
-    Text& operator=(const Text&) = delete;
-    ~Text() { SysFreeString(value); }
-
-    BSTR value = nullptr;
-};
-
-/// One reference to an object, released at the end.
-template <typename Interface>
-struct Object {
-    Object() = default;
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
-    ~Object()
-    {
-        if (pointer != nullptr) {
-            pointer->Release();
-        }
-    }
-    Interface* operator->() const { return pointer; }
-    void** Slot() { return reinterpret_cast<void**>(&pointer); }
-
-    Interface* pointer = nullptr;
-};
+using zupm::Bstr;
+using zupm::ComPtr;
 
 void Check(HRESULT result, const char* step)
 {
@@ -46,30 +21,29 @@ void Check(HRESULT result, const char* step)
     }
 }
 
-void Show(const wchar_t* path)
+void Show(const std::wstring& path)
 {
-    Object<IPolicyFile> file;
-    Check(CoCreateInstance(CLSID_PolicyFile, nullptr, CLSCTX_INPROC_SERVER, IID_IPolicyFile, file.Slot()),
+    ComPtr<IPolicyFile> file;
+    Check(CoCreateInstance(CLSID_PolicyFile, nullptr, CLSCTX_INPROC_SERVER, IID_IPolicyFile, file.PutVoid()),
           "CoCreateInstance");
-    Check(file->InitializeFile(Text(path).value, 1), "InitializeFile");
+    Check(file->InitializeFile(Bstr(std::u16string(path.begin(), path.end())).Get(), 1), "InitializeFile");
 
-    Object<IUnknown> unknown;
-    Check(file->GetPolicy(Text(L"PRODUCTA1000").value, &unknown.pointer), "GetPolicy");
-    Object<IPolicyProduct> policy;
-    Check(unknown->QueryInterface(IID_IPolicyProduct, policy.Slot()), "QueryInterface");
-    Text interval;
-    Check(policy->GetSectionSetting(Text(L"General").value, Text(L"ScanInterval").value, &interval.value),
+    ComPtr<IUnknown> object;
+    Check(file->GetPolicy(Bstr(u"PRODUCTA1000").Get(), object.Put()), "GetPolicy");
+    ComPtr<IPolicyProduct> policy;
+    Check(object.Query(IID_IPolicyProduct, policy), "QueryInterface");
+    Bstr interval;
+    Check(policy->GetSectionSetting(Bstr(u"General").Get(), Bstr(u"ScanInterval").Get(), interval.Slot()),
           "GetSectionSetting");
 
-    Object<IUnknown> enumerator;
-    Check(file->GetTaskInfo(&enumerator.pointer), "GetTaskInfo");
-    Object<ITaskInfo> tasks;
-    Check(enumerator->QueryInterface(IID_ITaskInfo, tasks.Slot()), "QueryInterface");
-    Text softwareID;
-    Text taskID;
-    Check(tasks->GetFirst(&softwareID.value, &taskID.value), "GetFirst");
+    Check(file->GetTaskInfo(object.Put()), "GetTaskInfo");
+    ComPtr<ITaskInfo> tasks;
+    Check(object.Query(IID_ITaskInfo, tasks), "QueryInterface");
+    Bstr softwareID;
+    Bstr taskID;
+    Check(tasks->GetFirst(softwareID.Slot(), taskID.Slot()), "GetFirst");
 
-    std::printf("interval %ls, first task %ls %ls\n", interval.value, softwareID.value, taskID.value);
+    std::printf("interval %ls, first task %ls %ls\n", interval.Get(), softwareID.Get(), taskID.Get());
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace zupm::fuzz {
 
 namespace {
 
-/// The value or slot behind one argument.
+/// The value or slot of one argument.
 class Operand {
 public:
     Operand() = default;
@@ -152,8 +152,6 @@ private:
     [[nodiscard]] bool MayIgnoreItsSlot() const { return m_member.name == u"CreateTask"; }
     /// And this one gives null when nothing is loaded.
     [[nodiscard]] bool MayLeaveNoText() const { return m_member.name == u"WriteFileBuffer"; }
-
-    static constexpr std::size_t kMostParameters = 4;
 
     Input& m_input;
     Objects& m_objects;

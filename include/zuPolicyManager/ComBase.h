@@ -1,5 +1,5 @@
-/// The types and functions of the component object model, on both targets: the operating system's on Windows, those of
-/// the native component runtime everywhere else.
+/// The types and functions of the component object model: on Windows those of the operating system, on every other
+/// target those of the native component runtime.
 #pragma once
 
 #ifdef _WIN32
@@ -19,27 +19,27 @@ struct InterfaceTraits;
 
 template <>
 struct InterfaceTraits<IUnknown> {
-    static const IID& Id() { return IID_IUnknown; }
+    static constexpr const IID& Id() { return IID_IUnknown; }
 };
 template <>
 struct InterfaceTraits<IDispatch> {
-    static const IID& Id() { return IID_IDispatch; }
+    static constexpr const IID& Id() { return IID_IDispatch; }
 };
 template <>
 struct InterfaceTraits<IClassFactory> {
-    static const IID& Id() { return IID_IClassFactory; }
+    static constexpr const IID& Id() { return IID_IClassFactory; }
 };
 template <>
 struct InterfaceTraits<ISupportErrorInfo> {
-    static const IID& Id() { return IID_ISupportErrorInfo; }
+    static constexpr const IID& Id() { return IID_ISupportErrorInfo; }
 };
 template <>
 struct InterfaceTraits<IErrorInfo> {
-    static const IID& Id() { return IID_IErrorInfo; }
+    static constexpr const IID& Id() { return IID_IErrorInfo; }
 };
 template <>
 struct InterfaceTraits<ICreateErrorInfo> {
-    static const IID& Id() { return IID_ICreateErrorInfo; }
+    static constexpr const IID& Id() { return IID_ICreateErrorInfo; }
 };
 
 }  // namespace zupm

@@ -2,7 +2,7 @@
 /// the component itself.
 ///
 /// Threads   None of their own: an owner is a value of the thread or object that has it.
-/// Errors    Only making a Bstr from a text throws (std::bad_alloc); AllocateString is for those who must not throw.
+/// Errors    Only making a Bstr from a text and copying a text throw (std::bad_alloc); AllocateString never throws.
 #pragma once
 
 #include <zuPolicyManager/ComBase.h>

@@ -97,8 +97,8 @@ inline constexpr IID IID_ISupportErrorInfo{
 
 /// The base of every interface: identity and lifetime.
 struct IUnknown {
-    /// Hands out another interface of the same object; E_NOINTERFACE (and null) when it has none, E_POINTER for a null
-    /// out.
+    /// Hands out another interface of the same object. E_NOINTERFACE it has none (the slot is null then); E_POINTER the
+    /// slot is null.
     virtual HRESULT QueryInterface(REFIID iid, void** out) = 0;
     virtual ULONG AddRef() = 0;
     virtual ULONG Release() = 0;
@@ -139,7 +139,7 @@ enum VARENUM : VARTYPE {
 struct IDispatch;
 struct VARIANT;
 
-/// A value whose type is told by `vt`: the kinds that dispatch calls of this component use.
+/// A value of the type that `vt` names: the kinds that dispatch calls of this component use.
 struct VARIANT {
     VARTYPE vt;
     WORD wReserved1;
@@ -178,7 +178,7 @@ struct DISPPARAMS {
     UINT cNamedArgs;
 };
 
-/// What a failed dispatch call tells its caller; the strings are the caller's to free.
+/// What a failed dispatch call reports. The caller frees the strings.
 struct EXCEPINFO {
     WORD wCode;
     WORD wReserved;
@@ -207,8 +207,8 @@ struct IDispatch : IUnknown {
     virtual HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) = 0;
     /// Dispatch numbers of a member (names are matched without regard to ASCII case); DISP_E_UNKNOWNNAME.
     virtual HRESULT GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) = 0;
-    /// Calls a member. A failing member gives DISP_E_EXCEPTION when `exception` is given (its code in `scode`), else
-    /// its own code.
+    /// Calls a member. When the member fails, the result is DISP_E_EXCEPTION, with the member's code in `scode`;
+    /// without `exception` it is the member's code.
     virtual HRESULT Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
 };
@@ -230,7 +230,7 @@ struct ICreateErrorInfo : IUnknown {
 };
 
 struct ISupportErrorInfo : IUnknown {
-    /// S_OK when failures of that interface leave error information, else S_FALSE.
+    /// S_OK when failures of that interface leave error information, otherwise S_FALSE.
     virtual HRESULT InterfaceSupportsErrorInfo(REFIID iid) = 0;
 };
 
@@ -245,41 +245,42 @@ inline constexpr DWORD COINIT_APARTMENTTHREADED = 0x2;
 #pragma GCC visibility push(default)
 extern "C" {
 
-/// Kept for one client source: natively there is nothing to start, so S_OK always; `reserved` must be null
-/// (E_INVALIDARG).
+/// Exists so that one client source serves both targets: natively there is nothing to start. S_OK; E_INVALIDARG
+/// `reserved` is not null.
 HRESULT CoInitializeEx(void* reserved, DWORD flags) noexcept;
 void CoUninitialize() noexcept;
 
-/// Hands out a class object: of a module that announced the class in this process, else of the module that the
+/// Hands out a class object: from a module that announced the class in this process, or from the module that the
 /// registry file names, which is loaded and stays loaded until CoFreeUnusedLibraries.
-/// REGDB_E_CLASSNOTREG (class unknown or context without the in-process server), CO_E_DLLNOTFOUND (module cannot be
-/// loaded), CO_E_ERRORINDLL (module lacks the entry point), E_POINTER, E_OUTOFMEMORY, the code of a registry file that
-/// cannot be read, or the module's own result; the out is null on failure.
+/// REGDB_E_CLASSNOTREG the class is unknown, or `context` lacks the in-process server; CO_E_DLLNOTFOUND the module
+/// cannot be loaded; CO_E_ERRORINDLL the module lacks the entry point; E_POINTER; E_OUTOFMEMORY; the code of a registry
+/// file that cannot be read; or the module's own result. After a failure the slot is null.
 HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, void* server, REFIID iid, void** out) noexcept;
 
 /// CoGetClassObject, then one CreateInstance.
 HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID iid, void** out) noexcept;
 
-/// Unloads every module that CoGetClassObject loaded and that says it can go. As everywhere in this object model, no
-/// thread may still be on its way out of the last Release of such a module's object.
+/// Unloads every module that CoGetClassObject loaded and that reports that it is not in use. As everywhere in this
+/// object model, no thread may still be inside the last Release of an object of such a module.
 void CoFreeUnusedLibraries() noexcept;
 
-/// The class identifier of a ProgID, with or without its version, through the announced classes' ProgIDs and the
-/// registry file; CO_E_CLASSSTRING, E_POINTER, or the code of a registry file that cannot be read.
+/// The class identifier of a ProgID, with or without its version: from the announced classes, or from the registry
+/// file. CO_E_CLASSSTRING the ProgID is unknown; E_POINTER; or the code of a registry file that cannot be read.
 HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) noexcept;
 /// Reads "{8-4-4-4-12}" hexadecimal digits in either case; CO_E_CLASSSTRING, E_POINTER.
 HRESULT CLSIDFromString(LPCOLESTR text, CLSID* clsid) noexcept;
-/// Writes "{8-4-4-4-12}" in upper case; returns the units written with the null, 39, or 0 when `capacity` is less.
+/// Writes "{8-4-4-4-12}" in upper case. Returns the number of units with the null, 39; 0 when `capacity` is less.
 int StringFromGUID2(REFGUID guid, LPOLESTR text, int capacity) noexcept;
 
-/// A new string, to be freed with SysFreeString; null for a null text or when memory ran out.
+/// Returns a new string, which the caller frees with SysFreeString; null for a null text or when memory runs out.
 BSTR SysAllocString(const OLECHAR* text) noexcept;
-/// As above with a length in units; a null text gives `length` null units.
+/// The same with a length in units; a null text gives `length` null units.
 BSTR SysAllocStringLen(const OLECHAR* text, UINT length) noexcept;
 /// Frees a string; null is allowed.
 void SysFreeString(BSTR text) noexcept;
-/// Length in units (bytes), 0 for null.
+/// The length in units; 0 for null.
 UINT SysStringLen(BSTR text) noexcept;
+/// The length in bytes; 0 for null.
 UINT SysStringByteLen(BSTR text) noexcept;
 
 void VariantInit(VARIANT* value) noexcept;
@@ -292,7 +293,7 @@ HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* info) noexcept;
 HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** info) noexcept;
 HRESULT CreateErrorInfo(ICreateErrorInfo** info) noexcept;
 
-/// One class of a module that announces itself.
+/// One class of a module that announces itself. Its ProgID is found with and without the version.
 struct ZuClassEntry {
     CLSID clsid;
     const OLECHAR* progId;
@@ -305,7 +306,7 @@ using ZuGetClassObject = HRESULT (*)(REFCLSID clsid, REFIID iid, void** out);
 HRESULT ZuAnnounceModule(const ZuClassEntry* entries, std::size_t count, ZuGetClassObject get) noexcept;
 void ZuWithdrawModule(ZuGetClassObject get) noexcept;
 
-/// The registry file (`$ZUREGISTRY`, else `$XDG_DATA_HOME/zupolicymanager/registry`, else
+/// The registry file (`$ZUREGISTRY`, otherwise `$XDG_DATA_HOME/zupolicymanager/registry`, otherwise
 /// `$HOME/.local/share/zupolicymanager/registry`). Keys are paths below the classes root with `\` between names,
 /// compared without regard to ASCII case; a null value name is the key's default value. Every change replaces the file
 /// atomically under an advisory lock. Results: S_OK, 0x80070002 (no such key or value, no registry path), 0x8007000D
@@ -313,7 +314,7 @@ void ZuWithdrawModule(ZuGetClassObject get) noexcept;
 /// cannot be kept), or the code of the failing file operation. docs/registry-file.md describes the format.
 HRESULT ZuRegistryCreateKey(LPCOLESTR key) noexcept;
 HRESULT ZuRegistrySetValue(LPCOLESTR key, LPCOLESTR name, LPCOLESTR value) noexcept;
-/// Hands out a new string, to be freed with SysFreeString.
+/// Hands out a new string, which the caller frees with SysFreeString.
 HRESULT ZuRegistryGetValue(LPCOLESTR key, LPCOLESTR name, BSTR* value) noexcept;
 /// Removes the key with everything below it; S_OK also when it did not exist.
 HRESULT ZuRegistryDeleteTree(LPCOLESTR key) noexcept;

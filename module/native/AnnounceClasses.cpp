@@ -1,30 +1,30 @@
 #include "module/native/AnnounceClasses.h"
 
+#include <algorithm>
+#include <array>
 #include <iterator>
 
+#include "module/ModuleObjects.h"
 #include "module/ModuleServer.h"
 
 namespace zupm {
 
 namespace {
 
-constexpr WideLiteral kTaskInfo{"ZuPolicyManager.TaskInfo"};
-constexpr WideLiteral kPolicyTask{"ZuPolicyManager.PolicyTask"};
-constexpr WideLiteral kPolicyProduct{"ZuPolicyManager.PolicyProduct"};
-constexpr WideLiteral kPolicyFile{"ZuPolicyManager.PolicyFile"};
-
-constexpr ZuClassEntry kEntries[] = {
-    {CLSID_TaskInfo, kProgIdTaskInfo.c_str()},           {CLSID_TaskInfo, kTaskInfo.c_str()},
-    {CLSID_PolicyTask, kProgIdPolicyTask.c_str()},       {CLSID_PolicyTask, kPolicyTask.c_str()},
-    {CLSID_PolicyProduct, kProgIdPolicyProduct.c_str()}, {CLSID_PolicyProduct, kPolicyProduct.c_str()},
-    {CLSID_PolicyFile, kProgIdPolicyFile.c_str()},       {CLSID_PolicyFile, kPolicyFile.c_str()},
-};
+/// The runtime finds a class by its ProgID without the version too.
+constexpr auto kEntries = [] {
+    std::array<ZuClassEntry, std::size(kModuleObjects)> entries{};
+    std::ranges::transform(kModuleObjects, entries.begin(), [](const ObjectMapRow& row) {
+        return ZuClassEntry{row.clsid, row.progId};
+    });
+    return entries;
+}();
 
 }  // namespace
 
 HRESULT AnnounceClasses() noexcept
 {
-    return ZuAnnounceModule(kEntries, std::size(kEntries), &ModuleGetClassObject);
+    return ZuAnnounceModule(kEntries.data(), kEntries.size(), &ModuleGetClassObject);
 }
 
 void WithdrawClasses() noexcept

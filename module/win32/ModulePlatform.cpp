@@ -25,10 +25,9 @@ HMODULE OwnModule() noexcept
 
 bool IsTypeLibraryRegistered() noexcept
 {
-    BSTR path = nullptr;
-    const HRESULT found = QueryPathOfRegTypeLib(LIBID_ZUPOLICYMANAGERLib, kMajorVersion, kMinorVersion, 0, &path);
-    SysFreeString(path);
-    return SUCCEEDED(found);
+    Bstr path;
+    return SUCCEEDED(
+        QueryPathOfRegTypeLib(LIBID_ZUPOLICYMANAGERLib, kMajorVersion, kMinorVersion, LOCALE_NEUTRAL, path.Put()));
 }
 
 }  // namespace
@@ -58,7 +57,7 @@ result::Code RegisterModuleTypeLibrary(const std::u16string& modulePath) noexcep
 
 result::Code UnregisterModuleTypeLibrary() noexcept
 {
-    // Unregistering what is not registered is no failure, and the call itself cannot tell that from one.
+    // Unregistering what is not registered is no failure, but the call itself reports one.
     if (!IsTypeLibraryRegistered()) {
         return result::Success;
     }

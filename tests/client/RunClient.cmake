@@ -37,7 +37,8 @@ else()
     run(${pkgConfig} --cflags --libs zuPolicyManager)
     separate_arguments(found UNIX_COMMAND "${output}")
     set(client ${WORK}/new_entries)
-    run(${CXX} -std=c++20 ${flags} ${WORK}/cpp/NewEntries.cpp -o ${client} ${found} -Wl,-rpath,${INSTALL}/${LIBDIR})
+    # No -std: the headers are for the standard that the compiler takes by itself.
+    run(${CXX} ${flags} ${WORK}/cpp/NewEntries.cpp -o ${client} ${found} -Wl,-rpath,${INSTALL}/${LIBDIR})
 endif()
 
 run(${client} ${WORK}/policy.xml)

@@ -9,6 +9,7 @@
 #include "Toy.h"
 #include "com/ObjectForms.h"
 #include "common/Resources.h"
+#include "zuPolicyManager/Owners.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
@@ -126,19 +127,17 @@ TEST_F(Calls, ByName_ReachesTheSameMethodWithTheSameErrorInformation)
     DISPID id = 0;
     ASSERT_EQ(toy->GetIDsOfNames(IID_NULL, names, 1, 0, &id), S_OK);
     EXPECT_EQ(id, 1);
-    BSTR first = nullptr;
-    BSTR second = nullptr;
+    Bstr first;
+    Bstr second;
     VARIANTARG arguments[2]{};
     arguments[0].vt = VT_BSTR | VT_BYREF;
-    arguments[0].pbstrVal = &second;
+    arguments[0].pbstrVal = second.Slot();
     arguments[1].vt = VT_BSTR | VT_BYREF;
-    arguments[1].pbstrVal = &first;
+    arguments[1].pbstrVal = first.Slot();
     DISPPARAMS parameters{arguments, nullptr, 2, 0};
     EXPECT_EQ(toy->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
-    EXPECT_EQ(TextOf(first), u"first");
-    EXPECT_EQ(TextOf(second), u"second");
-    ClearString(&first);
-    ClearString(&second);
+    EXPECT_EQ(first.Text(), u"first");
+    EXPECT_EQ(second.Text(), u"second");
 
     g_toyScript.onGetFirst = [](BSTR*, BSTR*, std::u16string&) { return result::ListEmpty; };
     EXCEPINFO exception{};

@@ -1,4 +1,4 @@
-/// A class with nothing in it, to test what every class stands on.
+/// A class with nothing in it, to test the base of every class.
 #pragma once
 
 #include <functional>

@@ -5,6 +5,7 @@
 
 #include "module/Registry.h"
 #include "tests/comrt/RegistryFixture.h"
+#include "zuPolicyManager/Owners.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
@@ -63,8 +64,8 @@ TEST_F(RegistryFile, ABadFileIsRefusedByEveryFunctionAndNotOverwritten)
 {
     for (const char* bad : {"nonsense\n", "[A]", "[A\xFF]\n", "[A\xED\xA0\x80]\n"}) {
         m_folder.Write(u"registry", bad);
-        BSTR value = nullptr;
-        EXPECT_EQ(ZuRegistryGetValue(u"A", nullptr, &value), kBadFile) << bad;
+        Bstr value;
+        EXPECT_EQ(ZuRegistryGetValue(u"A", nullptr, value.Put()), kBadFile) << bad;
         EXPECT_EQ(ZuRegistrySetValue(u"A", nullptr, u"x"), kBadFile) << bad;
         EXPECT_EQ(ZuRegistryCreateKey(u"A"), kBadFile) << bad;
         EXPECT_EQ(ZuRegistryDeleteTree(u"A"), kBadFile) << bad;
@@ -145,9 +146,9 @@ TEST_F(RegistryFile, WithoutAnyVariableNothingIsFound)
     const ScopedVariable xdg("XDG_DATA_HOME", nullptr);
     for (const char* value : {static_cast<const char*>(nullptr), "", "relative"}) {
         const ScopedVariable home("HOME", value);
-        BSTR out = nullptr;
+        Bstr out;
         EXPECT_EQ(ZuRegistryCreateKey(u"K"), result::FileNotFound);
-        EXPECT_EQ(ZuRegistryGetValue(u"K", nullptr, &out), result::FileNotFound);
+        EXPECT_EQ(ZuRegistryGetValue(u"K", nullptr, out.Put()), result::FileNotFound);
         EXPECT_EQ(ZuRegistryDeleteTree(u"K"), result::FileNotFound);
     }
 }

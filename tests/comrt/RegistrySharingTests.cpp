@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/comrt/RegistryFixture.h"
+#include "zuPolicyManager/Owners.h"
 
 namespace zupm::test {
 namespace {
@@ -52,10 +53,9 @@ TEST_F(RegistrySharing, TwoProcessesLoseNoChangeAndAReaderNeverSeesABadFile)
     }
     int running = kWriters;
     while (running > 0) {
-        BSTR value = nullptr;
-        const HRESULT read = ZuRegistryGetValue(u"Shared\\Key", NameOf(0, 0).c_str(), &value);
+        Bstr value;
+        const HRESULT read = ZuRegistryGetValue(u"Shared\\Key", NameOf(0, 0).c_str(), value.Put());
         EXPECT_TRUE(read == S_OK || read == static_cast<HRESULT>(0x80070002u)) << read;
-        SysFreeString(value);
         int status = 0;
         if (const pid_t ended = ::waitpid(-1, &status, WNOHANG); ended > 0) {
             EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);

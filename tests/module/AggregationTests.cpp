@@ -12,8 +12,8 @@ namespace zupm::test {
 
 namespace {
 
-/// An outer object: hands every interface but IUnknown on to the inner one. It lives on the stack, so its count only
-/// tells what the inner object did with it.
+/// An outer object: hands every interface but IUnknown on to the inner one. It lives on the stack, so its count
+/// only shows what the inner object did with it.
 class OuterObject final : public IUnknown {
 public:
     explicit OuterObject(const ClassRow& row) { m_created = CreateOf(row, this, IID_IUnknown, m_inner); }

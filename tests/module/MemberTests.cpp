@@ -1,4 +1,5 @@
-// The members of the four interfaces: their numbers, names, kinds and slots, in the tables and as objects answer.
+// The members of the interfaces: their numbers, names, kinds and slots, in the tables and as objects answer. The one
+// place that has every number; the type library is compared with the tables (tests/windows/TypeLibraryTests.cpp).
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -135,7 +136,18 @@ TEST(Members, LieInConsecutiveSlotsAfterTheSevenOfIDispatch)
     }
 }
 
-TEST(Members, StandInTheTableInSlotOrderWithTheirNumbersAndKinds)
+TEST(Members, OfTheInterfaceForEditingLieInConsecutiveSlotsAfterTheThreeOfIUnknown)
+{
+    const std::size_t slots[] = {SlotOf(&IPolicyFileEdit::OpenForEdit), SlotOf(&IPolicyFileEdit::HasFileChanged),
+                                 SlotOf(&IPolicyFileEdit::RehearseCommit), SlotOf(&IPolicyFileEdit::CommitEdit),
+                                 SlotOf(&IPolicyFileEdit::EndEdit)};
+    std::size_t expected = 3;
+    for (const std::size_t slot : slots) {
+        EXPECT_EQ(slot, expected++);
+    }
+}
+
+TEST(Members, AreInTheTableInSlotOrderWithTheirNumbersAndKinds)
 {
     for (const InterfaceRow& row : kInterfaces) {
         ASSERT_EQ(row.table.members.size(), row.members.size()) << row.theClass.label;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <variant>
 
+#include "module/ModuleObjects.h"
 #include "module/ModulePlatform.h"
 #include "module/RegistryScript.h"
 
@@ -188,6 +189,24 @@ TEST(RegistryScript, ScriptOfEachClass_HasExactlyItsKeysAndValues)
         expected += "- " + key + "\\InprocServer32 [=/lib/m.so] [ThreadingModel=Free]\n";
         expected += "- " + key + "\\TypeLib [={7DB1286A-CBEF-4823-96AA-27093A546741}]\n";
         EXPECT_EQ(Show(std::get<RegistryScript>(read)), expected);
+    }
+}
+
+TEST(RegistryScript, ScriptOfEachRowOfTheObjectMap_NamesTheClassOfTheRow)
+{
+    const auto sixteenBit = [](std::basic_string_view<OLECHAR> text) {
+        return std::u16string(text.begin(), text.end());
+    };
+    for (const ObjectMapRow& row : kModuleObjects) {
+        const auto read = ReadRegistryScript(RegistryScriptText(row.script), u"/lib/m.so");
+        ASSERT_TRUE(std::holds_alternative<RegistryScript>(read)) << row.script;
+        const auto& keys = std::get<RegistryScript>(read);
+        ASSERT_GT(keys.size(), 1U) << row.script;
+        EXPECT_EQ(keys[0].path, sixteenBit(row.progId)) << row.script;
+        OLECHAR clsid[39]{};
+        ASSERT_EQ(StringFromGUID2(row.clsid, clsid, std::size(clsid)), 39) << row.script;
+        ASSERT_EQ(keys[1].values.size(), 1U) << row.script;
+        EXPECT_EQ(keys[1].values[0].text, sixteenBit(clsid)) << row.script;
     }
 }
 

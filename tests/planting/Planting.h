@@ -16,8 +16,8 @@ namespace zupm::test {
 inline constexpr const char* kResources = "AgentRes.dll";
 inline constexpr const char* kPlantedText = "147\tplanted %s 0x%08X: %s\n149\tplanted %s\n";
 
-/// A program that uses the component, each in a folder of its own, in a current folder and with a search path that are
-/// neither.
+/// A program that uses the component. Program and component have a folder each; the current folder and the search path
+/// are other folders.
 class Planting : public testing::Test {
 protected:
     Planting()

@@ -16,7 +16,8 @@ extern const char* const kSearchPathVariable;
 /// file is none.
 extern const bool kLibrariesHaveTexts;
 
-/// Whether a program can be told to log into a file: not with raised rights, which every process under Wine has.
+/// Whether a program obeys the variable that makes it log into a file: not with raised rights, which every process
+/// under Wine has.
 extern const bool kLogsAreWritten;
 
 /// Changes this process's environment, which its children inherit.

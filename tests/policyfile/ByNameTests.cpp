@@ -19,27 +19,7 @@ protected:
     [[nodiscard]] MemberCall Member(std::u16string_view name) const { return MemberCall(m_file.Object(), name); }
 };
 
-struct NumberRow {
-    const char16_t* name;
-    DISPID id;
-};
-
-constexpr NumberRow kNumbers[] = {
-    {u"AddTask", 1},        {u"AddPolicy", 2},      {u"GetTask", 3},
-    {u"GetPolicy", 4},      {u"RemovePolicy", 5},   {u"RemoveTask", 6},
-    {u"InitializeFile", 7}, {u"WriteFile", 8},      {u"GetTaskInfo", 9},
-    {u"CreateTask", 10},    {u"CreatePolicy", 11},  {u"WriteFileBuffer", 12},
-    {u"VersionTask", 13},   {u"VersionPolicy", 14}, {u"PolicyAssignmentList", 15},
-};
-
 }  // namespace
-
-TEST_F(PolicyFileByName, Members_HaveTheirDispatchNumbers)
-{
-    for (const NumberRow& row : kNumbers) {
-        EXPECT_EQ(MemberCall::IdOf(m_file.Object(), row.name), row.id) << Utf8(row.name);
-    }
-}
 
 TEST_F(PolicyFileByName, LoadAndWrite_Work)
 {

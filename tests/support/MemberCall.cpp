@@ -1,7 +1,5 @@
 #include "tests/support/MemberCall.h"
 
-#include <algorithm>
-
 namespace zupm::test {
 
 namespace {
@@ -16,11 +14,12 @@ struct OwnedVariant {
     VARIANT value{};
 };
 
+/// The text of a string that it frees.
 std::u16string TakeText(BSTR text)
 {
-    std::u16string copy = Text(text);
-    SysFreeString(text);
-    return copy;
+    Bstr owner;
+    *owner.Put() = text;
+    return owner.Text();
 }
 
 void ReadException(EXCEPINFO& exception, CallOutcome& outcome)
@@ -52,11 +51,6 @@ void ReadValue(const VARIANT& value, CallOutcome& outcome)
 
 MemberCall::MemberCall(IDispatch* object, std::u16string_view name) : m_object(object), m_name(name) {}
 
-MemberCall::~MemberCall()
-{
-    std::for_each(m_strings.begin(), m_strings.end(), SysFreeString);
-}
-
 MemberCall& MemberCall::Raw(const VARIANT& argument)
 {
     m_arguments.push_back(argument);
@@ -69,7 +63,7 @@ MemberCall& MemberCall::In(const Bstr& text)
     argument.vt = VT_BSTR;
     argument.bstrVal = nullptr;
     if (text.Get() != nullptr) {
-        argument.bstrVal = m_strings.emplace_back(NewString(text.Text()));
+        argument.bstrVal = m_strings.emplace_back(text.Text()).Get();
     }
     return Raw(argument);
 }

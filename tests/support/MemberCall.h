@@ -32,7 +32,6 @@ struct CallOutcome {
 class MemberCall {
 public:
     MemberCall(IDispatch* object, std::u16string_view name);
-    ~MemberCall();
     MemberCall(const MemberCall&) = delete;
     MemberCall& operator=(const MemberCall&) = delete;
 
@@ -67,7 +66,7 @@ private:
     std::u16string m_name;
     /// First to last; strings among them are ours.
     std::vector<VARIANT> m_arguments;
-    std::vector<BSTR> m_strings;
+    std::vector<Bstr> m_strings;
 };
 
 }  // namespace zupm::test

@@ -15,26 +15,19 @@ inline constexpr LONG kPoisonNumber = 0x5A5A1234;
 /// A string slot. The string that it holds at first is an own one, so a callee may free it.
 class OutText {
 public:
-    OutText() : m_slot(NewString(kPoisonText)), m_before(m_slot) {}
-    ~OutText() { SysFreeString(m_slot); }
-    OutText(const OutText&) = delete;
-    OutText& operator=(const OutText&) = delete;
+    OutText() : m_slot(kPoisonText), m_before(m_slot.Get()) {}
 
-    [[nodiscard]] BSTR* Slot() { return &m_slot; }
-    [[nodiscard]] bool Untouched() const { return m_slot == m_before && test::Text(m_slot) == kPoisonText; }
-    [[nodiscard]] bool IsNull() const { return m_slot == nullptr; }
-    [[nodiscard]] std::u16string Text() const { return test::Text(m_slot); }
-    /// Empties the slot, for a call that overwrites it without a look.
-    void Clear() { SysFreeString(std::exchange(m_slot, nullptr)); }
+    [[nodiscard]] BSTR* Slot() { return m_slot.Slot(); }
+    [[nodiscard]] bool Untouched() const { return m_slot.Get() == m_before && m_slot.Text() == kPoisonText; }
+    [[nodiscard]] bool IsNull() const { return m_slot.Get() == nullptr; }
+    [[nodiscard]] std::u16string Text() const { return m_slot.Text(); }
+    /// Empties the slot, for a call that overwrites what the slot holds without freeing it.
+    void Clear() { m_slot = Bstr(); }
     /// Puts a new text into the slot.
-    void Assign(std::u16string_view text)
-    {
-        SysFreeString(m_slot);
-        m_slot = NewString(text);
-    }
+    void Assign(std::u16string_view text) { m_slot = Bstr(text); }
 
 private:
-    BSTR m_slot;
+    Bstr m_slot;
     BSTR m_before;
 };
 

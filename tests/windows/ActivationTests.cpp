@@ -36,7 +36,7 @@ HRESULT CreateIn(ComPtr<Interface>& object, IUnknown* outer = nullptr)
                             InterfaceTraits<Interface>::Id(), object.PutVoid());
 }
 
-/// A stand-in of the component runtime can be asked for several interfaces at once; our objects cannot.
+/// A proxy of the component runtime can be asked for several interfaces at once; our objects cannot.
 bool IsProxy(IUnknown* object)
 {
     ComPtr<IUnknown> several;

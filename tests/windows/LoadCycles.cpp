@@ -1,7 +1,7 @@
 // Loads the module, makes an object, lets it throw inside, releases it and unloads the module, again and again, and
-// prints what a cycle leaves behind: thread-local storage slots and memory.
+// prints what is lost in each cycle: thread-local storage slots and memory.
 //
-//   load_cycles <cycles>      0 when no slot is lost and a cycle leaves less than 2 KiB
+//   load_cycles <cycles>      0 when no slot is lost, and less than 2 KiB a cycle
 #include <windows.h>
 
 #include <cstdio>

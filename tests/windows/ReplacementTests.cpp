@@ -74,7 +74,7 @@ TEST_F(Replacement, ReadOnlyFile_IsRefused)
     SetFileAttributesW(Wide().c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-/// A file's access list as it stands; empty when there is none.
+/// A file's access list, byte for byte; empty when there is none.
 std::vector<std::byte> AccessListOf(const std::wstring& path)
 {
     DWORD size = 0;

@@ -49,9 +49,21 @@ void PrintTo(const MemberText& member, std::ostream* out)
     *out << ")";
 }
 
-std::string NameOf(ParameterType type)
+/// The name of one of the four interfaces.
+std::string NameOf(REFIID iid)
 {
-    switch (type) {
+    for (const auto described :
+         {&TaskInfoInterface, &PolicyTaskInterface, &PolicyProductInterface, &PolicyFileInterface}) {
+        if (described().iid == iid) {
+            return Utf8(described().name);
+        }
+    }
+    return "?";
+}
+
+std::string TypeName(const Parameter& parameter)
+{
+    switch (parameter.type) {
         case ParameterType::String:
             return "BSTR";
         case ParameterType::Number:
@@ -64,10 +76,8 @@ std::string NameOf(ParameterType type)
             return "out LONG*";
         case ParameterType::ObjectSlot:
             return "out IUnknown**";
-        case ParameterType::TaskSlot:
-            return "out IPolicyTask**";
-        case ParameterType::ProductSlot:
-            return "out IPolicyProduct**";
+        case ParameterType::DispatchSlot:
+            return "out " + NameOf(*parameter.slotInterface) + "**";
     }
     return "?";
 }
@@ -80,7 +90,7 @@ std::vector<MemberText> FromTable(const InterfaceDescription& description)
                           static_cast<int>(row.kind), kDispatchSlots + static_cast<int>(members.size()),
                           std::string(row.help),      {}};
         for (const Parameter& parameter : row.parameters) {
-            member.parameters.push_back({std::u16string(parameter.name), NameOf(parameter.type), parameter.isResult});
+            member.parameters.push_back({std::u16string(parameter.name), TypeName(parameter), parameter.isResult});
         }
         members.push_back(std::move(member));
     }

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <set>
+#include <sstream>
+#include <string>
 
 #include "tests/module/native/ModuleFile.h"
 #include "tests/support/ComPtr.h"
@@ -13,6 +17,13 @@
 namespace zupm::test {
 
 namespace {
+
+const char* const kRuntimeFunctions[] = {
+    "CLSIDFromProgID",      "CLSIDFromString",    "CoCreateInstance",   "CoFreeUnusedLibraries", "CoGetClassObject",
+    "CoInitializeEx",       "CoUninitialize",     "CreateErrorInfo",    "GetErrorInfo",          "SetErrorInfo",
+    "StringFromGUID2",      "SysAllocString",     "SysAllocStringLen",  "SysFreeString",         "SysStringByteLen",
+    "SysStringLen",         "VariantClear",       "VariantInit",        "ZuAnnounceModule",      "ZuRegistryCreateKey",
+    "ZuRegistryDeleteTree", "ZuRegistryGetValue", "ZuRegistrySetValue", "ZuWithdrawModule"};
 
 class LoadedModuleFile : public testing::Test {
 protected:
@@ -35,6 +46,16 @@ protected:
         return output;
     }
 
+    [[nodiscard]] static std::set<std::string> ExportsOf(const std::filesystem::path& library)
+    {
+        std::istringstream listing(OutputOf("nm -D --defined-only --format=posix '" + library.string() + "'"));
+        std::set<std::string> names;
+        for (std::string line; std::getline(listing, line);) {
+            names.insert(line.substr(0, line.find(' ')));
+        }
+        return names;
+    }
+
     OwnRegistry m_registry;
 };
 
@@ -42,13 +63,14 @@ protected:
 
 TEST_F(LoadedModuleFile, ExportsExactlyFourEntryPoints)
 {
-    const std::string listing = OutputOf("nm -D --defined-only --format=posix '" + ModulePath().string() + "'");
-    std::set<std::string> names;
-    for (std::size_t start = 0; start < listing.size(); start = listing.find('\n', start) + 1) {
-        names.insert(listing.substr(start, listing.find(' ', start) - start));
-    }
-    EXPECT_EQ(names, (std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",
-                                            "DllUnregisterServer"}));
+    EXPECT_EQ(ExportsOf(ModulePath()), (std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject",
+                                                              "DllRegisterServer", "DllUnregisterServer"}));
+}
+
+TEST_F(LoadedModuleFile, RuntimeExportsExactlyTheFunctionsOfItsHeader)
+{
+    EXPECT_EQ(ExportsOf(ModulePath().parent_path() / "libzucomrt.so"),
+              std::set<std::string>(std::begin(kRuntimeFunctions), std::end(kRuntimeFunctions)));
 }
 
 TEST_F(LoadedModuleFile, RightAfterLoading_CanBeUnloaded)

@@ -1,4 +1,4 @@
-// A library that tells when it is loaded as one.
+// A library that leaves a trace when it is loaded as one.
 #include <cstdio>
 #include <cstdlib>
 

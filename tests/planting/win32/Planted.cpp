@@ -1,4 +1,4 @@
-// A library that tells when it is loaded as one.
+// A library that leaves a trace when it is loaded as one.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID)
