@@ -2,32 +2,29 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include "platform/CriticalSection.h"
-#include "settings/CElementRef.h"
-#include "settings/CSectionParser.h"
-#include "xml/Document.h"
+#include "settings/CPrivateCopy.h"
+#include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
 
-/// One product's policy: a private document with a copy of its element, and the cursor over that copy.
+/// One product's policy: a private copy of its element, and its software ID.
 ///
 /// Lifetime   Never points into the policy file; valid after the file is closed.
-/// Threads    A lock of its own around every operation, taken inside the owning object's lock: writing a setting comes
-///            without that one and works on the same document as everything else.
-/// Errors     Result codes. Initialize (element form) turns any exception into Unexpected; from the others those of
-///            memory pass out.
-/// Invariants While initialised, the private "Policy" element has exactly one child, the product, and the cursor's
-///            container is that child.
+/// Threads    A lock of its own around every operation, taken inside the owning object's lock. That object writes
+///            settings without its own lock, and they go into the document that everything else uses.
+/// Errors     Result codes. Initialize (element form) turns any exception into Unexpected; the other operations pass
+///            exceptions of memory out.
+/// Invariants While initialised, the private "Policy" element has exactly one child, the product.
 class CPolicyData {
 public:
     /// `ownerLink` is passed to every cursor and never looked at. Throws std::bad_alloc.
     explicit CPolicyData(const void* ownerLink);
-    virtual ~CPolicyData();
+    virtual ~CPolicyData() = default;
     CPolicyData(const CPolicyData&) = delete;
     CPolicyData& operator=(const CPolicyData&) = delete;
 
@@ -66,20 +63,9 @@ public:
     [[nodiscard]] result::Code RemoveSection(std::u16string_view name);
 
 private:
-    [[nodiscard]] AdvXMLParser::Element Product() const noexcept ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code CopyProduct(const AdvXMLParser::Element& policy, std::u16string_view softwareId)
-        ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code OpenCursor() ZUPM_REQUIRES(m_lock);
-    [[nodiscard]] result::Code CheckCursor() const noexcept ZUPM_REQUIRES(m_lock);
-    void DropProduct() ZUPM_REQUIRES(m_lock);
-
     mutable CCriticalSection m_lock;
-    std::unique_ptr<CSectionParser> m_cursor ZUPM_GUARDED_BY(m_lock);
-    bool m_initialised ZUPM_GUARDED_BY(m_lock) = false;
-    AdvXMLParser::Document m_document ZUPM_GUARDED_BY(m_lock);
-    std::unique_ptr<CElementRef> m_policy ZUPM_GUARDED_BY(m_lock);
+    CPrivateCopy m_copy ZUPM_GUARDED_BY(m_lock);
     std::u16string m_softwareId ZUPM_GUARDED_BY(m_lock);
-    const void* m_ownerLink;
 };
 
 }  // namespace zupm

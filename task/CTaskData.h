@@ -2,30 +2,28 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include "settings/CElementRef.h"
-#include "settings/CSectionParser.h"
+#include "settings/CPrivateCopy.h"
 #include "task/TaskFields.h"
-#include "xml/Document.h"
+#include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
 
-/// One task: its identity fields, a private document with a copy of its element, and the cursor over that copy.
+/// One task: its identity fields, and a private copy of its element.
 ///
 /// Lifetime   Never points into the policy file; valid after the file is closed.
 /// Threads    None of its own; the owning CPolicyTask holds its lock around every call.
 /// Errors     Result codes. Initialize (element form) and CopyData turn any exception into Unexpected; elsewhere those
 ///            of memory, and of fields that XML cannot hold, pass out.
-/// Invariants The private "TaskGroup" has at most one child, the task; the cursor's container is that child.
+/// Invariants The private "TaskGroup" has at most one child, the task.
 class CTaskData {
 public:
     /// `ownerLink` is passed to every cursor and never looked at. Throws std::bad_alloc.
     explicit CTaskData(const void* ownerLink);
-    virtual ~CTaskData();
+    virtual ~CTaskData() = default;
     CTaskData(const CTaskData&) = delete;
     CTaskData& operator=(const CTaskData&) = delete;
 
@@ -69,11 +67,6 @@ public:
     [[nodiscard]] result::Code WriteTaskDataToIniFile(std::u16string_view path);
 
 private:
-    [[nodiscard]] AdvXMLParser::Element Task() const noexcept;
-    [[nodiscard]] result::Code LoadTask(const AdvXMLParser::Element& group, const AdvXMLParser::Element& task);
-    [[nodiscard]] result::Code OpenCursor();
-    [[nodiscard]] result::Code CheckCursor() const noexcept;
-
     /// The write-back: stamps the group and its first "Task" and writes the fields into both. ElementMissing (wrong
     /// name or no "Task"; nothing changed), AllocationFailed, the cursor's code. Throws InvalidCharacterException
     /// before anything changes.
@@ -81,11 +74,7 @@ private:
     void WriteFields(const AdvXMLParser::Element& group, CSectionParser& settings, std::u16string_view stamp) const;
 
     TaskFields m_fields;
-    std::unique_ptr<CSectionParser> m_cursor;
-    bool m_initialised = false;
-    AdvXMLParser::Document m_document;
-    std::unique_ptr<CElementRef> m_group;
-    const void* m_ownerLink;
+    CPrivateCopy m_copy;
 };
 
 }  // namespace zupm

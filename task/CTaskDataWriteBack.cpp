@@ -37,9 +37,9 @@ Element FirstTaskIn(const Element& group)
 result::Code CTaskData::GetTaskDataXml(std::u16string& text)
 {
     std::uint64_t version = 0;
-    const result::Code code = UpdateTaskGroupElement(m_group->GetElement(), version);
+    const result::Code code = UpdateTaskGroupElement(m_copy.Wrapper(), version);
     if (code >= 0) {
-        text = m_document.GenerateXML(false).Wide();
+        text = m_copy.Text();
     }
     return code;
 }
@@ -47,14 +47,14 @@ result::Code CTaskData::GetTaskDataXml(std::u16string& text)
 result::Code CTaskData::CopyData(Element group, std::uint64_t& version) noexcept
 {
     return CatchAll(u"CTaskData::CopyData()", [&]() -> result::Code {
-        if (!m_initialised) {
+        if (!m_copy.IsInitialised()) {
             return result::NotInitialised;
         }
         if (!group.NameIs(u"TaskGroup")) {
             return result::ElementMissing;
         }
         m_fields.RequireXml();
-        for (const Element child : ElementChildren(m_group->GetElement())) {
+        for (const Element child : ElementChildren(m_copy.Wrapper())) {
             group.DeleteChildren();
             group.Add(child.Clone());
         }
@@ -74,7 +74,7 @@ result::Code CTaskData::UpdateTaskGroupElement(const Element& group, std::uint64
         return result::ElementMissing;
     }
     m_fields.RequireXml();
-    std::unique_ptr<CSectionParser> settings = CSectionParser::Create(task, m_ownerLink);
+    std::unique_ptr<CSectionParser> settings = m_copy.CreateCursor(task);
     if (!settings) {
         return result::AllocationFailed;
     }
@@ -85,10 +85,10 @@ result::Code CTaskData::UpdateTaskGroupElement(const Element& group, std::uint64
         return code;
     }
     CSectionParser& writer = *settings;
-    if (group == m_group->GetElement()) {
+    if (group == m_copy.Wrapper()) {
         // The private copy's own cursor knows nothing of the settings that are about to be written and would add them
         // again; this one does.
-        m_cursor = std::move(settings);
+        m_copy.AdoptCursor(std::move(settings));
     }
     WriteFields(group, writer, stamp);
     return code;
