@@ -5,7 +5,7 @@
 #include "com/Log.h"
 #include "common/TimeStamp.h"
 #include "settings/CatchAll.h"
-#include "settings/Elements.h"
+#include "settings/Schema.h"
 #include "settings/TextForm.h"
 #include "text/Decimal.h"
 #include "xml/Characters.h"
@@ -18,8 +18,6 @@ using AdvXMLParser::ElementChildren;
 
 namespace {
 
-constexpr std::u16string_view kSoftwareIdAttribute = u"SoftwareID";
-
 /// Where the product to be copied stands: its "Policy" element and its ID.
 struct ProductPlace {
     Element policy;
@@ -30,12 +28,12 @@ struct ProductPlace {
 ProductPlace FindProduct(const Element& root)
 {
     for (const Element policy : ElementChildren(root)) {
-        if (!policy.NameIs(u"Policy")) {
+        if (!policy.NameIs(schema::kPolicy)) {
             continue;
         }
         for (const Element product : ElementChildren(policy)) {
-            const Attribute id = product.GetAttribute(kSoftwareIdAttribute);
-            if (product.NameIs(u"Product") && !id.IsNull()) {
+            const Attribute id = product.GetAttribute(schema::kSoftwareId);
+            if (product.NameIs(schema::kProduct) && !id.IsNull()) {
                 return {policy, id.GetText()};
             }
         }
@@ -45,7 +43,8 @@ ProductPlace FindProduct(const Element& root)
 
 }  // namespace
 
-CPolicyData::CPolicyData(const void* ownerLink) : m_copy(u"PolicyData", u"Policy", ownerLink), m_softwareId(u"invalid")
+CPolicyData::CPolicyData(const void* ownerLink)
+    : m_copy(u"PolicyData", schema::kPolicy, ownerLink), m_softwareId(u"invalid")
 {
 }
 
@@ -57,7 +56,7 @@ result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view 
             m_copy.Drop();
         }
         m_softwareId = softwareId;
-        const Element product = FindChildByAttribute(policy, kSoftwareIdAttribute, softwareId);
+        const Element product = FindChildByAttribute(policy, schema::kSoftwareId, softwareId);
         return product.IsNull() ? result::PolicyNotFound : m_copy.Take(product);
     });
 }
@@ -83,14 +82,14 @@ result::Code CPolicyData::WriteBack(Element target, std::uint64_t& version) cons
     if (!m_copy.IsInitialised()) {
         return result::NotInitialised;
     }
-    if (!target.NameIs(u"Policy")) {
+    if (!target.NameIs(schema::kPolicy)) {
         return result::ElementMissing;
     }
     target.Add(m_copy.Content().Clone());
-    SetAttribute(target, u"PathID", kDefaultPath);
+    SetAttribute(target, schema::kPathId, schema::kDefaultPath);
     const std::u16string stamp = cmnblib_CurrentTimeToGMTTimeStamp();
     version = static_cast<std::uint64_t>(ParseInt64(stamp));
-    SetAttribute(target, u"PolicyVersion", stamp);
+    SetAttribute(target, schema::kPolicyVersion, stamp);
     return result::Success;
 }
 
@@ -105,8 +104,8 @@ result::Code CPolicyData::SetSoftwareId(std::u16string_view softwareId)
         return result::Unexpected;
     }
     std::u16string stored(softwareId);
-    if (const Element product = m_copy.Content(); product.NameIs(u"Product")) {
-        SetAttribute(product, kSoftwareIdAttribute, softwareId);
+    if (const Element product = m_copy.Content(); product.NameIs(schema::kProduct)) {
+        SetAttribute(product, schema::kSoftwareId, softwareId);
     }
     m_softwareId = std::move(stored);
     return result::Success;

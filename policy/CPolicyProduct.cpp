@@ -1,7 +1,8 @@
 #include "policy/CPolicyProduct.h"
 
+#include "com/SettingSlot.h"
 #include "com/Strings.h"
-#include "settings/SettingSlot.h"
+#include "settings/Schema.h"
 #include "xml/Document.h"
 
 namespace zupm {
@@ -21,16 +22,16 @@ HRESULT CPolicyProduct::FinalConstruct() noexcept
 
 result::Code CPolicyProduct::BindToEmptyProduct()
 {
-    constexpr std::u16string_view kSoftwareId = u"SoftwareID";
+    constexpr std::u16string_view kDefaultId = u"SoftwareID";
     const CriticalSectionLock lock(m_lock);
     if (m_isBound) {
         return result::Success;
     }
     m_isBound = true;
-    const Document detached(u"Policy");
-    const Element product = detached.GetRoot().CreateElement(u"Product");
-    SetAttribute(product, u"SoftwareID", kSoftwareId);
-    return m_data.Initialize(detached.GetRoot(), kSoftwareId);
+    const Document detached(schema::kPolicy);
+    const Element product = detached.GetRoot().CreateElement(schema::kProduct);
+    SetAttribute(product, schema::kSoftwareId, kDefaultId);
+    return m_data.Initialize(detached.GetRoot(), kDefaultId);
 }
 
 HRESULT CPolicyProduct::get_SoftwareID(BSTR* pVal) noexcept

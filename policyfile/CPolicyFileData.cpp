@@ -5,6 +5,7 @@
 
 #include "com/Log.h"
 #include "settings/ParseFailure.h"
+#include "settings/Schema.h"
 #include "text/Decimal.h"
 #include "xml/Exceptions.h"
 #include "xml/FileBuffer.h"
@@ -23,7 +24,7 @@ namespace {
 void ReadVersion(const Element& element, std::atomic<std::uint64_t>& version) noexcept
 {
     try {
-        if (const Attribute attribute = element.GetAttribute(u"version"); !attribute.IsNull()) {
+        if (const Attribute attribute = element.GetAttribute(schema::kVersion); !attribute.IsNull()) {
             version = static_cast<std::uint64_t>(ParseInt64(attribute.GetText()));
         }
     } catch (...) {  // NOLINT(bugprone-empty-catch): a version that cannot be read leaves the old one
@@ -48,9 +49,7 @@ result::Code CPolicyFileData::InitializeFile(std::u16string path, std::u16string
 result::Code CPolicyFileData::InitializeFile(std::u16string path, const ReadText& read, std::u16string& detail)
 {
     if (m_initialised) {
-        if (const result::Code code = DeinitializeFile(); code < 0) {
-            return code;
-        }
+        DeinitializeFile();
     }
     m_path = std::move(path);
     RetireDocument();
@@ -119,10 +118,10 @@ void CPolicyFileData::RetireDocument()
 void CPolicyFileData::ReadProperties(const Element& root)
 {
     for (const Element child : ElementChildren(root)) {
-        if (child.NameIs(u"PolicyRoot")) {
+        if (child.NameIs(schema::kPolicyRoot)) {
             ReadVersion(child, m_properties.policyVersion);
-            m_properties.assignmentList.Set(child.GetAttribute(u"AssignmentList").GetText());
-        } else if (child.NameIs(u"TaskRoot")) {
+            m_properties.assignmentList.Set(child.GetAttribute(schema::kAssignmentList).GetText());
+        } else if (child.NameIs(schema::kTaskRoot)) {
             ReadVersion(child, m_properties.taskVersion);
         }
     }

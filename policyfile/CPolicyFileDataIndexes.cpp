@@ -3,8 +3,8 @@
 
 #include "com/Log.h"
 #include "policyfile/CPolicyFileData.h"
-#include "policyfile/ElementWalks.h"
 #include "settings/CatchAll.h"
+#include "settings/Schema.h"
 
 namespace zupm {
 
@@ -15,7 +15,7 @@ result::Code CPolicyFileData::InitializePolicyMap() noexcept
 {
     return CatchAll(u"CPolicyFile::InitializePolicyMap()", [&]() -> result::Code {
         ForEachPolicy(Root(), [&](const Element& policy) {
-            ForEachChild(policy, u"Product", [&](const Element& product) { AddPolicy(policy, product); });
+            ForEachChild(policy, schema::kProduct, [&](const Element& product) { AddPolicy(policy, product); });
         });
         return result::Success;
     });
@@ -23,7 +23,7 @@ result::Code CPolicyFileData::InitializePolicyMap() noexcept
 
 void CPolicyFileData::AddPolicy(const Element& policy, const Element& product)
 {
-    const Attribute attribute = product.GetAttribute(u"SoftwareID");
+    const Attribute attribute = product.GetAttribute(schema::kSoftwareId);
     if (attribute.IsNull()) {
         return;
     }
@@ -47,8 +47,8 @@ result::Code CPolicyFileData::InitializeTaskMap() noexcept
 
 void CPolicyFileData::AddTasks(const Element& group)
 {
-    const Attribute softwareAttribute = group.GetAttribute(u"SoftwareID");
-    const Attribute taskAttribute = group.GetAttribute(u"TaskID");
+    const Attribute softwareAttribute = group.GetAttribute(schema::kSoftwareId);
+    const Attribute taskAttribute = group.GetAttribute(schema::kTaskId);
     if (softwareAttribute.IsNull() || taskAttribute.IsNull()) {
         return;
     }
@@ -57,7 +57,7 @@ void CPolicyFileData::AddTasks(const Element& group)
     // The keys are the group's own. They can be long and its tasks many, so they are looked for once: behind the first
     // task every other one is a duplicate.
     bool isFirst = true;
-    ForEachChild(group, u"Task", [&](const Element& task) {
+    ForEachChild(group, schema::kTask, [&](const Element& task) {
         if (!isFirst || !InsertTask(softwareId, taskId, CTaskRef(group, task))) {
             LogDuplicate(
                 u"CPolicyFile::InitializeTaskMap() -- TaskID %s exists already in the task map for Software %s", taskId,

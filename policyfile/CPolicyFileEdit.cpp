@@ -8,7 +8,7 @@
 #include "com/Strings.h"
 #include "policy/CPolicyProduct.h"
 #include "policyfile/CPolicyFile.h"
-#include "settings/Elements.h"
+#include "settings/RequireXmlText.h"
 #include "task/CPolicyTask.h"
 
 namespace zupm {

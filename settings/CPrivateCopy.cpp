@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "settings/Elements.h"
+#include "settings/Schema.h"
 
 namespace zupm {
 

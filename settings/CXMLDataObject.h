@@ -78,6 +78,9 @@ public:
 private:
     using Index = std::map<std::u16string, std::unique_ptr<CElementMap>, std::less<>>;
 
+    /// GetSetting over indexes that are up to date; `code` is untouched on success.
+    [[nodiscard]] AdvXMLParser::Element Find(std::u16string_view section, std::u16string_view setting,
+                                             result::Code& code) const noexcept;
     [[nodiscard]] result::Code BuildIndexes();
     [[nodiscard]] result::Code IndexSection(const AdvXMLParser::Element& section);
     void IndexSettings(const AdvXMLParser::Element& section, const std::u16string& sectionName, CElementMap& settings);

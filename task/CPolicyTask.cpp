@@ -1,7 +1,8 @@
 #include "task/CPolicyTask.h"
 
+#include "com/SettingSlot.h"
 #include "com/Strings.h"
-#include "settings/SettingSlot.h"
+#include "settings/Schema.h"
 #include "xml/Document.h"
 
 namespace zupm {
@@ -26,8 +27,8 @@ result::Code CPolicyTask::LoadEmptyTask()
         return result::Success;
     }
     m_isLoaded = true;
-    const Document detached(u"TaskGroup");
-    const Element task = detached.GetRoot().CreateElement(u"Task");
+    const Document detached(schema::kTaskGroup);
+    const Element task = detached.GetRoot().CreateElement(schema::kTask);
     return m_data.Initialize(detached.GetRoot(), task);
 }
 

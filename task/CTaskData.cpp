@@ -4,7 +4,7 @@
 
 #include "common/PrivateProfile.h"
 #include "settings/CatchAll.h"
-#include "settings/Elements.h"
+#include "settings/Schema.h"
 #include "settings/TextForm.h"
 #include "text/Decimal.h"
 
@@ -19,13 +19,9 @@ namespace {
 CTaskRef FindTask(const Element& root)
 {
     for (const Element group : ElementChildren(root)) {
-        if (!group.NameIs(u"TaskGroup")) {
-            continue;
-        }
-        for (const Element task : ElementChildren(group)) {
-            if (task.NameIs(u"Task")) {
-                return {group, task};
-            }
+        const Element task = group.NameIs(schema::kTaskGroup) ? FirstChildNamed(group, schema::kTask) : Element();
+        if (!task.IsNull()) {
+            return {group, task};
         }
     }
     return {Element(), Element()};
@@ -33,7 +29,7 @@ CTaskRef FindTask(const Element& root)
 
 }  // namespace
 
-CTaskData::CTaskData(const void* ownerLink) : m_copy(u"TaskData", u"TaskGroup", ownerLink) {}
+CTaskData::CTaskData(const void* ownerLink) : m_copy(u"TaskData", schema::kTaskGroup, ownerLink) {}
 
 result::Code CTaskData::Initialize(const Element& group, const Element& task) noexcept
 {

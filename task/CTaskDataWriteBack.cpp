@@ -3,7 +3,7 @@
 
 #include "common/TimeStamp.h"
 #include "settings/CatchAll.h"
-#include "settings/Elements.h"
+#include "settings/Schema.h"
 #include "task/CTaskData.h"
 #include "text/Decimal.h"
 
@@ -21,16 +21,6 @@ struct FieldRow {
     std::u16string_view setting;
     std::u16string_view value;
 };
-
-Element FirstTaskIn(const Element& group)
-{
-    for (const Element child : ElementChildren(group)) {
-        if (child.NameIs(u"Task")) {
-            return child;
-        }
-    }
-    return {};
-}
 
 }  // namespace
 
@@ -50,7 +40,7 @@ result::Code CTaskData::CopyData(Element group, std::uint64_t& version) noexcept
         if (!m_copy.IsInitialised()) {
             return result::NotInitialised;
         }
-        if (!group.NameIs(u"TaskGroup")) {
+        if (!group.NameIs(schema::kTaskGroup)) {
             return result::ElementMissing;
         }
         m_fields.RequireXml();
@@ -64,12 +54,12 @@ result::Code CTaskData::CopyData(Element group, std::uint64_t& version) noexcept
 
 result::Code CTaskData::UpdateTaskGroupElement(const Element& group, std::uint64_t& version)
 {
-    if (!group.NameIs(u"TaskGroup")) {
+    if (!group.NameIs(schema::kTaskGroup)) {
         return result::ElementMissing;
     }
     const std::u16string stamp = cmnblib_CurrentTimeToGMTTimeStamp();
     version = static_cast<std::uint64_t>(ParseInt64(stamp));
-    const Element task = FirstTaskIn(group);
+    const Element task = FirstChildNamed(group, schema::kTask);
     if (task.IsNull()) {
         return result::ElementMissing;
     }
@@ -78,8 +68,8 @@ result::Code CTaskData::UpdateTaskGroupElement(const Element& group, std::uint64
     if (!settings) {
         return result::AllocationFailed;
     }
-    SetAttribute(task, u"TaskVersion", stamp);
-    SetAttribute(task, u"PathID", kDefaultPath);
+    SetAttribute(task, schema::kTaskVersion, stamp);
+    SetAttribute(task, schema::kPathId, schema::kDefaultPath);
     const result::Code code = settings->Initialize();
     if (code < 0) {
         return code;
@@ -98,17 +88,17 @@ void CTaskData::WriteFields(const Element& group, CSectionParser& settings, std:
 {
     const std::u16string priority = FormatSigned(m_fields.priority);
     const FieldRow rows[] = {
-        {u"Path", {}, {}, kDefaultPath},
-        {u"TaskID", u"Task", u"TaskID", m_fields.taskId},
-        {u"DisplayName", u"Task", u"TaskName", m_fields.displayName},
-        {u"TaskType", u"Task", u"TaskType", m_fields.taskType},
+        {schema::kPath, {}, {}, schema::kDefaultPath},
+        {schema::kTaskId, u"Task", u"TaskID", m_fields.taskId},
+        {schema::kDisplayName, u"Task", u"TaskName", m_fields.displayName},
+        {schema::kTaskType, u"Task", u"TaskType", m_fields.taskType},
         {{}, u"General", u"TaskType", m_fields.taskType},
         {{}, u"General", u"wTaskType", m_fields.taskType},
-        {u"SoftwareID", {}, {}, m_fields.softwareId},
-        {u"CreatorID", {}, {}, m_fields.creatorId},
-        {u"Platforms", u"Task", u"Platforms", m_fields.platformsSupported},
-        {u"TaskPriority", u"Task", u"TaskPriority", priority},
-        {u"TaskVersion", {}, {}, stamp},
+        {schema::kSoftwareId, {}, {}, m_fields.softwareId},
+        {schema::kCreatorId, {}, {}, m_fields.creatorId},
+        {schema::kPlatforms, u"Task", u"Platforms", m_fields.platformsSupported},
+        {schema::kTaskPriority, u"Task", u"TaskPriority", priority},
+        {schema::kTaskVersion, {}, {}, stamp},
     };
     for (const FieldRow& row : rows) {
         if (!row.attribute.empty()) {
