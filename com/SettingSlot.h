@@ -19,6 +19,7 @@ template <class Data>
     std::u16string value;
     const result::Code code = data.GetSectionSetting(section, TextOf(name), value);
     if (code >= 0) {
+        // Given: see docs/given-oddities.md, "a buffer never fails".
         // Memory running out here goes unreported: the slot is null then.
         static_cast<void>(StoreString(slot, value));
     }

@@ -43,6 +43,7 @@ ProductPlace FindProduct(const Element& root)
 
 }  // namespace
 
+// Given: see docs/given-oddities.md, "invalid".
 CPolicyData::CPolicyData(const void* ownerLink)
     : m_copy(u"PolicyData", schema::kPolicy, ownerLink), m_softwareId(u"invalid")
 {
@@ -55,7 +56,9 @@ result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view 
         if (m_copy.IsInitialised()) {
             m_copy.Drop();
         }
+        // Given: see docs/given-oddities.md, "ID of a failed binding".
         m_softwareId = softwareId;
+        // Given: see docs/given-oddities.md, "any element is a product".
         const Element product = FindChildByAttribute(policy, schema::kSoftwareId, softwareId);
         return product.IsNull() ? result::PolicyNotFound : m_copy.Take(product);
     });
@@ -154,6 +157,7 @@ result::Code CPolicyData::RemoveSection(std::u16string_view name)
     if (product.IsNull()) {
         return result::SectionNotFound;
     }
+    // Given: see docs/given-oddities.md, "rebuilt on a miss".
     const bool isDeleted = DeleteFirstSection(product, name);
     const result::Code code = m_copy.ReopenCursor();
     if (code == result::AllocationFailed && m_copy.Cursor() == nullptr) {

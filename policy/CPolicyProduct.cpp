@@ -10,6 +10,7 @@ namespace zupm {
 using AdvXMLParser::Document;
 using AdvXMLParser::Element;
 
+// Given: see docs/given-oddities.md, "invalid".
 CPolicyProduct::CPolicyProduct() : m_section(u"invalid"), m_data(this) {}
 
 HRESULT CPolicyProduct::FinalConstruct() noexcept
@@ -22,6 +23,7 @@ HRESULT CPolicyProduct::FinalConstruct() noexcept
 
 result::Code CPolicyProduct::BindToEmptyProduct()
 {
+    // Given: see docs/given-oddities.md, "default ID".
     constexpr std::u16string_view kDefaultId = u"SoftwareID";
     const CriticalSectionLock lock(m_lock);
     if (m_isBound) {
@@ -46,6 +48,7 @@ HRESULT CPolicyProduct::put_SoftwareID(BSTR newVal) noexcept
 {
     return Call(u"CPolicyProduct::put_SoftwareID()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
+        // Given: see docs/given-oddities.md, "a put that does nothing".
         // The put succeeds whatever the data says: an object whose binding failed keeps its ID silently.
         static_cast<void>(m_data.SetSoftwareId(TextOf(newVal)));
         return result::Success;

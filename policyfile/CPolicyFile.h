@@ -91,6 +91,7 @@ private:
     [[nodiscard]] result::Code CheckStillLoaded(const CPolicyFileData::Documents& documents,
                                                 std::u16string& detail) const ZUPM_REQUIRES(m_lock);
 
+    // Given: see docs/given-oddities.md, "empty index after a failure".
     /// The edits, after their checks. `documents` are those from before the incoming object was first called.
     [[nodiscard]] result::Code PutPolicy(IPolicyProduct& incoming, const CPolicyFileData::Documents& documents,
                                          std::u16string& detail) ZUPM_REQUIRES(m_lock);
@@ -123,6 +124,7 @@ private:
     PolicyFileProperties m_properties;
     CPolicyFileData m_data ZUPM_GUARDED_BY(m_lock);
     EditedFile m_edited ZUPM_GUARDED_BY(m_lock);
+    // Given: see docs/given-oddities.md, "read-only at first".
     std::int32_t m_readOnly ZUPM_GUARDED_BY(m_lock) = 1;
 };
 

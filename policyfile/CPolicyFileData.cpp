@@ -77,6 +77,7 @@ CPolicyFileData::Documents CPolicyFileData::HoldDocuments() const
 
 result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& detail)
 {
+    // Given: see docs/given-oddities.md, "names of another class".
     constexpr std::u16string_view kReadFailed = u"CPolicyFile::Initialize() - Read policy file failed";
     try {
         return LoadDocument(read);
@@ -106,6 +107,7 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
     return code < 0 ? code : InitializeTaskMap();
 }
 
+// Given: see docs/given-oddities.md, "entries of a failed load".
 void CPolicyFileData::RetireDocument()
 {
     if (m_document) {

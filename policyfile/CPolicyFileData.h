@@ -93,6 +93,7 @@ public:
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
 
 private:
+    // Given: see docs/given-oddities.md, "two loaders".
     [[nodiscard]] result::Code Initialize(const ReadText& read, std::u16string& detail);
     [[nodiscard]] result::Code LoadDocument(const ReadText& read);
     /// Takes the document of a load that failed while indexing out of sight.

@@ -49,6 +49,7 @@ result::Code CPolicyFileData::GetHighestTaskVersion(std::uint64_t& version) cons
     std::uint64_t highest = 0;
     ForEachTaskGroup(Root(), [&](const Element& group) {
         if (const Attribute attribute = group.GetAttribute(schema::kTaskVersion); !attribute.IsNull()) {
+            // Given: see docs/given-oddities.md, "versions without sign".
             highest = std::max(highest, static_cast<std::uint64_t>(ParseInt64(attribute.GetText())));
         }
     });

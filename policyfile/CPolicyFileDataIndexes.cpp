@@ -13,6 +13,7 @@ using AdvXMLParser::Element;
 
 result::Code CPolicyFileData::InitializePolicyMap() noexcept
 {
+    // Given: see docs/given-oddities.md, "names of another class".
     return CatchAll(u"CPolicyFile::InitializePolicyMap()", [&]() -> result::Code {
         ForEachPolicy(Root(), [&](const Element& policy) {
             ForEachChild(policy, schema::kProduct, [&](const Element& product) { AddPolicy(policy, product); });
@@ -30,6 +31,7 @@ void CPolicyFileData::AddPolicy(const Element& policy, const Element& product)
     std::u16string softwareId = attribute.GetText();
     const auto place = m_policies.lower_bound(softwareId);
     if (place != m_policies.end() && place->first == softwareId) {
+        // Given: see docs/given-oddities.md, "duplicates logged again".
         LogDuplicate(u"CPolicyFile::InitializePolicyMap() -- SoftwareID %s exists already in the policy map",
                      softwareId);
         return;
@@ -54,8 +56,8 @@ void CPolicyFileData::AddTasks(const Element& group)
     }
     const std::u16string softwareId = softwareAttribute.GetText();
     const std::u16string taskId = taskAttribute.GetText();
-    // The keys are the group's own. They can be long and its tasks many, so they are looked for once: behind the first
-    // task every other one is a duplicate.
+    // The keys are the group's own, so every task after its first one is a duplicate. Keys can be long and tasks many:
+    // the index is searched once.
     bool isFirst = true;
     ForEachChild(group, schema::kTask, [&](const Element& task) {
         if (!isFirst || !InsertTask(softwareId, taskId, CTaskRef(group, task))) {
@@ -122,6 +124,7 @@ result::Code CPolicyFileData::FindTaskRef(std::u16string_view softwareId, std::u
     if (software == m_tasks.end()) {
         return result::TaskNotFound;
     }
+    // Given: see docs/given-oddities.md, "null entries".
     if (!software->second) {
         return result::NotCreated;
     }

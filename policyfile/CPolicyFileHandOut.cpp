@@ -54,7 +54,8 @@ result::Code CPolicyFile::HandOutPolicy(std::u16string_view softwareId, IUnknown
     if (created < 0) {
         return created;
     }
-    // An object that could not be bound is handed out all the same; its own operations tell (NotInitialised).
+    // Given: see docs/given-oddities.md, "unbound objects".
+    // An object that could not be bound is handed out all the same; its own operations give NotInitialised.
     static_cast<void>(product->BindToFileElement(found->GetElement(), softwareId));
     StoreObject(static_cast<IPolicyProduct&>(*product), slot);
     return created;

@@ -32,6 +32,10 @@ public:
 
     [[nodiscard]] const Index& Settings() const noexcept { return m_settings; }
 
+protected:
+    /// Open to tests, which put an empty entry there.
+    void InsertNothing(const std::u16string& name) { m_settings[name] = nullptr; }
+
 private:
     Index m_settings;
 };

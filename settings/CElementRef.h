@@ -38,6 +38,7 @@ private:
     AdvXMLParser::Element m_group;
 };
 
+// Given: see docs/given-oddities.md, "references the other way round".
 /// Refers to a product policy: its element is the outer "Policy", its product the "Product" inside that. (The other way
 /// round than CTaskRef: a task is rewritten inside its group, a product is replaced in its policy.)
 class CPolicyRef : public CElementRef {

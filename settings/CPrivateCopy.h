@@ -65,6 +65,7 @@ private:
     CElementRef m_wrapper;
     std::unique_ptr<CSectionParser> m_cursor;  ///< after the document that it reads, so that it goes first
     bool m_initialised = false;
+    // Given: see docs/given-oddities.md, "owner link".
     const void* m_ownerLink;
 };
 

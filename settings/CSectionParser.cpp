@@ -10,6 +10,7 @@ namespace zupm {
 namespace {
 
 /// What the macro expander is told about where a value comes from; no context of its own was ever given to the cursor.
+// Given: see docs/given-oddities.md, "invalid".
 constexpr std::u16string_view kMacroContext = u"invalid";
 
 }  // namespace
@@ -101,6 +102,7 @@ result::Code CSectionParser::WriteAllSettingsToIniFile(std::u16string_view path,
         const CriticalSectionLock lock(m_lock);
         store = m_store.get();
     }
+    // Given: see docs/given-oddities.md, "export without lock and state".
     // The export runs outside the lock: it may take as long as the disk does.
     return store == nullptr ? result::CursorNotInitialised : store->WriteAllSettingsToIniFile(path, std::move(written));
 }

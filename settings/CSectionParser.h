@@ -57,6 +57,7 @@ private:
     std::unique_ptr<CXMLDataObject> m_store ZUPM_GUARDED_BY(m_lock);
     CCriticalSection m_lock;
     AdvXMLParser::Element m_container;
+    // Given: see docs/given-oddities.md, "owner link".
     const void* m_ownerLink;
 };
 

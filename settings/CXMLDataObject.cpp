@@ -48,6 +48,7 @@ result::Code CXMLDataObject::BuildIndexes()
 
 result::Code CXMLDataObject::IndexSection(const Element& section)
 {
+    // Given: see docs/given-oddities.md, "any element is a section".
     const Attribute attribute = section.GetAttribute(schema::kName);
     if (attribute.IsNull()) {
         return result::Success;
@@ -109,6 +110,7 @@ Element CXMLDataObject::Find(std::u16string_view section, std::u16string_view se
         code = result::SectionNotFound;
         return {};
     }
+    // Given: see docs/given-oddities.md, "null entries".
     if (!sectionEntry->second) {
         code = result::NotCreated;
         return {};
@@ -156,6 +158,7 @@ result::Code CXMLDataObject::SetSettingValue(std::u16string_view section, std::u
             element.SetText(value);
             return code;
         }
+        // Given: see docs/given-oddities.md, "a missing section is a missing setting".
         if (create == 0) {
             return result::SettingNotFound;
         }
@@ -231,6 +234,7 @@ bool CXMLDataObject::HoldsEveryElement() noexcept
 template <class Update>
 result::Code CXMLDataObject::Follow(Update update) noexcept
 {
+    // Given: see docs/given-oddities.md, "duplicates logged again".
     if (!HoldsEveryElement()) {
         return Reinitialize();
     }

@@ -75,9 +75,13 @@ public:
 
     [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
 
-private:
+protected:
     using Index = std::map<std::u16string, std::unique_ptr<CElementMap>, std::less<>>;
 
+    /// Open to tests, which put entries there that no document leads to.
+    [[nodiscard]] Index& Sections() noexcept { return m_sections; }
+
+private:
     /// GetSetting over indexes that are up to date; `code` is untouched on success.
     [[nodiscard]] AdvXMLParser::Element Find(std::u16string_view section, std::u16string_view setting,
                                              result::Code& code) const noexcept;
@@ -100,6 +104,7 @@ private:
     bool m_initialised ZUPM_GUARDED_BY(m_lock) = false;
     bool m_hasDuplicates = false;  ///< elements were left out for their names
     bool m_isStale = false;        ///< bringing the indexes up to date failed
+    // Given: see docs/given-oddities.md, "owner link".
     const void* m_ownerLink;
     CCriticalSection m_lock;
 };

@@ -31,6 +31,7 @@ bool DeleteFirstSection(const Element& container, std::u16string_view name)
     if (section.IsNull()) {
         return false;
     }
+    // Given: see docs/given-oddities.md, "only the first goes".
     section.Delete();
     return true;
 }

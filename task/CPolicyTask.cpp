@@ -10,6 +10,7 @@ namespace zupm {
 using AdvXMLParser::Document;
 using AdvXMLParser::Element;
 
+// Given: see docs/given-oddities.md, "invalid".
 CPolicyTask::CPolicyTask() : m_section(u"invalid"), m_data(this) {}
 
 HRESULT CPolicyTask::FinalConstruct() noexcept

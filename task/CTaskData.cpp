@@ -78,6 +78,7 @@ result::Code CTaskData::RemoveSection(std::u16string_view name)
         return result::NotInitialised;
     }
     const Element task = m_copy.Content();
+    // Given: see docs/given-oddities.md, "rebuilt on a miss".
     if (task.IsNull() || !DeleteFirstSection(task, name)) {
         return result::SectionNotFound;
     }
@@ -91,6 +92,7 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
     }
     constexpr std::u16string_view kSection = u"Task";
     const std::u16string priority = FormatSigned(m_fields.priority);
+    // Given: see docs/given-oddities.md, "names of the INI file".
     const std::pair<std::u16string_view, std::u16string_view> rows[] = {
         {u"TaskName", m_fields.displayName}, {u"Platforms", m_fields.platformsSupported},
         {u"TaskPriority", priority},         {u"SoftwareName", m_fields.softwareId},
@@ -104,6 +106,7 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
         }
         written.Add(kSection, key, value);
     }
+    // Given: see docs/given-oddities.md, "fields without a task".
     CSectionParser* const cursor = m_copy.Cursor();
     return cursor == nullptr ? result::CursorNotInitialised
                              : cursor->WriteAllSettingsToIniFile(path, std::move(written));

@@ -92,6 +92,7 @@ void CTaskData::WriteFields(const Element& group, CSectionParser& settings, std:
         {schema::kTaskId, u"Task", u"TaskID", m_fields.taskId},
         {schema::kDisplayName, u"Task", u"TaskName", m_fields.displayName},
         {schema::kTaskType, u"Task", u"TaskType", m_fields.taskType},
+        // Given: see docs/given-oddities.md, "the type three times".
         {{}, u"General", u"TaskType", m_fields.taskType},
         {{}, u"General", u"wTaskType", m_fields.taskType},
         {schema::kSoftwareId, {}, {}, m_fields.softwareId},

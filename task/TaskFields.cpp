@@ -13,6 +13,7 @@ using AdvXMLParser::Element;
 
 namespace {
 
+// Given: see docs/given-oddities.md, "a missing attribute resets nothing".
 void ReadText(const Element& element, std::u16string_view name, std::u16string& field)
 {
     if (const Attribute attribute = element.GetAttribute(name); !attribute.IsNull()) {

@@ -8,6 +8,40 @@ using StoreIndex = ContainerTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// A section with an entry for "Empty" that refers to nothing.
+class HollowSection : public CElementMap {
+public:
+    HollowSection() { InsertNothing(u"Empty"); }
+};
+
+/// A store with an entry for "Lost" that has no settings map, and a section "Hollow".
+class HollowStore : public CXMLDataObject {
+public:
+    explicit HollowStore(const AdvXMLParser::Element& container) : CXMLDataObject(container, nullptr)
+    {
+        EXPECT_EQ(Initialize(), result::Success);
+        Sections()[u"Lost"] = nullptr;
+        Sections()[u"Hollow"] = std::make_unique<HollowSection>();
+    }
+};
+
+TEST_F(StoreIndex, EmptyEntries_ReadAsNotCreated)
+{
+    Load("<P/>");
+    HollowStore store(Root());
+    for (const auto& [section, setting] : {std::pair(u"Lost", u"A"), std::pair(u"Hollow", u"Empty")}) {
+        result::Code code = result::Success;
+        EXPECT_TRUE(store.GetSetting(section, setting, code).IsNull());
+        EXPECT_EQ(code, result::NotCreated);
+        std::u16string value = u"untouched";
+        EXPECT_EQ(store.GetSettingValue(section, setting, value), result::NotCreated);
+        EXPECT_EQ(value, u"untouched");
+        EXPECT_EQ(store.RemoveSetting(section, setting), result::NotCreated);
+        EXPECT_EQ(store.SetSettingValue(section, setting, u"1", 0), result::SettingNotFound);
+    }
+    EXPECT_EQ(Text(), "<P/>");
+}
+
 TEST_F(StoreIndex, ANewStoreFindsNothingUntilItIsInitialised)
 {
     Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
