@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "ActingObjects.h"
 #include "PolicyFileTest.h"
+#include "tests/support/ActingObjects.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {

@@ -30,14 +30,6 @@ TEST_F(StoreChange, AValueIsReplacedInPlace)
               "+     <Setting name=\"A\">2 &lt; 3</Setting>\n");
 }
 
-TEST_F(StoreChange, AValueReplacesChildElementsOfItsSetting)
-{
-    Load(R"(<P><Section name="S"><Setting name="A">x<b>y</b><!-- z --><c/></Setting></Section></P>)");
-    OpenStore();
-    EXPECT_EQ(Store().SetSettingValue(u"S", u"A", u"text", 0), result::Success);
-    EXPECT_EQ(Text(), R"(<P><Section name="S"><Setting name="A">text</Setting></Section></P>)");
-}
-
 TEST_F(StoreChange, WithoutCreateAMissingSectionIsReportedAsAMissingSetting)
 {
     Load(kOneSetting);
@@ -45,15 +37,6 @@ TEST_F(StoreChange, WithoutCreateAMissingSectionIsReportedAsAMissingSetting)
     EXPECT_EQ(Store().SetSettingValue(u"None", u"A", u"2", 0), result::SettingNotFound);
     EXPECT_EQ(Store().SetSettingValue(u"S", u"None", u"2", 0), result::SettingNotFound);
     EXPECT_EQ(Text(), kOneSetting);
-}
-
-TEST_F(StoreChange, AMissingSettingIsAppendedToItsSection)
-{
-    Load(kOneSetting);
-    OpenStore();
-    EXPECT_EQ(Store().SetSettingValue(u"S", u"B", u"2", 1), result::Success);
-    EXPECT_EQ(Value(u"S", u"B"), "2");
-    EXPECT_EQ(Difference(kOneSetting, Text()), "+     <Setting name=\"B\">2</Setting>\n");
 }
 
 TEST_F(StoreChange, AMissingSectionIsAppendedWithItsSetting)
@@ -179,18 +162,6 @@ TEST_F(StoreChange, RemovingASettingDeletesItsElementAlone)
     EXPECT_EQ(Difference(before, Text()), "-     <Setting name=\"A\">1</Setting>\n");
     EXPECT_EQ(Value(u"S", u"A"), "code -1201");
     EXPECT_EQ(Value(u"S", u"B"), "2");
-}
-
-TEST_F(StoreChange, RemovingTheLastSettingLeavesAnEmptySection)
-{
-    Load(kOneSetting);
-    OpenStore();
-    EXPECT_EQ(Store().RemoveSetting(u"S", u"A"), result::Success);
-    EXPECT_EQ(Value(u"S", u"A"), "code -1201");
-    const auto section = *Root().Begin();
-    EXPECT_TRUE(section.NameIs(u"Section"));
-    EXPECT_TRUE(section.GetAttribute(u"name").TextIs(u"S"));
-    EXPECT_TRUE((*section.Begin()).IsNull());
 }
 
 TEST_F(StoreChange, RemovingTheFirstOfTwoSettingsOfOneNameUncoversTheSecond)

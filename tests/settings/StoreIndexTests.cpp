@@ -61,48 +61,6 @@ TEST_F(StoreIndex, TheOwnerLinkIsKeptAsItIs)
     EXPECT_EQ(CXMLDataObject(Root(), &owner).OwnerLink(), &owner);
 }
 
-TEST_F(StoreIndex, SectionsOfOneNameAreMergedAndTheFirstSettingWins)
-{
-    Load(R"(<P>
-        <Section name="S"><Setting name="Both">first</Setting><Setting name="A">a</Setting></Section>
-        <Section name="S"><Setting name="Both">second</Setting><Setting name="B">b</Setting></Section>
-    </P>)");
-    OpenStore();
-    EXPECT_EQ(Value(u"S", u"A"), "a");
-    EXPECT_EQ(Value(u"S", u"B"), "b");
-    EXPECT_EQ(Value(u"S", u"Both"), "first");
-}
-
-TEST_F(StoreIndex, MergingLogsOneLineForTheSectionAndOneForEverySettingThatBothHold)
-{
-    Load(R"(<P>
-        <Section name="S"><Setting name="Both">first</Setting><Setting name="A">a</Setting></Section>
-        <Section name="S"><Setting name="Both">second</Setting><Setting name="B">b</Setting></Section>
-    </P>)");
-    CXMLDataObject store(Root(), nullptr);
-    ASSERT_EQ(store.Initialize(), result::Success);
-    EXPECT_THAT(
-        m_log.Take(),
-        ElementsAre(LogLine{8, "CXMLDataObject::Initialize() -- Section S exists already in the section map"},
-                    LogLine{8,
-                            "CXMLDataObject::Initialize() -- Setting Both exists already in the setting map for "
-                            "the section S"}));
-}
-
-TEST_F(StoreIndex, ARepeatedSettingOfOneSectionIsLoggedAndTheFirstWins)
-{
-    Load(R"(<P><Section name="S"><Setting name="A">1</Setting><Setting name="A">2</Setting></Section></P>)");
-    CXMLDataObject store(Root(), nullptr);
-    ASSERT_EQ(store.Initialize(), result::Success);
-    EXPECT_THAT(
-        m_log.Take(),
-        ElementsAre(LogLine{
-            8, "CXMLDataObject::Initialize() -- Setting A exists already in the setting map for the section S"}));
-    std::u16string value;
-    EXPECT_EQ(store.GetSettingValue(u"S", u"A", value), result::Success);
-    EXPECT_EQ(value, u"1");
-}
-
 TEST_F(StoreIndex, DuplicateLinesNameTheWholeNames)
 {
     const std::string section = std::string(400, 's') + "1";
@@ -156,24 +114,6 @@ TEST_F(StoreIndex, TheEmptyNameIsAName)
     Load(R"(<P><Section name=""><Setting name="">nothing</Setting></Section></P>)");
     OpenStore();
     EXPECT_EQ(Value(u"", u""), "nothing");
-}
-
-TEST_F(StoreIndex, NamesAreComparedExactly)
-{
-    Load(R"(<P><Section name="S"><Setting name="A">upper</Setting><Setting name="a">lower</Setting></Section>
-        <Section name="s"><Setting name=" A">blank</Setting></Section></P>)");
-    OpenStore();
-    const struct {
-        std::u16string_view section;
-        std::u16string_view setting;
-        const char* expected;
-    } rows[] = {
-        {u"S", u"A", "upper"},      {u"S", u"a", "lower"},       {u"s", u" A", "blank"},
-        {u"s", u"A", "code -1201"}, {u"S ", u"A", "code -1200"}, {u"X", u"A", "code -1200"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Value(row.section, row.setting), row.expected);
-    }
 }
 
 TEST_F(StoreIndex, AValueIsReadFromItsElementAndNeverKept)
