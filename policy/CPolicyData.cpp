@@ -18,7 +18,7 @@ using AdvXMLParser::ElementChildren;
 
 namespace {
 
-/// Where the product to be copied stands: its "Policy" element and its ID.
+/// Where to find the product to copy: its "Policy" element and its ID.
 struct ProductPlace {
     Element policy;
     std::u16string softwareId;

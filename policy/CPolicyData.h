@@ -22,29 +22,31 @@ namespace zupm {
 /// Invariants While initialised, the private "Policy" element has exactly one child, the product.
 class CPolicyData {
 public:
-    /// `ownerLink` is passed to every cursor and never looked at. Throws std::bad_alloc.
+    /// `ownerLink` goes to every cursor; nobody reads it. Throws std::bad_alloc.
     explicit CPolicyData(const void* ownerLink);
     virtual ~CPolicyData() = default;
     CPolicyData(const CPolicyData&) = delete;
     CPolicyData& operator=(const CPolicyData&) = delete;
 
-    /// Copies the first child of `policy` whose "SoftwareID" is that text, whatever its name. PolicyNotFound,
-    /// AllocationFailed, Unexpected; the object is not initialised then, but has the software ID.
+    /// Copies the first child of `policy` whose "SoftwareID" is that text, whatever the child's name. PolicyNotFound,
+    /// AllocationFailed, Unexpected: these leave the object not initialised, but with the software ID.
     [[nodiscard]] result::Code Initialize(const AdvXMLParser::Element& policy, std::u16string_view softwareId) noexcept;
 
-    /// Copies the first "Product" with a "SoftwareID" of a text such as GetXmlText gives. ElementMissing and
-    /// SyntaxError (with "text:line:column: reason" in `detail`) leave the object as it was; else as the element form.
+    /// Copies the first "Product" with a "SoftwareID" out of a text such as GetXmlText gives. ElementMissing, and
+    /// SyntaxError (with "text:line:column: reason" in `detail`), leave the object as it was. Otherwise the codes of
+    /// the element form.
     [[nodiscard]] result::Code Initialize(std::u16string_view xml, std::u16string& detail);
 
     /// Drops the product; the software ID stays. Always Success.
     result::Code Deinitialize();
 
-    /// Appends a copy of the product to a "Policy" element of another document and stamps that with a path and the
-    /// current time, whose number goes to `version`. NotInitialised; ElementMissing when `target` is no "Policy".
+    /// Appends a copy of the product to a "Policy" element of another document, and stamps that element with a path and
+    /// the current time. `version` gets the time as a number. NotInitialised; ElementMissing when `target` is no
+    /// "Policy".
     [[nodiscard]] result::Code WriteBack(AdvXMLParser::Element target, std::uint64_t& version) const;
 
-    /// Stores the ID, also in the product's element when that is a "Product". NotInitialised; Unexpected, logged, with
-    /// nothing changed, when XML cannot hold it.
+    /// Stores the ID, and writes it into the product's element when that is a "Product". NotInitialised. When XML
+    /// cannot hold the ID: Unexpected and a log line, with nothing changed.
     [[nodiscard]] result::Code SetSoftwareId(std::u16string_view softwareId);
     [[nodiscard]] std::u16string GetSoftwareId() const;
 
@@ -58,8 +60,8 @@ public:
                                                  std::u16string_view value);
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view name);
 
-    /// Deletes the first section of that name. NotInitialised, SectionNotFound; AllocationFailed or the cursor's code
-    /// when the section is gone but the cursor could not be opened again.
+    /// Deletes the first section of that name and reopens the cursor. NotInitialised, SectionNotFound. AllocationFailed
+    /// and the cursor's codes: the section is gone, but the cursor could not be reopened.
     [[nodiscard]] result::Code RemoveSection(std::u16string_view name);
 
 private:

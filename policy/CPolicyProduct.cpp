@@ -49,7 +49,7 @@ HRESULT CPolicyProduct::put_SoftwareID(BSTR newVal) noexcept
     return Call(u"CPolicyProduct::put_SoftwareID()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
         // Given: see docs/given-oddities.md, "a put that does nothing".
-        // The put succeeds whatever the data says: an object whose binding failed keeps its ID silently.
+        // The put succeeds whatever the data answers: an object whose binding failed silently keeps its ID.
         static_cast<void>(m_data.SetSoftwareId(TextOf(newVal)));
         return result::Success;
     });

@@ -76,7 +76,7 @@ HRESULT CPolicyFile::WriteFileBuffer(BSTR* pbstrFileBuffer) noexcept
         }
         try {
             // Given: see docs/given-oddities.md, "a buffer never fails".
-            // Memory running out goes unreported: the slot is null then.
+            // A lack of memory is not reported: it leaves the slot null.
             static_cast<void>(StoreString(pbstrFileBuffer, m_data.GenerateXml().Wide()));
         } catch (const std::bad_alloc&) {
             ClearString(pbstrFileBuffer);

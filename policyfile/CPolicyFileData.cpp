@@ -111,7 +111,7 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 void CPolicyFileData::RetireDocument()
 {
     if (m_document) {
-        // Left by a load that failed while indexing: the entries that it made stay in the indexes, so it stays alive.
+        // A load that failed while indexing left it. The entries that it made stay in the indexes, so it stays alive.
         m_retired.push_back(m_document);
         m_document.reset();
     }

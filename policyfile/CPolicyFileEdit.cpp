@@ -198,7 +198,7 @@ result::Code CPolicyFile::DropPolicy(std::u16string_view softwareId)
         return code;
     }
     // Given: see docs/given-oddities.md, "the wrapper stays".
-    // The "Policy" around it stays, with its attributes and whatever else it holds.
+    // The "Policy" around the product stays, with its attributes and its other children.
     place->GetProduct().Delete();
     return m_data.InitializePolicyMap();
 }

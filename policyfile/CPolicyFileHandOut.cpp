@@ -13,7 +13,7 @@ namespace zupm {
 
 namespace {
 
-/// Hands a reference out. Our own objects always have this interface, so the result says nothing.
+/// Hands a reference out. The result is ignored: our own objects always have this interface.
 void StoreObject(IUnknown& object, IUnknown** slot) noexcept
 {
     static_cast<void>(object.QueryInterface(IID_IUnknown, reinterpret_cast<void**>(slot)));

@@ -1,4 +1,4 @@
-/// What the three properties of a policy file read.
+/// The values of a policy file's three properties.
 #pragma once
 
 #include <atomic>

@@ -22,7 +22,7 @@ result::Code CPrivateCopy::Take(const Element& source)
 {
     m_cursor.reset();
     Element wrapper = Wrapper();
-    wrapper.DeleteChildren();  // an initialisation that failed leaves a copy, too
+    wrapper.DeleteChildren();  // a failed initialisation may have left a copy
     wrapper.Add(source.Clone());
     const result::Code code = Content().IsNull() ? result::Success : OpenCursor();
     m_initialised = code >= 0;
@@ -82,7 +82,7 @@ result::Code CPrivateCopy::CheckCursor() const noexcept
     if (!m_initialised) {
         return result::NotInitialised;
     }
-    // There is no cursor over a copy of a null element, nor after memory ran out on reopening it.
+    // A null element has no cursor, and memory may have run out while the cursor was reopened.
     return m_cursor ? result::Success : result::CursorNotInitialised;
 }
 

@@ -19,33 +19,33 @@ namespace zupm {
 /// Lifetime   Owns the document and the cursor; never points into the document that the copy was taken from.
 /// Threads    None of its own; CPolicyData holds its lock around every call, CTaskData relies on its owner's.
 /// Errors     Result codes; exceptions of memory pass out.
-/// Invariants The wrapper has at most one child, the copy. Whatever cursor there is reads that child.
+/// Invariants The wrapper has at most one child, the copy. A cursor always reads that child.
 class CPrivateCopy {
 public:
-    /// An empty document with a root and a wrapper of those names. `ownerLink` is passed to every cursor and never
-    /// looked at. Throws std::bad_alloc.
+    /// Makes a document with a root and a wrapper of those names. `ownerLink` goes to every cursor; nobody reads it.
+    /// Throws std::bad_alloc.
     CPrivateCopy(std::u16string_view root, std::u16string_view wrapper, const void* ownerLink);
 
     [[nodiscard]] bool IsInitialised() const noexcept { return m_initialised; }
     [[nodiscard]] AdvXMLParser::Element Wrapper() const noexcept { return m_wrapper.GetElement(); }
-    /// The copy; null when there is none.
+    /// The copy; null without one.
     [[nodiscard]] AdvXMLParser::Element Content() const noexcept;
     /// The whole document as text.
     [[nodiscard]] std::u16string Text() const { return m_document.GenerateXML(false).Wide(); }
-    /// Null when there is none. An initialisation that failed may leave one.
+    /// The cursor, or null. A failed initialisation may leave one.
     [[nodiscard]] CSectionParser* Cursor() const noexcept { return m_cursor.get(); }
 
-    /// Replaces the copy by one of `source` and opens a cursor over it; of a null element there is neither a copy nor a
-    /// cursor, with Success. A code that is not negative makes this object initialised. AllocationFailed, the cursor's
-    /// codes. The caller has dropped the copy before.
+    /// Copies `source` in place of the old copy and opens a cursor over the new one. A null element gives Success, with
+    /// neither a copy nor a cursor. AllocationFailed, the cursor's codes. This object is initialised after that if the
+    /// code is not negative. The caller drops the copy of an initialised object first.
     [[nodiscard]] result::Code Take(const AdvXMLParser::Element& source);
 
     /// Forgets the copy and its cursor.
     void Drop();
 
-    /// Puts a new cursor in place of the old one. AllocationFailed, without any cursor; the cursor's codes.
+    /// Puts a new cursor in place of the old one. AllocationFailed leaves none; the cursor's codes.
     [[nodiscard]] result::Code ReopenCursor();
-    /// Puts this cursor, which reads the copy, in place of the old one.
+    /// Puts a cursor that reads the copy in place of the old one.
     void AdoptCursor(std::unique_ptr<CSectionParser> cursor) noexcept { m_cursor = std::move(cursor); }
     /// A new cursor over an element of any document, not initialised; null when memory ran out.
     [[nodiscard]] std::unique_ptr<CSectionParser> CreateCursor(const AdvXMLParser::Element& container) const noexcept;
@@ -63,7 +63,7 @@ private:
 
     AdvXMLParser::Document m_document;
     CElementRef m_wrapper;
-    std::unique_ptr<CSectionParser> m_cursor;  ///< after the document that it reads, so that it goes first
+    std::unique_ptr<CSectionParser> m_cursor;  ///< declared after the document that it reads: it is destroyed first
     bool m_initialised = false;
     // Given: see docs/given-oddities.md, "owner link".
     const void* m_ownerLink;

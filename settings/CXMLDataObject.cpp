@@ -186,7 +186,7 @@ result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16
     for (bool created = false;; created = true) {
         Element match = FindChildByAttribute(m_container, schema::kName, section);
         if (!match.IsNull()) {
-            // Name and value come in one step: what memory stops halfway leaves no setting with the wrong value.
+            // Name and value are added in one step, so that no setting is left with a wrong value when memory runs out.
             added = match.AddElementInto(schema::kSetting, schema::kName, setting, value);
             if (added.IsNull()) {
                 return result::NotCreated;
@@ -204,7 +204,7 @@ result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16
         if (newSection.IsNull()) {
             return result::NotCreated;
         }
-        // The setting comes next and then the indexes are looked at again; that result counts.
+        // The setting is added next and brings the indexes up to date again. That result counts, not this one.
         static_cast<void>(Follow([&] { return IndexSection(newSection); }));
     }
 }

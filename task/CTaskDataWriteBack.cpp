@@ -1,4 +1,4 @@
-// How a task gets into XML: the private copy's, and a policy file's.
+// Writes a task into XML: into its private copy, and into a policy file.
 #include <utility>
 
 #include "common/TimeStamp.h"
@@ -76,8 +76,8 @@ result::Code CTaskData::UpdateTaskGroupElement(const Element& group, std::uint64
     }
     CSectionParser& writer = *settings;
     if (group == m_copy.Wrapper()) {
-        // The private copy's own cursor knows nothing of the settings that are about to be written and would add them
-        // again; this one does.
+        // The old cursor of the private copy would not know the settings that are written now, and add them again. The
+        // new one knows them.
         m_copy.AdoptCursor(std::move(settings));
     }
     WriteFields(group, writer, stamp);
@@ -106,7 +106,7 @@ void CTaskData::WriteFields(const Element& group, CSectionParser& settings, std:
             SetAttribute(group, row.attribute, row.value);
         }
         if (!row.section.empty()) {
-            // A setting that could not be written does not undo the others: attributes carry the fields too.
+            // The attributes carry the fields, too, so a setting that could not be written ends nothing.
             static_cast<void>(settings.SetSettingValue(row.section, row.setting, row.value));
         }
     }

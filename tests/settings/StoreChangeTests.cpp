@@ -172,7 +172,7 @@ TEST_F(StoreChange, RemovingTheFirstOfTwoSettingsOfOneNameUncoversTheSecond)
     EXPECT_EQ(Value(u"S", u"A"), "2");
 }
 
-TEST_F(StoreChange, RemovingWhatIsMissingTellsWhichLevelIsMissing)
+TEST_F(StoreChange, RemovingWhatIsMissing_ReportsTheLevelThatIsMissing)
 {
     Load(kOneSetting);
     OpenStore();
@@ -182,7 +182,7 @@ TEST_F(StoreChange, RemovingWhatIsMissingTellsWhichLevelIsMissing)
     EXPECT_THAT(m_log.Take(), IsEmpty());
 }
 
-/// Every way of a store that has lived through edits to find what a store that has just been made finds.
+/// After any edits every lookup finds what a lookup in a new store finds.
 TEST_F(StoreChange, AfterAnyEditsTheStoreFindsWhatAFreshOneFinds)
 {
     constexpr std::u16string_view kNames[] = {u"", u"A", u"B", u"a", u"\u00E4 < & \"", u"tab\tand\nline"};
@@ -197,7 +197,7 @@ TEST_F(StoreChange, AfterAnyEditsTheStoreFindsWhatAFreshOneFinds)
             result::Code code = result::Success;
             switch (engine() % 4) {
                 case 0:
-                    // A setting that is there already is added a second time.
+                    // Adds a setting a second time if it exists.
                     EXPECT_FALSE(Store().AddSetting(name(), name(), code).IsNull());
                     break;
                 case 1:

@@ -15,7 +15,7 @@ protected:
 
 }  // namespace
 
-TEST_F(UnloadedTask, TextIsRefusedForWantOfATaskAndLeftAlone)
+TEST_F(UnloadedTask, TextIsRefusedWithoutATaskAndLeftUntouched)
 {
     std::u16string text = u"untouched";
     EXPECT_EQ(m_data.GetTaskDataXml(text), result::ElementMissing);
