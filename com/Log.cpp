@@ -55,6 +55,7 @@ void LogParseFailure(std::u16string_view operation, std::int64_t line, std::int6
     CzuLogger::AddMessageW(kLogSubsystem, kLogFailure,
                            u"%s - XML parsing exception occurred - syntax error at line(%d), column(%d)", operation,
                            line, column);
+    // Given: see docs/given-oddities.md, "initalize".
     CzuLogger::AddMessageW(kLogSubsystem, kLogFailure, u"%s - Initalize policy file failed", operation);
 }
 

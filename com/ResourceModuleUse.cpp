@@ -29,6 +29,7 @@ constinit ResourceHandle g_resources;
 
 ResourceModuleUse::~ResourceModuleUse()
 {
+    // Given: see docs/given-oddities.md, "one object releases for all".
     g_resources.handle.Store(nullptr);
 }
 

@@ -5,25 +5,20 @@
 #include "com/Log.h"
 #include "common/TimeStamp.h"
 #include "settings/CatchAll.h"
-#include "settings/Elements.h"
-#include "settings/ParseFailure.h"
+#include "settings/Schema.h"
+#include "settings/TextForm.h"
 #include "text/Decimal.h"
 #include "xml/Characters.h"
-#include "xml/Exceptions.h"
-#include "xml/Parser.h"
 
 namespace zupm {
 
 using AdvXMLParser::Attribute;
-using AdvXMLParser::Document;
 using AdvXMLParser::Element;
 using AdvXMLParser::ElementChildren;
 
 namespace {
 
-constexpr std::u16string_view kSoftwareIdAttribute = u"SoftwareID";
-
-/// Where the product to be copied stands: its "Policy" element and its ID.
+/// Where to find the product to copy: its "Policy" element and its ID.
 struct ProductPlace {
     Element policy;
     std::u16string softwareId;
@@ -33,12 +28,12 @@ struct ProductPlace {
 ProductPlace FindProduct(const Element& root)
 {
     for (const Element policy : ElementChildren(root)) {
-        if (!policy.NameIs(u"Policy")) {
+        if (!policy.NameIs(schema::kPolicy)) {
             continue;
         }
         for (const Element product : ElementChildren(policy)) {
-            const Attribute id = product.GetAttribute(kSoftwareIdAttribute);
-            if (product.NameIs(u"Product") && !id.IsNull()) {
+            const Attribute id = product.GetAttribute(schema::kSoftwareId);
+            if (product.NameIs(schema::kProduct) && !id.IsNull()) {
                 return {policy, id.GetText()};
             }
         }
@@ -48,108 +43,63 @@ ProductPlace FindProduct(const Element& root)
 
 }  // namespace
 
+// Given: see docs/given-oddities.md, "invalid".
 CPolicyData::CPolicyData(const void* ownerLink)
-    : m_document(u"PolicyData"),
-      m_policy(std::make_unique<CElementRef>(m_document.GetRoot().AddElementInto(u"Policy"))),
-      m_softwareId(u"invalid"),
-      m_ownerLink(ownerLink)
+    : m_copy(u"PolicyData", schema::kPolicy, ownerLink), m_softwareId(u"invalid")
 {
-}
-
-CPolicyData::~CPolicyData()
-{
-    m_cursor.reset();  // before the document that it looks at
 }
 
 result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view softwareId) noexcept
 {
     return CatchAll(u"CPolicyData::Initialize()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        if (m_initialised) {
-            DropProduct();
+        if (m_copy.IsInitialised()) {
+            m_copy.Drop();
         }
+        // Given: see docs/given-oddities.md, "ID of a failed binding".
         m_softwareId = softwareId;
-        if (const result::Code code = CopyProduct(policy, softwareId); code < 0) {
-            return code;
-        }
-        const result::Code code = OpenCursor();
-        m_initialised = code >= 0;
-        return code;
+        // Given: see docs/given-oddities.md, "any element is a product".
+        const Element product = FindChildByAttribute(policy, schema::kSoftwareId, softwareId);
+        return product.IsNull() ? result::PolicyNotFound : m_copy.Take(product);
     });
-}
-
-result::Code CPolicyData::CopyProduct(const Element& policy, std::u16string_view softwareId)
-{
-    const Element product = FindChildByAttribute(policy, kSoftwareIdAttribute, softwareId);
-    if (product.IsNull()) {
-        return result::PolicyNotFound;
-    }
-    Element target = m_policy->GetElement();
-    target.DeleteChildren();  // what an initialisation that failed after this point left
-    target.Add(product.Clone());
-    return result::Success;
-}
-
-result::Code CPolicyData::OpenCursor()
-{
-    std::unique_ptr<CSectionParser> cursor = CSectionParser::Create(Product(), m_ownerLink);
-    if (!cursor) {
-        return result::AllocationFailed;
-    }
-    m_cursor = std::move(cursor);
-    return m_cursor->Initialize();
 }
 
 result::Code CPolicyData::Initialize(std::u16string_view xml, std::u16string& detail)
 {
-    try {
-        const std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(xml.data(), xml.size());
-        if (!document) {
-            return result::AllocationFailed;
-        }
-        const ProductPlace place = FindProduct(document->GetRoot());
+    return LoadFromText(u"CPolicyData::Initialize()", xml, detail, [&](const Element& root) -> result::Code {
+        const ProductPlace place = FindProduct(root);
         return place.policy.IsNull() ? result::ElementMissing : Initialize(place.policy, place.softwareId);
-    } catch (const AdvXMLParser::ParsingException& error) {
-        return ReportParseFailure(u"CPolicyData::Initialize()", kTextSource, error, detail);
-    }
+    });
 }
 
 result::Code CPolicyData::Deinitialize()
 {
     const CriticalSectionLock lock(m_lock);
-    DropProduct();
+    m_copy.Drop();
     return result::Success;
-}
-
-void CPolicyData::DropProduct()
-{
-    m_cursor.reset();
-    m_initialised = false;
-    m_policy->GetElement().DeleteChildren();
 }
 
 result::Code CPolicyData::WriteBack(Element target, std::uint64_t& version) const
 {
     const CriticalSectionLock lock(m_lock);
-    if (!m_initialised) {
+    if (!m_copy.IsInitialised()) {
         return result::NotInitialised;
     }
-    if (!target.NameIs(u"Policy")) {
+    if (!target.NameIs(schema::kPolicy)) {
         return result::ElementMissing;
     }
-    const Element product = Product();
-    target.Add(product.Clone());
-    SetAttribute(target, u"PathID", kDefaultPath);
+    target.Add(m_copy.Content().Clone());
+    SetAttribute(target, schema::kPathId, schema::kDefaultPath);
     const std::u16string stamp = cmnblib_CurrentTimeToGMTTimeStamp();
     version = static_cast<std::uint64_t>(ParseInt64(stamp));
-    SetAttribute(target, u"PolicyVersion", stamp);
+    SetAttribute(target, schema::kPolicyVersion, stamp);
     return result::Success;
 }
 
 result::Code CPolicyData::SetSoftwareId(std::u16string_view softwareId)
 {
     const CriticalSectionLock lock(m_lock);
-    if (!m_initialised) {
+    if (!m_copy.IsInitialised()) {
         return result::NotInitialised;
     }
     if (!AdvXMLParser::IsXmlText(softwareId)) {
@@ -157,8 +107,8 @@ result::Code CPolicyData::SetSoftwareId(std::u16string_view softwareId)
         return result::Unexpected;
     }
     std::u16string stored(softwareId);
-    if (const Element product = Product(); product.NameIs(u"Product")) {
-        SetAttribute(product, kSoftwareIdAttribute, softwareId);
+    if (const Element product = m_copy.Content(); product.NameIs(schema::kProduct)) {
+        SetAttribute(product, schema::kSoftwareId, softwareId);
     }
     m_softwareId = std::move(stored);
     return result::Success;
@@ -173,7 +123,7 @@ std::u16string CPolicyData::GetSoftwareId() const
 result::Code CPolicyData::GetXmlText(std::u16string& text) const
 {
     const CriticalSectionLock lock(m_lock);
-    text = m_document.GenerateXML(false).Wide();
+    text = m_copy.Text();
     return result::Success;
 }
 
@@ -181,56 +131,39 @@ result::Code CPolicyData::GetSectionSetting(std::u16string_view section, std::u1
                                             std::u16string& value)
 {
     const CriticalSectionLock lock(m_lock);
-    const result::Code code = CheckCursor();
-    return code < 0 ? code : m_cursor->GetSettingValue(section, name, value);
+    return m_copy.GetSectionSetting(section, name, value);
 }
 
 result::Code CPolicyData::PutSectionSetting(std::u16string_view section, std::u16string_view name,
                                             std::u16string_view value)
 {
     const CriticalSectionLock lock(m_lock);
-    const result::Code code = CheckCursor();
-    return code < 0 ? code : m_cursor->SetSettingValue(section, name, value);
+    return m_copy.PutSectionSetting(section, name, value);
 }
 
 result::Code CPolicyData::RemoveSetting(std::u16string_view section, std::u16string_view name)
 {
     const CriticalSectionLock lock(m_lock);
-    const result::Code code = CheckCursor();
-    return code < 0 ? code : m_cursor->RemoveSetting(section, name);
+    return m_copy.RemoveSetting(section, name);
 }
 
 result::Code CPolicyData::RemoveSection(std::u16string_view name)
 {
     const CriticalSectionLock lock(m_lock);
-    if (!m_initialised) {
+    if (!m_copy.IsInitialised()) {
         return result::NotInitialised;
     }
-    const Element container = Product();
-    if (container.IsNull()) {
+    const Element product = m_copy.Content();
+    if (product.IsNull()) {
         return result::SectionNotFound;
     }
-    const bool isDeleted = DeleteFirstSection(container, name);
-    m_cursor.reset();
-    const result::Code code = OpenCursor();
-    if (code == result::AllocationFailed && !m_cursor) {
+    // Given: see docs/given-oddities.md, "rebuilt on a miss".
+    const bool isDeleted = DeleteFirstSection(product, name);
+    const result::Code code = m_copy.ReopenCursor();
+    if (code == result::AllocationFailed && m_copy.Cursor() == nullptr) {
         return code;
     }
     return isDeleted ? code : result::SectionNotFound;
-}
-
-Element CPolicyData::Product() const noexcept
-{
-    return FirstChild(m_policy->GetElement());
-}
-
-result::Code CPolicyData::CheckCursor() const noexcept
-{
-    if (!m_initialised) {
-        return result::NotInitialised;
-    }
-    // Memory may have run out between dropping a cursor and opening the next.
-    return m_cursor ? result::Success : result::CursorNotInitialised;
 }
 
 }  // namespace zupm

@@ -1,7 +1,8 @@
 #include "policy/CPolicyProduct.h"
 
+#include "com/SettingSlot.h"
 #include "com/Strings.h"
-#include "settings/SettingSlot.h"
+#include "settings/Schema.h"
 #include "xml/Document.h"
 
 namespace zupm {
@@ -9,6 +10,7 @@ namespace zupm {
 using AdvXMLParser::Document;
 using AdvXMLParser::Element;
 
+// Given: see docs/given-oddities.md, "invalid".
 CPolicyProduct::CPolicyProduct() : m_section(u"invalid"), m_data(this) {}
 
 HRESULT CPolicyProduct::FinalConstruct() noexcept
@@ -21,16 +23,17 @@ HRESULT CPolicyProduct::FinalConstruct() noexcept
 
 result::Code CPolicyProduct::BindToEmptyProduct()
 {
-    constexpr std::u16string_view kSoftwareId = u"SoftwareID";
+    // Given: see docs/given-oddities.md, "default ID".
+    constexpr std::u16string_view kDefaultId = u"SoftwareID";
     const CriticalSectionLock lock(m_lock);
     if (m_isBound) {
         return result::Success;
     }
     m_isBound = true;
-    const Document detached(u"Policy");
-    const Element product = detached.GetRoot().CreateElement(u"Product");
-    SetAttribute(product, u"SoftwareID", kSoftwareId);
-    return m_data.Initialize(detached.GetRoot(), kSoftwareId);
+    const Document detached(schema::kPolicy);
+    const Element product = detached.GetRoot().CreateElement(schema::kProduct);
+    SetAttribute(product, schema::kSoftwareId, kDefaultId);
+    return m_data.Initialize(detached.GetRoot(), kDefaultId);
 }
 
 HRESULT CPolicyProduct::get_SoftwareID(BSTR* pVal) noexcept
@@ -45,7 +48,8 @@ HRESULT CPolicyProduct::put_SoftwareID(BSTR newVal) noexcept
 {
     return Call(u"CPolicyProduct::put_SoftwareID()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        // The put succeeds whatever the data says: an object whose binding failed keeps its ID silently.
+        // Given: see docs/given-oddities.md, "a put that does nothing".
+        // The put succeeds whatever the data answers: an object whose binding failed silently keeps its ID.
         static_cast<void>(m_data.SetSoftwareId(TextOf(newVal)));
         return result::Success;
     });

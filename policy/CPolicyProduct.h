@@ -57,6 +57,7 @@ private:
     ResourceModuleUse m_resources;
     AtomicText m_section;
     CPolicyData m_data;
+    // Given: see docs/given-oddities.md, "puts without the lock".
     CCriticalSection m_lock;
     bool m_isBound ZUPM_GUARDED_BY(m_lock) = false;
 };

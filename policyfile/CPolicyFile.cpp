@@ -17,6 +17,7 @@ namespace {
 constexpr DWORD kAnyServer = 0x17;
 
 /// The properties give the platform's code where other getters give the component's own.
+// Given: see docs/given-oddities.md, "two codes for no memory".
 result::Code StoreProperty(BSTR* slot, std::u16string_view text) noexcept
 {
     const result::Code code = StoreString(slot, text);
@@ -43,6 +44,7 @@ HRESULT CPolicyFile::InitializeFile(BSTR strPolicyFile, LONG bReadOnly) noexcept
     });
 }
 
+// Given: see docs/given-oddities.md, "the internal path".
 HRESULT CPolicyFile::WriteFile(BSTR strPolicyFile, LONG /*bUseInternal*/) noexcept
 {
     return Call(u"CPolicyFile::WriteFile()", [&]() -> result::Code {
@@ -73,7 +75,8 @@ HRESULT CPolicyFile::WriteFileBuffer(BSTR* pbstrFileBuffer) noexcept
             return result::Success;
         }
         try {
-            // Memory running out goes unreported: the slot is null then.
+            // Given: see docs/given-oddities.md, "a buffer never fails".
+            // A lack of memory is not reported: it leaves the slot null.
             static_cast<void>(StoreString(pbstrFileBuffer, m_data.GenerateXml().Wide()));
         } catch (const std::bad_alloc&) {
             ClearString(pbstrFileBuffer);
@@ -103,7 +106,8 @@ HRESULT CPolicyFile::get_PolicyAssignmentList(BSTR* pVal) noexcept
 HRESULT CPolicyFile::CreateTask(IPolicyTask** pTask) noexcept
 {
     return Call(u"CPolicyFile::CreateTask()", [&]() -> result::Code {
-        // The platform's result is dropped, other than in CreatePolicy: callers look at the slot, if they gave one.
+        // Given: see docs/given-oddities.md, "CreateTask succeeds".
+        // Unlike in CreatePolicy the platform's result is dropped.
         static_cast<void>(
             CoCreateInstance(CLSID_PolicyTask, nullptr, kAnyServer, IID_IPolicyTask, reinterpret_cast<void**>(pTask)));
         return result::Success;

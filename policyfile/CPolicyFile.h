@@ -20,16 +20,16 @@ namespace zupm {
 
 class CTaskInfo;
 
-/// The policy file as an object: a locked shell around CPolicyFileData, and the edits that take product and task
-/// objects in and hand them out.
+/// The policy file as an object: a locked shell around CPolicyFileData, with the edits that take product and task
+/// objects in and the methods that hand them out.
 ///
-/// Lifetime  Counted; objects handed out hold nothing of it.
-/// Threads   The object's lock serialises everything except the three properties (replaced whole) and the creation of
-///           blank objects (which touches no member). It is held across calls into incoming objects: one that waits for
-///           another thread of the same file waits for ever; one that calls back on the same thread finds the object
-///           between two steps of an edit, but never freed memory, and an edit ends when the file was loaded again.
-/// Errors    An edit checks read-only first. It empties the index concerned before it changes the document and rebuilds
-///           it last: after a failure in between the index stays empty, and nothing is rolled back.
+/// Lifetime  Counted; the objects that it hands out keep no reference to it.
+/// Threads   The object's lock serialises all but the three properties (replaced whole) and the creation of blank
+///           objects (which touches no member). The lock is held across calls into incoming objects. An incoming object
+///           that waits for another thread of the same file waits for ever. One that calls back on the same thread
+///           finds the object between two steps of an edit, but never freed memory; if it loads a file, the edit ends.
+/// Errors    An edit checks read-only first. It empties its index before it changes the document and rebuilds the index
+///           last. After a failure in between the index stays empty; nothing is rolled back.
 class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, IID_IPolicyFileEdit>> {
 public:
     static constexpr std::u16string_view kCoclass = u"PolicyFile";
@@ -66,11 +66,11 @@ public:
 protected:
     ~CPolicyFile() = default;
 
-    /// Called under the lock before an enumerator is made; does nothing. Open to tests, which let it fail in ways that
-    /// our own objects do not.
+    /// Called under the lock before an enumerator is made; does nothing. Open to tests, which make it fail in ways that
+    /// our own objects never do.
     virtual void BeforeTaskInfo() {}
 
-    /// Passes the data to `change` under the object's lock. For tests, which bring about what no file leads to.
+    /// Passes the data to `change` under the object's lock. Open to tests, which make states that no file leads to.
     template <class Change>
     void ChangeData(Change change)
     {
@@ -86,11 +86,12 @@ private:
     [[nodiscard]] result::Code LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                           std::u16string& detail) ZUPM_REQUIRES(m_lock);
 
-    /// NotInitialised, with the reason in `detail`, when these are no longer the documents: an incoming object can have
-    /// this file load again while it is asked something, and the edit was meant for the document before.
+    /// NotInitialised, with the reason in `detail`, when these are no longer the documents. An incoming object may load
+    /// another file here while it answers, and the edit was meant for the document before.
     [[nodiscard]] result::Code CheckStillLoaded(const CPolicyFileData::Documents& documents,
                                                 std::u16string& detail) const ZUPM_REQUIRES(m_lock);
 
+    // Given: see docs/given-oddities.md, "empty index after a failure".
     /// The edits, after their checks. `documents` are those from before the incoming object was first called.
     [[nodiscard]] result::Code PutPolicy(IPolicyProduct& incoming, const CPolicyFileData::Documents& documents,
                                          std::u16string& detail) ZUPM_REQUIRES(m_lock);
@@ -107,7 +108,7 @@ private:
     [[nodiscard]] result::Code CopyTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
                                            std::unique_ptr<CTaskRef>& copy) const ZUPM_REQUIRES(m_lock);
 
-    /// Write what an incoming object gave as its data into the document, and take the new version over.
+    /// Write the data of an incoming object into the document and take over its new version.
     [[nodiscard]] result::Code WriteProduct(std::u16string_view xml, const AdvXMLParser::Element& policy,
                                             std::u16string& detail) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code WriteTask(std::u16string_view xml, const AdvXMLParser::Element& group,
@@ -123,6 +124,7 @@ private:
     PolicyFileProperties m_properties;
     CPolicyFileData m_data ZUPM_GUARDED_BY(m_lock);
     EditedFile m_edited ZUPM_GUARDED_BY(m_lock);
+    // Given: see docs/given-oddities.md, "read-only at first".
     std::int32_t m_readOnly ZUPM_GUARDED_BY(m_lock) = 1;
 };
 

@@ -5,6 +5,7 @@
 
 #include "com/Log.h"
 #include "settings/ParseFailure.h"
+#include "settings/Schema.h"
 #include "text/Decimal.h"
 #include "xml/Exceptions.h"
 #include "xml/FileBuffer.h"
@@ -23,7 +24,7 @@ namespace {
 void ReadVersion(const Element& element, std::atomic<std::uint64_t>& version) noexcept
 {
     try {
-        if (const Attribute attribute = element.GetAttribute(u"version"); !attribute.IsNull()) {
+        if (const Attribute attribute = element.GetAttribute(schema::kVersion); !attribute.IsNull()) {
             version = static_cast<std::uint64_t>(ParseInt64(attribute.GetText()));
         }
     } catch (...) {  // NOLINT(bugprone-empty-catch): a version that cannot be read leaves the old one
@@ -48,9 +49,7 @@ result::Code CPolicyFileData::InitializeFile(std::u16string path, std::u16string
 result::Code CPolicyFileData::InitializeFile(std::u16string path, const ReadText& read, std::u16string& detail)
 {
     if (m_initialised) {
-        if (const result::Code code = DeinitializeFile(); code < 0) {
-            return code;
-        }
+        DeinitializeFile();
     }
     m_path = std::move(path);
     RetireDocument();
@@ -78,6 +77,7 @@ CPolicyFileData::Documents CPolicyFileData::HoldDocuments() const
 
 result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& detail)
 {
+    // Given: see docs/given-oddities.md, "names of another class".
     constexpr std::u16string_view kReadFailed = u"CPolicyFile::Initialize() - Read policy file failed";
     try {
         return LoadDocument(read);
@@ -107,10 +107,11 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
     return code < 0 ? code : InitializeTaskMap();
 }
 
+// Given: see docs/given-oddities.md, "entries of a failed load".
 void CPolicyFileData::RetireDocument()
 {
     if (m_document) {
-        // Left by a load that failed while indexing: the entries that it made stay in the indexes, so it stays alive.
+        // A load that failed while indexing left it. The entries that it made stay in the indexes, so it stays alive.
         m_retired.push_back(m_document);
         m_document.reset();
     }
@@ -119,10 +120,10 @@ void CPolicyFileData::RetireDocument()
 void CPolicyFileData::ReadProperties(const Element& root)
 {
     for (const Element child : ElementChildren(root)) {
-        if (child.NameIs(u"PolicyRoot")) {
+        if (child.NameIs(schema::kPolicyRoot)) {
             ReadVersion(child, m_properties.policyVersion);
-            m_properties.assignmentList.Set(child.GetAttribute(u"AssignmentList").GetText());
-        } else if (child.NameIs(u"TaskRoot")) {
+            m_properties.assignmentList.Set(child.GetAttribute(schema::kAssignmentList).GetText());
+        } else if (child.NameIs(schema::kTaskRoot)) {
             ReadVersion(child, m_properties.taskVersion);
         }
     }

@@ -23,8 +23,8 @@ namespace zupm {
 ///
 /// Lifetime   Owns the document; references and handles are valid until DeinitializeFile.
 /// Threads    None of its own; the owning CPolicyFile holds its lock around every call.
-/// Errors     Result codes. Filling and emptying an index turns any exception into Unexpected and keeps what was
-///            inserted; everything else lets exceptions of memory and of characters that XML cannot hold pass out.
+/// Errors     Result codes. Filling and emptying an index turn any exception into Unexpected and keep what was
+///            inserted. The other operations pass out exceptions of memory and of characters that XML cannot hold.
 /// Invariants Every reference in the indexes points into a document that this object keeps alive.
 class CPolicyFileData {
 public:
@@ -42,10 +42,10 @@ public:
     /// Closes what is loaded and loads another file. FileNotFound and the other codes of reading; SyntaxError with
     /// "file:line:column: reason" in `detail`; AllocationFailed (no document); Unexpected (while indexing). Only a
     /// result that is not negative makes the object initialised. A failure leaves no document, with one exception:
-    /// after Unexpected the new one is there, with the entries that were made of it. Those entries stay, beside the
-    /// ones of the next load, until a load follows that succeeded.
+    /// Unexpected leaves the new document and the entries that were made from it. These entries stay beside those of
+    /// the next load, until a load that succeeded is closed.
     [[nodiscard]] result::Code InitializeFile(std::u16string path, std::u16string& detail);
-    /// The same for a file that `read` reads: it gives the bytes' text and encoding, or throws ReadWriteException.
+    /// The same for a file that `read` reads. It gives the text and the encoding, or throws ReadWriteException.
     using ReadText = std::function<void(AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding)>;
     [[nodiscard]] result::Code InitializeFile(std::u16string path, const ReadText& read, std::u16string& detail);
     /// Empties the indexes and frees the document. Path, versions, assignment list and encoding stay. Always Success.
@@ -55,9 +55,9 @@ public:
     [[nodiscard]] bool HasDocument() const noexcept { return m_document != nullptr; }
     [[nodiscard]] const TaskIndex& Tasks() const noexcept { return m_tasks; }
 
-    /// Every document that a handle of now may point into; whoever holds the list keeps them alive.
+    /// Every document that a handle may point into at this moment. Who holds the list keeps them alive.
     [[nodiscard]] Documents HoldDocuments() const;
-    /// True while no other load has begun since HoldDocuments gave that list.
+    /// True as long as no load has begun since HoldDocuments gave that list.
     [[nodiscard]] bool HasLoaded(const Documents& documents) const noexcept { return documents.back() == m_document; }
 
     /// Adds what the document holds to an index; of equal keys the first counts and the others are logged. Unexpected.
@@ -88,14 +88,15 @@ public:
 
     /// The document's text; there must be one.
     [[nodiscard]] AdvXMLParser::XmlText GenerateXml() const { return m_document->GenerateXML(false); }
-    /// The encoding of the last file whose bytes could be read as text, whether or not that could be parsed. A document
-    /// that is there was read in it.
+    /// The encoding of the last file whose bytes could be read as text, even if that text could not be parsed. It is
+    /// the encoding of the document, if there is one.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
 
 private:
+    // Given: see docs/given-oddities.md, "two loaders".
     [[nodiscard]] result::Code Initialize(const ReadText& read, std::u16string& detail);
     [[nodiscard]] result::Code LoadDocument(const ReadText& read);
-    /// Takes the document of a load that failed while indexing out of sight.
+    /// Sets the document of a load that failed while indexing aside.
     void RetireDocument();
     void ReadProperties(const AdvXMLParser::Element& root);
 
@@ -103,7 +104,7 @@ private:
     [[nodiscard]] AdvXMLParser::Element Root() const noexcept;
     void AddPolicy(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product);
     void AddTasks(const AdvXMLParser::Element& group);
-    /// False, with the index as it was, when the keys are there already.
+    /// When the index has the keys already, it stays as it is and the result is false.
     [[nodiscard]] bool InsertTask(const std::u16string& softwareId, const std::u16string& taskId, const CTaskRef& task);
 
     std::shared_ptr<AdvXMLParser::Document> m_document;

@@ -3,8 +3,7 @@
 #include <new>
 
 #include "policyfile/CPolicyFileData.h"
-#include "policyfile/ElementWalks.h"
-#include "settings/Elements.h"
+#include "settings/Schema.h"
 #include "text/Decimal.h"
 
 namespace zupm {
@@ -15,15 +14,15 @@ using AdvXMLParser::ElementChildren;
 
 result::Code CPolicyFileData::CreateTaskSlot(std::unique_ptr<CTaskRef>& slot)
 {
-    Element taskRoot = FirstChildNamed(Root(), u"TaskRoot");
+    Element taskRoot = FirstChildNamed(Root(), schema::kTaskRoot);
     if (taskRoot.IsNull()) {
         return result::ElementMissing;
     }
-    Element group = taskRoot.AddElementInto(u"TaskGroup");
+    Element group = taskRoot.AddElementInto(schema::kTaskGroup);
     if (group.IsNull()) {
         return result::NotCreated;
     }
-    const Element task = group.CreateElement(u"Task");
+    const Element task = group.CreateElement(schema::kTask);
     if (task.IsNull()) {
         return result::NotCreated;
     }
@@ -37,7 +36,7 @@ result::Code CPolicyFileData::CreateProductSlot(std::u16string_view softwareId, 
     if (policy.IsNull()) {
         return result::ElementMissing;
     }
-    const Element product = policy.AddElementInto(u"Product", u"SoftwareID", softwareId);
+    const Element product = policy.AddElementInto(schema::kProduct, schema::kSoftwareId, softwareId);
     if (product.IsNull()) {
         return result::NotCreated;
     }
@@ -49,7 +48,8 @@ result::Code CPolicyFileData::GetHighestTaskVersion(std::uint64_t& version) cons
 {
     std::uint64_t highest = 0;
     ForEachTaskGroup(Root(), [&](const Element& group) {
-        if (const Attribute attribute = group.GetAttribute(u"TaskVersion"); !attribute.IsNull()) {
+        if (const Attribute attribute = group.GetAttribute(schema::kTaskVersion); !attribute.IsNull()) {
+            // Given: see docs/given-oddities.md, "versions without sign".
             highest = std::max(highest, static_cast<std::uint64_t>(ParseInt64(attribute.GetText())));
         }
     });
@@ -62,14 +62,14 @@ void CPolicyFileData::StampVersions()
     std::uint64_t taskVersion = 0;
     static_cast<void>(GetHighestTaskVersion(taskVersion));
     for (const Element child : ElementChildren(Root())) {
-        if (child.NameIs(u"TaskRoot")) {
+        if (child.NameIs(schema::kTaskRoot)) {
             m_properties.taskVersion = taskVersion;
-            SetAttribute(child, u"version", FormatUnsigned(taskVersion));
-        } else if (child.NameIs(u"PolicyRoot")) {
-            SetAttribute(child, u"version", FormatUnsigned(m_properties.policyVersion));
-            ForEachChild(child, u"PolicyGroup", [](const Element& group) {
-                if (group.GetAttribute(u"Path").IsNull()) {
-                    SetAttribute(group, u"Path", kDefaultPath);
+            SetAttribute(child, schema::kVersion, FormatUnsigned(taskVersion));
+        } else if (child.NameIs(schema::kPolicyRoot)) {
+            SetAttribute(child, schema::kVersion, FormatUnsigned(m_properties.policyVersion));
+            ForEachChild(child, schema::kPolicyGroup, [](const Element& group) {
+                if (group.GetAttribute(schema::kPath).IsNull()) {
+                    SetAttribute(group, schema::kPath, schema::kDefaultPath);
                 }
             });
         }

@@ -3,8 +3,8 @@
 
 #include "com/Log.h"
 #include "policyfile/CPolicyFileData.h"
-#include "policyfile/ElementWalks.h"
 #include "settings/CatchAll.h"
+#include "settings/Schema.h"
 
 namespace zupm {
 
@@ -13,9 +13,10 @@ using AdvXMLParser::Element;
 
 result::Code CPolicyFileData::InitializePolicyMap() noexcept
 {
+    // Given: see docs/given-oddities.md, "names of another class".
     return CatchAll(u"CPolicyFile::InitializePolicyMap()", [&]() -> result::Code {
         ForEachPolicy(Root(), [&](const Element& policy) {
-            ForEachChild(policy, u"Product", [&](const Element& product) { AddPolicy(policy, product); });
+            ForEachChild(policy, schema::kProduct, [&](const Element& product) { AddPolicy(policy, product); });
         });
         return result::Success;
     });
@@ -23,13 +24,14 @@ result::Code CPolicyFileData::InitializePolicyMap() noexcept
 
 void CPolicyFileData::AddPolicy(const Element& policy, const Element& product)
 {
-    const Attribute attribute = product.GetAttribute(u"SoftwareID");
+    const Attribute attribute = product.GetAttribute(schema::kSoftwareId);
     if (attribute.IsNull()) {
         return;
     }
     std::u16string softwareId = attribute.GetText();
     const auto place = m_policies.lower_bound(softwareId);
     if (place != m_policies.end() && place->first == softwareId) {
+        // Given: see docs/given-oddities.md, "duplicates logged again".
         LogDuplicate(u"CPolicyFile::InitializePolicyMap() -- SoftwareID %s exists already in the policy map",
                      softwareId);
         return;
@@ -47,17 +49,17 @@ result::Code CPolicyFileData::InitializeTaskMap() noexcept
 
 void CPolicyFileData::AddTasks(const Element& group)
 {
-    const Attribute softwareAttribute = group.GetAttribute(u"SoftwareID");
-    const Attribute taskAttribute = group.GetAttribute(u"TaskID");
+    const Attribute softwareAttribute = group.GetAttribute(schema::kSoftwareId);
+    const Attribute taskAttribute = group.GetAttribute(schema::kTaskId);
     if (softwareAttribute.IsNull() || taskAttribute.IsNull()) {
         return;
     }
     const std::u16string softwareId = softwareAttribute.GetText();
     const std::u16string taskId = taskAttribute.GetText();
-    // The keys are the group's own. They can be long and its tasks many, so they are looked for once: behind the first
-    // task every other one is a duplicate.
+    // The keys are the group's own, so every task after its first one is a duplicate. Keys can be long and tasks many:
+    // the index is searched once.
     bool isFirst = true;
-    ForEachChild(group, u"Task", [&](const Element& task) {
+    ForEachChild(group, schema::kTask, [&](const Element& task) {
         if (!isFirst || !InsertTask(softwareId, taskId, CTaskRef(group, task))) {
             LogDuplicate(
                 u"CPolicyFile::InitializeTaskMap() -- TaskID %s exists already in the task map for Software %s", taskId,
@@ -122,6 +124,7 @@ result::Code CPolicyFileData::FindTaskRef(std::u16string_view softwareId, std::u
     if (software == m_tasks.end()) {
         return result::TaskNotFound;
     }
+    // Given: see docs/given-oddities.md, "null entries".
     if (!software->second) {
         return result::NotCreated;
     }

@@ -7,7 +7,7 @@
 #include "com/Strings.h"
 #include "policy/CPolicyProduct.h"
 #include "policyfile/CPolicyFile.h"
-#include "settings/Elements.h"
+#include "settings/RequireXmlText.h"
 #include "task/CPolicyTask.h"
 #include "zuPolicyManager/Owners.h"
 
@@ -15,6 +15,7 @@ namespace zupm {
 
 using AdvXMLParser::Element;
 
+// Given: see docs/given-oddities.md, "overwrite".
 HRESULT CPolicyFile::AddPolicy(IUnknown* pPolicy, LONG /*bOverwrite*/) noexcept
 {
     return Call(u"CPolicyFile::AddPolicy()", [&](std::u16string& detail) -> result::Code {
@@ -31,6 +32,7 @@ HRESULT CPolicyFile::AddPolicy(IUnknown* pPolicy, LONG /*bOverwrite*/) noexcept
     });
 }
 
+// Given: see docs/given-oddities.md, "overwrite".
 HRESULT CPolicyFile::AddTask(IUnknown* pTask, LONG /*bOverwrite*/) noexcept
 {
     return Call(u"CPolicyFile::AddTask()", [&](std::u16string& detail) -> result::Code {
@@ -83,6 +85,7 @@ result::Code CPolicyFile::PutPolicy(IPolicyProduct& incoming, const CPolicyFileD
             return code;
         }
     }
+    // Given: see docs/given-oddities.md, "a slot made to be deleted".
     place->GetProduct().Delete();
     Bstr xml;
     if (const result::Code code = incoming.get_PolicyData(xml.Put()); code < 0) {
@@ -104,7 +107,8 @@ result::Code CPolicyFile::WriteProduct(std::u16string_view xml, const Element& p
     if (const result::Code code = product->BindFromXmlText(xml, detail); code < 0) {
         return code;
     }
-    // The new version replaces the old one even when it is smaller, other than a task's.
+    // Given: see docs/given-oddities.md, "two rules for versions".
+    // Unlike a task's, the new version replaces the old one even when it is smaller.
     std::uint64_t version = m_properties.policyVersion;
     const result::Code code = product->WriteIntoFileElement(policy, version);
     m_properties.policyVersion = version;
@@ -164,6 +168,7 @@ result::Code CPolicyFile::WriteTask(std::u16string_view xml, const Element& grou
     }
     std::uint64_t version = 0;
     const result::Code code = task->CopyIntoFile(group, version);
+    // Given: see docs/given-oddities.md, "version of a failed add".
     m_properties.taskVersion = std::max(m_properties.taskVersion.load(), version);
     return code;
 }
@@ -192,7 +197,8 @@ result::Code CPolicyFile::DropPolicy(std::u16string_view softwareId)
     if (const result::Code code = m_data.DeinitializePolicyMap(); code < 0) {
         return code;
     }
-    // The "Policy" around it stays, with its attributes and whatever else it holds.
+    // Given: see docs/given-oddities.md, "the wrapper stays".
+    // The "Policy" around the product stays, with its attributes and its other children.
     place->GetProduct().Delete();
     return m_data.InitializePolicyMap();
 }
@@ -221,6 +227,7 @@ result::Code CPolicyFile::DropTask(std::u16string_view softwareId, std::u16strin
     if (const result::Code code = m_data.DeinitializeTaskMap(); code < 0) {
         return code;
     }
+    // Given: see docs/given-oddities.md, "the group goes".
     // Every task that was added has a group of its own, so the whole group goes.
     place->GetGroup().Delete();
     return m_data.InitializeTaskMap();
@@ -240,6 +247,7 @@ result::Code CPolicyFile::CopyTaskRef(std::u16string_view softwareId, std::u16st
                                       std::unique_ptr<CTaskRef>& copy) const
 {
     const CTaskRef* found = nullptr;
+    // Given: see docs/given-oddities.md, "null becomes not found".
     if (m_data.FindTaskRef(softwareId, taskId, found) < 0) {
         return result::Success;
     }

@@ -13,7 +13,7 @@ namespace zupm {
 
 namespace {
 
-/// Hands a reference out. Our own objects always have this interface, so the result says nothing.
+/// Hands a reference out. The result is ignored: our own objects always have this interface.
 void StoreObject(IUnknown& object, IUnknown** slot) noexcept
 {
     static_cast<void>(object.QueryInterface(IID_IUnknown, reinterpret_cast<void**>(slot)));
@@ -54,7 +54,8 @@ result::Code CPolicyFile::HandOutPolicy(std::u16string_view softwareId, IUnknown
     if (created < 0) {
         return created;
     }
-    // An object that could not be bound is handed out all the same; its own operations tell (NotInitialised).
+    // Given: see docs/given-oddities.md, "unbound objects".
+    // An object that could not be bound is handed out all the same; its own operations give NotInitialised.
     static_cast<void>(product->BindToFileElement(found->GetElement(), softwareId));
     StoreObject(static_cast<IPolicyProduct&>(*product), slot);
     return created;

@@ -10,7 +10,7 @@ namespace zupm {
 
 namespace {
 
-/// Ends an edit that did not get to its document: a lack of memory, too, must not leave the file locked.
+/// Ends an edit whose document was not loaded. Not even a lack of memory may leave the file locked.
 class UnlessLoaded {
 public:
     explicit UnlessLoaded(EditedFile& edited) noexcept : m_edited(edited) {}
@@ -30,7 +30,7 @@ private:
     bool m_isLoaded = false;
 };
 
-/// Reads the text of the file when it is loaded. All three outlive what is returned.
+/// Gives what reads the text of the file when it is loaded. All three arguments outlive it.
 CPolicyFileData::ReadText ReaderOf(EditedFile& edited, const std::u16string& path, std::chrono::milliseconds& patience)
 {
     return [&](AdvXMLParser::XmlText& buffer, AdvXMLParser::UTF_ENCODINGS& encoding) {

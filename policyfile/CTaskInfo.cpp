@@ -54,13 +54,14 @@ std::size_t CTaskInfo::Advance() noexcept
 
 result::Code CTaskInfo::GetTaskData(std::size_t position, BSTR* softwareId, BSTR* taskId) const noexcept
 {
-    // The name in the log is this one on purpose: log filters of the agent know it.
+    // Given: see docs/given-oddities.md, "GetTaskData::GetTaskData".
     return CatchAll(u"GetTaskData::GetTaskData()", [&]() -> result::Code {
         if (position >= m_list.size()) {
             return result::EndOfList;
         }
         const CTaskInfoData* const record = m_list[position].get();
         if (record == nullptr) {
+            // Given: see docs/given-oddities.md, "a line that names no operation".
             LogException(u"CTaskInfo::GetTaskData() - Internal error, invalid pointer in storage");
             return result::RecordMissing;
         }

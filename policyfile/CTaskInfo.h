@@ -22,8 +22,8 @@ namespace zupm {
 /// Lifetime   Counted; owns its records.
 /// Threads    No lock: the list is filled before the object is handed out and never changes after that, and the cursor
 ///            is one atomic index. Threads that share an enumerator share its position.
-/// Errors     Result codes. BadArgument for a null slot, before anything moves. GetFirst, GetNext and what they
-///            stand on turn any exception into Unexpected.
+/// Errors     Result codes. BadArgument for a null slot, before anything moves. GetFirst and GetNext turn any exception
+///            into Unexpected.
 /// Invariants The cursor is unset, or at most one past the last record.
 class CTaskInfo : public DualObject<CTaskInfo, ITaskInfo> {
 public:
@@ -47,14 +47,15 @@ public:
 protected:
     ~CTaskInfo() { DeinitializeList(); }
 
-    /// Puts a record at the end of the list. Open to tests, which put none there. Throws std::bad_alloc.
+    /// Puts a record at the end of the list. Open to tests, which append a null one. Throws std::bad_alloc.
     void AppendRecord(std::unique_ptr<CTaskInfoData> record) { m_list.push_back(std::move(record)); }
 
 private:
     static constexpr std::size_t kUnset = std::numeric_limits<std::size_t>::max();
 
     [[nodiscard]] result::Code GetTaskData(std::size_t position, BSTR* softwareId, BSTR* taskId) const noexcept;
-    /// Moves the cursor one record on and gives its new position; the end when it is there already or unset.
+    /// Moves the cursor one record on and gives its new position. At the end, or unset, the cursor stays, and the end
+    /// is returned.
     [[nodiscard]] std::size_t Advance() noexcept;
     void DeinitializeList() noexcept;
 

@@ -16,7 +16,7 @@ namespace zupm {
 ///
 /// Lifetime  The lock ends with Close and with the object.
 /// Threads   None of its own; the owning CPolicyFile holds its lock around every call.
-/// Errors    Result codes. Everything but Open and Close needs an open edit.
+/// Errors    Result codes. All operations but Open and Close need an open edit.
 class EditedFile {
 public:
     [[nodiscard]] bool IsOpen() const noexcept { return m_file.IsOpen(); }
@@ -31,11 +31,11 @@ public:
     void ReadText(std::u16string_view path, std::chrono::milliseconds patience, AdvXMLParser::XmlText& buffer,
                   AdvXMLParser::UTF_ENCODINGS& encoding);
 
-    /// Success, FileChanged, or the code of the failed look.
+    /// Success, FileChanged, or the code with which the comparison failed.
     [[nodiscard]] result::Code CheckUnchanged() noexcept { return m_file.CheckUnchanged(m_bytes); }
-    /// The code that Commit would fail with, as far as that can be known without a trace; FileChanged.
+    /// The code that Commit would fail with, as far as it can be known without leaving a trace; FileChanged.
     [[nodiscard]] result::Code Rehearse(bool force) noexcept;
-    /// Replaces the file; with `force` also one that was changed. Ends the edit when the new file is in place (Success,
+    /// Replaces the file; with `force` even one that was changed. Ends the edit when the new file is in place (Success,
     /// WrittenNotFlushed); after any other code the file is as it was.
     [[nodiscard]] result::Code Commit(std::string_view bytes, bool force) noexcept;
 

@@ -1,4 +1,4 @@
-/// What the three properties of a policy file read.
+/// The values of a policy file's three properties.
 #pragma once
 
 #include <atomic>
@@ -12,6 +12,7 @@ namespace zupm {
 ///
 /// Lifetime  Outlives what is loaded: closing a file resets nothing.
 /// Threads   Properties are read without the object's lock; every value is replaced whole.
+// Given: see docs/given-oddities.md, "versions survive a load".
 struct PolicyFileProperties {
     std::atomic<std::uint64_t> taskVersion = 0;
     std::atomic<std::uint64_t> policyVersion = 0;

@@ -24,13 +24,18 @@ public:
     CElementMap(const CElementMap&) = delete;
     CElementMap& operator=(const CElementMap&) = delete;
 
-    /// Adds a setting; false, with the map as it was, when the name is there already. Throws std::bad_alloc.
+    /// Adds a setting. When the map has the name already, it stays as it is and the result is false. Throws
+    /// std::bad_alloc.
     bool Insert(const std::u16string& name, const AdvXMLParser::Element& setting);
 
-    /// Forgets a setting, if it is there.
+    /// Forgets a setting if the map has it.
     void Erase(std::u16string_view name) noexcept;
 
     [[nodiscard]] const Index& Settings() const noexcept { return m_settings; }
+
+protected:
+    /// Open to tests, which put an empty entry there.
+    void InsertNothing(const std::u16string& name) { m_settings[name] = nullptr; }
 
 private:
     Index m_settings;

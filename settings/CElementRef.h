@@ -1,4 +1,4 @@
-/// Element references: what the indexes keep of a document.
+/// Element references: how the indexes refer to a document.
 #pragma once
 
 #include "xml/Node.h"
@@ -8,8 +8,7 @@ namespace zupm {
 /// Refers to one element of a document.
 ///
 /// Lifetime  Owned by the index or object that keeps it. The element belongs to its document: deleting a reference
-/// never
-///           touches it, and a copy refers to the same element.
+///           never touches it, and a copy refers to the same element.
 /// Threads   As the document.
 class CElementRef {
 public:
@@ -24,7 +23,7 @@ private:
     AdvXMLParser::Element m_element;
 };
 
-/// Refers to a task: its element is the inner "Task", its group the "TaskGroup" around that.
+/// Refers to a task. Its element is the inner "Task", its group the "TaskGroup" around that.
 class CTaskRef : public CElementRef {
 public:
     CTaskRef(const AdvXMLParser::Element& group, const AdvXMLParser::Element& task) noexcept
@@ -38,8 +37,9 @@ private:
     AdvXMLParser::Element m_group;
 };
 
-/// Refers to a product policy: its element is the outer "Policy", its product the "Product" inside that. (The other way
-/// round than CTaskRef: a task is rewritten inside its group, a product is replaced in its policy.)
+// Given: see docs/given-oddities.md, "references the other way round".
+/// Refers to a product policy. Its element is the outer "Policy", its product the "Product" inside that. CTaskRef is
+/// the other way round: a task is rewritten inside its group, a product is replaced in its policy.
 class CPolicyRef : public CElementRef {
 public:
     CPolicyRef(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product) noexcept

@@ -9,15 +9,15 @@
 
 namespace zupm {
 
-/// The settings that were written into one INI file, which knows neither case nor blanks at a name's ends.
+/// The settings that were written into one INI file, which ignores case and blanks at the ends of names.
 class CIniNames {
 public:
-    /// Notes a setting; false when the file takes it for one that was noted before with another value, which is lost.
-    /// Throws std::bad_alloc.
+    /// Notes a setting. False when the file takes it for one that was noted before with another value: that value is
+    /// lost. Throws std::bad_alloc.
     bool Add(std::u16string_view section, std::u16string_view key, std::u16string_view value);
 
 private:
-    /// A hash of the last value of each: values may be long, and no more than a log line depends on it.
+    /// A hash of the last value of each. Values may be long, and only a log line depends on them.
     std::map<std::pair<std::u16string, std::u16string>, std::size_t> m_values;
 };
 

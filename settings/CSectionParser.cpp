@@ -9,7 +9,8 @@ namespace zupm {
 
 namespace {
 
-/// What the macro expander is told about where a value comes from; no context of its own was ever given to the cursor.
+/// The context that the macro expander gets with every value: a cursor has none of its own.
+// Given: see docs/given-oddities.md, "invalid".
 constexpr std::u16string_view kMacroContext = u"invalid";
 
 }  // namespace
@@ -101,7 +102,8 @@ result::Code CSectionParser::WriteAllSettingsToIniFile(std::u16string_view path,
         const CriticalSectionLock lock(m_lock);
         store = m_store.get();
     }
-    // The export runs outside the lock: it may take as long as the disk does.
+    // Given: see docs/given-oddities.md, "export without lock and state".
+    // The export runs outside the lock: it may take as long as the disk takes.
     return store == nullptr ? result::CursorNotInitialised : store->WriteAllSettingsToIniFile(path, std::move(written));
 }
 

@@ -15,16 +15,14 @@ namespace zupm {
 
 /// The guarded front of one settings store.
 ///
-/// Lifetime  Owns the store; a new one for every initialisation. The container's document belongs to the caller and
-/// must
-///           outlive the cursor.
-/// Threads   One lock serialises every call into the store, the INI export excepted: the owner must not run that
+/// Lifetime  Owns the store, and makes a new one for every initialisation. The container's document belongs to the
+///           caller and must outlive the cursor.
+/// Threads   One lock serialises every call into the store except the INI export, which the owner must not run
 ///           together with writes.
-/// Errors    CursorNotInitialised while not initialised, else the store's codes. Logs nothing; macro expansion may
-///           throw std::bad_alloc.
+/// Errors    CursorNotInitialised, or the store's codes. Logs nothing; macro expansion may throw std::bad_alloc.
 class CSectionParser {
 public:
-    /// `ownerLink` is passed to every store and never looked at.
+    /// `ownerLink` goes to every store; nobody reads it.
     CSectionParser(const AdvXMLParser::Element& container, const void* ownerLink) noexcept;
     virtual ~CSectionParser();
     CSectionParser(const CSectionParser&) = delete;
@@ -34,20 +32,20 @@ public:
     [[nodiscard]] static std::unique_ptr<CSectionParser> Create(const AdvXMLParser::Element& container,
                                                                 const void* ownerLink) noexcept;
 
-    /// Opens a new store over the container; nothing to do when initialised. AllocationFailed, the store's codes.
+    /// Opens a new store over the container; does nothing when initialised. AllocationFailed, the store's codes.
     [[nodiscard]] result::Code Initialize() noexcept;
     /// Drops the store. Always Success.
     result::Code Deinitialize() noexcept;
 
-    /// A setting's value with its macros expanded; untouched on failure.
+    /// Gives a setting's value with its macros expanded; `value` is untouched on failure.
     [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string& value);
-    /// Stores a value as it stands; a missing section and setting are created.
+    /// Stores a value as it is; creates a missing section and setting.
     [[nodiscard]] result::Code SetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string_view value) noexcept;
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view setting) noexcept;
 
-    /// Writes all settings, raw. Asks for a store, not for the initialised state.
+    /// Writes all settings, raw. Needs a store, not the initialised state: CursorNotInitialised without one.
     [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written = {}) noexcept;
 
 private:
@@ -57,6 +55,7 @@ private:
     std::unique_ptr<CXMLDataObject> m_store ZUPM_GUARDED_BY(m_lock);
     CCriticalSection m_lock;
     AdvXMLParser::Element m_container;
+    // Given: see docs/given-oddities.md, "owner link".
     const void* m_ownerLink;
 };
 

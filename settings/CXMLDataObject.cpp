@@ -6,7 +6,8 @@
 #include "com/Log.h"
 #include "common/PrivateProfile.h"
 #include "settings/CatchAll.h"
-#include "settings/Elements.h"
+#include "settings/RequireXmlText.h"
+#include "settings/Schema.h"
 
 namespace zupm {
 
@@ -47,7 +48,8 @@ result::Code CXMLDataObject::BuildIndexes()
 
 result::Code CXMLDataObject::IndexSection(const Element& section)
 {
-    const Attribute attribute = section.GetAttribute(kNameAttribute);
+    // Given: see docs/given-oddities.md, "any element is a section".
+    const Attribute attribute = section.GetAttribute(schema::kName);
     if (attribute.IsNull()) {
         return result::Success;
     }
@@ -70,7 +72,7 @@ result::Code CXMLDataObject::IndexSection(const Element& section)
 void CXMLDataObject::IndexSettings(const Element& section, const std::u16string& sectionName, CElementMap& settings)
 {
     for (const Element setting : ElementChildren(section)) {
-        const Attribute attribute = setting.GetAttribute(kNameAttribute);
+        const Attribute attribute = setting.GetAttribute(schema::kName);
         if (attribute.IsNull()) {
             continue;
         }
@@ -96,14 +98,19 @@ result::Code CXMLDataObject::Deinitialize() noexcept
 Element CXMLDataObject::GetSetting(std::u16string_view section, std::u16string_view setting,
                                    result::Code& code) noexcept
 {
-    if (code = Refresh(); code < 0) {
-        return {};
-    }
+    code = Refresh();
+    return code < 0 ? Element() : Find(section, setting, code);
+}
+
+Element CXMLDataObject::Find(std::u16string_view section, std::u16string_view setting,
+                             result::Code& code) const noexcept
+{
     const auto sectionEntry = m_sections.find(section);
     if (sectionEntry == m_sections.end()) {
         code = result::SectionNotFound;
         return {};
     }
+    // Given: see docs/given-oddities.md, "null entries".
     if (!sectionEntry->second) {
         code = result::NotCreated;
         return {};
@@ -146,11 +153,12 @@ result::Code CXMLDataObject::SetSettingValue(std::u16string_view section, std::u
             return code;
         }
         result::Code code = result::Success;
-        Element element = GetSetting(section, setting, code);
+        Element element = Find(section, setting, code);
         if (code >= 0) {
             element.SetText(value);
             return code;
         }
+        // Given: see docs/given-oddities.md, "a missing section is a missing setting".
         if (create == 0) {
             return result::SettingNotFound;
         }
@@ -176,10 +184,10 @@ result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16
                                            std::u16string_view value, Element& added)
 {
     for (bool created = false;; created = true) {
-        Element match = FindChildByAttribute(m_container, kNameAttribute, section);
+        Element match = FindChildByAttribute(m_container, schema::kName, section);
         if (!match.IsNull()) {
-            // Name and value come in one step: what memory stops halfway leaves no setting with the wrong value.
-            added = match.AddElementInto(u"Setting", kNameAttribute, setting, value);
+            // Name and value are added in one step, so that no setting is left with a wrong value when memory runs out.
+            added = match.AddElementInto(schema::kSetting, schema::kName, setting, value);
             if (added.IsNull()) {
                 return result::NotCreated;
             }
@@ -192,11 +200,11 @@ result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16
         if (created) {
             return result::SectionStillMissing;
         }
-        const Element newSection = m_container.AddElementInto(u"Section", kNameAttribute, section);
+        const Element newSection = m_container.AddElementInto(schema::kSection, schema::kName, section);
         if (newSection.IsNull()) {
             return result::NotCreated;
         }
-        // The setting comes next and then the indexes are looked at again; that result counts.
+        // The setting is added next and brings the indexes up to date again. That result counts, not this one.
         static_cast<void>(Follow([&] { return IndexSection(newSection); }));
     }
 }
@@ -226,6 +234,7 @@ bool CXMLDataObject::HoldsEveryElement() noexcept
 template <class Update>
 result::Code CXMLDataObject::Follow(Update update) noexcept
 {
+    // Given: see docs/given-oddities.md, "duplicates logged again".
     if (!HoldsEveryElement()) {
         return Reinitialize();
     }

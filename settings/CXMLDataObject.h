@@ -18,31 +18,31 @@ namespace zupm {
 
 /// Sections of named settings over the children of one element.
 ///
-/// Reading looks at no element name: every child with a "name" is a section, every child of that with a "name" a
-/// setting. Sections of one name are merged, and of settings of one name the first counts. Writing makes "Section" and
-/// "Setting" elements. A value is never cached: it is its element's text.
+/// Reading ignores element names: every child with a "name" is a section, and every child of a section with a "name" is
+/// a setting. Sections of one name are merged; of settings of one name the first counts. Writing makes "Section" and
+/// "Setting" elements. Values are not cached: a value is the text of its element.
 ///
 /// Lifetime   The document belongs to the caller and must outlive the store.
-/// Threads    Initialize and Deinitialize take the store's lock; everything else relies on its caller's (the cursor's).
+/// Threads    Initialize and Deinitialize take the store's lock. All other operations rely on the cursor's lock.
 /// Errors     Result codes. Every operation catches all exceptions, logs them and gives Unexpected.
-/// Invariants The indexes mirror the document. While no name occurs twice they follow every new or removed element;
-///            otherwise such an element has them rebuilt, which logs the duplicates again. Indexes that could not be
-///            brought up to date are rebuilt by the next operation, which gives Unexpected or AllocationFailed until
-///            they can be: with half an index, settings would seem lost and be written twice.
+/// Invariants The indexes mirror the document. While every name is unique, they follow each element that is added or
+///            removed. Otherwise each such change rebuilds them, which logs the duplicates again. When an update fails,
+///            the next operation rebuilds the indexes, and gives Unexpected or AllocationFailed as long as that fails:
+///            with half an index, settings would seem lost and be written twice.
 class CXMLDataObject {
 public:
-    /// `ownerLink` is kept and never looked at.
+    /// `ownerLink` is kept; nobody reads it.
     CXMLDataObject(const AdvXMLParser::Element& container, const void* ownerLink) noexcept;
     virtual ~CXMLDataObject();
     CXMLDataObject(const CXMLDataObject&) = delete;
     CXMLDataObject& operator=(const CXMLDataObject&) = delete;
 
-    /// Builds the indexes; nothing to do when they are built. AllocationFailed, Unexpected.
+    /// Builds the indexes; does nothing when they are built. AllocationFailed, Unexpected.
     [[nodiscard]] result::Code Initialize() noexcept;
     /// Empties the indexes. Always Success.
     result::Code Deinitialize() noexcept;
 
-    /// The element of a setting; null with SectionNotFound, SettingNotFound or NotCreated in `code`.
+    /// The element of a setting. Null with SectionNotFound, SettingNotFound or NotCreated in `code`.
     [[nodiscard]] AdvXMLParser::Element GetSetting(std::u16string_view section, std::u16string_view setting,
                                                    result::Code& code) noexcept;
 
@@ -50,15 +50,15 @@ public:
     [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string& value) noexcept;
 
-    /// Replaces a setting's content by a text. A missing setting, and its section, are created when `create` is not 0,
-    /// else the result is SettingNotFound whichever of the two is missing. Unexpected, with the document as it was,
-    /// when XML cannot hold the value or a name; the codes of AddSetting.
+    /// Replaces a setting's content by a text. When the setting or its section is missing: creates them if `create` is
+    /// not 0, otherwise gives SettingNotFound. Unexpected, with the document as it was, when XML cannot hold the
+    /// value or a name; the codes of AddSetting.
     [[nodiscard]] result::Code SetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string_view value, std::int32_t create) noexcept;
 
-    /// Appends a setting to the first section of that name, which is created when missing. Whether the setting exists
-    /// already is the caller's to know. Null with NotCreated or SectionStillMissing in `code`, or with Unexpected and
-    /// the document as it was when XML cannot hold a name; the value must be such that it can.
+    /// Appends a setting to the first section of that name, which it creates if it is missing. The caller has checked
+    /// that the setting does not exist and that XML can hold the value. Null with NotCreated or SectionStillMissing in
+    /// `code`; null with Unexpected, and the document as it was, when XML cannot hold a name.
     [[nodiscard]] AdvXMLParser::Element AddSetting(std::u16string_view section, std::u16string_view setting,
                                                    result::Code& code, std::u16string_view value = {}) noexcept;
 
@@ -68,24 +68,31 @@ public:
     /// Deinitialize, then the result of Initialize.
     [[nodiscard]] result::Code Reinitialize() noexcept;
 
-    /// Writes every setting of the indexes, raw, in code-unit order. What the file refuses is left out. A setting that
-    /// an INI file takes for one that was written before, or for one of `written`, replaces it; when it has another
-    /// value, with a line of level 8.
+    /// Writes every setting of the indexes, raw, in code-unit order. Leaves out what the file refuses. When an INI file
+    /// takes a setting for one that was written before, or for one of `written`, it replaces that one; if the values
+    /// differ, a line of level 8 is logged.
     [[nodiscard]] result::Code WriteAllSettingsToIniFile(std::u16string_view path, CIniNames written = {}) noexcept;
 
     [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
 
-private:
+protected:
     using Index = std::map<std::u16string, std::unique_ptr<CElementMap>, std::less<>>;
 
+    /// Open to tests, which put entries there that no document leads to.
+    [[nodiscard]] Index& Sections() noexcept { return m_sections; }
+
+private:
+    /// GetSetting over indexes that are up to date; `code` is untouched on success.
+    [[nodiscard]] AdvXMLParser::Element Find(std::u16string_view section, std::u16string_view setting,
+                                             result::Code& code) const noexcept;
     [[nodiscard]] result::Code BuildIndexes();
     [[nodiscard]] result::Code IndexSection(const AdvXMLParser::Element& section);
     void IndexSettings(const AdvXMLParser::Element& section, const std::u16string& sectionName, CElementMap& settings);
     [[nodiscard]] result::Code AppendSetting(std::u16string_view section, std::u16string_view setting,
                                              std::u16string_view value, AdvXMLParser::Element& added);
-    /// Whether every element with a name has an entry of its own.
+    /// True when every element with a name has an entry of its own.
     [[nodiscard]] bool HoldsEveryElement() noexcept;
-    /// Lets `update` bring the indexes up to date, or rebuilds them when more than one entry might have to change. The
+    /// Brings the indexes up to date by `update`, or rebuilds them when more than one entry might have to change. The
     /// codes of Initialize.
     template <class Update>
     [[nodiscard]] result::Code Follow(Update update) noexcept;
@@ -95,8 +102,9 @@ private:
     Index m_sections;
     AdvXMLParser::Element m_container;
     bool m_initialised ZUPM_GUARDED_BY(m_lock) = false;
-    bool m_hasDuplicates = false;  ///< elements were left out for their names
+    bool m_hasDuplicates = false;  ///< elements were left out because of their names
     bool m_isStale = false;        ///< bringing the indexes up to date failed
+    // Given: see docs/given-oddities.md, "owner link".
     const void* m_ownerLink;
     CCriticalSection m_lock;
 };

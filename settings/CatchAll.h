@@ -1,4 +1,4 @@
-/// The outermost level of operations that let no exception out.
+/// The outermost level of operations that throw nothing.
 #pragma once
 
 #include <string_view>
@@ -8,8 +8,8 @@
 
 namespace zupm {
 
-/// Runs `body` and returns its code. Whatever it throws is logged at level 1 under `operation` ("CClass::Method()") and
-/// becomes Unexpected; other than at the interface boundary that includes std::bad_alloc.
+/// Runs `body` and returns its code. Logs any exception at level 1 under `operation` ("CClass::Method()") and returns
+/// Unexpected. Unlike at the interface boundary, that includes std::bad_alloc.
 template <class Body>
 [[nodiscard]] result::Code CatchAll(std::u16string_view operation, Body&& body) noexcept
 {

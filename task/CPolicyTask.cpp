@@ -1,7 +1,8 @@
 #include "task/CPolicyTask.h"
 
+#include "com/SettingSlot.h"
 #include "com/Strings.h"
-#include "settings/SettingSlot.h"
+#include "settings/Schema.h"
 #include "xml/Document.h"
 
 namespace zupm {
@@ -9,6 +10,7 @@ namespace zupm {
 using AdvXMLParser::Document;
 using AdvXMLParser::Element;
 
+// Given: see docs/given-oddities.md, "invalid".
 CPolicyTask::CPolicyTask() : m_section(u"invalid"), m_data(this) {}
 
 HRESULT CPolicyTask::FinalConstruct() noexcept
@@ -26,8 +28,8 @@ result::Code CPolicyTask::LoadEmptyTask()
         return result::Success;
     }
     m_isLoaded = true;
-    const Document detached(u"TaskGroup");
-    const Element task = detached.GetRoot().CreateElement(u"Task");
+    const Document detached(schema::kTaskGroup);
+    const Element task = detached.GetRoot().CreateElement(schema::kTask);
     return m_data.Initialize(detached.GetRoot(), task);
 }
 

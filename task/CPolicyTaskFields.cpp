@@ -107,6 +107,7 @@ HRESULT CPolicyTask::get_Version(BSTR* pstrValue) noexcept
 {
     return Call(u"CPolicyTask::get_Version()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
+        // Given: see docs/given-oddities.md, "a slot that is not freed".
         return OverwriteString(pstrValue, m_data.Fields().version);
     });
 }

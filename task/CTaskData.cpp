@@ -4,15 +4,12 @@
 
 #include "common/PrivateProfile.h"
 #include "settings/CatchAll.h"
-#include "settings/Elements.h"
-#include "settings/ParseFailure.h"
+#include "settings/Schema.h"
+#include "settings/TextForm.h"
 #include "text/Decimal.h"
-#include "xml/Exceptions.h"
-#include "xml/Parser.h"
 
 namespace zupm {
 
-using AdvXMLParser::Document;
 using AdvXMLParser::Element;
 using AdvXMLParser::ElementChildren;
 
@@ -22,13 +19,9 @@ namespace {
 CTaskRef FindTask(const Element& root)
 {
     for (const Element group : ElementChildren(root)) {
-        if (!group.NameIs(u"TaskGroup")) {
-            continue;
-        }
-        for (const Element task : ElementChildren(group)) {
-            if (task.NameIs(u"Task")) {
-                return {group, task};
-            }
+        const Element task = group.NameIs(schema::kTaskGroup) ? FirstChildNamed(group, schema::kTask) : Element();
+        if (!task.IsNull()) {
+            return {group, task};
         }
     }
     return {Element(), Element()};
@@ -36,100 +29,60 @@ CTaskRef FindTask(const Element& root)
 
 }  // namespace
 
-CTaskData::CTaskData(const void* ownerLink)
-    : m_document(u"TaskData"),
-      m_group(std::make_unique<CElementRef>(m_document.GetRoot().AddElementInto(u"TaskGroup"))),
-      m_ownerLink(ownerLink)
-{
-}
-
-CTaskData::~CTaskData()
-{
-    m_cursor.reset();  // before the document that it looks at
-}
+CTaskData::CTaskData(const void* ownerLink) : m_copy(u"TaskData", schema::kTaskGroup, ownerLink) {}
 
 result::Code CTaskData::Initialize(const Element& group, const Element& task) noexcept
 {
-    return CatchAll(u"CTaskData::Initialize()", [&] { return LoadTask(group, task); });
-}
-
-result::Code CTaskData::LoadTask(const Element& group, const Element& task)
-{
-    if (m_initialised) {
-        Deinitialize();
-    }
-    m_fields.Read(group, task);
-    m_cursor.reset();  // left by an initialisation that failed
-    Element target = m_group->GetElement();
-    target.DeleteChildren();
-    target.Add(task.Clone());
-    const result::Code code = Task().IsNull() ? result::Success : OpenCursor();
-    m_initialised = code >= 0;
-    return code;
-}
-
-result::Code CTaskData::OpenCursor()
-{
-    std::unique_ptr<CSectionParser> cursor = CSectionParser::Create(Task(), m_ownerLink);
-    if (!cursor) {
-        return result::AllocationFailed;
-    }
-    m_cursor = std::move(cursor);
-    return m_cursor->Initialize();
+    return CatchAll(u"CTaskData::Initialize()", [&]() -> result::Code {
+        if (m_copy.IsInitialised()) {
+            m_copy.Drop();
+        }
+        m_fields.Read(group, task);
+        return m_copy.Take(task);
+    });
 }
 
 result::Code CTaskData::Initialize(std::u16string_view xml, std::u16string& detail)
 {
-    try {
-        const std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(xml.data(), xml.size());
-        if (!document) {
-            return result::AllocationFailed;
-        }
-        const CTaskRef found = FindTask(document->GetRoot());
+    return LoadFromText(u"CTaskData::Initialize()", xml, detail, [&](const Element& root) -> result::Code {
+        const CTaskRef found = FindTask(root);
         return found.GetGroup().IsNull() ? result::ElementMissing : Initialize(found.GetGroup(), found.GetElement());
-    } catch (const AdvXMLParser::ParsingException& error) {
-        return ReportParseFailure(u"CTaskData::Initialize()", kTextSource, error, detail);
-    }
+    });
 }
 
 result::Code CTaskData::Deinitialize()
 {
-    m_cursor.reset();
-    m_initialised = false;
-    m_group->GetElement().DeleteChildren();
+    m_copy.Drop();
     return result::Success;
 }
 
 result::Code CTaskData::GetSectionSetting(std::u16string_view section, std::u16string_view name, std::u16string& value)
 {
-    const result::Code code = CheckCursor();
-    return code < 0 ? code : m_cursor->GetSettingValue(section, name, value);
+    return m_copy.GetSectionSetting(section, name, value);
 }
 
 result::Code CTaskData::PutSectionSetting(std::u16string_view section, std::u16string_view name,
                                           std::u16string_view value)
 {
-    const result::Code code = CheckCursor();
-    return code < 0 ? code : m_cursor->SetSettingValue(section, name, value);
+    return m_copy.PutSectionSetting(section, name, value);
 }
 
 result::Code CTaskData::RemoveSetting(std::u16string_view section, std::u16string_view name)
 {
-    const result::Code code = CheckCursor();
-    return code < 0 ? code : m_cursor->RemoveSetting(section, name);
+    return m_copy.RemoveSetting(section, name);
 }
 
 result::Code CTaskData::RemoveSection(std::u16string_view name)
 {
-    if (!m_initialised) {
+    if (!m_copy.IsInitialised()) {
         return result::NotInitialised;
     }
-    const Element task = Task();
+    const Element task = m_copy.Content();
+    // Given: see docs/given-oddities.md, "rebuilt on a miss".
     if (task.IsNull() || !DeleteFirstSection(task, name)) {
         return result::SectionNotFound;
     }
-    m_cursor.reset();
-    return OpenCursor();
+    return m_copy.ReopenCursor();
 }
 
 result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
@@ -139,6 +92,7 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
     }
     constexpr std::u16string_view kSection = u"Task";
     const std::u16string priority = FormatSigned(m_fields.priority);
+    // Given: see docs/given-oddities.md, "names of the INI file".
     const std::pair<std::u16string_view, std::u16string_view> rows[] = {
         {u"TaskName", m_fields.displayName}, {u"Platforms", m_fields.platformsSupported},
         {u"TaskPriority", priority},         {u"SoftwareName", m_fields.softwareId},
@@ -152,21 +106,10 @@ result::Code CTaskData::WriteTaskDataToIniFile(std::u16string_view path)
         }
         written.Add(kSection, key, value);
     }
-    return m_cursor ? m_cursor->WriteAllSettingsToIniFile(path, std::move(written)) : result::CursorNotInitialised;
-}
-
-Element CTaskData::Task() const noexcept
-{
-    return FirstChild(m_group->GetElement());
-}
-
-result::Code CTaskData::CheckCursor() const noexcept
-{
-    if (!m_initialised) {
-        return result::NotInitialised;
-    }
-    // There is no cursor when the task that was loaded was a null element, or after memory ran out on reopening it.
-    return m_cursor ? result::Success : result::CursorNotInitialised;
+    // Given: see docs/given-oddities.md, "fields without a task".
+    CSectionParser* const cursor = m_copy.Cursor();
+    return cursor == nullptr ? result::CursorNotInitialised
+                             : cursor->WriteAllSettingsToIniFile(path, std::move(written));
 }
 
 }  // namespace zupm

@@ -2,30 +2,28 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include "settings/CElementRef.h"
-#include "settings/CSectionParser.h"
+#include "settings/CPrivateCopy.h"
 #include "task/TaskFields.h"
-#include "xml/Document.h"
+#include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
 
-/// One task: its identity fields, a private document with a copy of its element, and the cursor over that copy.
+/// One task: its identity fields, and a private copy of its element.
 ///
 /// Lifetime   Never points into the policy file; valid after the file is closed.
 /// Threads    None of its own; the owning CPolicyTask holds its lock around every call.
-/// Errors     Result codes. Initialize (element form) and CopyData turn any exception into Unexpected; elsewhere those
-///            of memory, and of fields that XML cannot hold, pass out.
-/// Invariants The private "TaskGroup" has at most one child, the task; the cursor's container is that child.
+/// Errors     Result codes. Initialize (element form) and CopyData turn any exception into Unexpected. The other
+///            operations pass out exceptions of memory and of fields that XML cannot hold.
+/// Invariants The private "TaskGroup" has at most one child, the task.
 class CTaskData {
 public:
-    /// `ownerLink` is passed to every cursor and never looked at. Throws std::bad_alloc.
+    /// `ownerLink` goes to every cursor; nobody reads it. Throws std::bad_alloc.
     explicit CTaskData(const void* ownerLink);
-    virtual ~CTaskData();
+    virtual ~CTaskData() = default;
     CTaskData(const CTaskData&) = delete;
     CTaskData& operator=(const CTaskData&) = delete;
 
@@ -35,8 +33,8 @@ public:
                                           const AdvXMLParser::Element& task) noexcept;
 
     /// Reads the first "Task" of the first "TaskGroup" that has one, of a text such as GetTaskDataXml gives.
-    /// ElementMissing and SyntaxError (with "text:line:column: reason" in `detail`) leave the object as it was; else as
-    /// the element form.
+    /// ElementMissing, and SyntaxError (with "text:line:column: reason" in `detail`), leave the object as it was.
+    /// Otherwise the codes of the element form.
     [[nodiscard]] result::Code Initialize(std::u16string_view xml, std::u16string& detail);
 
     /// Drops the task; the fields stay. Always Success.
@@ -51,41 +49,32 @@ public:
                                                  std::u16string_view value);
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view name);
 
-    /// Deletes the first section of that name. NotInitialised, SectionNotFound; AllocationFailed or the cursor's code
-    /// when the section is gone but the cursor could not be opened again.
+    /// Deletes the first section of that name and reopens the cursor. NotInitialised, SectionNotFound. AllocationFailed
+    /// and the cursor's codes: the section is gone, but the cursor could not be reopened.
     [[nodiscard]] result::Code RemoveSection(std::u16string_view name);
 
-    /// Writes the fields and a fresh time stamp into the private copy, then hands out the whole private document as
-    /// text. ElementMissing when there is no task; `text` is untouched on failure.
+    /// Writes the fields and a new time stamp into the private copy, then gives the whole private document as text.
+    /// ElementMissing without a task; `text` is untouched on failure.
     [[nodiscard]] result::Code GetTaskDataXml(std::u16string& text);
 
     /// Replaces everything inside a "TaskGroup" of another document by a copy of the task, then writes the fields and a
-    /// fresh time stamp, whose number goes to `version`, into that. NotInitialised, ElementMissing when `group` is no
-    /// "TaskGroup", AllocationFailed, Unexpected.
+    /// new time stamp into the group. `version` gets the stamp as a number. NotInitialised; ElementMissing when `group`
+    /// is no "TaskGroup"; AllocationFailed, Unexpected.
     [[nodiscard]] result::Code CopyData(AdvXMLParser::Element group, std::uint64_t& version) noexcept;
 
-    /// Writes the fields and all settings into an INI file. GeneralFailure for an empty path or a field that could not
-    /// be written (what was written before stays); CursorNotInitialised without a task.
+    /// Writes the fields and all settings into an INI file. GeneralFailure for an empty path, and for a field that
+    /// could not be written: the fields before it stay in the file. CursorNotInitialised without a task.
     [[nodiscard]] result::Code WriteTaskDataToIniFile(std::u16string_view path);
 
 private:
-    [[nodiscard]] AdvXMLParser::Element Task() const noexcept;
-    [[nodiscard]] result::Code LoadTask(const AdvXMLParser::Element& group, const AdvXMLParser::Element& task);
-    [[nodiscard]] result::Code OpenCursor();
-    [[nodiscard]] result::Code CheckCursor() const noexcept;
-
-    /// The write-back: stamps the group and its first "Task" and writes the fields into both. ElementMissing (wrong
-    /// name or no "Task"; nothing changed), AllocationFailed, the cursor's code. Throws InvalidCharacterException
-    /// before anything changes.
+    /// The write-back: stamps the group and its first "Task", and writes the fields into both. ElementMissing for
+    /// another element or a group without "Task", with nothing changed; AllocationFailed, the cursor's codes. Throws
+    /// InvalidCharacterException before anything changes.
     [[nodiscard]] result::Code UpdateTaskGroupElement(const AdvXMLParser::Element& group, std::uint64_t& version);
     void WriteFields(const AdvXMLParser::Element& group, CSectionParser& settings, std::u16string_view stamp) const;
 
     TaskFields m_fields;
-    std::unique_ptr<CSectionParser> m_cursor;
-    bool m_initialised = false;
-    AdvXMLParser::Document m_document;
-    std::unique_ptr<CElementRef> m_group;
-    const void* m_ownerLink;
+    CPrivateCopy m_copy;
 };
 
 }  // namespace zupm

@@ -2,7 +2,8 @@
 
 #include <initializer_list>
 
-#include "settings/Elements.h"
+#include "settings/RequireXmlText.h"
+#include "settings/Schema.h"
 #include "text/Decimal.h"
 
 namespace zupm {
@@ -12,6 +13,7 @@ using AdvXMLParser::Element;
 
 namespace {
 
+// Given: see docs/given-oddities.md, "a missing attribute resets nothing".
 void ReadText(const Element& element, std::u16string_view name, std::u16string& field)
 {
     if (const Attribute attribute = element.GetAttribute(name); !attribute.IsNull()) {
@@ -23,16 +25,16 @@ void ReadText(const Element& element, std::u16string_view name, std::u16string& 
 
 void TaskFields::Read(const Element& group, const Element& task)
 {
-    ReadText(group, u"SoftwareID", softwareId);
-    ReadText(group, u"CreatorID", creatorId);
-    ReadText(group, u"TaskID", taskId);
-    ReadText(group, u"DisplayName", displayName);
-    ReadText(group, u"Platforms", platformsSupported);
-    ReadText(group, u"TaskType", taskType);
-    if (const Attribute attribute = group.GetAttribute(u"TaskPriority"); !attribute.IsNull()) {
+    ReadText(group, schema::kSoftwareId, softwareId);
+    ReadText(group, schema::kCreatorId, creatorId);
+    ReadText(group, schema::kTaskId, taskId);
+    ReadText(group, schema::kDisplayName, displayName);
+    ReadText(group, schema::kPlatforms, platformsSupported);
+    ReadText(group, schema::kTaskType, taskType);
+    if (const Attribute attribute = group.GetAttribute(schema::kTaskPriority); !attribute.IsNull()) {
         priority = ParseInt32(attribute.GetText());
     }
-    ReadText(task, u"TaskVersion", version);
+    ReadText(task, schema::kTaskVersion, version);
 }
 
 void TaskFields::RequireXml() const

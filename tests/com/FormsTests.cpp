@@ -8,6 +8,7 @@
 #include "Toy.h"
 #include "com/ObjectForms.h"
 #include "com/ObjectMap.h"
+#include "tests/support/OuterObject.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
@@ -23,25 +24,6 @@ void* Poison()
     return reinterpret_cast<void*>(std::uintptr_t{0x5A5A5A5A});
 }
 
-/// An outer object with an inner toy.
-class Outer final : public IUnknown {
-public:
-    HRESULT QueryInterface(REFIID iid, void** out) override
-    {
-        if (iid == IID_IUnknown) {
-            *out = static_cast<IUnknown*>(this);
-            AddRef();
-            return S_OK;
-        }
-        return inner->QueryInterface(iid, out);
-    }
-    ULONG AddRef() override { return ++references; }
-    ULONG Release() override { return --references; }
-
-    ULONG references = 1;
-    ComPtr<IUnknown> inner;
-};
-
 class Forms : public testing::Test {
 protected:
     Forms() { g_toyScript = {}; }
@@ -55,12 +37,12 @@ protected:
 
 TEST_F(Forms, PlainObject_OffersItsFourInterfacesAndNoOther)
 {
-    ComPtr<IUnknown> object;
+    zupm::ComPtr<IUnknown> object;
     ASSERT_EQ(CreateObject<CToy>(nullptr, IID_IUnknown, object.PutVoid()), S_OK);
     for (const IID& iid : {IID_IUnknown, IID_IDispatch, IID_ITaskInfo, IID_ISupportErrorInfo}) {
-        ComPtr<IUnknown> found;
+        zupm::ComPtr<IUnknown> found;
         EXPECT_EQ(object.Query(iid, found), S_OK);
-        ComPtr<IUnknown> identity;
+        zupm::ComPtr<IUnknown> identity;
         ASSERT_EQ(found.Query(IID_IUnknown, identity), S_OK);
         EXPECT_EQ(identity.Get(), object.Get());
     }
@@ -72,7 +54,7 @@ TEST_F(Forms, PlainObject_OffersItsFourInterfacesAndNoOther)
 
 TEST_F(Forms, PlainObject_GoesWithItsLastReference)
 {
-    ComPtr<ITaskInfo> object;
+    zupm::ComPtr<ITaskInfo> object;
     ASSERT_EQ(CreateObject<CToy>(nullptr, IID_ITaskInfo, object.PutVoid()), S_OK);
     EXPECT_EQ(object->AddRef(), 2U);
     EXPECT_EQ(object->Release(), 1U);
@@ -97,7 +79,7 @@ TEST_F(Forms, CreateObject_GivesTheCodeOfAFailedConstruction)
     void* out = Poison();
     EXPECT_EQ(CreateObject<CToy>(nullptr, IID_IUnknown, &out), result::GeneralFailure);
     EXPECT_EQ(out, nullptr);
-    Outer outer;
+    OuterObject outer;
     out = Poison();
     EXPECT_EQ(CreateObject<CToy>(&outer, IID_IUnknown, &out), result::GeneralFailure);
     EXPECT_EQ(out, nullptr);
@@ -106,7 +88,7 @@ TEST_F(Forms, CreateObject_GivesTheCodeOfAFailedConstruction)
 
 TEST_F(Forms, CreateObject_TurnsExceptionsOfConstructionIntoCodes)
 {
-    ComPtr<IUnknown> object;
+    zupm::ComPtr<IUnknown> object;
     g_toyScript.onConstruct = [] { throw std::bad_alloc(); };
     EXPECT_EQ(CreateObject<CToy>(nullptr, IID_IUnknown, object.PutVoid()), result::OutOfMemory);
     g_toyScript.onConstruct = [] { throw std::runtime_error("refused"); };
@@ -116,7 +98,7 @@ TEST_F(Forms, CreateObject_TurnsExceptionsOfConstructionIntoCodes)
 
 TEST_F(Forms, CreatePlain_HandsOutTheClassItself)
 {
-    ComPtr<CToy> toy;
+    zupm::ComPtr<CToy> toy;
     ASSERT_EQ(CreatePlain(toy), S_OK);
     EXPECT_EQ(toy->GetNext(nullptr, nullptr), result::EndOfList);
     g_toyScript.constructed = result::ElementMissing;
@@ -126,15 +108,15 @@ TEST_F(Forms, CreatePlain_HandsOutTheClassItself)
 
 TEST_F(Forms, AggregatedObject_HandsIdentityAndReferencesToTheOuterObject)
 {
-    Outer outer;
+    OuterObject outer;
     ASSERT_EQ(CreateObject<CToy>(&outer, IID_IUnknown, outer.inner.PutVoid()), S_OK);
-    ComPtr<ITaskInfo> toy;
+    zupm::ComPtr<ITaskInfo> toy;
     ASSERT_EQ(outer.QueryInterface(IID_ITaskInfo, toy.PutVoid()), S_OK);
     EXPECT_EQ(outer.references, 2U);
-    ComPtr<IUnknown> identity;
+    zupm::ComPtr<IUnknown> identity;
     ASSERT_EQ(toy.Query(IID_IUnknown, identity), S_OK);
     EXPECT_EQ(identity.Get(), &outer);
-    ComPtr<ISupportErrorInfo> support;
+    zupm::ComPtr<ISupportErrorInfo> support;
     ASSERT_EQ(toy.Query(IID_ISupportErrorInfo, support), S_OK);
     EXPECT_EQ(outer.references, 4U);
     support.Reset();
@@ -147,10 +129,10 @@ TEST_F(Forms, AggregatedObject_HandsIdentityAndReferencesToTheOuterObject)
 
 TEST_F(Forms, AggregatedObject_AnswersForItsOwnIdentityOnItsInnerUnknown)
 {
-    Outer outer;
+    OuterObject outer;
     ASSERT_EQ(CreateObject<CToy>(&outer, IID_IUnknown, outer.inner.PutVoid()), S_OK);
-    ComPtr<IUnknown> again;
-    ASSERT_EQ(outer.inner.Query(IID_IUnknown, again), S_OK);
+    zupm::ComPtr<IUnknown> again;
+    ASSERT_EQ(outer.inner->QueryInterface(IID_IUnknown, again.PutVoid()), S_OK);
     EXPECT_EQ(again.Get(), outer.inner.Get());
     EXPECT_EQ(outer.references, 1U);
     void* out = Poison();
@@ -161,7 +143,7 @@ TEST_F(Forms, AggregatedObject_AnswersForItsOwnIdentityOnItsInnerUnknown)
 
 TEST_F(Forms, AggregatedObject_MayOnlyBeAskedForItsInnerUnknown)
 {
-    Outer outer;
+    OuterObject outer;
     void* out = Poison();
     EXPECT_EQ(CreateObject<CToy>(&outer, IID_ITaskInfo, &out), CLASS_E_NOAGGREGATION);
     EXPECT_EQ(out, nullptr);
@@ -169,20 +151,20 @@ TEST_F(Forms, AggregatedObject_MayOnlyBeAskedForItsInnerUnknown)
 
 TEST_F(Forms, ClassFactory_CreatesPlainAndAggregatedObjects)
 {
-    ComPtr<IClassFactory> factory;
+    zupm::ComPtr<IClassFactory> factory;
     ASSERT_EQ(GetClassObject(kMap, kToyClass, IID_IClassFactory, factory.PutVoid()), S_OK);
-    ComPtr<ITaskInfo> plain;
+    zupm::ComPtr<ITaskInfo> plain;
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_ITaskInfo, plain.PutVoid()), S_OK);
-    Outer outer;
+    OuterObject outer;
     EXPECT_EQ(factory->CreateInstance(&outer, IID_IUnknown, outer.inner.PutVoid()), S_OK);
     EXPECT_EQ(g_toyScript.living, 2);
 }
 
 TEST_F(Forms, ClassFactory_OffersItsTwoInterfacesAndNoOther)
 {
-    ComPtr<IClassFactory> factory;
+    zupm::ComPtr<IClassFactory> factory;
     ASSERT_EQ(GetClassObject(kMap, kToyClass, IID_IUnknown, factory.PutVoid()), S_OK);
-    ComPtr<IClassFactory> again;
+    zupm::ComPtr<IClassFactory> again;
     EXPECT_EQ(factory.Query(IID_IClassFactory, again), S_OK);
     void* out = Poison();
     EXPECT_EQ(factory->QueryInterface(IID_IDispatch, &out), E_NOINTERFACE);
@@ -192,7 +174,7 @@ TEST_F(Forms, ClassFactory_OffersItsTwoInterfacesAndNoOther)
 
 TEST_F(Forms, ClassFactory_KeepsTheModuleLoadedUntilEveryServerLockIsGone)
 {
-    ComPtr<IClassFactory> factory;
+    zupm::ComPtr<IClassFactory> factory;
     ASSERT_EQ(GetClassObject(kMap, kToyClass, IID_IClassFactory, factory.PutVoid()), S_OK);
     EXPECT_TRUE(IsModuleLocked());
     EXPECT_EQ(factory->LockServer(1), S_OK);

@@ -2,24 +2,13 @@
 #include "module/ModuleServer.h"
 #include "tests/faults/Operation.h"
 #include "tests/module/Classes.h"
+#include "tests/support/OuterObject.h"
 
 namespace zupm::test {
 
 namespace {
 
-/// An object that others are parts of; it counts on nothing.
-class Outer final : public IUnknown {
-public:
-    HRESULT QueryInterface(REFIID, void** out) override
-    {
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG AddRef() override { return 2; }
-    ULONG Release() override { return 1; }
-};
-
-Outer g_outer;
+OuterObject g_outer;
 
 void** SlotOf(World& world)
 {

@@ -1,13 +1,17 @@
 // What a load and an add that run out of memory half way leave, where that shows later.
 #include <algorithm>
 #include <memory>
+#include <string>
 
+#include "settings/CSectionParser.h"
 #include "tests/faults/EachAllocation.h"
 #include "tests/support/FixedClock.h"
 #include "tests/support/ForeignObjects.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"
+#include "xml/Document.h"
+#include "xml/Parser.h"
 
 namespace zupm::test {
 
@@ -49,6 +53,15 @@ struct Adding {
     PolicyFileClient file;
     ForeignTask task{{0, u"A"}, {0, u"1"}, {0, u"<X><TaskGroup SoftwareID='A' TaskID='1'><Task/></TaskGroup></X>"}};
     HRESULT code = 0;
+};
+
+/// A container with one setting of long names, and a cursor over it.
+struct Opening {
+    std::unique_ptr<AdvXMLParser::Document> document = AdvXMLParser::Parser().Parse(
+        AdvXMLParser::XmlText(std::string("<P><Section name='a section with a long name'>"
+                                          "<Setting name='a setting with a long name'>1</Setting></Section></P>")));
+    CSectionParser cursor{document->GetRoot(), nullptr};
+    result::Code code = result::Success;
 };
 
 bool Contains(const std::vector<LogLine>& lines, const char* text)
@@ -109,6 +122,24 @@ TEST(HalfWay, AddOfATaskThatFailsAfterItsStamp_RaisesTheVersionAllTheSame)
     };
     WithEachAllocationFailing([&] { return std::make_unique<Adding>(path); }, add, look);
     EXPECT_GT(raised, 0);
+}
+
+TEST(HalfWay, CursorWhoseStoreCouldNotBeFilled_RefusesReadingAndExportsWhatThereIs)
+{
+    const TempFolder folder;
+    int refused = 0;
+    const auto open = [](Opening& o) { o.code = o.cursor.Initialize(); };
+    const auto look = [&](Opening& o) {
+        if (o.code != result::Unexpected) {
+            return;
+        }
+        ++refused;
+        std::u16string value;
+        EXPECT_EQ(o.cursor.GetSettingValue(u"S", u"N", value), result::CursorNotInitialised);
+        EXPECT_EQ(o.cursor.WriteAllSettingsToIniFile(folder.Path(u"out.ini")), result::Success);
+    };
+    WithEachAllocationFailing([] { return std::make_unique<Opening>(); }, open, look);
+    EXPECT_GT(refused, 0);
 }
 
 }  // namespace zupm::test

@@ -1,8 +1,10 @@
 // Which operations of a section cursor take its lock, and of a store the store's inside it.
 #include <gtest/gtest.h>
 
+#include "common/CzuLogger.h"
 #include "settings/CSectionParser.h"
 #include "tests/locks/LockUse.h"
+#include "tests/support/TempFolder.h"
 #include "xml/Document.h"
 
 namespace zupm::test {
@@ -52,6 +54,27 @@ TEST(CursorLocks, AreTakenFirstByEveryOperationAndLeftByAll)
         }
         EXPECT_FALSE(IsHeld(lock)) << row.name;
     }
+}
+
+TEST(CursorLocks, AreNotHeldDuringAnExport)
+{
+    const TempFolder folder;
+    const AdvXMLParser::Document document(u"P");
+    CSectionParser cursor(document.GetRoot(), nullptr);
+    const CCriticalSection* const lock = LockOf(cursor);
+    ASSERT_EQ(cursor.Initialize(), 0);
+    ASSERT_EQ(cursor.SetSettingValue(u"S", u"A", u"1"), 0);
+    ASSERT_EQ(cursor.SetSettingValue(u"S", u"a", u"2"), 0);
+    int lines = 0;
+    const LockUse use;
+    CzuLogger::SetSink([&](const LogMessage&) {
+        ++lines;
+        EXPECT_FALSE(IsHeld(lock));
+    });
+    EXPECT_EQ(cursor.WriteAllSettingsToIniFile(folder.Path(u"out.ini")), 0);
+    CzuLogger::SetSink({});
+    EXPECT_EQ(lines, 1) << "the second setting replaces the first in the file, and that is logged during the export";
+    EXPECT_TRUE(use.Entered(lock)) << "the store is fetched under the lock";
 }
 
 TEST(CursorLocks, OfTheStoreAreTakenInsideWhenItIsBuiltAndDropped)

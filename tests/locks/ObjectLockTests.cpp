@@ -4,9 +4,9 @@
 
 #include "platform/CriticalSection.h"
 #include "tests/locks/LockUse.h"
+#include "tests/support/ActingObjects.h"
 #include "tests/support/Outs.h"
 #include "tests/support/PolicyFileClient.h"
-#include "tests/support/ReentrantObjects.h"
 #include "tests/support/TempFolder.h"
 
 namespace zupm::test {
@@ -207,9 +207,11 @@ TEST(ObjectLocks, OfAFile_AreHeldAcrossCallsIntoIncomingObjects)
         EXPECT_TRUE(IsHeld(lock));
         ++calls;
     };
-    ReentrantProduct product({0, u"A"}, {0, u"<X><Policy><Product SoftwareID='A'/></Policy></X>"}, look, look);
+    ActingProduct product({0, u"A"}, {0, u"<X><Policy><Product SoftwareID='A'/></Policy></X>"});
+    product.actions = {.onId = look, .onData = look};
     EXPECT_EQ(world.file->AddPolicy(&product, 1), 0);
-    ReentrantTask task({0, u"A"}, {0, u"1"}, {0, u"<X><TaskGroup><Task/></TaskGroup></X>"}, look, look);
+    ActingTask task({0, u"A"}, {0, u"1"}, {0, u"<X><TaskGroup><Task/></TaskGroup></X>"});
+    task.actions = {.onId = look, .onData = look};
     EXPECT_EQ(world.file->AddTask(&task, 1), 0);
     EXPECT_EQ(calls, 4);
     EXPECT_FALSE(IsHeld(lock));
@@ -220,7 +222,8 @@ TEST(ObjectLocks, OfAFile_AreLeftByCallsThatFail)
     World world;
     const CCriticalSection* const lock = LockOf(world);
     const auto look = [&] { EXPECT_TRUE(IsHeld(lock)); };
-    ReentrantProduct product({0, u"\x01"}, {0, u"<"}, look, look);
+    ActingProduct product({0, u"\x01"}, {0, u"<"});
+    product.actions = {.onId = look, .onData = look};
     EXPECT_EQ(world.file->AddPolicy(&product, 1), result::Unexpected);
     EXPECT_FALSE(IsHeld(lock)) << "an exception passed out of the operation";
     EXPECT_EQ(world.file->RemovePolicy(world.section.Get()), result::PolicyNotFound);

@@ -47,7 +47,7 @@ TEST_F(ProductBinding, ToAnUnknownIdFailsAndKeepsTheIdButNoData)
     EXPECT_EQ(m_product.RemoveSection(u"S"), result::NotInitialised);
 }
 
-TEST_F(ProductBinding, ThatFailed_MakesPutSoftwareIdDoNothingAndSaySuccess)
+TEST_F(ProductBinding, ThatFailed_MakesPutSoftwareIdSucceedWithoutEffect)
 {
     EXPECT_EQ(m_object->BindToFileElement(m_policy.GetRoot(), u"a"), result::PolicyNotFound);
     EXPECT_EQ(m_product.PutSoftwareID(u"B"), 0);

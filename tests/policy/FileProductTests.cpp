@@ -11,7 +11,7 @@ using LogLines = std::vector<LogLine>;
 
 }  // namespace
 
-TEST_F(FileProduct, IsACopyOfItsElementAsItStands)
+TEST_F(FileProduct, IsAnExactCopyOfItsElement)
 {
     LoadPolicies(
         "<Policy>\n"
@@ -75,7 +75,7 @@ TEST_F(FileProduct, PutSoftwareId_ReplacesTheWholeOldOne)
     EXPECT_EQ(product.Data(), Ok(u"<PolicyData><Policy><Product other='o' SoftwareID='C'/></Policy></PolicyData>"));
 }
 
-TEST_F(FileProduct, RemoveSection_OfAMissingSectionRebuildsTheIndexesAllTheSame)
+TEST_F(FileProduct, RemoveSection_OfAMissingSectionStillRebuildsTheIndexes)
 {
     LoadPolicies("<Policy><Product SoftwareID='A'><Section name='S'/><Section name='S'/></Product></Policy>\n");
     ProductClient product = m_file.Policy(u"A");

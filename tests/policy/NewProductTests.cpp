@@ -98,7 +98,7 @@ TEST_F(NewProduct, GettersReplaceTheTextThatTheSlotHolds)
     EXPECT_EQ(slot.Text().substr(0, 12), u"<PolicyData>");
 }
 
-TEST_F(NewProduct, AFailureSaysWhyAndASuccessClearsIt)
+TEST_F(NewProduct, AFailureLeavesErrorInformationAndASuccessClearsIt)
 {
     OutText slot;
     const Bstr name(u"x");

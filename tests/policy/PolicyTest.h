@@ -17,7 +17,7 @@
 
 namespace zupm::test {
 
-/// A policy file object with a file of its own, the clock standing still, the log caught.
+/// A policy file object with a file of its own, a stopped clock and a captured log.
 class PolicyTest : public testing::Test {
 protected:
     /// Loads a file whose one "PolicyGroup" holds `policies`.

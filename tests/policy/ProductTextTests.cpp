@@ -17,7 +17,7 @@ protected:
         EXPECT_EQ(product.References(), 0U);
         return code;
     }
-    /// Every element that the policy holds now, as it stands.
+    /// Every element that the policy holds now, as text.
     [[nodiscard]] std::string Products() const
     {
         const std::string buffer = Utf8(m_file.Buffer().value());

@@ -53,7 +53,7 @@ TEST_F(PolicyFileByName, Properties_GiveTheirTexts)
     EXPECT_EQ(Member(u"PolicyAssignmentList").Get().text, u"all");
 }
 
-TEST_F(PolicyFileByName, Buffer_ComesBackAsValueAndThroughASlot)
+TEST_F(PolicyFileByName, Buffer_IsReturnedAsValueAndThroughASlot)
 {
     ASSERT_EQ(LoadText(kFile), 0);
     EXPECT_EQ(Utf8(Member(u"WriteFileBuffer").ForResult().text), kFile);
@@ -62,7 +62,7 @@ TEST_F(PolicyFileByName, Buffer_ComesBackAsValueAndThroughASlot)
     EXPECT_EQ(Utf8(slot.Text()), kFile);
 }
 
-TEST_F(PolicyFileByName, Objects_ComeBackAsValues)
+TEST_F(PolicyFileByName, Objects_AreReturnedAsValues)
 {
     ASSERT_EQ(LoadText(kFile), 0);
     EXPECT_TRUE(Member(u"GetPolicy").In(u"A").ForResult().object.Query<IPolicyProduct>());
@@ -74,7 +74,7 @@ TEST_F(PolicyFileByName, Objects_ComeBackAsValues)
     EXPECT_EQ(Member(u"GetTask").In(u"A").In(u"2").ForResult().code, result::TaskNotFound);
 }
 
-TEST_F(PolicyFileByName, Objects_ComeThroughSlots)
+TEST_F(PolicyFileByName, Objects_AreReturnedThroughSlots)
 {
     ASSERT_EQ(LoadText(kFile), 0);
     OutObject<IUnknown> policy;

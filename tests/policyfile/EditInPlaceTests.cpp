@@ -42,7 +42,7 @@ protected:
         TakeAway();
         fs::rename(m_away.Folder() / "other.xml", File());
     }
-    /// Not every system renames over a file that is open, or lets its name go when it is deleted.
+    /// Not every system renames over an open file, or frees its name when it is deleted.
     void TakeAway() const { fs::rename(File(), m_away.Folder() / "old.xml"); }
 
     TempFolder m_folder;
@@ -89,7 +89,7 @@ TEST_F(EditInPlace, Commit_WritesWhatWriteFileWrites)
     EXPECT_EQ(m_folder.Names(), (std::vector{"plain.xml"s, "policy.xml"s}));
     ASSERT_EQ(m_editor.Commit(), 0);
     EXPECT_EQ(Bytes(), m_folder.Read(u"plain.xml"));
-    EXPECT_EQ(m_folder.Names(), (std::vector{"plain.xml"s, "policy.xml"s})) << "nothing else stays";
+    EXPECT_EQ(m_folder.Names(), (std::vector{"plain.xml"s, "policy.xml"s})) << "no other file stays";
 }
 
 TEST_F(EditInPlace, FileInAnotherEncoding_StaysInIt)
@@ -204,7 +204,7 @@ TEST_F(EditInPlace, FileThatSomethingElseChanged_IsLeftAloneUnlessForced)
     }
 }
 
-TEST_F(EditInPlace, FileThatIsGone_ComesBackOnlyWhenForced)
+TEST_F(EditInPlace, FileThatIsGone_IsWrittenOnlyWhenForced)
 {
     ASSERT_EQ(m_editor.Open(m_path), 0);
     TakeAway();

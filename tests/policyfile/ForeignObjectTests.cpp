@@ -77,21 +77,6 @@ TEST_F(ForeignObjects, FailingIDOfAPolicy_EndsTheAddBeforeAnythingChanges)
     EXPECT_EQ(product.References(), 0U);
 }
 
-TEST_F(ForeignObjects, IDThatXmlCannotHold_EndsTheAddBeforeAnythingChanges)
-{
-    for (const std::u16string& id : {u"\x01"s, u"A\xD800"s, u"\xFFFF"s}) {
-        ForeignProduct product({0, id}, {0, u"<X><Policy><Product SoftwareID='A'/></Policy></X>"});
-        // Objects that came and went took the resource module with them; a new one brings it back.
-        const ComPtr<ITaskInfo> any = Create<ITaskInfo>();
-        LogCapture log;
-        EXPECT_EQ(m_file.Object()->AddPolicy(&product, 0), result::Unexpected);
-        EXPECT_EQ(log.Take(), (std::vector{LogLine{1, "Unexpected exception in CPolicyFile::AddPolicy()"}}));
-        EXPECT_EQ(product.References(), 0U);
-        EXPECT_EQ(Buffer(), kFile);
-        EXPECT_EQ(m_file.FindPolicy(u"A"), 0) << "the index was not emptied";
-    }
-}
-
 TEST_F(ForeignObjects, PolicyDataThatCannotBeUsed_LeavesTheOldOneDeletedAndTheIndexEmpty)
 {
     for (const BadDataRow& row : kBadPolicies) {
@@ -153,16 +138,27 @@ TEST_F(ForeignObjects, FailingIDOfATask_EndsTheAddBeforeAnythingChanges)
 
 TEST_F(ForeignObjects, IDsThatXMLCannotHold_EndTheAddBeforeAnythingChanges)
 {
-    ForeignProduct product({0, u"\x01"}, {0, u"<X><Policy><Product SoftwareID='B'/></Policy></X>"});
-    EXPECT_EQ(m_file.Object()->AddPolicy(&product, 0), result::Unexpected);
-    const Answer data{0, u"<X><TaskGroup SoftwareID='A' TaskID='2'><Task/></TaskGroup></X>"};
-    ForeignTask badSoftware({0, u"\xD800"}, {0, u"2"}, data);
-    EXPECT_EQ(m_file.Object()->AddTask(&badSoftware, 0), result::Unexpected);
-    ForeignTask badTask({0, u"A"}, {0, u"\x01"}, data);
-    EXPECT_EQ(m_file.Object()->AddTask(&badTask, 0), result::Unexpected);
-    EXPECT_EQ(Buffer(), kFile);
-    EXPECT_EQ(m_file.FindPolicy(u"A"), 0);
-    EXPECT_EQ(m_file.FindTask(u"A", u"1"), 0);
+    const Answer productData{0, u"<X><Policy><Product SoftwareID='A'/></Policy></X>"};
+    const Answer taskData{0, u"<X><TaskGroup SoftwareID='A' TaskID='2'><Task/></TaskGroup></X>"};
+    for (const std::u16string& id : {u"\x01"s, u"A\xD800"s, u"\xFFFF"s}) {
+        ForeignProduct product({0, id}, productData);
+        ForeignTask badSoftware({0, id}, {0, u"2"}, taskData);
+        ForeignTask badTask({0, u"A"}, {0, id}, taskData);
+        // Every object that goes takes the resource module along; a new one brings it back for the log lines.
+        const ComPtr<ITaskInfo> any = Create<ITaskInfo>();
+        LogCapture log;
+        EXPECT_EQ(m_file.Object()->AddPolicy(&product, 0), result::Unexpected);
+        EXPECT_EQ(log.Take(), (std::vector{LogLine{1, "Unexpected exception in CPolicyFile::AddPolicy()"}}));
+        for (ForeignTask* const task : {&badSoftware, &badTask}) {
+            EXPECT_EQ(m_file.Object()->AddTask(task, 0), result::Unexpected);
+            EXPECT_EQ(log.Take(), (std::vector{LogLine{1, "Unexpected exception in CPolicyFile::AddTask()"}}));
+            EXPECT_EQ(task->References(), 0U);
+        }
+        EXPECT_EQ(product.References(), 0U);
+        EXPECT_EQ(Buffer(), kFile);
+        EXPECT_EQ(m_file.FindPolicy(u"A"), 0) << "the index was not emptied";
+        EXPECT_EQ(m_file.FindTask(u"A", u"1"), 0);
+    }
 }
 
 TEST_F(ForeignObjects, TaskDataThatCannotBeUsed_LeavesTheOldOneDeletedAndTheIndexEmpty)

@@ -213,7 +213,7 @@ TEST_F(PolicyFileFormat, SameTaskIDUnderOtherSoftware_IsAnotherTask)
     EXPECT_TRUE(log.Take().empty());
 }
 
-TEST_F(PolicyFileFormat, SamePairInDifferentTaskGroups_OnlyTheFirstIsReachableAndEachOtherIsLogged)
+TEST_F(PolicyFileFormat, SamePairInDifferentTaskGroups_OnlyTheFirstIsReachableAndEveryOtherOneIsLogged)
 {
     LogCapture log;
     ASSERT_EQ(LoadText(Root("<TaskRoot><TaskGroup SoftwareID='A' TaskID='1'><Task TaskVersion='first'/></TaskGroup>"

@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "ActingObjects.h"
 #include "PolicyFileTest.h"
+#include "tests/support/ActingObjects.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::test {
@@ -54,7 +54,7 @@ const Add kAdds[] = {
      }},
 };
 
-/// When the file calls the object, other than to release it.
+/// When the file calls the object, except for its release.
 struct Moment {
     const char* name;
     std::function<void()> Actions::*when;
@@ -134,7 +134,7 @@ TEST_F(HostileObjects, ExceptionOfAnObject_BecomesTheGuardsCodeAndItsLogLine)
     }
 }
 
-TEST_F(HostileObjects, MemoryThatAnObjectHasNot_IsOutOfMemory)
+TEST_F(HostileObjects, LackOfMemoryInAnObject_IsOutOfMemory)
 {
     for (const Add& add : kAdds) {
         for (const Moment& moment : kMoments) {
@@ -201,7 +201,7 @@ TEST_F(HostileObjects, FileLoadedWhileAnObjectIsAsked_StaysAsLoadedAndTheAddFail
             LogCapture log;
             EXPECT_EQ(Run(add, actions), result::NotInitialised);
             EXPECT_EQ(LastErrorDescription(), u"The file was loaded again while the object was asked for its data.");
-            EXPECT_TRUE(log.Take().empty()) << "no entry came into an index twice";
+            EXPECT_TRUE(log.Take().empty()) << "no entry was put into an index twice";
             EXPECT_EQ(m_references, 0U);
             EXPECT_EQ(Buffer(), kOther);
             EXPECT_EQ(m_file.FindPolicy(u"O"), 0);

@@ -130,7 +130,7 @@ TEST_F(PolicyEdits, ReplacingTheFirstOfTwoWithTheSameID_LeavesTheSecondWhereItIs
                                   "\"><Product SoftwareID='B'/><Product SoftwareID='A' which='2'/>"
                                   "<Product SoftwareID='A' which='1'/></Policy></PolicyGroup></PolicyRoot></R>");
     EXPECT_NE(m_file.Policy(u"A").Data().text.value().find(u"which='2'"), std::u16string::npos)
-        << "the one that stayed comes first now";
+        << "the one that stayed is the first now";
 }
 
 TEST_F(PolicyEdits, NewPolicy_GoesIntoTheFirstPolicyElementOfALaterRootWhenNoEarlierRootHasOne)
@@ -165,7 +165,7 @@ TEST_F(PolicyEdits, EditsOfPolicies_CheckReadOnlyThenLoadedThenTheObject)
     const TaskClient task = m_file.NewTask(u"A", u"1");
     IPolicyFile* const file = m_file.Object();
 
-    // A new object is read-only, and that is told before anything else.
+    // A new object is read-only, and that is reported before anything else.
     EXPECT_EQ(file->AddPolicy(nullptr, 0), result::ReadOnly);
     EXPECT_EQ(file->AddPolicy(product.Object(), 0), result::ReadOnly);
     EXPECT_EQ(file->RemovePolicy(nullptr), result::ReadOnly);

@@ -1,4 +1,4 @@
-// Results that no file and no client leads to: derived classes bring about what they stand for.
+// Results that no file and no client leads to: derived classes cause them.
 
 #include <stdexcept>
 

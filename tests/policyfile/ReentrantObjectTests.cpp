@@ -1,7 +1,7 @@
 // AddPolicy and AddTask of objects that call the file back, on the same thread, while they are asked for their data.
 
 #include "PolicyFileTest.h"
-#include "tests/support/ReentrantObjects.h"
+#include "tests/support/ActingObjects.h"
 
 namespace zupm::test {
 
@@ -24,21 +24,21 @@ protected:
 
     HRESULT AddProduct(std::function<void()> onId, std::function<void()> onData)
     {
-        ReentrantProduct product({0, u"A"}, kProductData, std::move(onId), std::move(onData));
+        ActingProduct product({0, u"A"}, kProductData);
+        product.actions = {.onId = std::move(onId), .onData = std::move(onData)};
         const HRESULT code = m_file.Object()->AddPolicy(&product, 1);
         EXPECT_EQ(product.References(), 0U);
         return code;
     }
     HRESULT AddTask(std::function<void()> onId, std::function<void()> onData)
     {
-        ReentrantTask task({0, u"A"}, {0, u"1"}, kTaskData, std::move(onId), std::move(onData));
+        ActingTask task({0, u"A"}, {0, u"1"}, kTaskData);
+        task.actions = {.onId = std::move(onId), .onData = std::move(onData)};
         const HRESULT code = m_file.Object()->AddTask(&task, 1);
         EXPECT_EQ(task.References(), 0U);
         return code;
     }
 };
-
-void Nothing() {}
 
 }  // namespace
 
@@ -72,10 +72,10 @@ TEST_F(ReentrantObjects, TaskThatLooksItselfUp_IsThereWhenAskedForItsIDAndGoneWh
 
 TEST_F(ReentrantObjects, EntryAddedWhileDataIsAsked_IsInTheFileToo)
 {
-    EXPECT_EQ(AddProduct(Nothing, [&] { EXPECT_EQ(m_file.Add(m_file.NewPolicy(u"B")), 0); }), 0);
+    EXPECT_EQ(AddProduct(nullptr, [&] { EXPECT_EQ(m_file.Add(m_file.NewPolicy(u"B")), 0); }), 0);
     EXPECT_EQ(m_file.FindPolicy(u"A"), 0);
     EXPECT_EQ(m_file.FindPolicy(u"B"), 0);
-    EXPECT_EQ(AddTask(Nothing, [&] { EXPECT_EQ(m_file.Add(m_file.NewTask(u"B", u"2")), 0); }), 0);
+    EXPECT_EQ(AddTask(nullptr, [&] { EXPECT_EQ(m_file.Add(m_file.NewTask(u"B", u"2")), 0); }), 0);
     EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s, u"B/2"s}));
 }
 
@@ -85,7 +85,7 @@ TEST_F(ReentrantObjects, EntryAddedAndRemovedWhileDataIsAsked_LeavesNoTrace)
         EXPECT_EQ(m_file.Add(m_file.NewTask(u"B", u"2")), 0);
         EXPECT_EQ(m_file.RemoveTask(u"B", u"2"), 0);
     };
-    EXPECT_EQ(AddTask(Nothing, addAndRemove), 0);
+    EXPECT_EQ(AddTask(nullptr, addAndRemove), 0);
     EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s}));
 }
 

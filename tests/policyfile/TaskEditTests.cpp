@@ -77,7 +77,7 @@ TEST_F(TaskEdits, NewTask_GetsAGroupOfItsOwnAtTheEndOfTheFirstTaskRoot)
     const std::size_t group = text.find("</TaskGroup><TaskGroup Path=\"0_4\" TaskID=\"9\"");
     ASSERT_NE(group, std::string::npos) << text;
     EXPECT_TRUE(text.ends_with("</Task></TaskGroup></TaskRoot><TaskRoot/></R>")) << text;
-    EXPECT_EQ(text.substr(0, group), std::string(kFile).substr(0, group)) << "what stands before is untouched";
+    EXPECT_EQ(text.substr(0, group), std::string(kFile).substr(0, group)) << "what precedes the group is untouched";
     EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s, u"A/2"s, u"B/9"s}));
 }
 
@@ -134,7 +134,7 @@ TEST_F(TaskEdits, ReplacedTaskOfAGroupWithTwo_LeavesOneTaskInTheGroup)
     EXPECT_EQ(text.find("<Task/>"), std::string::npos);
 }
 
-TEST_F(TaskEdits, ReplacedTask_TakesEverythingElseOutOfItsGroupTextsAndCommentsToo)
+TEST_F(TaskEdits, ReplacedTask_LeavesNothingElseInItsGroup)
 {
     const FixedClock clock;
     ASSERT_EQ(LoadText("<R><TaskRoot><TaskGroup SoftwareID='A' TaskID='1'>before<!-- c --><Other/><Task PathID='7' "

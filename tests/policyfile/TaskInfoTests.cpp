@@ -64,7 +64,7 @@ TEST_F(PolicyFileTasks, OneTask_IsFirstAndThenTheEndIsReported)
     EXPECT_EQ(tasks.First(), (PairResult{0, u"A", u"1"})) << "it starts over";
 }
 
-TEST_F(PolicyFileTasks, Pairs_ComeInCodeUnitOrderOfSoftwareIDAndThenTaskID)
+TEST_F(PolicyFileTasks, Pairs_AreReturnedInCodeUnitOrderOfSoftwareIDAndThenTaskID)
 {
     LoadTasks({{"a", "1"}, {"B", "1"}, {"A", "2"}, {"A", "10"}, {"A", ""}, {"\U0001F600", "x"}, {"\uFF5E", "x"}});
     // A character outside the BMP begins with a surrogate, which is less than U+FF5E.

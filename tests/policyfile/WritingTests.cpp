@@ -97,7 +97,7 @@ TEST_F(PolicyFileWriting, UseInternal_NeverChangesWhereTheFileIsWritten)
     }
 }
 
-TEST_F(PolicyFileWriting, FileOpenedReadOnly_IsWrittenAllTheSame)
+TEST_F(PolicyFileWriting, FileOpenedReadOnly_IsStillWritten)
 {
     ASSERT_EQ(LoadText("<R><PolicyRoot/></R>", 1), 0);
     EXPECT_EQ(m_file.Write(m_folder.Path(u"policy.xml")), 0);
@@ -144,7 +144,7 @@ TEST_F(PolicyFileWriting, EncodingOfTheLastFileRead_IsTheOneWritten)
     EXPECT_EQ(WriteOut(), "<R/>");
 }
 
-TEST_F(PolicyFileWriting, Buffer_HoldsTheDocumentAsItStandsWithoutStamps)
+TEST_F(PolicyFileWriting, Buffer_IsTheDocumentWithoutNewStamps)
 {
     const std::string text = "<R>\r\n\t<PolicyRoot version='7x' /><!-- \xC3\xA4 --></R>\n";
     ASSERT_EQ(LoadText(text), 0);

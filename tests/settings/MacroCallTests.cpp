@@ -32,7 +32,7 @@ TEST_F(MacroCalls, PassTheValueBothMarksTheFlagOneAndTheContextInvalid)
     EXPECT_EQ(g_calls, (std::vector<MacroCall>{{u"<x>", u"<", u">", 1, u"invalid"}, {u"", u"<", u">", 1, u"invalid"}}));
 }
 
-TEST_F(MacroCalls, AreNotMadeForAValueThatIsNotThere)
+TEST_F(MacroCalls, AreNotMadeForAMissingValue)
 {
     Load("<P/>");
     MakeCursor();

@@ -31,7 +31,7 @@ TEST_F(StoreExport, ASectionWithoutSettingsWritesNothing)
     EXPECT_EQ(File(), "no file");
 }
 
-TEST_F(StoreExport, SettingsComeInCodeUnitOrder)
+TEST_F(StoreExport, SettingsAreWrittenInCodeUnitOrder)
 {
     Load(R"(<P><Section name="b"><Setting name="z">1</Setting><Setting name="Z">2</Setting></Section>
         <Section name="C"><Setting name="y">3</Setting></Section></P>)");
@@ -56,7 +56,7 @@ TEST_F(StoreExport, NamesThatAreOneInAnIniFileAreReportedAsDuplicates)
     EXPECT_EQ(File(), "[s]\r\na=1\r\nb=4\r\n");
 }
 
-TEST_F(StoreExport, ANameThatComesAgainWithTheSameValueIsNotReported)
+TEST_F(StoreExport, ANameRepeatedWithTheSameValueIsNotReported)
 {
     Load(R"(<P><Section name="S"><Setting name="A">1</Setting><Setting name="a">1</Setting></Section>
         <Section name="s"><Setting name="a">1</Setting></Section>

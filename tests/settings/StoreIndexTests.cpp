@@ -8,6 +8,40 @@ using StoreIndex = ContainerTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// A section with an entry for "Empty" that refers to nothing.
+class HollowSection : public CElementMap {
+public:
+    HollowSection() { InsertNothing(u"Empty"); }
+};
+
+/// A store with an entry for "Lost" that has no settings map, and a section "Hollow".
+class HollowStore : public CXMLDataObject {
+public:
+    explicit HollowStore(const AdvXMLParser::Element& container) : CXMLDataObject(container, nullptr)
+    {
+        EXPECT_EQ(Initialize(), result::Success);
+        Sections()[u"Lost"] = nullptr;
+        Sections()[u"Hollow"] = std::make_unique<HollowSection>();
+    }
+};
+
+TEST_F(StoreIndex, EmptyEntries_ReadAsNotCreated)
+{
+    Load("<P/>");
+    HollowStore store(Root());
+    for (const auto& [section, setting] : {std::pair(u"Lost", u"A"), std::pair(u"Hollow", u"Empty")}) {
+        result::Code code = result::Success;
+        EXPECT_TRUE(store.GetSetting(section, setting, code).IsNull());
+        EXPECT_EQ(code, result::NotCreated);
+        std::u16string value = u"untouched";
+        EXPECT_EQ(store.GetSettingValue(section, setting, value), result::NotCreated);
+        EXPECT_EQ(value, u"untouched");
+        EXPECT_EQ(store.RemoveSetting(section, setting), result::NotCreated);
+        EXPECT_EQ(store.SetSettingValue(section, setting, u"1", 0), result::SettingNotFound);
+    }
+    EXPECT_EQ(Text(), "<P/>");
+}
+
 TEST_F(StoreIndex, ANewStoreFindsNothingUntilItIsInitialised)
 {
     Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");
@@ -25,48 +59,6 @@ TEST_F(StoreIndex, TheOwnerLinkIsKeptAsItIs)
     Load("<P/>");
     const int owner = 0;
     EXPECT_EQ(CXMLDataObject(Root(), &owner).OwnerLink(), &owner);
-}
-
-TEST_F(StoreIndex, SectionsOfOneNameAreMergedAndTheFirstSettingWins)
-{
-    Load(R"(<P>
-        <Section name="S"><Setting name="Both">first</Setting><Setting name="A">a</Setting></Section>
-        <Section name="S"><Setting name="Both">second</Setting><Setting name="B">b</Setting></Section>
-    </P>)");
-    OpenStore();
-    EXPECT_EQ(Value(u"S", u"A"), "a");
-    EXPECT_EQ(Value(u"S", u"B"), "b");
-    EXPECT_EQ(Value(u"S", u"Both"), "first");
-}
-
-TEST_F(StoreIndex, MergingLogsOneLineForTheSectionAndOneForEverySettingThatBothHold)
-{
-    Load(R"(<P>
-        <Section name="S"><Setting name="Both">first</Setting><Setting name="A">a</Setting></Section>
-        <Section name="S"><Setting name="Both">second</Setting><Setting name="B">b</Setting></Section>
-    </P>)");
-    CXMLDataObject store(Root(), nullptr);
-    ASSERT_EQ(store.Initialize(), result::Success);
-    EXPECT_THAT(
-        m_log.Take(),
-        ElementsAre(LogLine{8, "CXMLDataObject::Initialize() -- Section S exists already in the section map"},
-                    LogLine{8,
-                            "CXMLDataObject::Initialize() -- Setting Both exists already in the setting map for "
-                            "the section S"}));
-}
-
-TEST_F(StoreIndex, ARepeatedSettingOfOneSectionIsLoggedAndTheFirstWins)
-{
-    Load(R"(<P><Section name="S"><Setting name="A">1</Setting><Setting name="A">2</Setting></Section></P>)");
-    CXMLDataObject store(Root(), nullptr);
-    ASSERT_EQ(store.Initialize(), result::Success);
-    EXPECT_THAT(
-        m_log.Take(),
-        ElementsAre(LogLine{
-            8, "CXMLDataObject::Initialize() -- Setting A exists already in the setting map for the section S"}));
-    std::u16string value;
-    EXPECT_EQ(store.GetSettingValue(u"S", u"A", value), result::Success);
-    EXPECT_EQ(value, u"1");
 }
 
 TEST_F(StoreIndex, DuplicateLinesNameTheWholeNames)
@@ -122,24 +114,6 @@ TEST_F(StoreIndex, TheEmptyNameIsAName)
     Load(R"(<P><Section name=""><Setting name="">nothing</Setting></Section></P>)");
     OpenStore();
     EXPECT_EQ(Value(u"", u""), "nothing");
-}
-
-TEST_F(StoreIndex, NamesAreComparedExactly)
-{
-    Load(R"(<P><Section name="S"><Setting name="A">upper</Setting><Setting name="a">lower</Setting></Section>
-        <Section name="s"><Setting name=" A">blank</Setting></Section></P>)");
-    OpenStore();
-    const struct {
-        std::u16string_view section;
-        std::u16string_view setting;
-        const char* expected;
-    } rows[] = {
-        {u"S", u"A", "upper"},      {u"S", u"a", "lower"},       {u"s", u" A", "blank"},
-        {u"s", u"A", "code -1201"}, {u"S ", u"A", "code -1200"}, {u"X", u"A", "code -1200"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Value(row.section, row.setting), row.expected);
-    }
 }
 
 TEST_F(StoreIndex, AValueIsReadFromItsElementAndNeverKept)

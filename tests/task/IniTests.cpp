@@ -29,7 +29,7 @@ protected:
         return task.Object()->WriteTaskDataToIniFile(path.Get());
     }
     [[nodiscard]] std::string Bytes() const { return m_folder.Read(u"task.ini"); }
-    /// What stands after the section "Task" of a new task, as text: in which encoding a file holds what ASCII cannot is
+    /// What follows the section "Task" of a new task, as text: in which encoding a file holds what ASCII cannot is
     /// the target's own affair (UTF-8; the code page; UTF-16 for what that lacks).
     [[nodiscard]] std::u16string TextAfterTask() const
     {
@@ -92,7 +92,7 @@ TEST_F(TaskIni, HasValuesRawWithoutMacroExpansion)
     EXPECT_EQ(TextAfterTask(), u"[S]\r\nx=<Macro> & \"q\" \U0001F600\r\n");
 }
 
-TEST_F(TaskIni, LetsSettingsOfTheSectionTaskReplaceTheIdentityFields)
+TEST_F(TaskIni, HasSettingsOfTheSectionTaskInPlaceOfTheIdentityFields)
 {
     LoadGroups(
         "<TaskGroup SoftwareID='S' TaskID='T' DisplayName='attribute'><Task><Section name='Task'>"

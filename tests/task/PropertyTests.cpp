@@ -95,7 +95,7 @@ TEST_F(TaskProperties, PriorityIsASigned32BitNumber)
     }
 }
 
-TEST_F(TaskProperties, WithoutAPutOrAGetSayMemberNotFound)
+TEST_F(TaskProperties, WithoutAPutOrGet_GiveMemberNotFound)
 {
     EXPECT_EQ(MemberCall(m_task.Get(), u"Version").In(u"x").Put().code, DISP_E_MEMBERNOTFOUND);
     EXPECT_EQ(MemberCall(m_task.Get(), u"TaskData").In(u"x").Put().code, DISP_E_MEMBERNOTFOUND);
@@ -133,7 +133,7 @@ TEST_F(TaskProperties, GetVersion_OverwritesTheSlotWithoutFreeingWhatItHeld)
     EXPECT_EQ(version.Text(), u"");
 }
 
-TEST_F(TaskProperties, AFailureSaysWhyAndASuccessClearsIt)
+TEST_F(TaskProperties, AFailureLeavesErrorInformationAndASuccessClearsIt)
 {
     OutText slot;
     const Bstr name(u"x");

@@ -106,7 +106,7 @@ TEST_F(TaskData, WritesThePriorityAsSignedDecimal)
     }
 }
 
-TEST_F(TaskData, OfATaskFromAFileHasTheTasksOwnPartsAsTheyStood)
+TEST_F(TaskData, OfATaskFromAFileKeepsTheTasksOwnPartsUnchanged)
 {
     LoadGroups(kFileTask);
     const std::string data = Data(m_file.Task(u"S", u"T"));

@@ -15,7 +15,7 @@ protected:
 
 }  // namespace
 
-TEST_F(UnloadedTask, TextIsRefusedForWantOfATaskAndLeftAlone)
+TEST_F(UnloadedTask, TextIsRefusedWithoutATaskAndLeftUntouched)
 {
     std::u16string text = u"untouched";
     EXPECT_EQ(m_data.GetTaskDataXml(text), result::ElementMissing);
@@ -59,6 +59,18 @@ TEST_F(UnloadedTask, AfterDeinitialiseATaskIsUnloadedAgainAndKeepsItsFields)
     EXPECT_EQ(m_data.Deinitialize(), 0);
     EXPECT_EQ(m_data.GetTaskDataXml(text), result::ElementMissing);
     EXPECT_EQ(m_data.Fields().taskId, u"1");
+}
+
+TEST_F(UnloadedTask, AMissingAttributeLeavesTheFieldOfAnEarlierLoad)
+{
+    std::u16string detail;
+    ASSERT_EQ(
+        m_data.Initialize(u"<X><TaskGroup TaskID='1' TaskType='t' TaskPriority='5'><Task/></TaskGroup></X>", detail),
+        0);
+    ASSERT_EQ(m_data.Initialize(u"<X><TaskGroup TaskID='2'><Task/></TaskGroup></X>", detail), 0);
+    EXPECT_EQ(m_data.Fields().taskId, u"2");
+    EXPECT_EQ(m_data.Fields().taskType, u"t");
+    EXPECT_EQ(m_data.Fields().priority, 5);
 }
 
 }  // namespace zupm::test

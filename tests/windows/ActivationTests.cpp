@@ -12,6 +12,7 @@
 
 #include "tests/support/Bstr.h"
 #include "tests/support/ComPtr.h"
+#include "tests/support/OuterObject.h"
 #include "tests/support/TempFolder.h"
 #include "tests/windows/Registration.h"
 
@@ -57,25 +58,6 @@ void UseProduct(IPolicyProduct& product)
     EXPECT_EQ(read.Text(), value.Text());
     EXPECT_EQ(product.GetSectionSetting(name.Get(), name.Get(), read.Slot()), result::SectionNotFound);
 }
-
-/// The outer half of an aggregate: its identity, and the inner object's interfaces.
-class Outer final : public IUnknown {
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override
-    {
-        if (iid == IID_IUnknown) {
-            *out = static_cast<IUnknown*>(this);
-            AddRef();
-            return S_OK;
-        }
-        return inner->QueryInterface(iid, out);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references; }
-
-    ComPtr<IUnknown> inner;
-    std::atomic<ULONG> references{1};
-};
 
 class ActivationTest : public testing::Test {
 protected:
@@ -228,7 +210,7 @@ TEST_F(ActivationTest, AnAggregatedObject_SharesTheOuterObjectsIdentityAndLifeti
 {
     InApartment(COINIT_MULTITHREADED, [] {
         for (const CLSID& clsid : {CLSID_TaskInfo, CLSID_PolicyTask, CLSID_PolicyProduct, CLSID_PolicyFile}) {
-            Outer outer;
+            OuterObject outer;
             ASSERT_EQ(CoCreateInstance(clsid, &outer, CLSCTX_INPROC_SERVER, IID_IUnknown, outer.inner.PutVoid()), S_OK);
             ComPtr<IDispatch> dispatch;
             ASSERT_EQ(outer.QueryInterface(IID_IDispatch, dispatch.PutVoid()), S_OK);
@@ -246,7 +228,7 @@ TEST_F(ActivationTest, AnAggregatedObject_SharesTheOuterObjectsIdentityAndLifeti
 TEST_F(ActivationTest, AnAggregatedObject_MustBeAskedForItsUnknown)
 {
     InApartment(COINIT_MULTITHREADED, [] {
-        Outer outer;
+        OuterObject outer;
         ComPtr<IPolicyFile> file;
         EXPECT_EQ(CreateIn(file, &outer), CLASS_E_NOAGGREGATION);
         EXPECT_FALSE(file);

@@ -9,10 +9,10 @@ namespace zupm::test {
 
 /// When an object acts; each action runs before the answer, and what it throws passes out.
 struct Actions {
-    std::function<void()> onQuery;
-    std::function<void()> onRelease;
-    std::function<void()> onId;
-    std::function<void()> onData;
+    std::function<void()> onQuery = {};
+    std::function<void()> onRelease = {};
+    std::function<void()> onId = {};
+    std::function<void()> onData = {};
 
     static void Run(const std::function<void()>& action)
     {

@@ -9,7 +9,7 @@
 namespace zupm {
 
 /// Stores the value of a setting of `data` (a CPolicyData or CTaskData) as StoreString does. BadArgument for a null
-/// slot; else the data's code, with the slot as it was on failure. The caller holds the lock of the object around it.
+/// slot; otherwise the data's code. The slot is untouched on failure. The caller holds the lock of the data's object.
 template <class Data>
 [[nodiscard]] result::Code StoreSetting(Data& data, std::u16string_view section, BSTR name, BSTR* slot)
 {
@@ -19,7 +19,8 @@ template <class Data>
     std::u16string value;
     const result::Code code = data.GetSectionSetting(section, TextOf(name), value);
     if (code >= 0) {
-        // Memory running out here goes unreported: the slot is null then.
+        // Given: see docs/given-oddities.md, "a buffer never fails".
+        // A lack of memory is not reported here: it leaves the slot null.
         static_cast<void>(StoreString(slot, value));
     }
     return code;
