@@ -1,4 +1,4 @@
-#include "client/Entry.h"
+#include "tools/zupolicy/client/Entry.h"
 
 namespace zupm::tool {
 

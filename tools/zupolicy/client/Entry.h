@@ -8,9 +8,9 @@
 #include <string_view>
 #include <utility>
 
-#include "com/Bstr.h"
-#include "com/CallError.h"
-#include "com/ComPtr.h"
+#include "tools/zupolicy/client/Bstr.h"
+#include "tools/zupolicy/client/CallError.h"
+#include "tools/zupolicy/client/ComPtr.h"
 
 namespace zupm::tool {
 

@@ -1,7 +1,7 @@
 /// One product's policy.
 #pragma once
 
-#include "client/Entry.h"
+#include "tools/zupolicy/client/Entry.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {

@@ -1,10 +1,10 @@
-#include "client/PolicyFile.h"
+#include "tools/zupolicy/client/PolicyFile.h"
 
 #include <filesystem>
 
-#include "client/PolicyEntry.h"
-#include "com/ObjectFactory.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/Component.h"
+#include "tools/zupolicy/client/PolicyEntry.h"
+#include "tools/zupolicy/client/Utf8.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {

@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include "client/Entry.h"
-#include "client/TaskEntry.h"
-#include "com/ComPtr.h"
-#include "model/Target.h"
+#include "tools/zupolicy/client/ComPtr.h"
+#include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/client/TaskEntry.h"
 
 namespace zupm::tool {
 

@@ -1,8 +1,8 @@
-#include "client/TaskEntry.h"
+#include "tools/zupolicy/client/TaskEntry.h"
 
 #include <utility>
 
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/Utf8.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {

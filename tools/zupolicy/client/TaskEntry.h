@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "client/Entry.h"
-#include "model/Change.h"
-#include "model/TaskFields.h"
+#include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/TaskFields.h"
+#include "tools/zupolicy/report/Change.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {

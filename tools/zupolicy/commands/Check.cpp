@@ -1,9 +1,9 @@
-#include "client/Contents.h"
-#include "com/CallError.h"
-#include "commands/Commands.h"
-#include "output/CheckText.h"
-#include "output/Json.h"
-#include "text/FilePosition.h"
+#include "tools/zupolicy/client/CallError.h"
+#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/report/CheckText.h"
+#include "tools/zupolicy/report/FilePosition.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {

@@ -1,9 +1,9 @@
 /// The commands themselves, one source file each. Failures leave them as Failure.
 #pragma once
 
-#include "ExitCode.h"
-#include "Streams.h"
-#include "commands/Options.h"
+#include "tools/zupolicy/client/ExitCode.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {
 

@@ -1,14 +1,14 @@
-#include "commands/Edit.h"
+#include "tools/zupolicy/commands/Edit.h"
 
 #include <chrono>
 #include <filesystem>
 #include <ostream>
 #include <utility>
 
-#include "commands/WriteToStream.h"
-#include "output/ChangeText.h"
-#include "output/Json.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/WriteToStream.h"
+#include "tools/zupolicy/report/ChangeText.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {

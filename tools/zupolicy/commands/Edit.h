@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "Streams.h"
-#include "client/PolicyFile.h"
-#include "commands/Options.h"
-#include "model/Change.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/Change.h"
+#include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {
 

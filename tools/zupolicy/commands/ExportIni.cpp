@@ -3,14 +3,14 @@
 #include <ostream>
 #include <system_error>
 
-#include "client/Contents.h"
-#include "client/PolicyFile.h"
-#include "commands/Commands.h"
-#include "file/CopyFile.h"
-#include "file/OrdinaryFile.h"
-#include "file/TemporaryFolder.h"
-#include "output/CheckText.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/CopyFile.h"
+#include "tools/zupolicy/client/Files.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/TemporaryFolder.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/report/CheckText.h"
 
 namespace zupm::tool {
 namespace {

@@ -1,10 +1,10 @@
 #include <ostream>
 
-#include "client/Explain.h"
-#include "client/PolicyFile.h"
-#include "commands/Commands.h"
-#include "output/Json.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 

@@ -6,8 +6,8 @@
 #include <variant>
 #include <vector>
 
-#include "model/Target.h"
-#include "model/TaskFields.h"
+#include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/client/TaskFields.h"
 
 namespace zupm::tool {
 

@@ -1,8 +1,8 @@
-#include "client/Explain.h"
-#include "client/PolicyFile.h"
-#include "commands/Commands.h"
-#include "commands/Edit.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/report/Explain.h"
 
 namespace zupm::tool {
 namespace {

@@ -1,13 +1,13 @@
 #include <memory>
 #include <utility>
 
-#include "client/Explain.h"
-#include "client/PolicyFile.h"
-#include "client/TaskEntry.h"
-#include "commands/Commands.h"
-#include "commands/Edit.h"
-#include "text/Utf8.h"
-#include "text/Visible.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/TaskEntry.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
 namespace {

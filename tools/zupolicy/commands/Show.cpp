@@ -1,11 +1,11 @@
 #include <algorithm>
 
-#include "Failure.h"
-#include "client/Contents.h"
-#include "client/Explain.h"
-#include "commands/Commands.h"
-#include "output/Json.h"
-#include "output/ShowText.h"
+#include "tools/zupolicy/client/Failure.h"
+#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Json.h"
+#include "tools/zupolicy/report/ShowText.h"
 
 namespace zupm::tool {
 namespace {

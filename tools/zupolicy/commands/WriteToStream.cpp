@@ -1,11 +1,11 @@
-#include "commands/WriteToStream.h"
+#include "tools/zupolicy/commands/WriteToStream.h"
 
 #include <ostream>
 #include <string>
 
-#include "file/CopyFile.h"
-#include "file/TemporaryFolder.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/CopyFile.h"
+#include "tools/zupolicy/client/TemporaryFolder.h"
+#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 

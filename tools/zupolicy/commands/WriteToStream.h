@@ -3,7 +3,7 @@
 
 #include <iosfwd>
 
-#include "client/PolicyFile.h"
+#include "tools/zupolicy/client/PolicyFile.h"
 
 namespace zupm::tool {
 
