@@ -1,7 +1,7 @@
 #include "tools/zupolicy/client/CallError.h"
 
-#include "tools/zupolicy/client/Bstr.h"
-#include "tools/zupolicy/client/ComPtr.h"
+#include <zuPolicyManager/Owners.h>
+
 #include "tools/zupolicy/client/ResultNames.h"
 #include "tools/zupolicy/client/Utf8.h"
 
@@ -59,7 +59,7 @@ std::string TakeDescription(result::Code code)
 {
     ComPtr<IErrorInfo> info;
     Bstr description;
-    if (GetErrorInfo(0, info.Slot()) == S_OK && info && info->GetDescription(description.Slot()) >= 0) {
+    if (GetErrorInfo(0, info.Put()) == S_OK && info && info->GetDescription(description.Put()) >= 0) {
         if (std::string text = ToUtf8(description.Text()); !text.empty()) {
             return text;
         }

@@ -1,9 +1,8 @@
 /// Creates the component's objects: the only place of the tool that differs between the targets.
 #pragma once
 
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
-
-#include "tools/zupolicy/client/ComPtr.h"
 
 namespace zupm::tool {
 
@@ -15,7 +14,7 @@ template <typename Interface>
 [[nodiscard]] ComPtr<Interface> Create(REFCLSID clsid, REFIID iid)
 {
     ComPtr<Interface> object;
-    CreateObject(clsid, iid, object.VoidSlot());
+    CreateObject(clsid, iid, object.PutVoid());
     return object;
 }
 

@@ -35,7 +35,7 @@ GetClassObject FindEntry()
 HRESULT CreateThrough(GetClassObject entry, REFCLSID clsid, REFIID iid, void** out)
 {
     ComPtr<IClassFactory> factory;
-    const HRESULT result = entry(clsid, IID_IClassFactory, factory.VoidSlot());
+    const HRESULT result = entry(clsid, IID_IClassFactory, factory.PutVoid());
     return result < 0 ? result : factory->CreateInstance(nullptr, iid, out);
 }
 

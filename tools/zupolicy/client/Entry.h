@@ -1,6 +1,7 @@
 /// A policy or a task, as the component hands it out.
 #pragma once
 
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <optional>
@@ -8,9 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/zupolicy/client/Bstr.h"
 #include "tools/zupolicy/client/CallError.h"
-#include "tools/zupolicy/client/ComPtr.h"
 
 namespace zupm::tool {
 

@@ -14,7 +14,7 @@ template <typename Interface>
 ComPtr<Interface> QueryFor(IUnknown& object, REFIID iid, const std::string& subject)
 {
     ComPtr<Interface> wanted;
-    Check(object.QueryInterface(iid, wanted.VoidSlot()), subject);
+    Check(object.QueryInterface(iid, wanted.PutVoid()), subject);
     return wanted;
 }
 
@@ -78,7 +78,7 @@ std::unique_ptr<Entry> PolicyFile::FindPolicy(const Target& target)
 {
     const std::string subject = SubjectFor(target);
     ComPtr<IUnknown> object;
-    Check(m_file->GetPolicy(Bstr(FromUtf8(target.softwareId)).Get(), object.Slot()), subject);
+    Check(m_file->GetPolicy(Bstr(FromUtf8(target.softwareId)).Get(), object.Put()), subject);
     return std::make_unique<PolicyEntry>(QueryFor<IPolicyProduct>(*object.Get(), IID_IPolicyProduct, subject), subject);
 }
 
@@ -86,7 +86,7 @@ std::unique_ptr<TaskEntry> PolicyFile::FindTask(const Target& target)
 {
     const std::string subject = SubjectFor(target);
     ComPtr<IUnknown> object;
-    Check(m_file->GetTask(Bstr(FromUtf8(target.softwareId)).Get(), Bstr(FromUtf8(*target.taskId)).Get(), object.Slot()),
+    Check(m_file->GetTask(Bstr(FromUtf8(target.softwareId)).Get(), Bstr(FromUtf8(*target.taskId)).Get(), object.Put()),
           subject);
     return std::make_unique<TaskEntry>(QueryFor<IPolicyTask>(*object.Get(), IID_IPolicyTask, subject), subject);
 }

@@ -1,13 +1,13 @@
 /// A policy file that is open in this process.
 #pragma once
 
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <chrono>
 #include <memory>
 #include <string>
 
-#include "tools/zupolicy/client/ComPtr.h"
 #include "tools/zupolicy/client/Entry.h"
 #include "tools/zupolicy/client/Target.h"
 #include "tools/zupolicy/client/TaskEntry.h"
