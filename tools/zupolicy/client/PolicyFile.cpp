@@ -3,9 +3,8 @@
 #include <filesystem>
 
 #include "tools/zupolicy/client/Component.h"
-#include "tools/zupolicy/client/PolicyEntry.h"
+#include "tools/zupolicy/client/Entry.h"
 #include "tools/zupolicy/client/Utf8.h"
-#include "zuPolicyManager/zuPolicyManager.h"
 
 namespace zupm::tool {
 namespace {

@@ -10,7 +10,6 @@
 
 #include "tools/zupolicy/client/Entry.h"
 #include "tools/zupolicy/client/Target.h"
-#include "tools/zupolicy/client/TaskEntry.h"
 
 namespace zupm::tool {
 

@@ -7,7 +7,7 @@
 
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/WriteToStream.h"
-#include "tools/zupolicy/report/ChangeText.h"
+#include "tools/zupolicy/report/Change.h"
 #include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {

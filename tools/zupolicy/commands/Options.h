@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "tools/zupolicy/client/Target.h"
-#include "tools/zupolicy/client/TaskFields.h"
 
 namespace zupm::tool {
 

@@ -1,8 +1,8 @@
 #include <memory>
 #include <utility>
 
+#include "tools/zupolicy/client/Entry.h"
 #include "tools/zupolicy/client/PolicyFile.h"
-#include "tools/zupolicy/client/TaskEntry.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"

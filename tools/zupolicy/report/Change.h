@@ -9,14 +9,7 @@
 
 namespace zupm::tool {
 
-/// A field of a task that gets another value; a new task has no value before.
-struct FieldChange {
-    std::string name;  ///< as `show --json` names it
-    std::optional<std::string> before;
-    std::string after;
-};
-
-/// One edit of one policy or task. A value that is missing means: there is none before (new) or after (removed).
+/// One edit of one policy or task. A new setting has no value before, a removed one none after.
 struct Change {
     Target target;
     bool createsTarget = false;
@@ -29,5 +22,8 @@ struct Change {
     /// The file that was written; nothing when none was.
     std::optional<std::string> written;
 };
+
+/// One line such as `policy PRODUCTA1000: General/Enabled: "0" -> "1"`, and one for each field of a task that changes.
+[[nodiscard]] std::string ChangeAsText(const Change& change);
 
 }  // namespace zupm::tool

@@ -1,4 +1,4 @@
-#include "tools/zupolicy/report/ChangeText.h"
+#include "tools/zupolicy/report/Change.h"
 
 #include "tools/zupolicy/report/Visible.h"
 
