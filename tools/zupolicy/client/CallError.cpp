@@ -1,12 +1,84 @@
 #include "tools/zupolicy/client/CallError.h"
 
 #include <zuPolicyManager/Owners.h>
+#include <zuPolicyManager/Results.h>
 
-#include "tools/zupolicy/client/ResultNames.h"
+#include <iterator>
+#include <string_view>
+
 #include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
+
+/// The names that the public header gives to the codes, for messages that people search for.
+struct NamedCode {
+    result::Code code;
+    std::string_view name;
+};
+
+constexpr NamedCode kNamedCodes[] = {
+    {result::Success, "Success"},
+    {result::Unexpected, "Unexpected"},
+    {result::AllocationFailed, "AllocationFailed"},
+    {result::NotInitialised, "NotInitialised"},
+    {result::ReadOnly, "ReadOnly"},
+    {result::CursorNotInitialised, "CursorNotInitialised"},
+    {result::BadArgument, "BadArgument"},
+    {result::PlatformException, "PlatformException"},
+    {result::ElementMissing, "ElementMissing"},
+    {result::SyntaxError, "SyntaxError"},
+    {result::ListEmpty, "ListEmpty"},
+    {result::EndOfList, "EndOfList"},
+    {result::RecordMissing, "RecordMissing"},
+    {result::SectionNotFound, "SectionNotFound"},
+    {result::SettingNotFound, "SettingNotFound"},
+    {result::NotCreated, "NotCreated"},
+    {result::SectionStillMissing, "SectionStillMissing"},
+    {result::PolicyNotFound, "PolicyNotFound"},
+    {result::TaskNotFound, "TaskNotFound"},
+    {result::FileLocked, "FileLocked"},
+    {result::FileChanged, "FileChanged"},
+    {result::WrittenNotFlushed, "WrittenNotFlushed"},
+    {result::OwnerNotKept, "OwnerNotKept"},
+    {result::GeneralFailure, "GeneralFailure"},
+    {result::OutOfMemory, "OutOfMemory"},
+    {result::FileNotFound, "FileNotFound"},
+    {result::PathNotFound, "PathNotFound"},
+    {result::TooManyOpenFiles, "TooManyOpenFiles"},
+    {result::AccessDenied, "AccessDenied"},
+    {result::WriteProtected, "WriteProtected"},
+    {result::SharingViolation, "SharingViolation"},
+    {result::NotSupported, "NotSupported"},
+    {result::DiskFull, "DiskFull"},
+    {result::InvalidName, "InvalidName"},
+    {result::NameTooLong, "NameTooLong"},
+    {result::FileTooLarge, "FileTooLarge"},
+    {result::NotValidInItsEncoding, "NotValidInItsEncoding"},
+    {result::QuotaExceeded, "QuotaExceeded"},
+    {result::InputOutputError, "InputOutputError"},
+};
+
+constexpr std::string_view NameOf(result::Code code)
+{
+    for (const NamedCode& row : kNamedCodes) {
+        if (row.code == code) {
+            return row.name;
+        }
+    }
+    return {};
+}
+
+constexpr bool EveryMeaningHasAName()
+{
+    for (const result::Meaning& meaning : result::kMeanings) {
+        if (NameOf(meaning.code).empty()) {
+            return false;
+        }
+    }
+    return std::size(kNamedCodes) == std::size(result::kMeanings);
+}
+static_assert(EveryMeaningHasAName());
 
 ExitCode ExitCodeFor(result::Code code)
 {
@@ -48,13 +120,14 @@ std::string Hex(result::Code code)
 
 std::string MessageFor(result::Code code, const std::string& subject, const std::string& description)
 {
-    // The position of a syntax error begins with the file's name already; saying it twice would break
+    // The position of a syntax error begins with the file's name already; printing it twice would break
     // "file:line:column" for programs that jump to it.
     const bool hasSubject = description.rfind(subject + ":", 0) == 0;
-    return (hasSubject ? description : subject + ": " + description) + " [" + NameOf(code) + ", " + Hex(code) + "]";
+    const std::string name(NameOf(code).empty() ? "unknown code" : NameOf(code));
+    return (hasSubject ? description : subject + ": " + description) + " [" + name + ", " + Hex(code) + "]";
 }
 
-/// The sentence that the failed call left for this thread, else the sentence of its code.
+/// The sentence that the failed call left for this thread, or the sentence of its code.
 std::string TakeDescription(result::Code code)
 {
     ComPtr<IErrorInfo> info;

@@ -1,4 +1,4 @@
-/// Failed calls of the component, told to people.
+/// Failed calls of the component, as messages for people.
 #pragma once
 
 #include <zuPolicyManager/zuPolicyManager.h>
@@ -30,7 +30,7 @@ private:
 };
 
 /// Throws CallError for a negative result, with the thread's error information; returns the result otherwise.
-/// `subject` says what the call was about, such as the file's name.
+/// `subject` names what the call was about, such as the file's name.
 result::Code Check(HRESULT result, const std::string& subject);
 
 }  // namespace zupm::tool

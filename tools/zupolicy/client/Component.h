@@ -1,4 +1,4 @@
-/// Creates the component's objects: the only place of the tool that differs between the targets.
+/// The component in this process: its runtime, and its objects.
 #pragma once
 
 #include <zuPolicyManager/Owners.h>
@@ -17,5 +17,17 @@ template <typename Interface>
     CreateObject(clsid, iid, object.PutVoid());
     return object;
 }
+
+/// Keeps the component runtime started.
+///
+/// Lifetime  Outlives every object of the component.
+/// Errors    The constructor throws Failure when the runtime cannot be started.
+class Runtime {
+public:
+    Runtime();
+    Runtime(const Runtime&) = delete;
+    Runtime& operator=(const Runtime&) = delete;
+    ~Runtime();
+};
 
 }  // namespace zupm::tool

@@ -10,7 +10,7 @@ namespace {
 
 using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
 
-/// Full path of the component beside this program; empty when the system does not tell where the program is.
+/// Full path of the component beside this program; empty when the system does not report where the program is.
 std::wstring ModuleBesideProgram()
 {
     std::wstring path(32768, L'\0');
@@ -41,7 +41,8 @@ HRESULT CreateThrough(GetClassObject entry, REFCLSID clsid, REFIID iid, void** o
 
 }  // namespace
 
-// The component beside the program comes first, so that an unpacked folder works as it stands; else the registered one.
+// The component beside the program comes first, so that an unpacked folder works without registration; the registered
+// one comes next.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out)
 {
     const GetClassObject entry = FindEntry();

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/zupolicy/client/ExitCode.h"
+#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/Streams.h"
 

@@ -1,7 +1,7 @@
 /// The commands themselves, one source file each. Failures leave them as Failure.
 #pragma once
 
-#include "tools/zupolicy/client/ExitCode.h"
+#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/Streams.h"
 

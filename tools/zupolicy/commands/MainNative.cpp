@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/zupolicy/client/ExitCode.h"
+#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/Run.h"
 
 namespace {

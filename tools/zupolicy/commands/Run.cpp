@@ -7,8 +7,8 @@
 #include <string_view>
 #include <variant>
 
+#include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Failure.h"
-#include "tools/zupolicy/client/Runtime.h"
 #include "tools/zupolicy/commands/CommandLine.h"
 #include "tools/zupolicy/commands/Commands.h"
 

@@ -1,6 +1,4 @@
-#include "tools/zupolicy/client/Runtime.h"
-
-#include <zuPolicyManager/zuPolicyManager.h>
+#include "tools/zupolicy/client/Component.h"
 
 #include "tools/zupolicy/client/CallError.h"
 
