@@ -1,6 +1,13 @@
 #include "tools/zupolicy/client/Files.h"
 
+#include <array>
+#include <cstddef>
+#include <fstream>
+#include <ostream>
 #include <string>
+#include <system_error>
+
+#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
@@ -31,6 +38,36 @@ bool IsOrdinaryFile(std::filesystem::path path)
         path = path.parent_path() / std::filesystem::read_symlink(path, error);
     }
     return true;
+}
+
+bool AreSameFile(const std::string& one, const std::string& other)
+{
+    std::error_code ignored;
+    return IsUtf8(one) && IsUtf8(other) &&
+           std::filesystem::equivalent(std::filesystem::path(FromUtf8(one)), std::filesystem::path(FromUtf8(other)),
+                                       ignored);
+}
+
+TemporaryFolder::TemporaryFolder() : m_path(Make()) {}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+void WriteFileTo(std::ostream& out, const std::filesystem::path& path)
+{
+    constexpr std::size_t kPiece = std::size_t{64} << 10;
+    std::array<char, kPiece> piece{};
+    std::ifstream file(path, std::ios::binary);
+    while (file && out) {
+        file.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+        out.write(piece.data(), file.gcount());
+    }
+    if (out && !file.eof()) {
+        throw std::system_error(std::make_error_code(std::errc::io_error));
+    }
 }
 
 }  // namespace zupm::tool

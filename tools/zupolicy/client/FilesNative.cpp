@@ -3,24 +3,17 @@
 #include <string>
 #include <system_error>
 
-#include "tools/zupolicy/client/TemporaryFolder.h"
+#include "tools/zupolicy/client/Files.h"
 
 namespace zupm::tool {
 
-TemporaryFolder::TemporaryFolder()
+std::filesystem::path TemporaryFolder::Make()
 {
     std::string name = (std::filesystem::temp_directory_path() / "zupolicy-XXXXXX").string();
-    // Only the user may enter the folder.
     if (mkdtemp(name.data()) == nullptr) {
         throw std::system_error(errno, std::system_category());
     }
-    m_path = name;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
+    return name;
 }
 
 }  // namespace zupm::tool

@@ -6,7 +6,7 @@
 #include <string>
 #include <system_error>
 
-#include "tools/zupolicy/client/TemporaryFolder.h"
+#include "tools/zupolicy/client/Files.h"
 
 namespace zupm::tool {
 namespace {
@@ -29,18 +29,14 @@ std::wstring UnguessableName()
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() : m_path(std::filesystem::temp_directory_path() / UnguessableName())
+std::filesystem::path TemporaryFolder::Make()
 {
+    std::filesystem::path path = std::filesystem::temp_directory_path() / UnguessableName();
     // The folder above decides who may enter. A name that exists already is an error here, never somebody's folder.
-    if (CreateDirectoryW(m_path.c_str(), nullptr) == 0) {
+    if (CreateDirectoryW(path.c_str(), nullptr) == 0) {
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
     }
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
+    return path;
 }
 
 }  // namespace zupm::tool

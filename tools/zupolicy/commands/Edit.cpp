@@ -1,19 +1,17 @@
 #include "tools/zupolicy/commands/Edit.h"
 
 #include <chrono>
-#include <filesystem>
 #include <ostream>
+#include <string>
 #include <utility>
 
+#include "tools/zupolicy/client/Files.h"
 #include "tools/zupolicy/client/Utf8.h"
-#include "tools/zupolicy/commands/WriteToStream.h"
 #include "tools/zupolicy/report/Change.h"
 #include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {
-
-namespace fs = std::filesystem;
 
 void Commit(PolicyFile& file, const EditOptions& options)
 {
@@ -45,11 +43,19 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
 /// FILE named as the output would be replaced without its lock, and without a look at what it is by then.
 void RequireAnotherFile(const std::string& file, const std::string& output)
 {
-    std::error_code ignored;
-    if (IsUtf8(file) && IsUtf8(output) &&
-        fs::equivalent(fs::path(FromUtf8(file)), fs::path(FromUtf8(output)), ignored)) {
+    if (AreSameFile(file, output)) {
         throw Failure(ExitCode::Usage, output + ": is FILE itself; without --output it is replaced");
     }
+}
+
+/// Writes the document to a stream: the bytes that a file would get, in the document's own encoding. The component
+/// writes files only, so a file in a private folder takes the bytes first.
+void WriteToStream(PolicyFile& file, std::ostream& out)
+{
+    const TemporaryFolder folder;
+    const std::string path = ToUtf8((folder.Path() / "document.xml").u16string());
+    file.Write(path);
+    WriteFileTo(out, folder.Path() / "document.xml");
 }
 
 void Print(const Change& change, const EditOptions& options, Streams streams)

@@ -3,10 +3,8 @@
 #include <ostream>
 #include <system_error>
 
-#include "tools/zupolicy/client/CopyFile.h"
 #include "tools/zupolicy/client/Files.h"
 #include "tools/zupolicy/client/PolicyFile.h"
-#include "tools/zupolicy/client/TemporaryFolder.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
@@ -30,10 +28,9 @@ void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesy
 }
 
 /// Writing settings into the policy file would destroy it.
-void RequireAnotherFile(const std::string& policyFile, const std::string& iniFile, const std::filesystem::path& ini)
+void RequireNotThePolicyFile(const std::string& policyFile, const std::string& iniFile)
 {
-    std::error_code ignored;
-    if (std::filesystem::equivalent(std::filesystem::path(FromUtf8(policyFile)), ini, ignored)) {
+    if (AreSameFile(policyFile, iniFile)) {
         throw Failure(ExitCode::Usage, iniFile + ": is the policy file; name another file for the export");
     }
 }
@@ -49,7 +46,7 @@ void ExportToFile(PolicyFile& file, const ExportIniOptions& options)
     if (!IsOrdinaryFile(ini)) {
         throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; `-` writes to the standard output");
     }
-    RequireAnotherFile(options.file, options.iniFile, ini);
+    RequireNotThePolicyFile(options.file, options.iniFile);
     Export(file, options, ini);
 }
 
@@ -60,7 +57,7 @@ void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostr
         const TemporaryFolder folder;
         const std::filesystem::path ini = folder.Path() / "task.ini";
         Export(file, options, ini);
-        CopyFile(ini, data);
+        WriteFileTo(data, ini);
     } catch (const std::system_error& error) {
         throw Failure(ExitCode::FileError, std::string("a temporary file cannot be used: ") + error.what());
     }

@@ -1,6 +1,6 @@
 #include "tools/zupolicy/report/WarningText.h"
 
-#include "tools/zupolicy/client/contents/IniFields.h"
+#include "tools/zupolicy/client/contents/IniName.h"
 #include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {

@@ -8,7 +8,6 @@
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/DocumentReader.h"
-#include "tools/zupolicy/client/contents/LongPath.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
 #include "tools/zupolicy/client/contents/SourceText.h"
 

@@ -18,4 +18,11 @@ namespace zupm::tool {
     return first == name.npos ? std::string_view() : name.substr(first, name.find_last_not_of(kBlanks) - first + 1);
 }
 
+/// The section that the export of a task writes before the task's settings.
+inline constexpr std::string_view kIniFieldSection = "Task";
+
+/// The task's fields under their names in that section.
+inline constexpr std::string_view kIniFields[] = {"TaskName", "Platforms",         "TaskPriority", "SoftwareName",
+                                                  "TaskID",   "CreatorSoftwareID", "TaskType",     "TaskVersion"};
+
 }  // namespace zupm::tool

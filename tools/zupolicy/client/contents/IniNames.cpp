@@ -7,7 +7,6 @@
 #include <string>
 #include <system_error>
 
-#include "tools/zupolicy/client/contents/IniFields.h"
 #include "tools/zupolicy/client/contents/IniName.h"
 
 namespace zupm::tool {

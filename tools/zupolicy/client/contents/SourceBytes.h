@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 namespace zupm::tool {
@@ -13,5 +14,8 @@ inline constexpr std::uint64_t kLargestSource = 0x7FFFFFFF;
 /// at once: reading it might wait for ever or never end. Throws Failure (FileError), also when the file gets shorter
 /// meanwhile.
 [[nodiscard]] std::string ReadBytes(const std::string& path);
+
+/// The path in a form that the system opens however long it is.
+[[nodiscard]] std::filesystem::path ForOpening(const std::filesystem::path& path);
 
 }  // namespace zupm::tool

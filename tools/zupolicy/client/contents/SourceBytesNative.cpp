@@ -78,4 +78,9 @@ std::string ReadBytes(const std::string& path)
     return bytes;
 }
 
+std::filesystem::path ForOpening(const std::filesystem::path& path)
+{
+    return path;
+}
+
 }  // namespace zupm::tool

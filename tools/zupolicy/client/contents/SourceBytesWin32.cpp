@@ -5,7 +5,6 @@
 
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/Utf8.h"
-#include "tools/zupolicy/client/contents/LongPath.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
 
 namespace zupm::tool {
@@ -76,6 +75,17 @@ std::string ReadBytes(const std::string& path)
         filled += length;
     }
     return bytes;
+}
+
+// Without the prefix a path ends at 260 characters. With it the system takes the path as it is, so it must be complete.
+std::filesystem::path ForOpening(const std::filesystem::path& path)
+{
+    std::wstring full(32768, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    if (full.size() < MAX_PATH || full.starts_with(L"\\\\")) {
+        return path;
+    }
+    return L"\\\\?\\" + full;
 }
 
 }  // namespace zupm::tool
