@@ -1,18 +1,11 @@
 #include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
-#include "tools/zupolicy/report/CheckText.h"
-#include "tools/zupolicy/report/FilePosition.h"
+#include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {
-
-CheckReport BrokenReport(const std::string& path, std::string_view description)
-{
-    const FilePosition position = SplitPosition(path, description);
-    return {path, std::nullopt, position.line, position.column, position.message};
-}
 
 /// A failure's message without the file's name in front: a report names the file itself.
 std::string_view WithoutName(std::string_view message, const std::string& path)

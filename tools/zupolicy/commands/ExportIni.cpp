@@ -8,7 +8,7 @@
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
-#include "tools/zupolicy/report/CheckText.h"
+#include "tools/zupolicy/report/CheckReport.h"
 
 namespace zupm::tool {
 namespace {

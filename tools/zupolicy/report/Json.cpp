@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "tools/zupolicy/report/WarningText.h"
+#include "tools/zupolicy/report/CheckReport.h"
 
 namespace zupm::tool {
 namespace {

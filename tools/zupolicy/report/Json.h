@@ -9,7 +9,7 @@
 #include "tools/zupolicy/report/Change.h"
 #include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/JsonWriter.h"
-#include "tools/zupolicy/report/Selection.h"
+#include "tools/zupolicy/report/ShowText.h"
 
 namespace zupm::tool {
 
