@@ -2,15 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "tools/zupolicy/client/Failure.h"
 
 namespace zupm::tool {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
-/// What the first byte of a sequence tells: its length, its own bits, and the least value that may be written so long.
+/// What the first byte of a sequence means: its length, its own bits, and the least value that needs this length.
 struct Lead {
     std::size_t length;
     char32_t bits;
@@ -39,32 +38,6 @@ bool IsSurrogate(char32_t character)
     return character >= 0xD800 && character < 0xE000;
 }
 
-void AppendUtf16(std::u16string& out, char32_t character)
-{
-    if (character < 0x10000) {
-        out.push_back(static_cast<char16_t>(character));
-        return;
-    }
-    out.push_back(static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10u)));
-    out.push_back(static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FFu)));
-}
-
-/// Takes one character off the front of a UTF-16 text.
-char32_t TakeWideCharacter(std::u16string_view& text)
-{
-    const char32_t first = text.front();
-    text.remove_prefix(1);
-    if (!IsSurrogate(first)) {
-        return first;
-    }
-    if (first >= 0xDC00 || text.empty() || text.front() < 0xDC00 || text.front() > 0xDFFF) {
-        return kReplacement;
-    }
-    const char32_t second = text.front();
-    text.remove_prefix(1);
-    return 0x10000 + ((first - 0xD800) << 10u) + (second - 0xDC00);
-}
-
 }  // namespace
 
 std::optional<char32_t> TakeCharacter(std::string_view& text)
@@ -88,59 +61,13 @@ std::optional<char32_t> TakeCharacter(std::string_view& text)
     return character;
 }
 
-void AppendUtf8(std::string& out, char32_t character)
+std::u16string FromUtf8(std::string_view argument)
 {
-    const auto tail = [&](unsigned shift) { out.push_back(static_cast<char>(0x80u | ((character >> shift) & 0x3Fu))); };
-    if (character < 0x80) {
-        out.push_back(static_cast<char>(character));
-    } else if (character < 0x800) {
-        out.push_back(static_cast<char>(0xC0u | (character >> 6u)));
-        tail(0);
-    } else if (character < 0x10000) {
-        out.push_back(static_cast<char>(0xE0u | (character >> 12u)));
-        tail(6);
-        tail(0);
-    } else {
-        out.push_back(static_cast<char>(0xF0u | (character >> 18u)));
-        tail(12);
-        tail(6);
-        tail(0);
+    std::optional<std::u16string> text = ToUtf16(argument);
+    if (!text) {
+        throw Failure(ExitCode::Usage, "an argument is not valid UTF-8: " + std::string(argument.substr(0, 200)));
     }
-}
-
-bool IsUtf8(std::string_view text)
-{
-    while (!text.empty()) {
-        if (!TakeCharacter(text)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-std::u16string FromUtf8(std::string_view text)
-{
-    const std::string_view whole = text;
-    std::u16string out;
-    out.reserve(text.size());
-    while (!text.empty()) {
-        const std::optional<char32_t> character = TakeCharacter(text);
-        if (!character) {
-            throw Failure(ExitCode::Usage, "an argument is not valid UTF-8: " + std::string(whole.substr(0, 200)));
-        }
-        AppendUtf16(out, *character);
-    }
-    return out;
-}
-
-std::string ToUtf8(std::u16string_view text)
-{
-    std::string out;
-    out.reserve(text.size());
-    while (!text.empty()) {
-        AppendUtf8(out, TakeWideCharacter(text));
-    }
-    return out;
+    return std::move(*text);
 }
 
 }  // namespace zupm::tool
