@@ -63,7 +63,7 @@ TEST_F(NativeTool, AFullStandardOutputIsAFailure)
 {
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"}, {"show", "policy.xml"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
 TEST_F(NativeTool, AnExportToAFullStandardOutputIsAFailure)
@@ -71,7 +71,7 @@ TEST_F(NativeTool, AnExportToAFullStandardOutputIsAFailure)
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
                                 {"export-ini", "policy.xml", "PRODUCTB2000", "-", "--task", "{task-1}"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
 TEST_F(NativeTool, AnExportToADevicePipeOrOpenFileIsRefused)
@@ -169,7 +169,7 @@ TEST_F(NativeTool, AFullStandardOutput_IsAFailureForADocumentToo)
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
                                 {"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "-"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
 TEST_F(NativeTool, WrittenFileWithoutAReport_HasACodeOfItsOwn)
@@ -305,7 +305,7 @@ TEST_F(NativeTool, ReaderThatGoesAway_IsAFailureOfTheReportAndNotOfTheEdit)
     EXPECT_THAT(Decoded(Bytes()), HasSubstr("<Setting name=\"LogLevel\">5</Setting>"));
     EXPECT_EQ(run("show policy.xml"), "4\n");
     EXPECT_EQ(run("set policy.xml PRODUCTB2000 S N 1 --output -"), "4\n");
-    EXPECT_EQ(Bytes(u"messages"), "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(Bytes(u"messages"), "zupolicy: writing to standard output failed\n");
 }
 
 TEST_F(NativeTool, LinkToThePolicyFile_IsNoPlaceForAnExportEither)

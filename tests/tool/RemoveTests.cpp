@@ -89,7 +89,7 @@ TEST_F(Remove, WritesTheDocumentToStandardOutput)
     EXPECT_EQ(Bytes(), before);
     EXPECT_FALSE(Folder().Has(u"-"));
     EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTB2000", "--output", "-", "--json"}),
-                Fails(2, HasSubstr("excludes --json")));
+                Fails(2, HasSubstr("cannot be used with --json")));
 }
 
 TEST_F(Remove, NamesWhatIsMissingAndWhatMayHaveBeenMeant)

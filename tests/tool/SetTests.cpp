@@ -66,8 +66,8 @@ TEST_F(Set, WritesTheDocumentToStandardOutputInItsOwnEncoding)
               "<a>\r\n<PolicyRoot version='1'>\n<PolicyGroup Path='0_4'><Policy><Product "
               "SoftwareID='P'><Section name='S'><Setting name='N'>1</Setting></Section>"
               "</Product></Policy></PolicyGroup></PolicyRoot></a>\r\n");
-    EXPECT_THAT(Tool(lineWith({"--output", "-", "--json"})), Fails(2, HasSubstr("excludes --json")));
-    EXPECT_THAT(Tool(lineWith({"--output", "-", "--dry-run"})), Fails(2, HasSubstr("excludes --dry-run")));
+    EXPECT_THAT(Tool(lineWith({"--output", "-", "--json"})), Fails(2, HasSubstr("cannot be used with --json")));
+    EXPECT_THAT(Tool(lineWith({"--output", "-", "--dry-run"})), Fails(2, HasSubstr("cannot be used with --dry-run")));
 }
 
 TEST_F(Set, NamesTheElementThatANewEntryNeeds)

@@ -79,7 +79,7 @@ PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
         RequireAnotherFile(file, *options.output);
         return PolicyFile(file, Access::Copy);
     }
-    const std::chrono::seconds patience(options.lock.timeoutSeconds);
+    const std::chrono::seconds patience(options.lockTimeoutSeconds);
     try {
         return PolicyFile(file, patience);
     } catch (const CallError& error) {

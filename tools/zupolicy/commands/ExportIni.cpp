@@ -1,5 +1,8 @@
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <ostream>
 #include <system_error>
 
@@ -8,10 +11,17 @@
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/CheckReport.h"
 
 namespace zupm::tool {
 namespace {
+
+struct ExportIniOptions {
+    std::string file;
+    Target target;
+    std::string iniFile;
+};
 
 constexpr const char* kStandardOutput = "-";
 
@@ -99,10 +109,8 @@ void PrintLosses(Messages& messages, const std::string& file, const FileContents
     }
 }
 
-}  // namespace
-
 // The component's document is gone before the records are made, so both are never in memory together.
-ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
+ExitCode RunExportIni(const ExportIniOptions& options, Streams streams)
 {
     Export(options, streams.data);
     try {
@@ -112,5 +120,25 @@ ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
     }
     return ExitCode::Ok;
 }
+
+Action DeclareExportIni(CLI::App& line)
+{
+    const auto options = std::make_shared<ExportIniOptions>();
+    AddFile(line, options->file);
+    AddTarget(line, options->target);
+    line.get_option("--task")->required();
+    line.add_option("INI-FILE", options->iniFile, "The INI file, created when missing; - for standard output")
+        ->required();
+    return [options](Streams streams) { return RunExportIni(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kExportIni{
+    .name = "export-ini",
+    .description = "Write the fields and settings of a task into an INI file, which keeps its other lines",
+    .examples = "  zupolicy export-ini policy.xml PRODUCTA1000 task.ini --task '{task-1}'",
+    .declare = DeclareExportIni,
+};
 
 }  // namespace zupm::tool

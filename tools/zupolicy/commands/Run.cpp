@@ -5,12 +5,10 @@
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <variant>
 
 #include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/CommandLine.h"
-#include "tools/zupolicy/commands/Commands.h"
 
 namespace zupm::tool {
 namespace {
@@ -20,27 +18,22 @@ void Complain(Streams streams, std::string_view text)
     streams.messages.Line("zupolicy: " + std::string(text));
 }
 
-ExitCode Execute(const Command& command, Streams streams)
-{
-    const Runtime runtime;
-    return std::visit([&](const auto& options) { return RunCommand(options, streams); }, command);
-}
-
 ExitCode ParseAndExecute(const std::vector<std::string>& arguments, Streams streams)
 {
     const ParsedLine line = ParseCommandLine(arguments, streams);
-    if (!line.command) {
+    if (!line.action) {
         return line.exitCode;
     }
-    return Execute(*line.command, streams);
+    const Runtime runtime;
+    return line.action(streams);
 }
 
-/// A full disk behind standard output must not look like success.
+/// Standard output on a full disk must not look like success.
 ExitCode Finish(ExitCode code, Streams streams)
 {
     streams.data.flush();
     if (!streams.data && code == ExitCode::Ok) {
-        Complain(streams, "standard output cannot be written");
+        Complain(streams, "writing to standard output failed");
         return ExitCode::Other;
     }
     return code;

@@ -1,4 +1,4 @@
-/// The whole tool behind its entry points.
+/// The whole tool, as its entry points call it.
 #pragma once
 
 #include <iosfwd>
