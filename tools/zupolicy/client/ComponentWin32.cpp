@@ -41,8 +41,8 @@ HRESULT CreateThrough(GetClassObject entry, REFCLSID clsid, REFIID iid, void** o
 
 }  // namespace
 
-// The component beside the program comes first, so that an unpacked folder works without registration; the registered
-// one comes next.
+// Prefers the component beside the program, so that an unpacked folder works without registration, to the registered
+// one.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out)
 {
     const GetClassObject entry = FindEntry();

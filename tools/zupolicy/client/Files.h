@@ -8,13 +8,13 @@
 namespace zupm::tool {
 
 /// True for a regular file and for a name that is free. False for devices, pipes and folders, and for a name that leads
-/// to an open file of this process (`/dev/stdout`): whoever holds that file open would never see the new one.
+/// to an open file of this process (`/dev/stdout`): a program that has that file open would never see the new one.
 [[nodiscard]] bool IsOrdinaryFile(std::filesystem::path path);
 
 /// Whether two UTF-8 paths name one file that exists.
 [[nodiscard]] bool AreSameFile(const std::string& one, const std::string& other);
 
-/// A new, empty folder among the user's temporary files, under a name that nobody can guess.
+/// A new, empty folder among the user's temporary files, under a name that cannot be guessed.
 ///
 /// Lifetime  The destructor removes the folder with everything in it, and ignores what it cannot remove.
 class TemporaryFolder {

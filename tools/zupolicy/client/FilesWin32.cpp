@@ -32,7 +32,7 @@ std::wstring UnguessableName()
 std::filesystem::path TemporaryFolder::Make()
 {
     std::filesystem::path path = std::filesystem::temp_directory_path() / UnguessableName();
-    // The folder above decides who may enter. A name that exists already is an error here, never somebody's folder.
+    // The folder above decides who may enter. A name that exists already is an error, so the folder is always new.
     if (CreateDirectoryW(path.c_str(), nullptr) == 0) {
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
     }

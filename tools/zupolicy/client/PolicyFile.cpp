@@ -33,7 +33,7 @@ bool IsFolder(const std::string& path)
 
 void CheckOpened(HRESULT result, const std::string& path)
 {
-    // The system calls it an access that is denied, or a name that is not valid.
+    // The system reports a denied access, or a name that is not valid.
     if (result < 0 && IsFolder(path)) {
         throw CallError(result, path, "is a folder");
     }
@@ -120,7 +120,12 @@ void PolicyFile::Remove(const Target& target)
 
 void PolicyFile::Write(const std::string& path)
 {
-    Check(m_file->WriteFile(Bstr(FromUtf8(path)).Get(), 0), path);
+    const HRESULT result = m_file->WriteFile(Bstr(FromUtf8(path)).Get(), 0);
+    // The sentence of this code is about reading; the usual reason here is a pipe.
+    if (static_cast<result::Code>(result) == result::NotSupported) {
+        throw CallError(result, path, "Nothing reads from this pipe, or this kind of file cannot be written.");
+    }
+    Check(result, path);
 }
 
 void PolicyFile::Commit(bool force)

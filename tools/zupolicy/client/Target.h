@@ -16,8 +16,7 @@ struct Target {
 /// "policy PRODUCTA1000", or "task PRODUCTA1000 {task-1}", for messages.
 [[nodiscard]] std::string Describe(const Target& target);
 
-/// A task's identity fields, as far as a command line gives them. Fields without a value stay as they are; texts are
-/// UTF-8.
+/// The identity fields of a task that a command line names. The others stay as they are; texts are UTF-8.
 struct TaskFields {
     std::optional<std::string> displayName;
     std::optional<std::string> type;

@@ -22,13 +22,13 @@ void Commit(PolicyFile& file, const EditOptions& options)
             throw;
         }
         throw Failure(ExitCode::Changed, file.Path() +
-                                             ": was changed by something else meanwhile and is left alone "
-                                             "(--force writes it)");
+                                             ": another program changed it in the meantime; it was not overwritten "
+                                             "(--force overwrites it)");
     }
 }
 
-/// A file that would only get new time stamps is left alone, so a job that runs every hour does not touch it every
-/// hour; a file that was asked for by name is always written.
+/// A file that would only get new time stamps is not written, so a job that runs every hour does not write it every
+/// hour. The file of --output is always written.
 void Write(PolicyFile& file, Change& change, const EditOptions& options)
 {
     if (options.output) {
@@ -40,11 +40,11 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
     }
 }
 
-/// FILE named as the output would be replaced without its lock, and without a look at what it is by then.
+/// FILE named as the output would be replaced without its lock, and without a check that it is still the same.
 void RequireAnotherFile(const std::string& file, const std::string& output)
 {
     if (AreSameFile(file, output)) {
-        throw Failure(ExitCode::Usage, output + ": is FILE itself; without --output it is replaced");
+        throw Failure(ExitCode::Usage, output + ": is FILE itself; leave out --output to replace it");
     }
 }
 
@@ -67,7 +67,7 @@ void Print(const Change& change, const EditOptions& options, Streams streams)
     }
     streams.data.flush();
     if (!streams.data && change.written) {
-        throw Failure(ExitCode::Written, *change.written + ": is written, but standard output cannot be written");
+        throw Failure(ExitCode::Written, *change.written + ": was written, but writing to standard output failed");
     }
 }
 

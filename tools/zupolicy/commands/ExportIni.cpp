@@ -51,16 +51,16 @@ void ExportToFile(PolicyFile& file, const ExportIniOptions& options)
         throw Failure(ExitCode::Usage, "the INI file's name is empty");
     }
     RequireName(options.iniFile);
-    // Windows looks for an INI file without a folder in its own folder, not in the current one.
+    // Windows searches for an INI file without a folder in its own folder, not in the current one.
     const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
     if (!IsOrdinaryFile(ini)) {
-        throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; `-` writes to the standard output");
+        throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; use - for standard output");
     }
     RequireNotThePolicyFile(options.file, options.iniFile);
     Export(file, options, ini);
 }
 
-/// An export needs a file: each setting is put into what is there. So it goes by way of one.
+/// An export needs a file, because each setting is written into what the file holds. A temporary one serves.
 void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostream& data)
 {
     try {
@@ -109,14 +109,14 @@ void PrintLosses(Messages& messages, const std::string& file, const FileContents
     }
 }
 
-// The component's document is gone before the records are made, so both are never in memory together.
+// The component's document is released before the records are made, so both are never in memory together.
 ExitCode RunExportIni(const ExportIniOptions& options, Streams streams)
 {
     Export(options, streams.data);
     try {
         PrintLosses(streams.messages, options.file, ReadRecords(options.file), options.target);
     } catch (const Failure& failure) {
-        throw Failure(ExitCode::Written, std::string("the export is written, but: ") + failure.what());
+        throw Failure(ExitCode::Written, std::string("the export was written, but: ") + failure.what());
     }
     return ExitCode::Ok;
 }

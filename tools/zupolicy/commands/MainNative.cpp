@@ -13,8 +13,8 @@
 
 namespace {
 
-/// A standard stream that the caller closed would lend its number to the next file that is opened, and what is printed
-/// would land in that file. It gets a place where reading, or writing, fails.
+/// The number of a standard stream that the caller closed would go to the next file that is opened, and the output
+/// would land in that file. So the number is taken by a file where the stream's reading or writing fails.
 bool HoldStream(int stream)
 {
     // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own
@@ -32,7 +32,7 @@ int main(int count, char** arguments)
     if (!HoldStream(STDIN_FILENO) || !HoldStream(STDOUT_FILENO) || !HoldStream(STDERR_FILENO)) {
         return static_cast<int>(zupm::tool::ExitCode::Other);
     }
-    // A reader of the output that goes away is a failure that is reported: what was written stays written.
+    // A reader that closes the output is a failure to report, not the end of the process: the edit is complete.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
     return zupm::tool::Run(texts, std::cout, std::cerr);

@@ -1,4 +1,4 @@
-/// Entry of the Windows tool: the arguments are wide, the console is told that we write UTF-8.
+/// Entry of the Windows tool: the arguments are UTF-16, and the console gets UTF-8.
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
@@ -19,7 +19,7 @@ int wmain(int count, wchar_t** arguments)
         texts.push_back(zupm::tool::ToUtf8(std::u16string(argument.begin(), argument.end())));
     }
     SetConsoleOutputCP(CP_UTF8);
-    // A value must arrive as it is; text mode would add a carriage return to each line break in it.
+    // A value must be printed unchanged; text mode would add a carriage return to each line break in it.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     return zupm::tool::Run(texts, std::cout, std::cerr);

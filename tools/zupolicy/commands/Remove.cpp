@@ -21,7 +21,7 @@ struct RemoveOptions {
     EditOptions edit;
 };
 
-/// Removes the section, or the setting, and gives the value that a removed setting had.
+/// Removes the section or the setting; returns the value of a removed setting.
 std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& options)
 {
     const std::u16string section = FromUtf8(*options.section);

@@ -47,7 +47,7 @@ Found FindExisting(PolicyFile& file, const SetOptions& options)
     return {std::move(task), false, std::move(fields)};
 }
 
-/// What a new task gets: the fields that were given, and the defaults of the others.
+/// The fields of a new task: those of the command line, and the defaults of the others.
 std::vector<FieldChange> FieldsOfNewEntry(const SetOptions& options)
 {
     if (!options.target.taskId) {
@@ -76,8 +76,8 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
     return {file.Create(options.target, options.fields), true, FieldsOfNewEntry(options)};
 }
 
-/// The component writes a task's identity fields into some of the task's own settings whenever the task goes back, so
-/// a value put there would be lost without a word.
+/// When a task goes back into the file, the component writes its identity fields into some of its settings. A value put
+/// there would be lost without a message.
 void RequireKept(PolicyFile& file, const SetOptions& options)
 {
     const auto kept = file.Find(options.target)->Find(FromUtf8(options.section), FromUtf8(options.name));

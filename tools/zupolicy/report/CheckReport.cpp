@@ -30,7 +30,7 @@ std::string NameOf(const FileContents& contents, std::uint32_t number)
 
 std::string TextOfTwo(const std::string& later, const std::string& first)
 {
-    return later + " and " + first + " are one in an INI file; it holds one of them";
+    return later + " and " + first + " have the same name in an INI file; only one is kept";
 }
 
 std::string Place(const std::string& file, std::uint64_t line, std::uint64_t column)
@@ -70,9 +70,9 @@ std::string WarningText(const FileContents& contents, const Warning& warning)
         case Warning::Kind::SettingAgain:
             return "setting " + text + " of section " + other + " occurs again; only the first is used";
         case Warning::Kind::NoRoots:
-            return "the file has neither a PolicyRoot nor a TaskRoot element; perhaps it is no policy file";
+            return "the file has neither a PolicyRoot nor a TaskRoot element; it may not be a policy file";
         case Warning::Kind::NotANumber:
-            return "attribute " + other + " is no number: \"" + text + "\"";
+            return "attribute " + other + " is not a number: \"" + text + "\"";
         case Warning::Kind::SameInIni:
             return TextOfTwo(NameOf(contents, warning.setting), NameOf(contents, warning.first));
         case Warning::Kind::SameAsField:

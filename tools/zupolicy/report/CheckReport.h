@@ -1,4 +1,4 @@
-/// What `check` finds out about a file, and how it says so.
+/// What `check` finds out about a file, and how it prints that.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-/// Failures with what the component does not say: names, and what may have been meant.
+/// Failures with what the component does not report: names, and similar names that exist.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-/// JSON that is written as it comes, so that a large document is never held as JSON.
+/// JSON that is written value by value, so that a large document is never held as JSON.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@ namespace zupm::tool {
 namespace {
 
 constexpr std::size_t kMostDistance = 2;
-/// Nobody types longer names, and comparing them takes the square of their length.
+/// Longer names are rarely typed, and the time of a comparison grows with the square of the length.
 constexpr std::size_t kLongest = 100;
 
 std::u32string Characters(std::string_view utf8)
@@ -35,8 +35,8 @@ std::u32string LowerCase(std::u32string text)
     return text;
 }
 
-/// How many characters must be put in, taken out or replaced to make one text of the other. Neither
-/// has more than kLongest of them.
+/// How many characters must be inserted, removed or replaced to turn one text into the other. Neither has more than
+/// kLongest characters.
 std::size_t EditDistance(std::u32string_view a, std::u32string_view b)
 {
     std::array<std::size_t, kLongest + 1> row{};

@@ -1,4 +1,4 @@
-/// What somebody may have meant.
+/// Suggestions for mistyped names.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace zupm::tool {
 
-/// Finds, among names that exist, the one that is most like a name that does not: the same but for the case of its
-/// letters, or at most two characters away and less than the whole name.
+/// Finds, among names that exist, the one that is most similar to a name that does not. It differs only in the case of
+/// its letters, or by at most two characters, which are fewer than the name has.
 class NearestName {
 public:
     explicit NearestName(std::string_view wanted);

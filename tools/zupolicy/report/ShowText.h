@@ -9,7 +9,7 @@
 
 namespace zupm::tool {
 
-/// Everything, or what belongs to one product, or one task of it.
+/// Everything, the policy and tasks of one product, or one task of it.
 struct Selection {
     std::optional<std::string> softwareId;
     std::optional<std::string> taskId;

@@ -68,7 +68,7 @@ void WriteEscape(std::ostream& out, char32_t character)
     }
 }
 
-/// The length of the plain ASCII that the text begins with: most text is that, and is written in one go.
+/// The length of the plain ASCII that the text begins with: most text is nothing more, and is written at once.
 std::size_t PlainLength(std::string_view text)
 {
     const auto* const end =

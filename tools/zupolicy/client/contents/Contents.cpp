@@ -38,7 +38,7 @@ FileVersions LoadVersions(const std::string& path)
 
 [[noreturn]] void ThrowChanged(const std::string& path)
 {
-    throw Failure(ExitCode::Changed, path + ": was changed by something else while it was read");
+    throw Failure(ExitCode::Changed, path + ": another program changed it while it was being read");
 }
 
 }  // namespace

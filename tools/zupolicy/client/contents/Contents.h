@@ -9,7 +9,7 @@ namespace zupm::tool {
 
 /// The contents of the file at a UTF-8 path. The component loads the file first and decides whether it can be; its
 /// document is gone before the records are made, so both are never in memory together. Throws CallError when the
-/// component refuses the file, Failure (Changed) when something else writes it meanwhile.
+/// component refuses the file, Failure (Changed) when another program writes it at the same time.
 [[nodiscard]] FileContents ReadContents(const std::string& path);
 
 /// The same records of a file that the component has accepted already; versions and assignment list stay empty. Throws

@@ -14,7 +14,7 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& path, const std::string& reason)
 {
-    throw Failure(ExitCode::FileError, path + ": cannot be read again: " + reason);
+    throw Failure(ExitCode::FileError, path + ": cannot be read a second time: " + reason);
 }
 
 [[noreturn]] void FailOfSystem(const std::string& path)
@@ -68,7 +68,7 @@ std::string ReadBytes(const std::string& path)
     for (std::size_t filled = 0; filled < bytes.size();) {
         const ssize_t length = read(file.Number(), bytes.data() + filled, bytes.size() - filled);
         if (length == 0) {
-            Fail(path, "it gets shorter");
+            Fail(path, "it became shorter");
         }
         if (length < 0 && errno != EINTR) {
             FailOfSystem(path);

@@ -12,7 +12,7 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& path, const std::string& reason)
 {
-    throw Failure(ExitCode::FileError, path + ": cannot be read again: " + reason);
+    throw Failure(ExitCode::FileError, path + ": cannot be read a second time: " + reason);
 }
 
 [[noreturn]] void FailOfSystem(const std::string& path)
@@ -20,7 +20,7 @@ namespace {
     Fail(path, std::system_category().message(static_cast<int>(GetLastError())));
 }
 
-/// An open file; others may do with it what they like meanwhile.
+/// An open file, which others may change or delete at the same time.
 class FileHandle {
 public:
     explicit FileHandle(const std::string& path)
@@ -70,7 +70,7 @@ std::string ReadBytes(const std::string& path)
             FailOfSystem(path);
         }
         if (length == 0) {
-            Fail(path, "it gets shorter");
+            Fail(path, "it became shorter");
         }
         filled += length;
     }
