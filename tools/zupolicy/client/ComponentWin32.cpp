@@ -41,8 +41,7 @@ HRESULT CreateThrough(GetClassObject entry, REFCLSID clsid, REFIID iid, void** o
 
 }  // namespace
 
-// Prefers the component beside the program, so that an unpacked folder works without registration, to the registered
-// one.
+// The component beside the program is preferred to the registered one, so an unpacked folder needs no registration.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out)
 {
     const GetClassObject entry = FindEntry();
