@@ -10,7 +10,7 @@ using testing::HasSubstr;
 
 class Check : public ToolTest {};
 
-TEST_F(Check, SaysNothingAboutASoundFile)
+TEST_F(Check, PrintsNothingAboutASoundFile)
 {
     EXPECT_EQ(Out({"check", "policy.xml"}), "");
 }
@@ -29,7 +29,7 @@ TEST_F(Check, PrintsFileLineColumnAndMessageForABrokenFile)
     EXPECT_THAT(Tool({"check", "broken.xml"}), Fails(3, MatchesPattern("broken\\.xml:2:[0-9]+: .+\n")));
 }
 
-TEST_F(Check, PrintsThePlaceOfBytesThatAreNoText)
+TEST_F(Check, PrintsThePositionOfInvalidBytes)
 {
     using namespace std::string_literals;
     const struct {
@@ -66,7 +66,7 @@ TEST_F(Check, GoesOnAfterABrokenFile)
     EXPECT_THAT(run.messages, MatchesPattern("broken\\.xml:1:[0-9]+: .+\npolicy\\.xml: ok: .+\nnone\\.xml: .+\n"));
 }
 
-TEST_F(Check, WarnsOfEntriesThatNobodyReaches)
+TEST_F(Check, WarnsOfEntriesThatNoCallerCanReach)
 {
     (void)Folder().Write(u"twice.xml",
                          SmallFile("<Product SoftwareID='P'>\n<Section name='S'>\n<Setting name='a'/>\n"
@@ -82,14 +82,14 @@ twice.xml:18:2: warning: task P T occurs again; only the first is used
 )");
 }
 
-TEST_F(Check, WarnsOfAFileThatIsPerhapsNoPolicyFile)
+TEST_F(Check, WarnsOfAFileThatMayNotBeAPolicyFile)
 {
     (void)Folder().Write(u"page.html", "<!-- a\npage -->\n <html/>");
     const ToolRun run = Tool({"check", "page.html"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.messages,
-              "page.html:3:2: warning: the file has neither a PolicyRoot nor a TaskRoot element; perhaps it "
-              "is no policy file\n");
+              "page.html:3:2: warning: the file has neither a PolicyRoot nor a TaskRoot element; it may "
+              "not be a policy file\n");
     for (const char* sound : {"<html><TaskRoot/></html>", "<html><PolicyRoot/></html>"}) {
         (void)Folder().Write(u"sound.xml", sound);
         EXPECT_EQ(Out({"check", "sound.xml"}), "") << sound;
@@ -98,7 +98,7 @@ TEST_F(Check, WarnsOfAFileThatIsPerhapsNoPolicyFile)
     EXPECT_THAT(Tool({"check", "deep.xml"}).messages, HasSubstr("warning"));
 }
 
-TEST_F(Check, WarnsOfVersionsThatAreNoNumbers)
+TEST_F(Check, WarnsOfVersionsThatAreNotNumbers)
 {
     const auto file = [](const std::string& version) {
         return "<F>\n<PolicyRoot version='" + version + "'>\n<PolicyGroup>\n<Policy PolicyVersion='" + version +
@@ -112,7 +112,7 @@ TEST_F(Check, WarnsOfVersionsThatAreNoNumbers)
     }
     for (const char* text : {"", " ", "-", "12abc", "1 2", "0x10", "1.5", "v1"}) {
         (void)Folder().Write(u"file.xml", file(text));
-        const std::string what = " is no number: \"" + std::string(text) + "\"\n";
+        const std::string what = " is not a number: \"" + std::string(text) + "\"\n";
         EXPECT_EQ(Tool({"check", "file.xml"}).messages, "file.xml:2:1: warning: attribute version" + what +
                                                             "file.xml:4:1: warning: attribute PolicyVersion" + what +
                                                             "file.xml:7:1: warning: attribute version" + what +
@@ -121,7 +121,7 @@ TEST_F(Check, WarnsOfVersionsThatAreNoNumbers)
     }
 }
 
-TEST_F(Check, LetsWarningsFailWhenAsked)
+TEST_F(Check, FailsOnWarningsWithStrict)
 {
     (void)Folder().Write(u"page.html", "<html/>");
     EXPECT_EQ(Tool({"check", "page.html"}).exitCode, 0);
@@ -146,7 +146,7 @@ TEST_F(Check, EscapesNamesInWarnings)
     EXPECT_THAT(Tool({"check", "odd.xml"}).messages, HasSubstr("warning: policy a\\nb🗓\\u202e occurs again"));
 }
 
-TEST_F(Check, FindsSettingsAgainInSectionsThatAreReadAsOne)
+TEST_F(Check, FindsRepeatedSettingsInSectionsThatAreReadAsOne)
 {
     (void)Folder().Write(u"twice.xml",
                          SmallFile("<Product SoftwareID='P'><Section name='S'><Setting name='a'/></Section><Section "

@@ -96,7 +96,7 @@ TEST_F(CommandLine, ComplaintsAreOneLineWhateverTheArgumentHolds)
     EXPECT_THAT(Tool({"remove", "policy.xml", "P", "--lock-timeout", "1\n2"}), Fails(2, HasSubstr("1\\n2")));
 }
 
-TEST_F(CommandLine, AFolderIsCalledAFolder)
+TEST_F(CommandLine, AFolderIsReportedAsAFolder)
 {
     std::filesystem::create_directory(Folder().Folder() / "folder");
     EXPECT_THAT(Tool({"check", "."}), Fails(3, ".: is a folder\n"));

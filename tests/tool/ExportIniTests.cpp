@@ -22,7 +22,7 @@ std::string CollisionWarnings(const std::string& file, int line)
     const auto place = [&](int below, int column) {
         return file + ":" + std::to_string(line + below) + ":" + std::to_string(column) + ": warning: setting ";
     };
-    constexpr const char* kEnd = " are one in an INI file; it holds one of them\n";
+    constexpr const char* kEnd = " have the same name in an INI file; only one is kept\n";
     return place(1, 1) + "key of section S and setting Key of section S" + kEnd +  //
            place(3, 19) + "KEY of section s and setting Key of section S" + kEnd + place(4, 22) +
            "taskname of section Task and the task's field TaskName" + kEnd;
@@ -84,11 +84,11 @@ TEST_F(ExportIni, RefusesAFolder)
 {
     std::filesystem::create_directory(Folder().Folder() / "folder");
     EXPECT_THAT(Tool({"export-ini", "policy.xml", "PRODUCTB2000", "folder", "--task", "{task-1}"}),
-                Fails(3, "zupolicy: folder: not a regular file; `-` writes to the standard output\n"));
+                Fails(3, "zupolicy: folder: not a regular file; use - for standard output\n"));
     EXPECT_FALSE(Folder().Has(u"folder.lock"));
 }
 
-TEST_F(ExportIni, WarnsOfNamesThatAreOneInAnIniFile)
+TEST_F(ExportIni, WarnsOfNamesThatAreTheSameInAnIniFile)
 {
     (void)Folder().Write(u"p.xml", SmallFile("", kCollisions));
     const ToolRun run = Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "T"});
@@ -99,16 +99,16 @@ TEST_F(ExportIni, WarnsOfNamesThatAreOneInAnIniFile)
     EXPECT_THAT(Bytes(u"task.ini"), HasSubstr("[Task]\r\nTaskName=5\r\n"));
 }
 
-TEST_F(ExportIni, CheckWarnsOfThemToo)
+TEST_F(ExportIni, CheckWarnsOfTheSameNamesToo)
 {
     (void)Folder().Write(u"p.xml", SmallFile("", kCollisions));
     const ToolRun run = Tool({"check", "p.xml", "--json"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.messages, CollisionWarnings("p.xml", 11));
-    EXPECT_THAT(run.out, HasSubstr("the task's field TaskName are one in an INI file"));
+    EXPECT_THAT(run.out, HasSubstr("the task's field TaskName have the same name in an INI file"));
 }
 
-TEST_F(ExportIni, SaysNothingAboutATaskThatTheToolMade)
+TEST_F(ExportIni, PrintsNothingAboutATaskThatTheToolMade)
 {
     (void)Folder().Write(u"p.xml", SmallFile(""));
     const std::vector<std::string> set = {
@@ -122,14 +122,14 @@ TEST_F(ExportIni, SaysNothingAboutATaskThatTheToolMade)
     EXPECT_EQ(Out({"check", "--strict", "p.xml"}), "");
 }
 
-/// A task whose sections are these, with each field that the attributes give.
+/// A task with these sections, and with the fields that the attributes set.
 std::string TaskFile(const std::string& attributes, const std::string& sections)
 {
     return SmallFile(
         "", "<TaskGroup SoftwareID='P' TaskID='T' " + attributes + "><Task>" + sections + "</Task></TaskGroup>\n");
 }
 
-TEST_F(ExportIni, SaysNothingWhereNothingIsLost)
+TEST_F(ExportIni, PrintsNothingWhenNothingIsLost)
 {
     const struct {
         const char* label;
@@ -167,10 +167,10 @@ TEST_F(ExportIni, WarnsOfEachFieldThatASettingReplaces)
         (void)Folder().Write(u"p.xml", TaskFile("", "<S name=' tASK'><S name='" + field + "&#9;'>other</S></S>"));
         EXPECT_THAT(Tool({"check", "p.xml"}).messages,
                     HasSubstr("warning: setting " + field + "\\t of section  tASK and the task's field " + field +
-                              " are one in an INI file; it holds one of them\n"));
+                              " have the same name in an INI file; only one is kept\n"));
     }
     (void)Folder().Write(u"p.xml", TaskFile("DisplayName=''", "<S name='Task'><S name='TaskName'>invalid</S></S>"));
-    EXPECT_THAT(Tool({"check", "p.xml"}).messages, HasSubstr("the task's field TaskName are one"));
+    EXPECT_THAT(Tool({"check", "p.xml"}).messages, HasSubstr("the task's field TaskName have the same name"));
 }
 
 TEST_F(ExportIni, WarnsOfItsOwnTaskOnly)
@@ -182,7 +182,7 @@ TEST_F(ExportIni, WarnsOfItsOwnTaskOnly)
     (void)Folder().Write(u"p.xml", SmallFile("<Product SoftwareID='P'><S name='S'><S name='a'>1</S><S name='A'>2</S>"
                                              "</S></Product>",
                                              task("a") + task("b") + task("c")));
-    const std::string end = " of section S are one in an INI file; it holds one of them\n";
+    const std::string end = " of section S have the same name in an INI file; only one is kept\n";
     EXPECT_EQ(Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "b"}).messages,
               "p.xml:10:73: warning: setting  b of section S and setting b" + end);
     // Policies are never exported.
@@ -192,7 +192,7 @@ TEST_F(ExportIni, WarnsOfItsOwnTaskOnly)
                   "p.xml:11:73: warning: setting  c of section S and setting c" + end);
 }
 
-TEST_F(ExportIni, SaysNothingAboutASettingThatOccursAgain)
+TEST_F(ExportIni, PrintsNothingAboutARepeatedSetting)
 {
     (void)Folder().Write(u"p.xml", TaskFile("", "<S name='S'><S name='a'>1</S><S name='a'>2</S></S>"));
     EXPECT_EQ(Tool({"export-ini", "p.xml", "P", "task.ini", "--task", "T"}).messages, "");

@@ -41,7 +41,7 @@ TEST_F(Get, PrintsTheValueAsJson)
 )");
 }
 
-TEST_F(Get, LeavesTheFileAlone)
+TEST_F(Get, DoesNotWriteTheFile)
 {
     const std::string before = Bytes();
     (void)Out({"get", "policy.xml", "PRODUCTA1000", "General", "ScanInterval"});
@@ -56,7 +56,7 @@ TEST_F(Get, NamesFilePolicySentenceAndCodeWhenThereIsNoSuchPolicy)
                       "[PolicyNotFound, 0xFFFFFB49]\n"));
 }
 
-TEST_F(Get, SaysWhichOfTaskSectionAndSettingIsMissing)
+TEST_F(Get, NamesTheMissingTaskSectionOrSetting)
 {
     EXPECT_THAT(Tool({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "--task", "{task-9}"}),
                 Fails(1, HasSubstr("task PRODUCTA1000 {task-9}: There is no task with that software ID and task ID. "
@@ -71,7 +71,7 @@ TEST_F(Get, SaysWhichOfTaskSectionAndSettingIsMissing)
                       "no such setting. [SettingNotFound, 0xFFFFFB4F]\n"));
 }
 
-TEST_F(Get, AsksForTheNameThatMayHaveBeenMeant)
+TEST_F(Get, SuggestsASimilarName)
 {
     const struct {
         std::vector<std::string> line;
@@ -94,7 +94,7 @@ TEST_F(Get, AsksForTheNameThatMayHaveBeenMeant)
     }
 }
 
-TEST_F(Get, AsksNothingWhenNoNameIsNear)
+TEST_F(Get, SuggestsNothingWhenNoNameIsSimilar)
 {
     (void)Folder().Write(u"short.xml", SmallFile("<Product SoftwareID='P'><Section name='S'/></Product>"));
     EXPECT_THAT(Tool({"get", "short.xml", "P", "T", "N"}), Fails(1, testing::Not(HasSubstr("mean"))));

@@ -1,4 +1,4 @@
-// Two writers of one file: nothing of either is lost without a word.
+// Two writers of one file: nothing of either is lost without a message.
 #include <chrono>
 #include <future>
 #include <memory>
@@ -80,7 +80,7 @@ TEST_F(Lock, EditThatChangesNothingFailsOrSucceeds_LeavesNothingBesideTheFile)
     EXPECT_EQ(Folder().Names(), before);
 }
 
-TEST_F(Lock, EditorThatDoesNotLetGo_IsWaitedForAsLongAsAskedAndNoLonger)
+TEST_F(Lock, LockThatIsNotReleased_IsWaitedForUntilTheTimeout)
 {
     const std::string before = Bytes();
     const OtherEditor other(Path());
@@ -92,7 +92,7 @@ TEST_F(Lock, EditorThatDoesNotLetGo_IsWaitedForAsLongAsAskedAndNoLonger)
     EXPECT_EQ(Bytes(), before);
 }
 
-TEST_F(Lock, EditorThatLetsGo_IsFollowed)
+TEST_F(Lock, LockThatIsReleased_IsTakenByTheWaitingEdit)
 {
     auto other = std::make_unique<OtherEditor>(Path());
     std::thread owner([&] {
@@ -159,11 +159,11 @@ TEST_F(Lock, OutputThatIsTheFileItself_IsRefused)
 {
     const std::string before = Bytes();
     EXPECT_THAT(SetLogLevel({"--output", "./policy.xml"}),
-                Fails(2, "zupolicy: ./policy.xml: is FILE itself; without --output it is replaced\n"));
+                Fails(2, "zupolicy: ./policy.xml: is FILE itself; leave out --output to replace it\n"));
     EXPECT_EQ(Bytes(), before);
 }
 
-/// Lets something else change the file while the tool has it open: it is a large one, which takes a while to load.
+/// Changes the file while the tool has it open. The file is large, so loading it takes a while.
 class ChangedMeanwhile : public Lock {
 protected:
     ChangedMeanwhile()
@@ -204,15 +204,15 @@ protected:
 
 TEST_F(ChangedMeanwhile, IsNotOverwritten)
 {
-    // On a busy machine the change may come before the tool has read the file, or after it was done.
+    // On a busy machine the change may happen before the tool has read the file, or after it has finished.
     std::optional<ToolRun> run;
     for (int tries = 0; tries < 20 && !(run && run->exitCode == 5); ++tries) {
         run = SetWhileTheFileChanges({});
     }
     ASSERT_TRUE(run);
     EXPECT_THAT(*run, Fails(5,
-                            "zupolicy: large.xml: was changed by something else meanwhile and is left alone "
-                            "(--force writes it)\n"));
+                            "zupolicy: large.xml: another program changed it in the meantime; it was not overwritten "
+                            "(--force overwrites it)\n"));
     EXPECT_EQ(Bytes(u"large.xml"), "other");
 }
 

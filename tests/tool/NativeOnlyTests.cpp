@@ -63,7 +63,7 @@ TEST_F(NativeTool, AFullStandardOutputIsAFailure)
 {
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"}, {"show", "policy.xml"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
 TEST_F(NativeTool, AnExportToAFullStandardOutputIsAFailure)
@@ -71,7 +71,7 @@ TEST_F(NativeTool, AnExportToAFullStandardOutputIsAFailure)
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
                                 {"export-ini", "policy.xml", "PRODUCTB2000", "-", "--task", "{task-1}"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
 TEST_F(NativeTool, AnExportToADevicePipeOrOpenFileIsRefused)
@@ -86,7 +86,7 @@ TEST_F(NativeTool, AnExportToADevicePipeOrOpenFileIsRefused)
             const ToolRun run = RunTool({Folder().Folder(), target},
                                         {"export-ini", "policy.xml", "PRODUCTB2000", name, "--task", "{task-1}"});
             EXPECT_EQ(run.exitCode, 3) << name << " " << target;
-            EXPECT_EQ(run.messages, "zupolicy: " + name + ": not a regular file; `-` writes to the standard output\n");
+            EXPECT_EQ(run.messages, "zupolicy: " + name + ": not a regular file; use - for standard output\n");
         }
     }
     EXPECT_EQ(Bytes(u"out.txt"), "");
@@ -149,7 +149,7 @@ TEST_F(NativeTool, OtherCommands_NameAFileWhoseNameIsNotUtf8)
     EXPECT_THAT(Tool({"get", "a\xFF.xml", "P", "S", "N"}), Fails(3, message));
 }
 
-TEST_F(NativeTool, NameOfAFile_ForgesNoLineAndMovesNoCursor)
+TEST_F(NativeTool, NameOfAFile_CannotForgeALineOrMoveTheCursor)
 {
     const std::string name = "x.xml: fine\ny\x1B[2J\xE2\x80\xAE.xml";
     const std::string shown = R"(x.xml: fine\ny\u001b[2J\u202e.xml)";
@@ -169,15 +169,15 @@ TEST_F(NativeTool, AFullStandardOutput_IsAFailureForADocumentToo)
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
                                 {"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "-"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.messages, "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
-TEST_F(NativeTool, WrittenFileWithoutAReport_HasACodeOfItsOwn)
+TEST_F(NativeTool, WrittenFileWithoutAReport_HasItsOwnExitCode)
 {
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},
                                 {"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--json"});
     EXPECT_EQ(run.exitCode, 7);
-    EXPECT_EQ(run.messages, "zupolicy: policy.xml: is written, but standard output cannot be written\n");
+    EXPECT_EQ(run.messages, "zupolicy: policy.xml: was written, but writing to standard output failed\n");
     EXPECT_THAT(Decoded(Bytes()), HasSubstr("<Setting name=\"LogLevel\">5</Setting>"));
 }
 
@@ -291,7 +291,7 @@ TEST_F(NativeTool, ClosedStandardStreams_AreNeverWrittenInto)
     EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
 }
 
-TEST_F(NativeTool, ReaderThatGoesAway_IsAFailureOfTheReportAndNotOfTheEdit)
+TEST_F(NativeTool, ReaderThatClosesThePipe_FailsTheReportButNotTheEdit)
 {
     // The reader is gone before the tool begins.
     const auto run = [&](const std::string& arguments) {
@@ -305,10 +305,10 @@ TEST_F(NativeTool, ReaderThatGoesAway_IsAFailureOfTheReportAndNotOfTheEdit)
     EXPECT_THAT(Decoded(Bytes()), HasSubstr("<Setting name=\"LogLevel\">5</Setting>"));
     EXPECT_EQ(run("show policy.xml"), "4\n");
     EXPECT_EQ(run("set policy.xml PRODUCTB2000 S N 1 --output -"), "4\n");
-    EXPECT_EQ(Bytes(u"messages"), "zupolicy: standard output cannot be written\n");
+    EXPECT_EQ(Bytes(u"messages"), "zupolicy: writing to standard output failed\n");
 }
 
-TEST_F(NativeTool, LinkToThePolicyFile_IsNoPlaceForAnExportEither)
+TEST_F(NativeTool, ExportToALinkToThePolicyFile_IsRefused)
 {
     ASSERT_EQ(symlink("policy.xml", Path("link.ini").c_str()), 0);
     const std::string before = Bytes();
@@ -326,7 +326,16 @@ TEST_F(NativeTool, FileOverTheProcessesLimit_IsAnErrorAndLeavesNothing)
     EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
 }
 
-TEST_F(NativeTool, Device_IsWrittenAsItIs)
+TEST_F(NativeTool, PipeThatNothingReads_IsReportedAsAFailedWrite)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "pipe"}),
+                Fails(3,
+                      "zupolicy: pipe: Nothing reads from this pipe, or this kind of file cannot be written. "
+                      "[NotSupported, 0x80070032]\n"));
+}
+
+TEST_F(NativeTool, Device_IsWrittenAndNotReplaced)
 {
     const ToolRun run = Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "/dev/null"});
     EXPECT_EQ(run.exitCode, 0) << run.messages;
@@ -345,7 +354,7 @@ TEST_F(NativeTool, APipeInPlaceOfAPolicyFileIsRefusedAtOnce)
 }
 
 /// Runs an export from p.xml and this shell command after the component has read the file, before the tool does: the
-/// export waits for the reader of its output. The exit code is in the file `code`, what the tool says in `messages`.
+/// export waits for the reader of its output. The exit code is in the file `code`, the messages are in `messages`.
 void ExportWhile(const TempFolder& folder, const std::string& command)
 {
     folder.Write(u"p.xml", SmallFile("", "<TaskGroup SoftwareID='P' TaskID='T'><Task><S name='S'><S name='a'>" +
@@ -362,7 +371,7 @@ TEST_F(NativeTool, APipeThatReplacesThePolicyFileWhileItIsReadIsRefusedAtOnce)
     ExportWhile(Folder(), "rm p.xml; mkfifo p.xml");
     EXPECT_EQ(Bytes(u"code"), "7\n");
     EXPECT_EQ(Bytes(u"messages"),
-              "zupolicy: the export is written, but: p.xml: cannot be read again: not a regular file\n");
+              "zupolicy: the export was written, but: p.xml: cannot be read a second time: not a regular file\n");
 }
 
 TEST_F(NativeTool, ASparseFileOf30GigabytesIsRefusedWithoutMemory)
@@ -383,7 +392,7 @@ TEST_F(NativeTool, ASparseFileOf30GigabytesThatReplacesThePolicyFileWhileItIsRea
     ExportWhile(Folder(), "truncate -s 30G p.xml");
     EXPECT_EQ(Bytes(u"code"), "7\n");
     EXPECT_EQ(Bytes(u"messages"),
-              "zupolicy: the export is written, but: p.xml: cannot be read again: the file is too large\n");
+              "zupolicy: the export was written, but: p.xml: cannot be read a second time: the file is too large\n");
 }
 
 }  // namespace

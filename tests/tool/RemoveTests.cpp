@@ -10,14 +10,14 @@ using testing::HasSubstr;
 
 class Remove : public ToolTest {};
 
-TEST_F(Remove, TakesOutASettingAndLeavesItsSection)
+TEST_F(Remove, RemovesASettingAndKeepsItsSection)
 {
     EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTC3000", "Limits", "MaxThreads"}), "");
     EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTC3000", "Limits", "Comment"}), "Zeile 1\r\nZeile 2\n");
     EXPECT_EQ(Tool({"get", "policy.xml", "PRODUCTC3000", "Limits", "MaxThreads"}).exitCode, 1);
 }
 
-TEST_F(Remove, TakesOutASection)
+TEST_F(Remove, RemovesASection)
 {
     EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "Exclusions"}), "");
     const std::string out = Out({"show", "policy.xml", "PRODUCTA1000"});
@@ -25,7 +25,7 @@ TEST_F(Remove, TakesOutASection)
     EXPECT_THAT(out, HasSubstr("[Notify]"));
 }
 
-TEST_F(Remove, TakesOutAPolicyAndLeavesItsTasks)
+TEST_F(Remove, RemovesAPolicyAndKeepsItsTasks)
 {
     EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTB2000"}), "");
     const std::string out = Out({"show", "policy.xml", "PRODUCTB2000"});
@@ -41,7 +41,7 @@ TEST_F(Remove, TakesOutAPolicyAndLeavesItsTasks)
 )");
 }
 
-TEST_F(Remove, TakesOutATaskAndLeavesThePolicy)
+TEST_F(Remove, RemovesATaskAndKeepsThePolicy)
 {
     EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "--task", "{task-2}"}), "");
     const std::string out = Out({"show", "policy.xml", "PRODUCTA1000"});
@@ -50,7 +50,7 @@ TEST_F(Remove, TakesOutATaskAndLeavesThePolicy)
     EXPECT_THAT(out, testing::Not(HasSubstr("{task-2}")));
 }
 
-TEST_F(Remove, TakesOutASettingOfATask)
+TEST_F(Remove, RemovesASettingOfATask)
 {
     EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "Schedule", "Minute", "--task", "{task-1}"}), "");
     EXPECT_EQ(Tool({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Minute", "--task", "{task-1}"}).exitCode, 1);
@@ -67,7 +67,7 @@ TEST_F(Remove, PrintsTheChangeAndWritesNothingInADryRun)
     EXPECT_EQ(Bytes(), before);
 }
 
-TEST_F(Remove, WritesElsewhereAndPrintsTheChangeAsJson)
+TEST_F(Remove, WritesAnotherFileAndPrintsTheChangeAsJson)
 {
     const std::string before = Bytes();
     const json change = json::parse(
@@ -89,10 +89,10 @@ TEST_F(Remove, WritesTheDocumentToStandardOutput)
     EXPECT_EQ(Bytes(), before);
     EXPECT_FALSE(Folder().Has(u"-"));
     EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTB2000", "--output", "-", "--json"}),
-                Fails(2, HasSubstr("excludes --json")));
+                Fails(2, HasSubstr("cannot be used with --json")));
 }
 
-TEST_F(Remove, NamesWhatIsMissingAndWhatMayHaveBeenMeant)
+TEST_F(Remove, NamesWhatIsMissingAndSuggestsASimilarName)
 {
     EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTB2000", "Genral"}),
                 Fails(1, HasSubstr(": section \"Genral\": There is no such section. [SectionNotFound, 0xFFFFFB50]; did "

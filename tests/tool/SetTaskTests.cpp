@@ -10,7 +10,7 @@ using testing::HasSubstr;
 
 class SetTask : public ToolTest {};
 
-TEST_F(SetTask, ChangesTheTaskAndNoOther)
+TEST_F(SetTask, ChangesOnlyTheTask)
 {
     EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "3", "--task", "{task-1}"}), "");
     EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "--task", "{task-1}"}), "3\n");
@@ -45,7 +45,7 @@ TEST_F(SetTask, GivesANewTaskItsIdAsNameAndNoPlaceholders)
     EXPECT_THAT(out, testing::Not(HasSubstr("invalid")));
 }
 
-TEST_F(SetTask, ChangesAFieldAloneWhenTheValueIsThereAlready)
+TEST_F(SetTask, ChangesAFieldWhenTheValueIsTheSame)
 {
     EXPECT_EQ(
         Out({"set", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "2", "--task", "{task-1}", "--type", "Full"}),
@@ -54,7 +54,7 @@ TEST_F(SetTask, ChangesAFieldAloneWhenTheValueIsThereAlready)
                 HasSubstr("  Type             Full\n"));
 }
 
-TEST_F(SetTask, LeavesTheFileUntouchedWhenTheFieldsAreThereAlready)
+TEST_F(SetTask, DoesNotWriteTheFileWhenTheFieldsAreTheSame)
 {
     const std::string before = Bytes();
     const std::vector<std::string> line = {
@@ -117,7 +117,7 @@ TEST_F(SetTask, RefusesFieldsWithoutATask)
                 Fails(2, HasSubstr("--task")));
 }
 
-TEST_F(SetTask, RefusesAPriorityThatIsNoNumberOrTooLarge)
+TEST_F(SetTask, RefusesAPriorityThatIsNotANumberOrTooLarge)
 {
     for (const char* priority : {"high", "3000000000", "1.5"}) {
         EXPECT_THAT(

@@ -27,14 +27,14 @@ TEST_F(Set, AddsAMissingSectionAndSetting)
     EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "Neu", "Größe"}), "ü<🚀>&\n");
 }
 
-TEST_F(Set, LeavesTheFileUntouchedWhenTheValueIsThereAlready)
+TEST_F(Set, DoesNotWriteTheFileWhenTheValueIsTheSame)
 {
     const std::string before = Bytes();
     EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "3"}), "");
     EXPECT_EQ(Bytes(), before);
 }
 
-TEST_F(Set, WritesElsewhereAndLeavesTheFileAlone)
+TEST_F(Set, WritesAnotherFileAndKeepsTheOriginal)
 {
     const std::string before = Bytes();
     EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--output", "new.xml"}), "");
@@ -66,8 +66,8 @@ TEST_F(Set, WritesTheDocumentToStandardOutputInItsOwnEncoding)
               "<a>\r\n<PolicyRoot version='1'>\n<PolicyGroup Path='0_4'><Policy><Product "
               "SoftwareID='P'><Section name='S'><Setting name='N'>1</Setting></Section>"
               "</Product></Policy></PolicyGroup></PolicyRoot></a>\r\n");
-    EXPECT_THAT(Tool(lineWith({"--output", "-", "--json"})), Fails(2, HasSubstr("excludes --json")));
-    EXPECT_THAT(Tool(lineWith({"--output", "-", "--dry-run"})), Fails(2, HasSubstr("excludes --dry-run")));
+    EXPECT_THAT(Tool(lineWith({"--output", "-", "--json"})), Fails(2, HasSubstr("cannot be used with --json")));
+    EXPECT_THAT(Tool(lineWith({"--output", "-", "--dry-run"})), Fails(2, HasSubstr("cannot be used with --dry-run")));
 }
 
 TEST_F(Set, NamesTheElementThatANewEntryNeeds)
@@ -142,7 +142,7 @@ TEST_F(Set, AddsAMissingPolicyWithCreate)
                                      "+ <Setting name=\"Enabled\">1</Setting>\n"));
 }
 
-TEST_F(Set, TakesANegativeNumberAsItStands)
+TEST_F(Set, TakesANegativeNumberAsAValue)
 {
     EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "-5"}), "");
     EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTB2000", "General", "LogLevel"}), "-5\n");
@@ -156,7 +156,7 @@ TEST_F(Set, TakesValuesThatLookLikeOptionsAfterTwoDashes)
     }
 }
 
-TEST_F(Set, HintsAtTheTwoDashes)
+TEST_F(Set, SuggestsTwoDashesBeforeAValueLikeAnOption)
 {
     EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "-x"}),
                 Fails(2, HasSubstr("Put -- before a value that begins with a dash")));

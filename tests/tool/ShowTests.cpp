@@ -87,7 +87,7 @@ TEST_F(Show, EscapesWhatWouldMoveTheCursorOfATerminal)
     EXPECT_THAT(Out({"show", "odd.xml"}), HasSubstr("    a\\tb = 1\\n2\\r\\\\\\u009b31m\n"));
 }
 
-TEST_F(Show, EscapesWhatCannotBeSeenOrTurnsTheWriting)
+TEST_F(Show, EscapesInvisibleCharactersAndThoseThatChangeTheWritingDirection)
 {
     const struct {
         const char* reference;
@@ -138,7 +138,7 @@ TEST_F(Show, ReadsEveryEncoding)
     EXPECT_THAT(Out({"show", "signed.xml"}), testing::EndsWith("Policy ü\n"));
 }
 
-TEST_F(Show, PassesOverMarkupThatLooksLikeTags)
+TEST_F(Show, SkipsMarkupThatLooksLikeTags)
 {
     (void)Folder().Write(
         u"odd.xml",
@@ -152,7 +152,7 @@ TEST_F(Show, PassesOverMarkupThatLooksLikeTags)
     EXPECT_EQ(Out({"get", "odd.xml", "P\"&'<", "a b c", "n"}), "1<x>&amp;]2\n3\n45\r>\n");
 }
 
-TEST_F(Show, QuotesInCommentsAndInstructionsOfADocumentTypeQuoteNothing)
+TEST_F(Show, QuotesInCommentsAndInstructionsOfADocumentTypeHaveNoEffect)
 {
     for (const std::string inside : {"<!-- it's -->", "<?x it's?>", "<!ELEMENT F ANY>"}) {
         (void)Folder().Write(u"odd.xml", "<!DOCTYPE F [" + inside + "]>" +
@@ -171,7 +171,7 @@ TEST_F(Show, ReadsByTheComponentsRules)
     EXPECT_THAT(Out({"show", "odd.xml"}), testing::EndsWith("Policy P\n  [S]\n    a = 12\n    b = 3\n"));
 }
 
-TEST_F(Show, FailsWhenTheFilterNamesNothing)
+TEST_F(Show, FailsWhenTheFilterMatchesNothing)
 {
     EXPECT_THAT(Tool({"show", "policy.xml", "PRODUCTX"}),
                 Fails(1, "zupolicy: policy.xml: policy PRODUCTX and tasks of it: not in the file\n"));

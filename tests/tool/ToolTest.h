@@ -20,7 +20,7 @@ protected:
     ToolTest();
 
     [[nodiscard]] ToolRun Tool(const std::vector<std::string>& arguments) const;
-    /// Runs the tool, expects success and no message, and gives its output.
+    /// Runs the tool, expects success and no message, and returns its output.
     [[nodiscard]] std::string Out(const std::vector<std::string>& arguments) const;
 
     [[nodiscard]] const TempFolder& Folder() const { return m_folder; }

@@ -1,20 +1,21 @@
-/// A policy or a task, as the component hands it out.
+/// Policies and tasks, as the component hands them out.
 #pragma once
 
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
-#include "com/Bstr.h"
-#include "com/CallError.h"
-#include "com/ComPtr.h"
+#include "tools/zupolicy/client/CallError.h"
+#include "tools/zupolicy/client/Target.h"
 
 namespace zupm::tool {
 
-/// The sections of settings of one policy or task: a private copy, which the file has again after HandBack.
+/// The sections of settings of one policy or task: a private copy, which goes back into the file with HandBack.
 ///
 /// Errors  Every call that fails throws CallError; its message begins with the subject given at construction.
 class Entry {
@@ -73,6 +74,36 @@ protected:
 
 private:
     ComPtr<Interface> m_object;
+};
+
+/// One product's policy.
+class PolicyEntry final : public EntryOf<IPolicyProduct> {
+public:
+    using EntryOf::EntryOf;
+
+    void HandBack(IPolicyFile& file) override { Check(file.AddPolicy(Object(), 1), Subject()); }
+    void PutSoftwareId(std::u16string_view softwareId)
+    {
+        Check(Object()->put_SoftwareID(Bstr(softwareId).Get()), Subject());
+    }
+};
+
+/// One task, with its identity fields.
+class TaskEntry final : public EntryOf<IPolicyTask> {
+public:
+    using EntryOf::EntryOf;
+
+    void HandBack(IPolicyFile& file) override { Check(file.AddTask(Object(), 1), Subject()); }
+    void PutIds(std::u16string_view softwareId, std::u16string_view taskId);
+    /// Sets each given field whose value differs; returns those that changed.
+    std::vector<FieldChange> PutFields(const TaskFields& fields);
+    /// Fills in what a new task must not leave as the component's placeholder: the display name becomes the task ID,
+    /// the other texts empty.
+    void PutDefaults(std::u16string_view taskId);
+    void WriteIni(std::u16string_view path);
+
+private:
+    void PutPriority(std::optional<std::int32_t> priority, std::vector<FieldChange>& changes);
 };
 
 }  // namespace zupm::tool

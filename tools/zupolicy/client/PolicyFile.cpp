@@ -1,11 +1,10 @@
-#include "client/PolicyFile.h"
+#include "tools/zupolicy/client/PolicyFile.h"
 
 #include <filesystem>
 
-#include "client/PolicyEntry.h"
-#include "com/ObjectFactory.h"
-#include "text/Utf8.h"
-#include "zuPolicyManager/zuPolicyManager.h"
+#include "tools/zupolicy/client/Component.h"
+#include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
@@ -14,7 +13,7 @@ template <typename Interface>
 ComPtr<Interface> QueryFor(IUnknown& object, REFIID iid, const std::string& subject)
 {
     ComPtr<Interface> wanted;
-    Check(object.QueryInterface(iid, wanted.VoidSlot()), subject);
+    Check(object.QueryInterface(iid, wanted.PutVoid()), subject);
     return wanted;
 }
 
@@ -34,7 +33,7 @@ bool IsFolder(const std::string& path)
 
 void CheckOpened(HRESULT result, const std::string& path)
 {
-    // The system calls it an access that is denied, or a name that is not valid.
+    // The system reports a denied access, or a name that is not valid.
     if (result < 0 && IsFolder(path)) {
         throw CallError(result, path, "is a folder");
     }
@@ -78,7 +77,7 @@ std::unique_ptr<Entry> PolicyFile::FindPolicy(const Target& target)
 {
     const std::string subject = SubjectFor(target);
     ComPtr<IUnknown> object;
-    Check(m_file->GetPolicy(Bstr(FromUtf8(target.softwareId)).Get(), object.Slot()), subject);
+    Check(m_file->GetPolicy(Bstr(FromUtf8(target.softwareId)).Get(), object.Put()), subject);
     return std::make_unique<PolicyEntry>(QueryFor<IPolicyProduct>(*object.Get(), IID_IPolicyProduct, subject), subject);
 }
 
@@ -86,7 +85,7 @@ std::unique_ptr<TaskEntry> PolicyFile::FindTask(const Target& target)
 {
     const std::string subject = SubjectFor(target);
     ComPtr<IUnknown> object;
-    Check(m_file->GetTask(Bstr(FromUtf8(target.softwareId)).Get(), Bstr(FromUtf8(*target.taskId)).Get(), object.Slot()),
+    Check(m_file->GetTask(Bstr(FromUtf8(target.softwareId)).Get(), Bstr(FromUtf8(*target.taskId)).Get(), object.Put()),
           subject);
     return std::make_unique<TaskEntry>(QueryFor<IPolicyTask>(*object.Get(), IID_IPolicyTask, subject), subject);
 }
@@ -121,7 +120,12 @@ void PolicyFile::Remove(const Target& target)
 
 void PolicyFile::Write(const std::string& path)
 {
-    Check(m_file->WriteFile(Bstr(FromUtf8(path)).Get(), 0), path);
+    const HRESULT result = m_file->WriteFile(Bstr(FromUtf8(path)).Get(), 0);
+    // The sentence of this code is about reading; the usual reason here is a pipe.
+    if (static_cast<result::Code>(result) == result::NotSupported) {
+        throw CallError(result, path, "Nothing reads from this pipe, or this kind of file cannot be written.");
+    }
+    Check(result, path);
 }
 
 void PolicyFile::Commit(bool force)

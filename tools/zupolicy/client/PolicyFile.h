@@ -1,20 +1,19 @@
 /// A policy file that is open in this process.
 #pragma once
 
+#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <chrono>
 #include <memory>
 #include <string>
 
-#include "client/Entry.h"
-#include "client/TaskEntry.h"
-#include "com/ComPtr.h"
-#include "model/Target.h"
+#include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/Target.h"
 
 namespace zupm::tool {
 
-/// How a file is loaded: to be read only; to be changed and written somewhere else.
+/// Why a file is loaded: to be read only, or to be changed and written to another path.
 enum class Access { ReadOnly, Copy };
 
 /// What the component reports about a whole file.
@@ -35,8 +34,8 @@ class PolicyFile {
 public:
     /// Loads the file at a UTF-8 path.
     PolicyFile(const std::string& path, Access access);
-    /// Opens, locks and loads the file at a UTF-8 path in order to replace it; waits up to `patience` for whoever edits
-    /// it. The lock ends with Commit and with the object.
+    /// Opens, locks and loads the file at a UTF-8 path in order to replace it; waits up to `patience` for another
+    /// editor. The lock ends with Commit and with the object.
     PolicyFile(const std::string& path, std::chrono::seconds patience);
 
     [[nodiscard]] const std::string& Path() const noexcept { return m_path; }
@@ -50,7 +49,7 @@ public:
 
     void Add(Entry& entry) { entry.HandBack(*m_file.Get()); }
     void Remove(const Target& target);
-    /// Writes the document to any path, whatever is there.
+    /// Writes the document to any path, and replaces a file that is there.
     void Write(const std::string& path);
     /// Replaces the file that was opened to be replaced; throws Failure (Changed) when it is no longer the one that was
     /// loaded, unless forced.

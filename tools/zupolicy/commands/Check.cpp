@@ -1,18 +1,23 @@
-#include "client/Contents.h"
-#include "com/CallError.h"
-#include "commands/Commands.h"
-#include "output/CheckText.h"
-#include "output/Json.h"
-#include "text/FilePosition.h"
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+#include "tools/zupolicy/client/CallError.h"
+#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/CheckReport.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {
 
-CheckReport BrokenReport(const std::string& path, std::string_view description)
-{
-    const FilePosition position = SplitPosition(path, description);
-    return {path, std::nullopt, position.line, position.column, position.message};
-}
+struct CheckOptions {
+    std::vector<std::string> files;
+    bool verbose = false;
+    bool strict = false;
+    bool json = false;
+};
 
 /// A failure's message without the file's name in front: a report names the file itself.
 std::string_view WithoutName(std::string_view message, const std::string& path)
@@ -38,10 +43,8 @@ bool Passes(const CheckReport& report, const CheckOptions& options)
     return report.contents && (!options.strict || report.contents->warnings.empty());
 }
 
-}  // namespace
-
 // Each report is printed and dropped before the next file is read.
-ExitCode RunCommand(const CheckOptions& options, Streams streams)
+ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
     JsonWriter json(streams.data);
     if (options.json) {
@@ -64,5 +67,29 @@ ExitCode RunCommand(const CheckOptions& options, Streams streams)
     }
     return allPass ? ExitCode::Ok : ExitCode::FileError;
 }
+
+Action DeclareCheck(CLI::App& line)
+{
+    const auto options = std::make_shared<CheckOptions>();
+    line.add_option("FILE", options->files, "The policy files")->required();
+    line.add_flag("--verbose", options->verbose, "Print counts for each sound file");
+    line.add_flag("--strict", options->strict, "Fail on warnings, too");
+    AddJson(line, options->json);
+    return [options](Streams streams) { return RunCheck(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kCheck{
+    .name = "check",
+    .description =
+        "Load policy files. Print file:line:column: message for each broken one, and warnings about what is "
+        "odd in the others; print nothing about a sound one",
+    .examples =
+        "  zupolicy check policy.xml\n"
+        "  zupolicy check --verbose *.xml\n"
+        "  zupolicy check --json policy.xml",
+    .declare = DeclareCheck,
+};
 
 }  // namespace zupm::tool

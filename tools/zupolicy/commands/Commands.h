@@ -1,17 +1,40 @@
-/// The commands themselves, one source file each. Failures leave them as Failure.
+/// The commands of the tool. A new one is a source file of its own and a line in the table below.
 #pragma once
 
-#include "ExitCode.h"
-#include "Streams.h"
-#include "commands/Options.h"
+#include <functional>
+
+#include "tools/zupolicy/client/Failure.h"
+#include "tools/zupolicy/report/Streams.h"
+
+namespace CLI {
+class App;
+}
 
 namespace zupm::tool {
 
-[[nodiscard]] ExitCode RunCommand(const ShowOptions& options, Streams streams);
-[[nodiscard]] ExitCode RunCommand(const GetOptions& options, Streams streams);
-[[nodiscard]] ExitCode RunCommand(const SetOptions& options, Streams streams);
-[[nodiscard]] ExitCode RunCommand(const RemoveOptions& options, Streams streams);
-[[nodiscard]] ExitCode RunCommand(const ExportIniOptions& options, Streams streams);
-[[nodiscard]] ExitCode RunCommand(const CheckOptions& options, Streams streams);
+/// Does what a command line asks for. Failures leave it as Failure.
+using Action = std::function<ExitCode(Streams)>;
+
+/// One command: what its help says, and what it takes and does.
+struct Command {
+    const char* name;
+    const char* description;
+    const char* examples;
+    /// Declares the arguments and options. The parser stores them where the action keeps them; call the action after
+    /// the parser has succeeded.
+    Action (*declare)(CLI::App& line);
+    /// Takes a value that may begin with a dash.
+    bool takesAnyValue = false;
+};
+
+extern const Command kShow;
+extern const Command kGet;
+extern const Command kSet;
+extern const Command kRemove;
+extern const Command kExportIni;
+extern const Command kCheck;
+
+/// In the order in which the help lists them.
+inline constexpr const Command* kCommands[] = {&kShow, &kGet, &kSet, &kRemove, &kExportIni, &kCheck};
 
 }  // namespace zupm::tool

@@ -1,19 +1,17 @@
-#include "commands/Edit.h"
+#include "tools/zupolicy/commands/Edit.h"
 
 #include <chrono>
-#include <filesystem>
 #include <ostream>
+#include <string>
 #include <utility>
 
-#include "commands/WriteToStream.h"
-#include "output/ChangeText.h"
-#include "output/Json.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/Files.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/report/Change.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {
-
-namespace fs = std::filesystem;
 
 void Commit(PolicyFile& file, const EditOptions& options)
 {
@@ -24,13 +22,13 @@ void Commit(PolicyFile& file, const EditOptions& options)
             throw;
         }
         throw Failure(ExitCode::Changed, file.Path() +
-                                             ": was changed by something else meanwhile and is left alone "
-                                             "(--force writes it)");
+                                             ": another program changed it in the meantime; it was not overwritten "
+                                             "(--force overwrites it)");
     }
 }
 
-/// A file that would only get new time stamps is left alone, so a job that runs every hour does not touch it every
-/// hour; a file that was asked for by name is always written.
+/// A file that would only get new time stamps is not written, so a job that runs every hour does not write it every
+/// hour. The file of --output is always written.
 void Write(PolicyFile& file, Change& change, const EditOptions& options)
 {
     if (options.output) {
@@ -42,14 +40,22 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
     }
 }
 
-/// FILE named as the output would be replaced without its lock, and without a look at what it is by then.
+/// FILE named as the output would be replaced without its lock, and without a check that it is still the same.
 void RequireAnotherFile(const std::string& file, const std::string& output)
 {
-    std::error_code ignored;
-    if (IsUtf8(file) && IsUtf8(output) &&
-        fs::equivalent(fs::path(FromUtf8(file)), fs::path(FromUtf8(output)), ignored)) {
-        throw Failure(ExitCode::Usage, output + ": is FILE itself; without --output it is replaced");
+    if (AreSameFile(file, output)) {
+        throw Failure(ExitCode::Usage, output + ": is FILE itself; leave out --output to replace it");
     }
+}
+
+/// Writes the document to a stream: the bytes that a file would get, in the document's own encoding. The component
+/// writes files only, so a file in a private folder takes the bytes first.
+void WriteToStream(PolicyFile& file, std::ostream& out)
+{
+    const TemporaryFolder folder;
+    const std::string path = ToUtf8((folder.Path() / "document.xml").u16string());
+    file.Write(path);
+    WriteFileTo(out, folder.Path() / "document.xml");
 }
 
 void Print(const Change& change, const EditOptions& options, Streams streams)
@@ -61,7 +67,7 @@ void Print(const Change& change, const EditOptions& options, Streams streams)
     }
     streams.data.flush();
     if (!streams.data && change.written) {
-        throw Failure(ExitCode::Written, *change.written + ": is written, but standard output cannot be written");
+        throw Failure(ExitCode::Written, *change.written + ": was written, but writing to standard output failed");
     }
 }
 
@@ -73,7 +79,7 @@ PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
         RequireAnotherFile(file, *options.output);
         return PolicyFile(file, Access::Copy);
     }
-    const std::chrono::seconds patience(options.lock.timeoutSeconds);
+    const std::chrono::seconds patience(options.lockTimeoutSeconds);
     try {
         return PolicyFile(file, patience);
     } catch (const CallError& error) {

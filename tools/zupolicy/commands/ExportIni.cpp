@@ -1,19 +1,27 @@
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <ostream>
 #include <system_error>
 
-#include "client/Contents.h"
-#include "client/PolicyFile.h"
-#include "commands/Commands.h"
-#include "file/CopyFile.h"
-#include "file/OrdinaryFile.h"
-#include "file/TemporaryFolder.h"
-#include "output/CheckText.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/Files.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/CheckReport.h"
 
 namespace zupm::tool {
 namespace {
+
+struct ExportIniOptions {
+    std::string file;
+    Target target;
+    std::string iniFile;
+};
 
 constexpr const char* kStandardOutput = "-";
 
@@ -30,10 +38,9 @@ void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesy
 }
 
 /// Writing settings into the policy file would destroy it.
-void RequireAnotherFile(const std::string& policyFile, const std::string& iniFile, const std::filesystem::path& ini)
+void RequireNotThePolicyFile(const std::string& policyFile, const std::string& iniFile)
 {
-    std::error_code ignored;
-    if (std::filesystem::equivalent(std::filesystem::path(FromUtf8(policyFile)), ini, ignored)) {
+    if (AreSameFile(policyFile, iniFile)) {
         throw Failure(ExitCode::Usage, iniFile + ": is the policy file; name another file for the export");
     }
 }
@@ -44,23 +51,23 @@ void ExportToFile(PolicyFile& file, const ExportIniOptions& options)
         throw Failure(ExitCode::Usage, "the INI file's name is empty");
     }
     RequireName(options.iniFile);
-    // Windows looks for an INI file without a folder in its own folder, not in the current one.
+    // Windows searches for an INI file without a folder in its own folder, not in the current one.
     const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
     if (!IsOrdinaryFile(ini)) {
-        throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; `-` writes to the standard output");
+        throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; use - for standard output");
     }
-    RequireAnotherFile(options.file, options.iniFile, ini);
+    RequireNotThePolicyFile(options.file, options.iniFile);
     Export(file, options, ini);
 }
 
-/// An export needs a file: each setting is put into what is there. So it goes by way of one.
+/// An export needs a file, because each setting is written into what the file holds. A temporary one serves.
 void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostream& data)
 {
     try {
         const TemporaryFolder folder;
         const std::filesystem::path ini = folder.Path() / "task.ini";
         Export(file, options, ini);
-        CopyFile(ini, data);
+        WriteFileTo(data, ini);
     } catch (const std::system_error& error) {
         throw Failure(ExitCode::FileError, std::string("a temporary file cannot be used: ") + error.what());
     }
@@ -102,18 +109,36 @@ void PrintLosses(Messages& messages, const std::string& file, const FileContents
     }
 }
 
-}  // namespace
-
-// The component's document is gone before the records are made, so both are never in memory together.
-ExitCode RunCommand(const ExportIniOptions& options, Streams streams)
+// The component's document is released before the records are made, so both are never in memory together.
+ExitCode RunExportIni(const ExportIniOptions& options, Streams streams)
 {
     Export(options, streams.data);
     try {
         PrintLosses(streams.messages, options.file, ReadRecords(options.file), options.target);
     } catch (const Failure& failure) {
-        throw Failure(ExitCode::Written, std::string("the export is written, but: ") + failure.what());
+        throw Failure(ExitCode::Written, std::string("the export was written, but: ") + failure.what());
     }
     return ExitCode::Ok;
 }
+
+Action DeclareExportIni(CLI::App& line)
+{
+    const auto options = std::make_shared<ExportIniOptions>();
+    AddFile(line, options->file);
+    AddTarget(line, options->target);
+    line.get_option("--task")->required();
+    line.add_option("INI-FILE", options->iniFile, "The INI file, created when missing; - for standard output")
+        ->required();
+    return [options](Streams streams) { return RunExportIni(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kExportIni{
+    .name = "export-ini",
+    .description = "Write the fields and settings of a task into an INI file, which keeps its other lines",
+    .examples = "  zupolicy export-ini policy.xml PRODUCTA1000 task.ini --task '{task-1}'",
+    .declare = DeclareExportIni,
+};
 
 }  // namespace zupm::tool

@@ -1,14 +1,27 @@
+#include <CLI/CLI.hpp>
+
+#include <memory>
 #include <ostream>
 
-#include "client/Explain.h"
-#include "client/PolicyFile.h"
-#include "commands/Commands.h"
-#include "output/Json.h"
-#include "text/Utf8.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
+namespace {
 
-ExitCode RunCommand(const GetOptions& options, Streams streams)
+struct GetOptions {
+    std::string file;
+    Target target;
+    std::string section;
+    std::string name;
+    bool json = false;
+};
+
+ExitCode RunGet(const GetOptions& options, Streams streams)
 {
     const Sought sought{options.file, options.target, options.section, options.name};
     const std::string value = Explaining(sought, [&] {
@@ -22,5 +35,27 @@ ExitCode RunCommand(const GetOptions& options, Streams streams)
     }
     return ExitCode::Ok;
 }
+
+Action DeclareGet(CLI::App& line)
+{
+    const auto options = std::make_shared<GetOptions>();
+    AddFile(line, options->file);
+    AddTarget(line, options->target);
+    line.add_option("SECTION", options->section, "The section")->required();
+    line.add_option("NAME", options->name, "The setting")->required();
+    AddJson(line, options->json);
+    return [options](Streams streams) { return RunGet(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kGet{
+    .name = "get",
+    .description = "Print the value of one setting",
+    .examples =
+        "  zupolicy get policy.xml PRODUCTA1000 General Enabled\n"
+        "  zupolicy get policy.xml PRODUCTA1000 General Enabled --task '{task-1}'",
+    .declare = DeclareGet,
+};
 
 }  // namespace zupm::tool

@@ -1,82 +1,34 @@
-/// The commands of the tool, as the command line gives them; every text is UTF-8.
+/// Arguments and options that several commands have in common.
 #pragma once
 
 #include <optional>
 #include <string>
-#include <variant>
-#include <vector>
 
-#include "model/Target.h"
-#include "model/TaskFields.h"
+#include "tools/zupolicy/client/Target.h"
+
+namespace CLI {
+class App;
+}
 
 namespace zupm::tool {
 
-struct ShowOptions {
-    std::string file;
-    std::optional<std::string> softwareId;
-    std::optional<std::string> taskId;
-    bool namesOnly = false;
-    bool json = false;
-};
-
-struct GetOptions {
-    std::string file;
-    Target target;
-    std::string section;
-    std::string name;
-    bool json = false;
-};
-
-/// How long the commands that write wait for others to be done.
-struct LockOptions {
-    unsigned timeoutSeconds = 10;
-};
-
-/// Where the commands that edit leave their result.
+/// Where and how the commands that edit write their result.
 struct EditOptions {
     std::optional<std::string> output;
     bool dryRun = false;
     bool force = false;
     bool json = false;
-    LockOptions lock;
+    unsigned lockTimeoutSeconds = 10;
 
-    /// A file of this name has another one as well: ./-
+    /// A file of this name can be written as ./-
     [[nodiscard]] bool GoesToStandardOutput() const { return output == "-"; }
 };
 
-struct SetOptions {
-    std::string file;
-    Target target;
-    std::string section;
-    std::string name;
-    std::string value;
-    bool create = false;
-    TaskFields fields;
-    EditOptions edit;
-};
-
-/// Without a section the whole policy or task goes, without a name the whole section.
-struct RemoveOptions {
-    std::string file;
-    Target target;
-    std::optional<std::string> section;
-    std::optional<std::string> name;
-    EditOptions edit;
-};
-
-struct ExportIniOptions {
-    std::string file;
-    Target target;
-    std::string iniFile;
-};
-
-struct CheckOptions {
-    std::vector<std::string> files;
-    bool verbose = false;
-    bool strict = false;
-    bool json = false;
-};
-
-using Command = std::variant<ShowOptions, GetOptions, SetOptions, RemoveOptions, ExportIniOptions, CheckOptions>;
+// Each declares its arguments and options; what it stores into must live until the line is parsed.
+void AddFile(CLI::App& line, std::string& file);
+void AddTarget(CLI::App& line, Target& target);
+void AddJson(CLI::App& line, bool& json);
+/// The parser refuses options that exclude each other.
+void AddEdit(CLI::App& line, EditOptions& edit);
 
 }  // namespace zupm::tool

@@ -1,13 +1,27 @@
-#include "client/Explain.h"
-#include "client/PolicyFile.h"
-#include "commands/Commands.h"
-#include "commands/Edit.h"
-#include "text/Utf8.h"
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/Explain.h"
 
 namespace zupm::tool {
 namespace {
 
-/// Removes the section, or the setting, and gives the value that a removed setting had.
+/// Without a section the whole policy or task goes, without a name the whole section.
+struct RemoveOptions {
+    std::string file;
+    Target target;
+    std::optional<std::string> section;
+    std::optional<std::string> name;
+    EditOptions edit;
+};
+
+/// Removes the section or the setting; returns the value of a removed setting.
 std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& options)
 {
     const std::u16string section = FromUtf8(*options.section);
@@ -21,9 +35,7 @@ std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& optio
     return before;
 }
 
-}  // namespace
-
-ExitCode RunCommand(const RemoveOptions& options, Streams streams)
+ExitCode RunRemove(const RemoveOptions& options, Streams streams)
 {
     PolicyFile file = OpenToEdit(options.file, options.edit);
     Change change{options.target, false, options.section, options.name, {}, {}, {}, true, {}};
@@ -39,5 +51,29 @@ ExitCode RunCommand(const RemoveOptions& options, Streams streams)
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }
+
+Action DeclareRemove(CLI::App& line)
+{
+    const auto options = std::make_shared<RemoveOptions>();
+    AddFile(line, options->file);
+    AddTarget(line, options->target);
+    line.add_option("SECTION", options->section, "The section");
+    line.add_option("NAME", options->name, "The setting");
+    AddEdit(line, options->edit);
+    return [options](Streams streams) { return RunRemove(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kRemove{
+    .name = "remove",
+    .description = "Remove a setting, a section (without NAME), or a policy or task (without SECTION)",
+    .examples =
+        "  zupolicy remove policy.xml PRODUCTA1000 General Enabled\n"
+        "  zupolicy remove policy.xml PRODUCTA1000 General\n"
+        "  zupolicy remove policy.xml PRODUCTA1000 --dry-run\n"
+        "  zupolicy remove policy.xml PRODUCTA1000 --task '{task-1}'",
+    .declare = DeclareRemove,
+};
 
 }  // namespace zupm::tool

@@ -1,16 +1,30 @@
+#include <CLI/CLI.hpp>
+
 #include <memory>
 #include <utility>
 
-#include "client/Explain.h"
-#include "client/PolicyFile.h"
-#include "client/TaskEntry.h"
-#include "commands/Commands.h"
-#include "commands/Edit.h"
-#include "text/Utf8.h"
-#include "text/Visible.h"
+#include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
 namespace {
+
+struct SetOptions {
+    std::string file;
+    Target target;
+    std::string section;
+    std::string name;
+    std::string value;
+    bool create = false;
+    TaskFields fields;
+    EditOptions edit;
+};
 
 struct Found {
     std::unique_ptr<Entry> entry;
@@ -33,7 +47,7 @@ Found FindExisting(PolicyFile& file, const SetOptions& options)
     return {std::move(task), false, std::move(fields)};
 }
 
-/// What a new task gets: the fields that were given, and the defaults of the others.
+/// The fields of a new task: those of the command line, and the defaults of the others.
 std::vector<FieldChange> FieldsOfNewEntry(const SetOptions& options)
 {
     if (!options.target.taskId) {
@@ -62,8 +76,8 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
     return {file.Create(options.target, options.fields), true, FieldsOfNewEntry(options)};
 }
 
-/// The component writes a task's identity fields into some of the task's own settings whenever the task goes back, so
-/// a value put there would be lost without a word.
+/// When a task goes back into the file, the component writes its identity fields into some of its settings. A value put
+/// there would be lost without a message.
 void RequireKept(PolicyFile& file, const SetOptions& options)
 {
     const auto kept = file.Find(options.target)->Find(FromUtf8(options.section), FromUtf8(options.name));
@@ -87,9 +101,7 @@ void Put(PolicyFile& file, Entry& entry, const SetOptions& options)
     RequireKept(file, options);
 }
 
-}  // namespace
-
-ExitCode RunCommand(const SetOptions& options, Streams streams)
+ExitCode RunSet(const SetOptions& options, Streams streams)
 {
     const std::u16string value = FromUtf8(options.value);
     PolicyFile file = OpenToEdit(options.file, options.edit);
@@ -108,5 +120,47 @@ ExitCode RunCommand(const SetOptions& options, Streams streams)
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }
+
+void AddTaskFields(CLI::App& line, TaskFields& fields)
+{
+    const auto add = [&](const char* name, auto& value, const char* description) {
+        line.add_option(name, value, description)->group("Fields of the task")->needs(line.get_option("--task"));
+    };
+    add("--display-name", fields.displayName, "Name shown to users (a new task: its ID)");
+    add("--type", fields.type, "Type of the task");
+    add("--platforms", fields.platforms, "Platforms that the task is for");
+    add("--creator", fields.creator, "Who created the task");
+    add("--priority", fields.priority, "Priority, a whole number (a new task: 0)");
+}
+
+Action DeclareSet(CLI::App& line)
+{
+    const auto options = std::make_shared<SetOptions>();
+    AddFile(line, options->file);
+    AddTarget(line, options->target);
+    line.add_option("SECTION", options->section, "The section")->required();
+    line.add_option("NAME", options->name, "The setting")->required();
+    line.add_option("VALUE", options->value, "Its new value, which may be empty")->required();
+    line.add_flag("--create", options->create, "Add the policy or task when it is not in the file");
+    AddTaskFields(line, options->fields);
+    AddEdit(line, options->edit);
+    return [options](Streams streams) { return RunSet(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kSet{
+    .name = "set",
+    .description =
+        "Change one setting. A missing section or setting is added; a missing policy or task only with "
+        "--create. If the setting has the value already, FILE is not written",
+    .examples =
+        "  zupolicy set policy.xml PRODUCTA1000 General Enabled 1\n"
+        "  zupolicy set policy.xml PRODUCTA1000 General Switch -- -x\n"
+        "  zupolicy set policy.xml PRODUCTC3000 General Enabled 1 --create --output new.xml\n"
+        "  zupolicy set policy.xml PRODUCTA1000 Plan Hour 3 --task '{task-9}' --create --type Scan",
+    .declare = DeclareSet,
+    .takesAnyValue = true,
+};
 
 }  // namespace zupm::tool

@@ -1,14 +1,26 @@
-#include <algorithm>
+#include <CLI/CLI.hpp>
 
-#include "Failure.h"
-#include "client/Contents.h"
-#include "client/Explain.h"
-#include "commands/Commands.h"
-#include "output/Json.h"
-#include "output/ShowText.h"
+#include <algorithm>
+#include <memory>
+
+#include "tools/zupolicy/client/Failure.h"
+#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Json.h"
+#include "tools/zupolicy/report/ShowText.h"
 
 namespace zupm::tool {
 namespace {
+
+struct ShowOptions {
+    std::string file;
+    std::optional<std::string> softwareId;
+    std::optional<std::string> taskId;
+    bool namesOnly = false;
+    bool json = false;
+};
 
 void RequireSomething(const FileContents& contents, const ShowOptions& options, const Selection& selection)
 {
@@ -23,9 +35,7 @@ void RequireSomething(const FileContents& contents, const ShowOptions& options, 
                   options.file + ": " + what + ": not in the file" + SuggestionFor(contents, target));
 }
 
-}  // namespace
-
-ExitCode RunCommand(const ShowOptions& options, Streams streams)
+ExitCode RunShow(const ShowOptions& options, Streams streams)
 {
     const FileContents contents = ReadContents(options.file);
     const Selection selection{options.softwareId, options.taskId, !options.namesOnly};
@@ -37,5 +47,29 @@ ExitCode RunCommand(const ShowOptions& options, Streams streams)
     }
     return ExitCode::Ok;
 }
+
+Action DeclareShow(CLI::App& line)
+{
+    const auto options = std::make_shared<ShowOptions>();
+    AddFile(line, options->file);
+    CLI::Option* id = line.add_option("SOFTWARE-ID", options->softwareId, "Only this product's policy and tasks");
+    line.add_option("--task", options->taskId, "Only this task of the product")->type_name("TASK-ID")->needs(id);
+    line.add_flag("--names", options->namesOnly, "Leave out sections and settings");
+    AddJson(line, options->json);
+    return [options](Streams streams) { return RunShow(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kShow{
+    .name = "show",
+    .description = "Print versions, policies, tasks, sections and settings as they are in the file",
+    .examples =
+        "  zupolicy show policy.xml\n"
+        "  zupolicy show policy.xml PRODUCTA1000\n"
+        "  zupolicy show policy.xml PRODUCTA1000 --task '{task-1}' --json\n"
+        "  zupolicy show policy.xml --names",
+    .declare = DeclareShow,
+};
 
 }  // namespace zupm::tool

@@ -1,0 +1,53 @@
+#include "tools/zupolicy/commands/Options.h"
+
+#include <CLI/CLI.hpp>
+
+namespace zupm::tool {
+namespace {
+
+/// Standard output takes either the document or a report.
+void RequireOneUseOfStandardOutput(const EditOptions& edit)
+{
+    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun)) {
+        throw CLI::ValidationError(
+            std::string("--output - writes the document to standard output and cannot be used with ") +
+            (edit.json ? "--json" : "--dry-run"));
+    }
+}
+
+}  // namespace
+
+void AddFile(CLI::App& line, std::string& file)
+{
+    line.add_option("FILE", file, "The policy file")->required();
+}
+
+void AddTarget(CLI::App& line, Target& target)
+{
+    line.add_option("SOFTWARE-ID", target.softwareId, "The product")->required();
+    line.add_option("--task", target.taskId, "Work on this task of the product, not on its policy")
+        ->type_name("TASK-ID");
+}
+
+void AddJson(CLI::App& line, bool& json)
+{
+    line.add_flag("--json", json, "Print JSON");
+}
+
+void AddEdit(CLI::App& line, EditOptions& edit)
+{
+    line.add_option("--output", edit.output,
+                    "Write the result to PATH (- for standard output) and leave FILE as it is (default: replace FILE "
+                    "in one step)")
+        ->type_name("PATH");
+    line.add_flag("--dry-run", edit.dryRun, "Print what would change and write nothing");
+    line.add_flag("--force", edit.force, "Write the file even when another program changed it in the meantime");
+    line.add_flag("--json", edit.json, "Print the change as JSON");
+    line.add_option("--lock-timeout", edit.lockTimeoutSeconds,
+                    "How long to wait for another process that is editing FILE (default: 10)")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0, 86'400));
+    line.callback([&edit] { RequireOneUseOfStandardOutput(edit); });
+}
+
+}  // namespace zupm::tool

@@ -1,0 +1,29 @@
+/// What `set` and `remove` did or would do.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/zupolicy/client/Target.h"
+
+namespace zupm::tool {
+
+/// One edit of one policy or task. A new setting has no value before, a removed one none after.
+struct Change {
+    Target target;
+    bool createsTarget = false;
+    std::optional<std::string> section;
+    std::optional<std::string> name;
+    std::optional<std::string> before;
+    std::optional<std::string> after;
+    std::vector<FieldChange> fields;
+    bool changed = true;
+    /// The file that was written; nothing when none was.
+    std::optional<std::string> written;
+};
+
+/// One line such as `policy PRODUCTA1000: General/Enabled: "0" -> "1"`, and one for each field of a task that changes.
+[[nodiscard]] std::string ChangeAsText(const Change& change);
+
+}  // namespace zupm::tool

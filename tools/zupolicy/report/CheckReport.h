@@ -1,0 +1,39 @@
+/// What `check` finds out about a file, and how it prints that.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tools/zupolicy/client/contents/FileContents.h"
+#include "tools/zupolicy/report/Streams.h"
+
+namespace zupm::tool {
+
+/// A sound file has contents; a broken one has a message, and a position where the breakage has one.
+struct CheckReport {
+    std::string file;
+    std::optional<FileContents> contents;
+    std::optional<std::uint64_t> line;
+    std::optional<std::uint64_t> column;
+    std::string message;
+};
+
+/// A report on a file that the component refuses, from "file:line:column: message" or a message without a position.
+[[nodiscard]] CheckReport BrokenReport(const std::string& file, std::string_view description);
+
+/// The sentence of a warning.
+[[nodiscard]] std::string WarningText(const FileContents& contents, const Warning& warning);
+
+/// "file:line:column: message" for a broken file, one "file:line:column: warning: message" for each warning about a
+/// sound one; nothing else for a sound file.
+void PrintReport(Messages& messages, const CheckReport& report);
+
+/// "file:line:column: warning: message".
+void PrintWarning(Messages& messages, const std::string& file, const FileContents& contents, const Warning& warning);
+
+/// "file: ok: 3 policies, ...". The file is sound.
+void PrintCounts(Messages& messages, const CheckReport& report);
+
+}  // namespace zupm::tool

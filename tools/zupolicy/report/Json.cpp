@@ -1,0 +1,185 @@
+#include "tools/zupolicy/report/Json.h"
+
+#include <string_view>
+
+#include "tools/zupolicy/report/CheckReport.h"
+
+namespace zupm::tool {
+namespace {
+
+void WriteSettings(JsonWriter& json, const FileContents& contents, const Section& section)
+{
+    json.Key("settings").BeginArray();
+    for (std::uint32_t number = section.firstSetting; number != kNone; number = contents.settings[number].next) {
+        const Setting& setting = contents.settings[number];
+        json.BeginObject();
+        json.Member("name", contents.Text(setting.name));
+        json.Member("value", contents.Text(setting.value));
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+template <typename Record>
+void WriteSections(JsonWriter& json, const FileContents& contents, const Record& record)
+{
+    json.Key("sections").BeginArray();
+    for (std::uint32_t number = record.firstSection; number < record.endSection; ++number) {
+        const Section& section = contents.sections[number];
+        json.BeginObject();
+        json.Member("name", contents.Text(section.name));
+        WriteSettings(json, contents, section);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+void WriteFields(JsonWriter& json, const FileContents& contents, const Policy& policy)
+{
+    json.Member("softwareId", contents.Text(policy.softwareId));
+    json.Member("version", contents.Text(policy.version));
+}
+
+void WriteFields(JsonWriter& json, const FileContents& contents, const Task& task)
+{
+    json.Member("softwareId", contents.Text(task.softwareId));
+    json.Member("taskId", contents.Text(task.taskId));
+    json.Member("displayName", contents.Text(task.displayName));
+    json.Member("type", contents.Text(task.type));
+    json.Member("platforms", contents.Text(task.platforms));
+    json.Member("priority", contents.Text(task.priority));
+    json.Member("creator", contents.Text(task.creator));
+    json.Member("version", contents.Text(task.version));
+}
+
+template <typename Records>
+void WriteRecords(JsonWriter& json, const FileContents& contents, const Records& records, const Selection& selection)
+{
+    json.BeginArray();
+    for (const auto& record : records) {
+        if (!selection.Has(contents, record)) {
+            continue;
+        }
+        json.BeginObject();
+        WriteFields(json, contents, record);
+        if (selection.withSections) {
+            WriteSections(json, contents, record);
+        }
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+void WriteIds(JsonWriter& json, const Target& target)
+{
+    json.Member("softwareId", target.softwareId);
+    if (target.taskId) {
+        json.Member("taskId", *target.taskId);
+    }
+}
+
+void WriteNumberOrNull(JsonWriter& json, const std::optional<std::uint64_t>& number)
+{
+    if (number) {
+        json.Number(*number);
+    } else {
+        json.Null();
+    }
+}
+
+void WriteSoundReport(JsonWriter& json, const FileContents& contents)
+{
+    json.Key("policies").Number(contents.policies.size());
+    json.Key("tasks").Number(contents.tasks.size());
+    json.Key("sections").Number(contents.sections.size());
+    json.Key("settings").Number(contents.settings.size());
+    json.Key("warnings").BeginArray();
+    for (const Warning& warning : contents.warnings) {
+        json.BeginObject();
+        json.Key("line").Number(warning.line);
+        json.Key("column").Number(warning.column);
+        json.Member("message", WarningText(contents, warning));
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields)
+{
+    json.Key("fields").BeginArray();
+    for (const FieldChange& field : fields) {
+        json.BeginObject();
+        json.Member("name", field.name);
+        json.Key("before").TextOrNull(field.before);
+        json.Member("after", field.after);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+}  // namespace
+
+void WriteContentsAsJson(std::ostream& out, const std::string& file, const FileContents& contents,
+                         const Selection& selection)
+{
+    JsonWriter json(out);
+    json.BeginObject();
+    json.Member("file", file);
+    json.Member("policyVersion", contents.policyVersion);
+    json.Member("taskVersion", contents.taskVersion);
+    json.Member("assignmentList", contents.assignmentList);
+    json.Key("policies");
+    WriteRecords(json, contents, contents.policies, selection);
+    json.Key("tasks");
+    WriteRecords(json, contents, contents.tasks, selection);
+    json.EndObject();
+}
+
+void WriteValueAsJson(std::ostream& out, const Target& target, const std::string& section, const std::string& name,
+                      const std::string& value)
+{
+    JsonWriter json(out);
+    json.BeginObject();
+    WriteIds(json, target);
+    json.Member("section", section);
+    json.Member("name", name);
+    json.Member("value", value);
+    json.EndObject();
+}
+
+void WriteChangeAsJson(std::ostream& out, const Change& change)
+{
+    JsonWriter json(out);
+    json.BeginObject();
+    WriteIds(json, change.target);
+    json.Key("new").Boolean(change.createsTarget);
+    json.Key("section").TextOrNull(change.section);
+    json.Key("name").TextOrNull(change.name);
+    json.Key("before").TextOrNull(change.before);
+    json.Key("after").TextOrNull(change.after);
+    if (change.target.taskId) {
+        WriteFieldChanges(json, change.fields);
+    }
+    json.Key("changed").Boolean(change.changed);
+    json.Key("written").TextOrNull(change.written);
+    json.EndObject();
+}
+
+void WriteReportAsJson(JsonWriter& json, const CheckReport& report)
+{
+    json.BeginObject();
+    json.Member("file", report.file);
+    json.Key("ok").Boolean(report.contents.has_value());
+    if (report.contents) {
+        WriteSoundReport(json, *report.contents);
+    } else {
+        json.Key("line");
+        WriteNumberOrNull(json, report.line);
+        json.Key("column");
+        WriteNumberOrNull(json, report.column);
+        json.Member("message", report.message);
+    }
+    json.EndObject();
+}
+
+}  // namespace zupm::tool

@@ -1,0 +1,52 @@
+/// JSON that is written value by value, so that a large document is never held as JSON.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace zupm::tool {
+
+/// Writes one document, indented by two blanks a level; it ends with a line break. In an object each value follows the
+/// Key that it belongs to.
+///
+/// Errors    The caller closes what it opened. The stream keeps its own errors.
+class JsonWriter {
+public:
+    explicit JsonWriter(std::ostream& out) : m_out(out) {}
+
+    void BeginObject() { Begin('{'); }
+    void EndObject() { End('}'); }
+    void BeginArray() { Begin('['); }
+    void EndArray() { End(']'); }
+
+    JsonWriter& Key(std::string_view name);
+
+    /// A text is UTF-8; a byte that is no part of a valid sequence, as in a file's name, becomes U+FFFD.
+    void Text(std::string_view text);
+    void Number(std::uint64_t number);
+    void Boolean(bool value);
+    void Null();
+    void TextOrNull(const std::optional<std::string>& text);
+
+    /// Key and Text.
+    void Member(std::string_view name, std::string_view text) { Key(name).Text(text); }
+
+private:
+    void Begin(char bracket);
+    void End(char bracket);
+    /// Comma, line break and indentation where one more value begins.
+    void BeginValue();
+    void BeginLine();
+    /// The line break at the document's end.
+    void EndValue();
+    void Quote(std::string_view text);
+
+    std::ostream& m_out;
+    std::vector<bool> m_hasValues;  ///< one for each open bracket
+    bool m_afterKey = false;
+};
+
+}  // namespace zupm::tool
