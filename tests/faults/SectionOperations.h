@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 
 namespace zupm::test {
 

@@ -1,7 +1,7 @@
 // The policy file object: loading, writing, properties, objects handed out.
 #include <algorithm>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 
 namespace zupm::test {
 

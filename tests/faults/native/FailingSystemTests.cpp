@@ -1,6 +1,6 @@
 // Every system call behind a public operation fails: the first, the second, and so on until the operation passes. It
 // then gives a code of its own, opens no file that it does not close, and leaves what its row says.
-#include "tests/faults/native/FileOperation.h"
+#include "tests/faults/native/FailingSystemTest.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "tests/faults/native/FileOperation.h"
+#include "tests/faults/native/FailingSystemTest.h"
 
 namespace zupm::test {
 

@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "module/ModuleServer.h"
-#include "tests/faults/native/FileOperation.h"
+#include "tests/faults/native/FailingSystemTest.h"
 
 namespace zupm::test {
 

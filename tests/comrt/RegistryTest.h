@@ -41,7 +41,7 @@ private:
 };
 
 /// Every registry function works on a file in a folder of the test's own.
-class RegistryFixture : public testing::Test {
+class RegistryTest : public testing::Test {
 protected:
     [[nodiscard]] std::string FileName() const { return (m_folder.Folder() / "registry").string(); }
 

@@ -1,5 +1,5 @@
 // A task's dump into an INI file: a line at a time, each of them in the file whole or not at all.
-#include "tests/faults/native/FileOperation.h"
+#include "tests/faults/native/FailingSystemTest.h"
 
 namespace zupm::test {
 

@@ -1,6 +1,6 @@
 // Class objects and objects: how they are made, plain and as part of an outer object.
 #include "module/ModuleServer.h"
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 #include "tests/module/Classes.h"
 
 namespace zupm::test {

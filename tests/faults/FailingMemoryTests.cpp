@@ -2,7 +2,7 @@
 // gives a code that is documented, leaks nothing, leaves no stale error information, and leaves what its row says.
 #include <algorithm>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 #include "tests/support/Effort.h"
 #include "tests/support/ErrorInfo.h"
 #include "tests/support/FailingAllocations.h"

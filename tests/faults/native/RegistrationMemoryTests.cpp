@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "module/ModuleServer.h"
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 
 namespace zupm::test {
 

@@ -2,7 +2,7 @@
 // index empty (or as far as it was rebuilt) and what was deleted or created as it is, until the file is loaded again.
 #include <algorithm>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 
 namespace zupm::test {
 

@@ -1,7 +1,7 @@
 // Calls by name, as scripts make them.
 #include <utility>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 
 namespace zupm::test {
 

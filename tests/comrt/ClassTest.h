@@ -3,15 +3,15 @@
 
 #include <dlfcn.h>
 
-#include "tests/comrt/RegistryFixture.h"
+#include "tests/comrt/RegistryTest.h"
 #include "tests/support/ComPtr.h"
 
 namespace zupm::test {
 
-class ClassFixture : public RegistryFixture {
+class ClassTest : public RegistryTest {
 protected:
     /// What the last test left loaded goes before the next begins.
-    ~ClassFixture() override { CoFreeUnusedLibraries(); }
+    ~ClassTest() override { CoFreeUnusedLibraries(); }
 
     static void Register(REFCLSID clsid, std::string_view path)
     {
