@@ -1,6 +1,10 @@
-#include "tests/ini/IniReader.h"
+#include "tests/support/IniReader.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "text/Utf.h"
 
 namespace zupm::test {
 
@@ -34,24 +38,55 @@ std::u16string UpToNull(const std::u16string& text)
 
 }  // namespace
 
-IniReader::IniReader(std::u16string_view text)
+std::u16string DecodeIni(std::string_view bytes)
 {
+    std::u16string text;
+    const bool isHighFirst = bytes.starts_with("\xFE\xFF");
+    if (isHighFirst || bytes.starts_with("\xFF\xFE")) {
+        for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
+            const auto low = static_cast<unsigned char>(bytes[isHighFirst ? at + 1 : at]);
+            const auto high = static_cast<unsigned char>(bytes[isHighFirst ? at : at + 1]);
+            text += static_cast<char16_t>(low | high << 8);
+        }
+        return text;
+    }
+    if (std::optional<std::u16string> utf8 = ToUtf16(bytes)) {
+        return *utf8;
+    }
+    for (const char byte : bytes) {
+        text += static_cast<char16_t>(static_cast<unsigned char>(byte));
+    }
+    return text;
+}
+
+std::vector<std::u16string> IniLines(std::u16string_view text)
+{
+    std::vector<std::u16string> lines;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find_first_of(u"\r\n"), text.size());
-        ReadLine(text.substr(0, end));
+        if (std::u16string line = Trimmed(text.substr(0, end)); !line.empty()) {
+            lines.push_back(std::move(line));
+        }
         text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
+IniReader::IniReader(std::u16string_view text)
+{
+    for (const std::u16string& line : IniLines(text)) {
+        ReadLine(line);
     }
 }
 
-void IniReader::ReadLine(std::u16string_view line)
+void IniReader::ReadLine(const std::u16string& line)
 {
-    const std::u16string text = Trimmed(line);
-    const std::size_t bracket = text.rfind(u']');
-    if (text.starts_with(u'[') && bracket != text.npos) {
-        m_current = UpToNull(Trimmed(std::u16string_view(text).substr(1, bracket - 1)));
+    const std::size_t bracket = line.rfind(u']');
+    if (line.starts_with(u'[') && bracket != line.npos) {
+        m_current = UpToNull(Trimmed(std::u16string_view(line).substr(1, bracket - 1)));
         m_sections.try_emplace(m_current);
-    } else if (const std::size_t equals = text.find(u'='); equals != text.npos) {
-        const std::u16string_view view = text;
+    } else if (const std::size_t equals = line.find(u'='); equals != line.npos) {
+        const std::u16string_view view = line;
         m_sections[m_current].try_emplace(UpToNull(Trimmed(view.substr(0, equals))),
                                           Unquoted(UpToNull(Trimmed(view.substr(equals + 1)))));
     }

@@ -9,9 +9,15 @@
 
 namespace zupm::test {
 
-/// What a file says, as the system's own call takes it: lines end at CR, LF or both; a line that begins with `[` is a
-/// section up to its last `]`; others are a key and a value, without blanks at their ends, the value without one pair
-/// of quotes; a null character ends a name or value. Of a section or key that comes twice the first counts.
+/// The text of a file: UTF-16 with a signature, otherwise UTF-8, otherwise one character a byte (a Latin code page).
+[[nodiscard]] std::u16string DecodeIni(std::string_view bytes);
+
+/// All lines that are not blank, in order, without the blanks at their ends. Lines end at CR, LF or both.
+[[nodiscard]] std::vector<std::u16string> IniLines(std::u16string_view text);
+
+/// What a file says, as the system's own call takes it: a line that begins with `[` is a section up to its last `]`;
+/// others are a key and a value, without blanks at their ends, the value without one pair of quotes; a null character
+/// ends a name or value. Of a section or key that occurs twice the first counts.
 class IniReader {
 public:
     explicit IniReader(std::u16string_view text);
@@ -24,7 +30,7 @@ public:
     [[nodiscard]] std::vector<std::u16string> Names() const;
 
 private:
-    void ReadLine(std::u16string_view line);
+    void ReadLine(const std::u16string& line);
 
     std::map<std::u16string, std::map<std::u16string, std::u16string>> m_sections;
     std::u16string m_current;
