@@ -15,7 +15,7 @@ namespace zupm::fuzz {
 
 namespace {
 
-/// The value or slot behind one argument.
+/// The value or slot of one argument.
 class Operand {
 public:
     Operand() = default;

@@ -7,7 +7,7 @@ namespace zupm::test {
 
 namespace {
 
-/// An object that others are parts of; it counts on nothing.
+/// An object that others are parts of; it does not count references.
 class Outer final : public IUnknown {
 public:
     HRESULT QueryInterface(REFIID, void** out) override
@@ -92,7 +92,7 @@ std::vector<Operation> OperationsOf(std::vector<HRESULT> codes)
 }
 
 const std::vector<HRESULT> kMemory = {result::OutOfMemory};
-/// These begin with a product or task of their own.
+/// These start from a product or task of their own.
 const std::vector<HRESULT> kMemoryAndData = {result::OutOfMemory, result::Unexpected, result::AllocationFailed};
 
 }  // namespace

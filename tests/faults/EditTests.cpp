@@ -57,7 +57,7 @@ void LoadAgain(World& world)
 
 // --- after a failure -------------------------------------------------------------------------------------------------
 
-/// What no edit may touch: the files, the incoming objects, the other entries in the document, well-formed as that is.
+/// What no edit may touch: the files, the incoming objects, the other entries of the document, which is well-formed.
 void TheRestIsUntouched(World& world, const Sight& before)
 {
     EXPECT_EQ(world.OfFolder().files, before.files);
@@ -68,7 +68,7 @@ void TheRestIsUntouched(World& world, const Sight& before)
     EXPECT_EQ(reader.AssignmentList(), fresh.file.AssignmentList());
 }
 
-/// An entry is not there, or just the place for it, or it is whole with one of these values.
+/// An entry is missing, or only its place exists, or it is whole with one of these values.
 template <class Client>
 void ExpectOneOf(const Client& found, std::initializer_list<std::u16string_view> values)
 {
@@ -115,7 +115,7 @@ void ThePoliciesAreUntouched(World& world, const Sight& before)
     TheRestIsUntouched(world, before);
 }
 
-/// As long as every old entry is found nothing has changed; after that entries are lost from the end on, because the
+/// As long as every old entry is found, nothing has changed. After that, entries are lost from the end on, because the
 /// index is rebuilt in document order.
 void ExpectAllOrLost(World& world, const Sight& before, HRESULT first, HRESULT other)
 {

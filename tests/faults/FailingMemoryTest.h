@@ -16,18 +16,18 @@ struct Operation {
     const char* name;
     /// The operation and nothing else: it allocates nothing of its own.
     HRESULT (*run)(World& world);
-    /// Every code that a failure gives; each must come at least once, and no other.
+    /// Every code that a failure gives; each must be returned at least once, and no other.
     std::vector<HRESULT> codes;
     /// What must hold after a failure, and after a success: also one that an allocation failed on the way to.
     void (*afterFailure)(World& world, const Sight& before);
     void (*afterSuccess)(World& world);
     /// Brings the objects into the state that the operation starts from; null: a World as it is.
     void (*prepare)(World& world) = nullptr;
-    /// Run again after a failure, when memory is back, the operation succeeds as if nothing had been. An edit that
+    /// Run again after a failure, when memory is back, the operation succeeds as if nothing had failed. An edit that
     /// emptied its index first needs the file loaded again.
     void (*recover)(World& world) = nullptr;
-    /// Members of the interfaces leave error information about this call or none; what makes objects and finds members
-    /// leaves what there is alone.
+    /// Members of the interfaces leave error information about this call or none; calls that make objects or find
+    /// members leave the old information alone.
     bool isMember = true;
     /// Fewer failures than this mean that the operation did not get far.
     int fewestFailures = 1;

@@ -16,7 +16,7 @@ namespace {
 /// Longer than any operation takes.
 constexpr int kMostAllocations = 1'000'000;
 
-/// A failing call either says what it was that failed or, having no memory for that, says nothing.
+/// A failing call says what failed or, when it has no memory for that, says nothing.
 void ExpectErrorInformation(HRESULT code)
 {
     const ErrorInformation left = TakeErrorInformation();
@@ -87,7 +87,7 @@ void FailingMemory::NoteCode(HRESULT code)
 void FailingMemory::ExpectEveryCode() const
 {
     for (std::size_t i = 0; i < m_isSeen.size(); ++i) {
-        EXPECT_TRUE(m_isSeen[i]) << "the code " << GetParam().codes[i] << " never came";
+        EXPECT_TRUE(m_isSeen[i]) << "the code " << GetParam().codes[i] << " was never returned";
     }
 }
 
@@ -107,7 +107,7 @@ void FailingMemory::FailEachAllocation(bool forEver)
         happened = RunWith(number, forEver);
         static_cast<void>(TakeErrorInformation());
         static_cast<void>(log.Take());
-        // What failed is remembered by the framework, in memory of its own.
+        // The framework keeps failures in memory of its own.
         EXPECT_TRUE(HasFailure() || LiveAllocations() == live) << LiveAllocations() - live << " blocks were not freed";
     }
     EXPECT_TRUE(HasFailure() || failures >= GetParam().fewestFailures) << failures;

@@ -88,7 +88,7 @@ HRESULT OpenForEdit(World& world)
     return EditOf(world.file)->OpenForEdit(world.path.Get(), 0);
 }
 
-/// Nothing is loaded, and whoever comes next finds the file's lock free.
+/// Nothing is loaded, and the next caller finds the file's lock free.
 void NothingIsLoadedAndNothingHeld(World& world, const Sight& before)
 {
     NothingIsLoaded(world, before);

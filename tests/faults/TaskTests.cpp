@@ -98,7 +98,7 @@ void TheSectionIsGone(World& world)
     EXPECT_EQ(world.task.Get(u"Task", u"TaskID"), (TextResult{0, kTask}));
 }
 
-/// Attributes and settings come one by one; reading again completes them. Nothing of the task's own is lost.
+/// Attributes and settings are read one by one; reading again completes them. Nothing of the task's own is lost.
 void TheTaskItselfIsAsBefore(World& world, const Sight& before)
 {
     EXPECT_TRUE(world.text.Untouched() || world.text.IsNull());

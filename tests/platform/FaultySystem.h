@@ -27,7 +27,7 @@ public:
     FaultySystem(const FaultySystem&) = delete;
     FaultySystem& operator=(const FaultySystem&) = delete;
 
-    /// The name of the first call that failed; empty when there were not so many calls.
+    /// The name of the first call that failed; empty when none failed.
     [[nodiscard]] std::string FailedCall() const;
 };
 

@@ -4,11 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 #include "text/Utf.h"
@@ -17,22 +13,14 @@ namespace zupm::test {
 
 namespace fs = std::filesystem;
 
-TestFolder::TestFolder() : m_path(fs::temp_directory_path() / "zupm-XXXXXX")
+TestFolder::TestFolder()
 {
-    if (::mkdtemp(m_path.data()) == nullptr || ::chmod(m_path.c_str(), 0777) != 0) {
-        throw std::runtime_error("no folder for the test");
-    }
-}
-
-TestFolder::~TestFolder()
-{
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
+    fs::permissions(m_folder.Folder(), fs::perms::all);
 }
 
 std::string TestFolder::Path(std::string_view name) const
 {
-    return std::string(m_path).append("/").append(name);
+    return m_folder.Folder().string().append("/").append(name);
 }
 
 std::u16string TestFolder::Wide(std::string_view name) const
@@ -42,31 +30,12 @@ std::u16string TestFolder::Wide(std::string_view name) const
 
 void TestFolder::Write(std::string_view name, std::string_view bytes) const
 {
-    std::ofstream file(Path(name), std::ios::binary);
-    if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
-        throw std::runtime_error("cannot write " + Path(name));
-    }
+    WriteBytes(Wide(name), bytes);
 }
 
 std::string TestFolder::Read(std::string_view name) const
 {
-    std::ifstream file(Path(name), std::ios::binary);
-    if (!file) {
-        throw std::runtime_error("cannot read " + Path(name));
-    }
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
-
-std::vector<std::string> TestFolder::Names() const
-{
-    std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(m_path)) {
-        names.push_back(entry.path().filename());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+    return ReadBytes(Wide(name));
 }
 
 mode_t TestFolder::Mode(std::string_view name) const

@@ -8,15 +8,14 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/TempFolder.h"
+
 namespace zupm::test {
 
 /// A new empty folder that everybody may use, removed with everything in it at the end.
 class TestFolder {
 public:
     TestFolder();
-    ~TestFolder();
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
 
     [[nodiscard]] std::string Path(std::string_view name) const;
     [[nodiscard]] std::u16string Wide(std::string_view name) const;
@@ -24,13 +23,13 @@ public:
     void Write(std::string_view name, std::string_view bytes) const;
     [[nodiscard]] std::string Read(std::string_view name) const;
     /// The names in it, sorted; links are not followed.
-    [[nodiscard]] std::vector<std::string> Names() const;
+    [[nodiscard]] std::vector<std::string> Names() const { return m_folder.Names(); }
     /// The mode's twelve bits, of the link's target.
     [[nodiscard]] mode_t Mode(std::string_view name) const;
     [[nodiscard]] bool IsLink(std::string_view name) const;
 
 private:
-    std::string m_path;
+    TempFolder m_folder;
 };
 
 /// How many files this process has open.

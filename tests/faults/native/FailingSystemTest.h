@@ -16,7 +16,7 @@ struct Outcome {
     HRESULT code = S_OK;
     int error = 0;           ///< the error number of the failing calls
     bool forEver = false;    ///< all calls from the first failing one on
-    std::string failedCall;  ///< the first of them; empty when there were not so many
+    std::string failedCall;  ///< the first of them; empty when none failed
 };
 
 struct FileOperation {
@@ -29,7 +29,7 @@ struct FileOperation {
     /// (FaultStride).
     int stride = 1;
     /// How many of the errors are tried.
-    std::size_t errors = 6;
+    std::size_t errors = 7;
 };
 
 void PrintTo(const FileOperation& operation, std::ostream* out);

@@ -1,4 +1,4 @@
-// Every system call behind a public operation fails: the first, the second, and so on until the operation passes. It
+// Every system call of a public operation fails: the first, the second, and so on until the operation passes. It
 // then gives a code of its own, opens no file that it does not close, and leaves what its row says.
 #include "tests/faults/native/FailingSystemTest.h"
 
@@ -18,7 +18,7 @@ namespace zupm::test {
 namespace {
 
 constexpr int kMostCalls = 5000;
-constexpr int kErrors[] = {EIO, ENOSPC, EDQUOT, EACCES, EMFILE, EROFS};
+constexpr int kErrors[] = {EIO, ENOSPC, EDQUOT, EACCES, EMFILE, EROFS, ENOMEM};
 
 /// Nothing fails, and nothing waits for the disk.
 constexpr Fault kQuick{.skipsFlushes = true};

@@ -58,7 +58,7 @@ void TheClassesAreGone(World&)
 const std::vector<Operation> kOperations = {
     {.name = "DllRegisterServer",
      .run = Register,
-     .codes = {result::OutOfMemory, result::GeneralFailure},  // that one when the module's own path cannot be found out
+     .codes = {result::OutOfMemory, result::GeneralFailure},  // the second when the module's own path is unknown
      .afterFailure = TheRegistryCanBeRead,
      .afterSuccess = TheClassesAreThere,
      .prepare = UseOwnRegistry,

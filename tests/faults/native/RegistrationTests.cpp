@@ -57,7 +57,7 @@ HRESULT DeleteTree(World&)
     return ZuRegistryDeleteTree(u"Ours");
 }
 
-/// The registry has the old value or the new one; which one it was says the code, the folder's flush excepted.
+/// The registry has the old value or the new one. The code says which, except when the folder's flush failed.
 void ExpectValue(World& world, std::u16string_view old, std::u16string_view now, const Outcome& outcome)
 {
     const std::u16string value = Value(kOurs);
@@ -87,7 +87,7 @@ void IsDeletedOrNot(World& world, const Sight&, const Outcome& outcome)
 /// Values are written one at a time and those before a failure stay; the next attempt completes them.
 void IsRegisteredOrCanBe(World& world, const Sight&, const Outcome& outcome)
 {
-    // The first calls are about where the module itself lies.
+    // The first calls find the module's own file.
     if (outcome.code != result::GeneralFailure) {
         ExpectCodeOfTheError(outcome);
     }

@@ -12,7 +12,7 @@ struct TextRow {
     std::u16string_view text;
 };
 
-// Lone surrogates cannot stand in a literal.
+// A literal cannot hold lone surrogates.
 constexpr char16_t kHigh[] = {u'a', 0xD83D, u'b', 0};
 constexpr char16_t kLow[] = {u'a', 0xDE00, u'b', 0};
 constexpr char16_t kSwapped[] = {0xDE00, 0xD83D, 0};
@@ -129,7 +129,7 @@ TEST_P(SectionTest, ANullStringCountsAsTheEmptyOne)
     EXPECT_EQ(m_object->RemoveSection(Bstr()), result::SectionNotFound);
 }
 
-TEST_P(SectionTest, AVeryLongValueComesBackWhole)
+TEST_P(SectionTest, AVeryLongValueIsReadWhole)
 {
     std::u16string text(std::size_t{1} << 20, u'x');
     text[5] = u'<';

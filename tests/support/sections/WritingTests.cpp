@@ -104,7 +104,7 @@ TEST_P(SectionTest, PutSectionSetting_OfAnEmptyValueReadsBackEmpty)
     EXPECT_EQ(value.Text(), u"");
 }
 
-TEST_P(SectionTest, RemovedFirstOfADoubledSetting_LetsTheSecondBeSeen)
+TEST_P(SectionTest, RemovedFirstOfADoubledSetting_MakesTheSecondVisible)
 {
     Load(kInner);
     ASSERT_EQ(m_object->RemoveSetting(u"A", u"x"), 0);
