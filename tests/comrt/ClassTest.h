@@ -10,7 +10,7 @@ namespace zupm::test {
 
 class ClassTest : public RegistryTest {
 protected:
-    /// What the last test left loaded goes before the next begins.
+    /// Modules that the last test left loaded are unloaded before the next test begins.
     ~ClassTest() override { CoFreeUnusedLibraries(); }
 
     static void Register(REFCLSID clsid, std::string_view path)

@@ -7,7 +7,7 @@ namespace zupm::test {
 
 namespace {
 
-/// An object that others are parts of; it does not count references.
+/// An object that others are parts of; it counts on nothing.
 class Outer final : public IUnknown {
 public:
     HRESULT QueryInterface(REFIID, void** out) override

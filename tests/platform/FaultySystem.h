@@ -27,7 +27,7 @@ public:
     FaultySystem(const FaultySystem&) = delete;
     FaultySystem& operator=(const FaultySystem&) = delete;
 
-    /// The name of the first call that failed; empty when none failed.
+    /// The name of the first call that failed; empty when fewer calls were made.
     [[nodiscard]] std::string FailedCall() const;
 };
 

@@ -15,7 +15,9 @@ namespace fs = std::filesystem;
 
 TestFolder::TestFolder()
 {
-    fs::permissions(m_folder.Folder(), fs::perms::all);
+    if (::chmod(m_folder.Folder().c_str(), 0777) != 0) {
+        throw std::runtime_error("no folder for the test");
+    }
 }
 
 std::string TestFolder::Path(std::string_view name) const
@@ -36,6 +38,11 @@ void TestFolder::Write(std::string_view name, std::string_view bytes) const
 std::string TestFolder::Read(std::string_view name) const
 {
     return ReadBytes(Wide(name));
+}
+
+std::vector<std::string> TestFolder::Names() const
+{
+    return m_folder.Names();
 }
 
 mode_t TestFolder::Mode(std::string_view name) const

@@ -1,4 +1,4 @@
-/// A folder for tests of files as the system sees them.
+/// A folder for tests of files as the native system sees them.
 #pragma once
 
 #include <sys/types.h>
@@ -12,7 +12,7 @@
 
 namespace zupm::test {
 
-/// A new empty folder that everybody may use, removed with everything in it at the end.
+/// A TempFolder that everybody may use, with names in UTF-8 and what only the native system knows of files.
 class TestFolder {
 public:
     TestFolder();
@@ -22,9 +22,9 @@ public:
 
     void Write(std::string_view name, std::string_view bytes) const;
     [[nodiscard]] std::string Read(std::string_view name) const;
-    /// The names in it, sorted; links are not followed.
-    [[nodiscard]] std::vector<std::string> Names() const { return m_folder.Names(); }
-    /// The mode's twelve bits, of the link's target.
+    /// The names in it, sorted.
+    [[nodiscard]] std::vector<std::string> Names() const;
+    /// The twelve bits of a file's mode; a link is followed.
     [[nodiscard]] mode_t Mode(std::string_view name) const;
     [[nodiscard]] bool IsLink(std::string_view name) const;
 
@@ -32,13 +32,13 @@ private:
     TempFolder m_folder;
 };
 
-/// How many files this process has open.
+/// The number of files that this process has open.
 [[nodiscard]] std::size_t OpenFileCount();
 
-/// What a process of the test exited with; throws when it died of something else.
+/// The exit code of a process of the test; throws when the process ended in another way.
 [[nodiscard]] int WaitForChild(pid_t child);
 
-/// Runs `body` in a process of its own without the rights of root, and gives what it returned (0 to 255).
+/// Runs `body` in a process of its own without the rights of root. The result is what it returned (0 to 255).
 [[nodiscard]] int RunWithoutRights(const std::function<int()>& body);
 
 }  // namespace zupm::test

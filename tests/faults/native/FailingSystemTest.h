@@ -16,7 +16,7 @@ struct Outcome {
     HRESULT code = S_OK;
     int error = 0;           ///< the error number of the failing calls
     bool forEver = false;    ///< all calls from the first failing one on
-    std::string failedCall;  ///< the first of them; empty when none failed
+    std::string failedCall;  ///< the first of them; empty when the operation made fewer calls
 };
 
 struct FileOperation {
@@ -28,8 +28,8 @@ struct FileOperation {
     /// The distance from one failing call to the next: 1, or a prime for an operation of many calls alike
     /// (FaultStride).
     int stride = 1;
-    /// How many of the errors are tried.
-    std::size_t errors = 7;
+    /// The number of errors that are tried; the seventh is ENOMEM.
+    std::size_t errors = 6;
 };
 
 void PrintTo(const FileOperation& operation, std::ostream* out);

@@ -1,5 +1,4 @@
 // A task's dump into an INI file: a line at a time, each of them in the file whole or not at all.
-#include "common/PrivateProfile.h"
 #include "tests/faults/native/FailingSystemTest.h"
 
 namespace zupm::test {
@@ -70,25 +69,13 @@ void OldFileHasWholeLines(World& world, const Sight& before, const Outcome& outc
     ExpectNothingLost(world, before);
 }
 
-HRESULT WriteOneSetting(World& world)
-{
-    return WritePrivateProfileStringW(u"S", u"k", u"v", world.iniPath.Text()) ? S_OK : result::GeneralFailure;
-}
-
-void HasTheSettingOrIsAsBefore(World& world, const Sight&, const Outcome& outcome)
-{
-    EXPECT_EQ(world.folder.Read(kIniName), std::string(kOtherLines) + (outcome.code == S_OK ? "[S]\r\nk=v\r\n" : ""));
-    ExpectNoTemporary(world, outcome);
-}
-
 const FileOperation kOperations[] = {
-    {.name = "OneSetting", .run = WriteOneSetting, .check = HasTheSettingOrIsAsBefore, .prepare = MakeIni},
     {.name = "NewFile", .run = WriteIni, .check = NewFileHasWholeLines, .stride = 5, .errors = 2},
     {.name = "OldFile", .run = WriteIni, .check = OldFileHasWholeLines, .prepare = MakeIni, .stride = 7, .errors = 2},
 };
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(IniFile, FailingSystem, testing::ValuesIn(kOperations), NameOf);
+INSTANTIATE_TEST_SUITE_P(WriteTaskDataToIniFile, FailingSystem, testing::ValuesIn(kOperations), NameOf);
 
 }  // namespace zupm::test

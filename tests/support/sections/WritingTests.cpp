@@ -104,7 +104,7 @@ TEST_P(SectionTest, PutSectionSetting_OfAnEmptyValueReadsBackEmpty)
     EXPECT_EQ(value.Text(), u"");
 }
 
-TEST_P(SectionTest, RemovedFirstOfADoubledSetting_MakesTheSecondVisible)
+TEST_P(SectionTest, RemovedFirstOfADoubledSetting_UncoversTheSecond)
 {
     Load(kInner);
     ASSERT_EQ(m_object->RemoveSetting(u"A", u"x"), 0);
