@@ -38,8 +38,8 @@ struct SectionCase {
 };
 void PrintTo(const SectionCase& row, std::ostream* out);
 
-/// One object under test, `m_object`: a new one at first. The clock does not move, so that two texts of a task differ
-/// by what a test did.
+/// One object under test, `m_object`: a new one at first. The clock is stopped, so that two texts of a task differ by
+/// what a test did.
 class SectionTest : public testing::TestWithParam<SectionCase> {
 protected:
     SectionTest();
