@@ -2,7 +2,7 @@
 // arguments, several objects alive at once, alone and as parts of others. Foreign objects call back before they answer.
 //
 // Promises: no crash and no leak; every call gives a documented code with the error information that goes with it; when
-// everything was released, the component has nothing left and no stray file lies about.
+// everything was released, the component has nothing left and there is no stray file.
 #include <cstdint>
 #include <string>
 

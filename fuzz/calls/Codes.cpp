@@ -41,7 +41,7 @@ void DemandInvokeCode(HRESULT code, const EXCEPINFO* exception)
     }
     if (std::find(std::begin(kInvokeCodes), std::end(kInvokeCodes), code) == std::end(kInvokeCodes)) {
         DemandDocumented(code);
-        Demand(code >= 0 || exception == nullptr, "a failure comes as an exception", std::to_string(code));
+        Demand(code >= 0 || exception == nullptr, "a failure is reported as an exception", std::to_string(code));
     }
 }
 

@@ -1,4 +1,4 @@
-/// What calls may answer.
+/// What calls may return.
 #pragma once
 
 #include "zuPolicyManager/zuPolicyManager.h"

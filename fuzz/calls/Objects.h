@@ -28,7 +28,7 @@ using ScriptStep = void (*)(Input& input, Objects& objects);
 /// Lifetime  Destroying it releases everything and demands that the component then has nothing left.
 class Objects {
 public:
-    /// Foreign objects take `step` before they answer.
+    /// Foreign objects run `step` before they answer.
     explicit Objects(ScriptStep step) : m_step(step) {}
     ~Objects();
     Objects(const Objects&) = delete;
@@ -36,7 +36,7 @@ public:
 
     /// Makes an object of one of the classes: alone, as a part of an outer object, or through its class factory.
     void Create(Input& input);
-    /// Makes a policy file object and has it load a file, whatever comes of that.
+    /// Makes a policy file object and has it load a file, with or without success.
     void CreateLoaded(std::u16string_view path);
     /// Takes over a reference that a call handed out; null is allowed.
     void Adopt(IUnknown* object);

@@ -3,16 +3,15 @@
 // Promises: nothing but a line break or null character is refused, and that leaves the file byte for byte as it was;
 // what is accepted is one line in the file, with a header at most, for an independent reader too; it reads back as the
 // system's call leaves it, and writing it again changes nothing more.
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "common/PrivateProfile.h"
-#include "fuzz/ini/IniReader.h"
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Input.h"
 #include "platform/posix/ProfileEncoding.h"
+#include "tests/support/IniReader.h"
 #include "tests/support/TempFolder.h"
 #include "text/IniText.h"
 #include "text/Utf.h"
@@ -46,9 +45,7 @@ bool BreaksALine(std::u16string_view text)
 
 std::size_t LinesIn(const std::string& bytes)
 {
-    const IniLines lines = ReadIniLines(TextOf(bytes));
-    return static_cast<std::size_t>(
-        std::ranges::count_if(lines, [](const IniLine& line) { return line.kind != IniLine::Kind::Blank; }));
+    return test::IniLines(TextOf(bytes)).size();
 }
 
 /// Whether a line with this key cannot be taken for anything else.

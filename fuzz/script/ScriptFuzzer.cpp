@@ -1,6 +1,6 @@
 // Any bytes as a registration script.
 //
-// Promises: a script that cannot be read tells why and where, and changes nothing; registering twice gives what
+// Promises: a script that cannot be read reports why and where, and changes nothing; registering twice gives what
 // registering once gave; unregistering leaves only keys that are never removed; keys of others stay.
 #include <algorithm>
 #include <string>

@@ -5,7 +5,7 @@
 
 namespace zupm::fuzz {
 
-/// Tells which promise was broken and ends the process, so that the fuzzing engine keeps the input.
+/// Reports which promise was broken and ends the process, so that the fuzzing engine keeps the input.
 [[noreturn]] void ReportBroken(std::string_view promise, std::string_view detail);
 
 /// `detail` is what a reader of the report needs to see why.

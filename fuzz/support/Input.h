@@ -13,7 +13,7 @@ namespace zupm::fuzz {
 
 /// The bytes of one input as the choices and texts of a script.
 ///
-/// Errors  Never runs dry: behind the end everything is 0 and empty.
+/// Errors  None: after the end every number is 0 and every text empty.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : m_bytes(data, size) {}
@@ -37,7 +37,7 @@ public:
     /// All bytes that are left.
     [[nodiscard]] std::string Rest() { return m_bytes.ConsumeRemainingBytesAsString(); }
 
-    /// A text: mostly one of `usual`, above all of the first of them, else UTF-16 that may be anything, unpaired
+    /// A text: mostly one of `usual`, above all one of the first; otherwise UTF-16 that may be anything, unpaired
     /// surrogates and nulls included.
     [[nodiscard]] std::u16string Text(std::span<const std::u16string_view> usual = {});
 

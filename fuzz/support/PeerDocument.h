@@ -31,7 +31,7 @@ struct PeerReading {
     std::string refusal;
 };
 
-/// Reads names as they stand, without namespaces: neither library's users have any. Nothing outside is opened.
+/// Reads names as they are written, without namespaces: neither library's users have any. Nothing outside is opened.
 [[nodiscard]] PeerReading ReadWithPeer(std::string_view bytes);
 
 }  // namespace zupm::fuzz

@@ -1,5 +1,5 @@
 // Every allocation of an operation fails once: the first, the second, and so on until the operation passes.
-#include "tests/comrt/ClassFixture.h"
+#include "tests/comrt/ClassTest.h"
 #include "tests/comrt/ToyInterface.h"
 #include "tests/comrt/ToyModule.h"
 #include "tests/support/FailingAllocations.h"
@@ -7,7 +7,7 @@
 namespace zupm::test {
 namespace {
 
-class Allocation : public ClassFixture {
+class Allocation : public ClassTest {
 protected:
     /// Runs `operation` with the first, the second, ... allocation failing; `after` checks what a failure left. Returns
     /// the number of failures.

@@ -3,7 +3,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/comrt/ClassFixture.h"
+#include "tests/comrt/ClassTest.h"
 #include "tests/comrt/ToyModule.h"
 
 namespace zupm::test {
@@ -19,7 +19,7 @@ HRESULT OwnClassObject(REFCLSID clsid, REFIID iid, void** out)
     return ToyClassObject(kOwnClass, clsid, iid, out);
 }
 
-class ClassConcurrency : public ClassFixture {
+class ClassConcurrency : public ClassTest {
 protected:
     template <class Work>
     static void OnAllThreads(const Work& work)

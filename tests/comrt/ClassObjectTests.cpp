@@ -1,4 +1,4 @@
-#include "tests/comrt/ClassFixture.h"
+#include "tests/comrt/ClassTest.h"
 #include "tests/comrt/CountedObject.h"
 #include "tests/comrt/ToyModule.h"
 
@@ -44,7 +44,7 @@ private:
     ZuGetClassObject m_get;
 };
 
-class ClassObject : public ClassFixture {};
+class ClassObject : public ClassTest {};
 
 TEST_F(ClassObject, Initialize_TakesNoReservedArgument)
 {

@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "module/Registry.h"
-#include "tests/comrt/RegistryFixture.h"
+#include "tests/comrt/RegistryTest.h"
 #include "zuPolicyManager/Owners.h"
 #include "zuPolicyManager/zuPolicyManager.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr HRESULT kBadFile = static_cast<HRESULT>(0x8007000Du);
 
-class RegistryFile : public RegistryFixture {
+class RegistryFile : public RegistryTest {
 protected:
     [[nodiscard]] static mode_t ModeOf(const std::string& path)
     {

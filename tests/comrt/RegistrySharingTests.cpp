@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/comrt/RegistryFixture.h"
+#include "tests/comrt/RegistryTest.h"
 #include "zuPolicyManager/Owners.h"
 
 namespace zupm::test {
@@ -14,7 +14,7 @@ namespace {
 constexpr int kWriters = 2;
 constexpr int kValues = 40;
 
-class RegistrySharing : public RegistryFixture {
+class RegistrySharing : public RegistryTest {
 protected:
     static std::u16string NameOf(int writer, int value)
     {

@@ -1,4 +1,4 @@
-// A load that memory stopped while it built the indexes, and what the loads after it leave.
+// A load that runs out of memory while it builds the indexes, and what the loads after it leave.
 #include <gtest/gtest.h>
 
 #include <memory>

@@ -33,7 +33,7 @@ constexpr std::u16string_view kProduct = u"a product with a long name";
 constexpr std::u16string_view kSection = u"a section with a long name";
 constexpr std::u16string_view kSetting = u"a setting with a long name";
 
-/// A document and what stands on it; `file` and `iniPath` for the operations that need them.
+/// A document and what is built on it; `file` and `iniPath` for the operations that need them.
 struct Stage {
     explicit Stage(const TempFolder& folder) : iniPath(folder.Path(u"out.ini")), path(folder.Path(u"policy.xml"))
     {
@@ -78,8 +78,8 @@ struct NameRow {
     const char* label;
     void (*prepare)(Stage& stage);
     void (*run)(Stage& stage);
-    Names names;   ///< each comes at least once
-    Names others;  ///< these may come from what it calls
+    Names names;   ///< each is logged at least once
+    Names others;  ///< what it calls may log these
 };
 
 void Nothing(Stage&) {}
@@ -173,7 +173,7 @@ TEST(LogNames, OfOperationsThatAnExceptionEnded_AreTheirOwn)
         SCOPED_TRACE(row.label);
         const Names logged = LoggedBy(row, folder);
         for (const std::string& name : row.names) {
-            EXPECT_TRUE(logged.contains(name)) << name << " never came";
+            EXPECT_TRUE(logged.contains(name)) << name << " was never logged";
         }
         for (const std::string& name : logged) {
             EXPECT_TRUE(row.names.contains(name) || row.others.contains(name)) << name;

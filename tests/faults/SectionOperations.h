@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tests/faults/Operation.h"
+#include "tests/faults/FailingMemoryTest.h"
 
 namespace zupm::test {
 
@@ -130,7 +130,7 @@ private:
         ExpectTheOtherSetting(world);
     }
 
-    /// A new setting stands in the document whole, name and value, or not at all; every other one is found as before.
+    /// A new setting is in the document whole, name and value, or not at all; every other one is found as before.
     static void TheNewSettingIsWholeOrNotThere(World& world, const char16_t* section)
     {
         EXPECT_EQ((world.*object).Get(kSection, kSetting), (TextResult{0, kValue}));

@@ -80,7 +80,7 @@ World::World(const TempFolder& files)
     }
     product = file.Policy(kProduct);
     task = file.Task(kProduct, kTask);
-    // Reading a task's data stamps its private copy; the clock stands still, so once is all that it takes.
+    // Reading a task's data stamps its private copy; the clock does not move, so once is enough.
     static_cast<void>(task.Data());
     tasks = file.Tasks();
     static_cast<void>(tasks.First());

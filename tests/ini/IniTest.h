@@ -7,9 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/ini/IniReader.h"
 #include "tests/ini/IniTexts.h"
-#include "tests/support/IniText.h"
+#include "tests/support/IniReader.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/PolicyFileClient.h"
 #include "tests/support/TempFolder.h"

@@ -1,5 +1,5 @@
 // Resource modules and libraries that somebody put where a careless program would find them.
-#include "tests/planting/Planting.h"
+#include "tests/planting/PlantingTest.h"
 
 namespace zupm::test {
 

@@ -1,4 +1,4 @@
-/// What a process that is about to be killed tells about itself.
+/// What a process that is about to be killed reports about itself.
 #pragma once
 
 #include <atomic>
@@ -6,7 +6,7 @@
 
 namespace zupm::test {
 
-/// Lies in memory that the victim and its killer share. Versions only ever count up.
+/// It is in memory that the victim and its killer share. Versions only count up.
 struct KillProgress {
     /// The version that is being written, or was last.
     std::atomic<std::uint32_t> begun;

@@ -1,4 +1,4 @@
-/// What killed writers left behind, counted.
+/// What killed writers left, counted.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@ namespace zupm::test {
 /// Where a victim was when it died, as its folder shows.
 enum class KillStage {
     BetweenCalls,       ///< not inside WriteFile
-    BeforeTemporary,    ///< the old file stands alone: the document was being put together
+    BeforeTemporary,    ///< the old file alone: the document was being put together
     WritingTemporary,   ///< beside the old file there is a part of the new one
     TemporaryComplete,  ///< all bytes are there and being flushed, or about to be renamed
     Replaced,           ///< the new file is in place, but the call has not returned

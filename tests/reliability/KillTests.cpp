@@ -35,7 +35,7 @@ bool IsNameOfATemporary(const std::string& name)
            name.find_first_not_of("0123456789abcdef", begin.size()) == begin.size() + kDigits;
 }
 
-/// Starts a victim on one file, kills it at a random moment and looks at what it left, again and again.
+/// Starts a victim on one file, kills it at a random moment and checks what it left, again and again.
 class Kill : public ::testing::Test {
 public:
     Kill()
@@ -46,7 +46,7 @@ public:
     }
 
     /// The moment is random over the time that a WriteFile takes, from the beginning of the first one on; twice that
-    /// for overwriting, which comes behind a WriteFile.
+    /// for overwriting, which follows a WriteFile.
     void KillOne(WayOfWriting way)
     {
         PolicyVersions::Edit(m_file, Progress().completed + 1);

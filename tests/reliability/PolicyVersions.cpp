@@ -19,7 +19,7 @@ std::u16string Name(int setting)
     return u"N" + Utf16(std::to_string(setting));
 }
 
-/// 4,000 characters and more: the version's letter, and the more of them the later it is.
+/// 4,000 characters or more: the version's letter, more of them in later versions.
 std::u16string Value(std::uint32_t version)
 {
     const std::uint32_t kind = version % PolicyVersions::kDistinct;

@@ -1,4 +1,4 @@
-/// A policy file that is edited again and again, so that every version can be told from every other.
+/// A policy file that is edited again and again, so that every version differs from every other.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace zupm::test {
 /// Makes version after version of one file of about 200 KB. Versions that are kDistinct apart have the same bytes; the
 /// others differ in every setting and in size.
 ///
-/// The component's clock must stand still meanwhile (FixedClock): an edit leaves its time in the file.
+/// The component's clock must not move meanwhile (FixedClock): an edit leaves its time in the file.
 class PolicyVersions {
 public:
     static constexpr std::uint32_t kDistinct = 8;

@@ -21,7 +21,7 @@ struct Counts {
     int refused = 0;
 };
 
-/// Windows lets nobody replace a file that somebody has open just then; after a second of trying the save gives up.
+/// Windows refuses to replace a file that another process has open; the save gives up after a second of trying.
 bool IsHeldByAnother(HRESULT code)
 {
     return code == result::SharingViolation || code == result::AccessDenied;

@@ -22,7 +22,7 @@ public:
     /// Starts a victim on the file at `path`, which holds the version `progress.completed`. `ready` has loaded that and
     /// been edited to the next: a victim that is a fork goes on with it, any other does both itself.
     void Start(PolicyFileClient& ready, const std::u16string& path, WayOfWriting way);
-    /// Kills it as the system kills: without a last word. Returns when nothing of it is left.
+    /// Kills it at once, as the system does. Returns when nothing of it is left.
     void Kill();
 
     [[nodiscard]] KillProgress& Progress();

@@ -22,7 +22,7 @@ using zupm::Bstr;
     return Bstr(text).Detach();
 }
 
-/// An ASCII or UTF-8 rendering for messages; lone surrogates come out as the replacement character.
+/// An ASCII or UTF-8 rendering for messages; lone surrogates become the replacement character.
 [[nodiscard]] std::string Utf8(std::u16string_view text);
 
 /// The UTF-16 text of valid UTF-8.

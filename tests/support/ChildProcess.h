@@ -8,7 +8,7 @@
 
 namespace zupm::test {
 
-/// What a run left behind; texts are UTF-8.
+/// What a run left; texts are UTF-8.
 struct ChildRun {
     int exitCode = -1;  ///< natively -1 for a process that a signal ended
     std::string out;

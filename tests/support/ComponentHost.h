@@ -24,7 +24,7 @@ private:
     HRESULT m_started = S_OK;
 };
 
-/// Lets the component look for its resource module elsewhere for a while.
+/// Makes the component look for its resource module in another folder, for as long as it lives.
 class ResourceFolder {
 public:
     explicit ResourceFolder(const std::u16string& folder);

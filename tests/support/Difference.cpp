@@ -97,8 +97,8 @@ std::vector<Step> StepsBetween(const Lines& before, const Lines& after)
     return steps;
 }
 
-/// Of a block that repeats what stands before it, the later one counts as the one that came or went: a run of changed
-/// lines moves down while the line behind it is the same as its first.
+/// Of a block that repeats the block before it, the later one counts as added or removed: a run of changed lines moves
+/// down while the line after it is the same as its first.
 void SlideDown(std::vector<Step>& steps)
 {
     for (std::size_t first = 0; first < steps.size(); ++first) {

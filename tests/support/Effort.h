@@ -1,4 +1,4 @@
-/// How long a test that could go on for ever does go on.
+/// How long the tests run that have no natural end.
 #pragma once
 
 #include <cstdlib>
@@ -12,8 +12,8 @@ namespace zupm::test {
     return text == nullptr ? otherwise : std::atoi(text);
 }
 
-/// How far one failing call or allocation is from the next: 1 when scripts/torture wants them all, else what suits a
-/// run of all tests.
+/// How far one failing call or allocation is from the next: 1 when scripts/torture wants them all, otherwise
+/// what suits a run of all tests.
 [[nodiscard]] inline int FaultStride(int otherwise)
 {
     return Effort("ZUPM_FAULT_STRIDE", otherwise);

@@ -7,7 +7,7 @@
 
 namespace zupm::test {
 
-/// What was there; taking it clears it.
+/// What the thread has; taking it clears it.
 struct ErrorInformation {
     bool present = false;
     std::u16string description;
@@ -17,7 +17,7 @@ struct ErrorInformation {
 
 [[nodiscard]] ErrorInformation TakeErrorInformation();
 
-/// Leaves information behind that a later call is expected to replace or clear.
+/// Leaves information that a later call is expected to replace or clear.
 void LeaveStaleErrorInformation();
 
 }  // namespace zupm::test

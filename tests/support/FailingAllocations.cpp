@@ -7,7 +7,7 @@ namespace zupm::test {
 
 namespace {
 
-/// What fails: counted down to the one whose turn it is.
+/// What fails, counted down to zero.
 struct Countdown {
     int untilFailure = 0;  ///< 0: none (any more)
     bool forEver = false;

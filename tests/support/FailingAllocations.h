@@ -2,7 +2,7 @@
 ///
 /// FailingAllocations.cpp replaces operator new; a program that fails allocations lists it among its sources.
 /// FailingExpat.cpp (with `-Wl,--wrap=XML_ParserCreate`) adds Expat's, win32/FailingStrings.cpp those of the system's
-/// strings. (The native runtime's strings come from operator new.)
+/// strings. (The native runtime allocates its strings with operator new.)
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ public:
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    /// Whether it came to that.
+    /// Whether an allocation failed.
     [[nodiscard]] bool Happened() const;
 };
 

@@ -1,4 +1,4 @@
-/// A clock that stands still until the test moves it.
+/// A clock that moves only when the test moves it.
 #pragma once
 
 #include <chrono>

@@ -10,11 +10,11 @@
 
 namespace zupm::test {
 
-/// What came of a call by name.
+/// What a call by name returned.
 struct CallOutcome {
-    /// What Invoke (or GetIDsOfNames) answered.
+    /// What Invoke (or GetIDsOfNames) returned.
     HRESULT invoked = S_OK;
-    /// The member's own result: the exception's code where there was one, else what Invoke answered.
+    /// The member's own result: the exception's code where there was one, otherwise Invoke's result.
     HRESULT code = S_OK;
     /// From the exception.
     std::u16string description;
@@ -49,7 +49,7 @@ public:
 
     /// A method, without a place for its value.
     [[nodiscard]] CallOutcome Call();
-    /// A method whose last, left out, argument comes back as its value.
+    /// A method whose last argument is left out and returned as its value.
     [[nodiscard]] CallOutcome ForResult();
     [[nodiscard]] CallOutcome Get();
     /// A property put; the last argument is the value.

@@ -43,16 +43,41 @@ void PrintTo(const PairResult& result, std::ostream* out)
     *out << result.code << " \"" << Utf8(result.softwareId) << "\" \"" << Utf8(result.taskId) << "\"";
 }
 
+// --- SettingsClient --------------------------------------------------------------------------------------------------
+
+template <class Interface>
+TextResult SettingsClient<Interface>::SoftwareID() const
+{
+    return GetText([&](BSTR* slot) { return m_object->get_SoftwareID(slot); });
+}
+
+template <class Interface>
+TextResult SettingsClient<Interface>::Get(std::u16string_view section, std::u16string_view name) const
+{
+    return GetText(
+        [&](BSTR* slot) { return m_object->GetSectionSetting(Bstr(section).Get(), Bstr(name).Get(), slot); });
+}
+
+template <class Interface>
+HRESULT SettingsClient<Interface>::Put(std::u16string_view section, std::u16string_view name, std::u16string_view value)
+{
+    return m_object->PutSectionSetting(Bstr(section).Get(), Bstr(name).Get(), Bstr(value).Get());
+}
+
+template <class Interface>
+HRESULT SettingsClient<Interface>::RemoveSection(std::u16string_view section)
+{
+    return m_object->RemoveSection(Bstr(section).Get());
+}
+
+template class SettingsClient<IPolicyProduct>;
+template class SettingsClient<IPolicyTask>;
+
 // --- ProductClient ---------------------------------------------------------------------------------------------------
 
 HRESULT ProductClient::PutSoftwareID(std::u16string_view id)
 {
     return m_object->put_SoftwareID(Bstr(id).Get());
-}
-
-TextResult ProductClient::SoftwareID() const
-{
-    return GetText([&](BSTR* slot) { return m_object->get_SoftwareID(slot); });
 }
 
 TextResult ProductClient::Data() const
@@ -75,25 +100,9 @@ HRESULT ProductClient::PutCurrent(std::u16string_view name, std::u16string_view 
     return m_object->PutSetting(Bstr(name).Get(), Bstr(value).Get());
 }
 
-TextResult ProductClient::Get(std::u16string_view section, std::u16string_view name) const
-{
-    return GetText(
-        [&](BSTR* slot) { return m_object->GetSectionSetting(Bstr(section).Get(), Bstr(name).Get(), slot); });
-}
-
-HRESULT ProductClient::Put(std::u16string_view section, std::u16string_view name, std::u16string_view value)
-{
-    return m_object->PutSectionSetting(Bstr(section).Get(), Bstr(name).Get(), Bstr(value).Get());
-}
-
 HRESULT ProductClient::RemoveSetting(std::u16string_view section, std::u16string_view name)
 {
     return m_object->RemoveSetting(Bstr(section).Get(), Bstr(name).Get());
-}
-
-HRESULT ProductClient::RemoveSection(std::u16string_view section)
-{
-    return m_object->RemoveSection(Bstr(section).Get());
 }
 
 // --- TaskClient ------------------------------------------------------------------------------------------------------
@@ -102,11 +111,6 @@ void TaskClient::Identify(std::u16string_view softwareId, std::u16string_view ta
 {
     Require(m_object->put_SoftwareID(Bstr(softwareId).Get()) == 0, "put SoftwareID");
     Require(m_object->put_TaskID(Bstr(taskId).Get()) == 0, "put TaskID");
-}
-
-TextResult TaskClient::SoftwareID() const
-{
-    return GetText([&](BSTR* slot) { return m_object->get_SoftwareID(slot); });
 }
 
 TextResult TaskClient::TaskID() const
@@ -132,22 +136,6 @@ TextResult TaskClient::Data() const
 TextResult TaskClient::Version() const
 {
     return GetText([&](BSTR* slot) { return m_object->get_Version(slot); });
-}
-
-TextResult TaskClient::Get(std::u16string_view section, std::u16string_view name) const
-{
-    return GetText(
-        [&](BSTR* slot) { return m_object->GetSectionSetting(Bstr(section).Get(), Bstr(name).Get(), slot); });
-}
-
-HRESULT TaskClient::Put(std::u16string_view section, std::u16string_view name, std::u16string_view value)
-{
-    return m_object->PutSectionSetting(Bstr(section).Get(), Bstr(name).Get(), Bstr(value).Get());
-}
-
-HRESULT TaskClient::RemoveSection(std::u16string_view section)
-{
-    return m_object->RemoveSection(Bstr(section).Get());
 }
 
 // --- TaskInfoClient --------------------------------------------------------------------------------------------------

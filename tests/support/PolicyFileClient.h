@@ -25,53 +25,53 @@ struct TextResult {
 /// For gtest messages.
 void PrintTo(const TextResult& result, std::ostream* out);
 
-/// A product policy.
-class ProductClient {
+/// What products and tasks have in common.
+template <class Interface>
+class SettingsClient {
 public:
-    ProductClient() = default;
-    explicit ProductClient(ComPtr<IPolicyProduct> object) : m_object(std::move(object)) {}
+    SettingsClient() = default;
+    explicit SettingsClient(ComPtr<Interface> object) : m_object(std::move(object)) {}
 
-    [[nodiscard]] IPolicyProduct* Object() const { return m_object.Get(); }
+    [[nodiscard]] Interface* Object() const { return m_object.Get(); }
     [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_object); }
 
-    HRESULT PutSoftwareID(std::u16string_view id);
     [[nodiscard]] TextResult SoftwareID() const;
+    [[nodiscard]] TextResult Get(std::u16string_view section, std::u16string_view name) const;
+    HRESULT Put(std::u16string_view section, std::u16string_view name, std::u16string_view value);
+    HRESULT RemoveSection(std::u16string_view section);
+
+protected:
+    ComPtr<Interface> m_object;
+};
+
+extern template class SettingsClient<IPolicyProduct>;
+extern template class SettingsClient<IPolicyTask>;
+
+/// A product policy.
+class ProductClient : public SettingsClient<IPolicyProduct> {
+public:
+    using SettingsClient::SettingsClient;
+
+    HRESULT PutSoftwareID(std::u16string_view id);
     [[nodiscard]] TextResult Data() const;
     HRESULT PutSection(std::u16string_view section);
     [[nodiscard]] TextResult GetCurrent(std::u16string_view name) const;
     HRESULT PutCurrent(std::u16string_view name, std::u16string_view value);
-    [[nodiscard]] TextResult Get(std::u16string_view section, std::u16string_view name) const;
-    HRESULT Put(std::u16string_view section, std::u16string_view name, std::u16string_view value);
     HRESULT RemoveSetting(std::u16string_view section, std::u16string_view name);
-    HRESULT RemoveSection(std::u16string_view section);
-
-private:
-    ComPtr<IPolicyProduct> m_object;
 };
 
 /// A task.
-class TaskClient {
+class TaskClient : public SettingsClient<IPolicyTask> {
 public:
-    TaskClient() = default;
-    explicit TaskClient(ComPtr<IPolicyTask> object) : m_object(std::move(object)) {}
-
-    [[nodiscard]] IPolicyTask* Object() const { return m_object.Get(); }
-    [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_object); }
+    using SettingsClient::SettingsClient;
 
     /// Both identifiers.
     void Identify(std::u16string_view softwareId, std::u16string_view taskId);
-    [[nodiscard]] TextResult SoftwareID() const;
     [[nodiscard]] TextResult TaskID() const;
     HRESULT PutDisplayName(std::u16string_view name);
     [[nodiscard]] TextResult DisplayName() const;
     [[nodiscard]] TextResult Data() const;
     [[nodiscard]] TextResult Version() const;
-    [[nodiscard]] TextResult Get(std::u16string_view section, std::u16string_view name) const;
-    HRESULT Put(std::u16string_view section, std::u16string_view name, std::u16string_view value);
-    HRESULT RemoveSection(std::u16string_view section);
-
-private:
-    ComPtr<IPolicyTask> m_object;
 };
 
 /// One step of an enumeration.

@@ -1,6 +1,6 @@
 // A task's dump into an INI file, byte for byte.
 #include "common/Macros.h"
-#include "tests/support/IniText.h"
+#include "tests/support/IniReader.h"
 #include "tests/support/LogCapture.h"
 #include "tests/task/TaskTest.h"
 

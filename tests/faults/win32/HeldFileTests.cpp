@@ -1,5 +1,5 @@
 // What a public operation says about a file that another process keeps to itself, or that is nowhere. (A full disk
-// cannot be had without one.)
+// is not tested: that takes a disk.)
 #include <windows.h>
 
 #include <gtest/gtest.h>

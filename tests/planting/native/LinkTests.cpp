@@ -1,5 +1,5 @@
 // A language folder that leads elsewhere.
-#include "tests/planting/Planting.h"
+#include "tests/planting/PlantingTest.h"
 
 namespace zupm::test {
 

@@ -28,7 +28,7 @@ struct DiskCall {
     mode_t mode = 0;
 };
 
-/// What a file is after the loss. The mode stands for everything that is kept beside the bytes.
+/// What a file is after the loss. The mode represents everything that is kept beside the bytes.
 struct FileState {
     std::string bytes;
     mode_t mode = 0;
@@ -47,7 +47,7 @@ using FoundStates = std::set<std::optional<FileState>>;
 /// not.
 class DiskModel {
 public:
-    /// What lies on the disk from the beginning.
+    /// What is on the disk from the beginning.
     void AddFolder(DiskNode node) { m_folders[node]; }
     void AddName(DiskNode folder, const std::string& name, DiskNode node) { m_folders[folder].names[name] = node; }
     void AddFile(DiskNode node, const FileState& state);
@@ -74,7 +74,7 @@ private:
     void Write(File& file, const std::string& bytes);
     void Flush(DiskNode node);
     [[nodiscard]] DiskNode NodeNow(const Folder& folder, const std::string& name) const;
-    /// What a name may stand for after the loss.
+    /// What a name may lead to after the loss.
     [[nodiscard]] static std::set<std::optional<DiskNode>> NodesAfterLoss(const Folder& folder,
                                                                           const std::string& name);
     [[nodiscard]] FoundStates StatesOf(DiskNode file) const;

@@ -1,4 +1,4 @@
-/// The system calls of an operation, written down while it runs, and what a loss of power would make of them.
+/// The system calls of an operation, recorded while it runs, and what a loss of power would leave of them.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@
 
 namespace zupm::test {
 
-/// Writes down what goes through native::Calls, from its construction to its destruction. One at a time, for one
+/// Records the calls that go through native::Calls, from its construction to its destruction. One at a time, for one
 /// thread.
 class RecordedCalls {
 public:
-    /// Everything in `folder` and below is taken for flushed.
+    /// Everything in `folder` and below counts as flushed.
     explicit RecordedCalls(const std::string& folder);
     ~RecordedCalls();
     RecordedCalls(const RecordedCalls&) = delete;

@@ -13,7 +13,7 @@
 
 namespace zupm::test {
 
-/// A victim is a fork of the test: everything is loaded already, so it costs hardly more than its death.
+/// A victim is a fork of the test: everything is loaded already, so a victim costs little time.
 struct VictimProcess::System {
     KillProgress* progress = nullptr;
     pid_t child = 0;

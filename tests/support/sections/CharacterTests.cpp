@@ -129,7 +129,7 @@ TEST_P(SectionTest, ANullStringCountsAsTheEmptyOne)
     EXPECT_EQ(m_object->RemoveSection(Bstr()), result::SectionNotFound);
 }
 
-TEST_P(SectionTest, AVeryLongValueComesBackWhole)
+TEST_P(SectionTest, AVeryLongValueIsReadWhole)
 {
     std::u16string text(std::size_t{1} << 20, u'x');
     text[5] = u'<';
