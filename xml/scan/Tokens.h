@@ -6,6 +6,7 @@
 
 #include "xml/scan/MarkReader.h"
 #include "xml/scan/References.h"
+#include "xml/scan/SameBytes.h"
 
 namespace AdvXMLParser {
 
@@ -80,7 +81,7 @@ private:
 
 inline bool Tokens::IsRepeated(std::uint32_t earlier, std::uint32_t at, std::uint32_t length) const noexcept
 {
-    return length <= m_text.size() - at && std::string_view(At(earlier), length) == std::string_view(At(at), length);
+    return length <= m_text.size() - at && AreBytesSame(At(earlier), At(at), length);
 }
 
 }  // namespace AdvXMLParser
