@@ -7,7 +7,7 @@ namespace AdvXMLParser {
 RecordBuilder::RecordBuilder(std::uint32_t textSize) : m_textSize(textSize)
 {
     m_records.Reserve(1);
-    static_cast<void>(m_records.Acquire());
+    m_open = PlaceOf(m_records.Acquire());
 }
 
 void RecordBuilder::Take(std::span<const Tag> tags)
@@ -16,50 +16,50 @@ void RecordBuilder::Take(std::span<const Tag> tags)
     for (const Tag& tag : tags) {
         switch (tag.kind) {
             case TagKind::Start:
-                m_open = Open(tag);
-                m_lastChild = 0;
+                m_open = Add(tag);
+                m_lastChild = {};
                 break;
             case TagKind::Empty:
-                m_lastChild = Open(tag);
+                m_lastChild = Add(tag);
                 break;
             case TagKind::End:
-                Close(m_read, tag.begin);
+                Close(tag.begin);
                 break;
         }
         m_read = tag.end;
     }
 }
 
-std::uint32_t RecordBuilder::Open(const Tag& tag) noexcept
+RecordBuilder::Place RecordBuilder::Add(const Tag& tag) noexcept
 {
-    const std::uint32_t element = m_records.Acquire();
-    ElementRecord& record = m_records[element];
-    record.before = m_read;
-    record.content = tag.end;
-    record.tail = tag.end;
-    record.end = tag.end;
-    record.parent = m_open;
-    record.previous = m_lastChild == 0 ? element : m_lastChild;
-    (m_lastChild == 0 ? m_records[m_open].firstChild : m_records[m_lastChild].next) = element;
-    return element;
+    const Place added = PlaceOf(m_records.Acquire());
+    const bool isFirst = m_lastChild.record == nullptr;
+    (isFirst ? m_open.record->firstChild : m_lastChild.record->next) = added.index;
+    added.record->before = m_read;
+    added.record->content = tag.end;
+    added.record->tail = tag.end;
+    added.record->end = tag.end;
+    added.record->parent = m_open.index;
+    added.record->previous = isFirst ? added.index : m_lastChild.index;
+    return added;
 }
 
 /// Closes the innermost element and the list of its children.
-void RecordBuilder::Close(std::uint32_t tail, std::uint32_t end) noexcept
+void RecordBuilder::Close(std::uint32_t end) noexcept
 {
-    ElementRecord& record = m_records[m_open];
-    record.tail = tail;
+    ElementRecord& record = *m_open.record;
+    record.tail = m_read;
     record.end = end;
-    if (m_lastChild != 0) {
-        m_records[record.firstChild].previous = m_lastChild;
+    if (m_lastChild.record != nullptr) {
+        m_records[record.firstChild].previous = m_lastChild.index;
     }
     m_lastChild = m_open;
-    m_open = record.parent;
+    m_open = PlaceOf(record.parent);
 }
 
 RecordStore RecordBuilder::Finish() noexcept
 {
-    Close(m_read, m_textSize);
+    Close(m_textSize);
     return std::move(m_records);
 }
 

@@ -21,13 +21,20 @@ public:
     [[nodiscard]] RecordStore Finish() noexcept;
 
 private:
-    std::uint32_t Open(const Tag& tag) noexcept;
-    void Close(std::uint32_t tail, std::uint32_t end) noexcept;
+    /// A record and its index.
+    struct Place {
+        std::uint32_t index = 0;
+        ElementRecord* record = nullptr;
+    };
+
+    [[nodiscard]] Place PlaceOf(std::uint32_t index) noexcept { return {index, &m_records[index]}; }
+    [[nodiscard]] Place Add(const Tag& tag) noexcept;
+    void Close(std::uint32_t end) noexcept;
 
     RecordStore m_records;
-    std::uint32_t m_open = 0;       ///< the innermost open element
-    std::uint32_t m_lastChild = 0;  ///< its last child so far
-    std::uint32_t m_read = 0;       ///< after the last tag
+    Place m_open;              ///< the innermost open element
+    Place m_lastChild;         ///< its last child so far; without a record when there is none
+    std::uint32_t m_read = 0;  ///< after the last tag
     std::uint32_t m_textSize;
 };
 

@@ -22,6 +22,13 @@ void MarkReader::SkipTo(std::uint32_t offset)
     }
 }
 
+void MarkReader::TakeAcrossPieces(std::uint32_t count)
+{
+    for (; count > 0; --count) {
+        Next();
+    }
+}
+
 void MarkReader::ReadOn()
 {
     const auto size = static_cast<std::uint32_t>(m_text.size());

@@ -1,6 +1,7 @@
 /// The marks of a text, one after another.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,19 @@ public:
         ++m_next;
         return mark;
     }
+    /// The next `count` marks, without taking them, when the piece has that many left; otherwise nothing.
+    [[nodiscard]] const std::uint32_t* Ahead(std::uint32_t count) const noexcept
+    {
+        return m_last - m_next >= static_cast<std::ptrdiff_t>(count) ? m_next : nullptr;
+    }
+    void Take(std::uint32_t count)
+    {
+        if (Ahead(count) != nullptr) [[likely]] {
+            m_next += count;
+        } else {
+            TakeAcrossPieces(count);
+        }
+    }
     /// Takes all marks before `offset`.
     void SkipTo(std::uint32_t offset);
 
@@ -38,6 +52,7 @@ public:
     [[nodiscard]] bool IsValid() const noexcept { return m_isValid; }
 
 private:
+    void TakeAcrossPieces(std::uint32_t count);
     /// Finds the marks of the next piece that has any.
     void ReadOn();
 

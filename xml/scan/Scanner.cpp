@@ -112,14 +112,14 @@ bool Scanner::Comments()
 
 bool Scanner::RootElement()
 {
-    return m_tokens[m_at] == '<' && m_tokens.Marks().Next() == m_at && StartTag(m_at) && Content();
+    return m_tokens[m_at] == '<' && m_tokens.Marks().Peek() == m_at && StartTag(m_at) && Content();
 }
 
 /// What follows a start tag, until the document element is closed.
 bool Scanner::Content()
 {
     while (m_level > 0) {
-        const std::uint32_t mark = m_tokens.Marks().Next();
+        const std::uint32_t mark = m_tokens.Marks().Peek();
         switch (m_tokens[mark]) {
             case '<':
                 if (!Markup(mark)) {
@@ -130,14 +130,17 @@ bool Scanner::Content()
                 if (!IsReferenceAt(m_tokens.At(mark))) {
                     return false;
                 }
+                m_tokens.Marks().Take(1);
                 break;
             case '>':
                 if (IsCdataClose(mark)) {
                     return false;
                 }
+                m_tokens.Marks().Take(1);
                 break;
             case '"':
             case '\'':
+                m_tokens.Marks().Take(1);
                 break;
             default:  // the end of the text
                 return false;

@@ -17,36 +17,13 @@ constexpr std::size_t kFewNames = 12;
 
 }  // namespace
 
-StartTags::Last& StartTags::LastOf(std::uint32_t level)
+/// The first attribute's value may hold any marks, and more attributes may follow it.
+std::uint32_t StartTags::EndOfAlikeValue(std::uint32_t tag, const Last& last)
 {
-    if (level >= m_levels.size()) {
-        m_levels.resize(level + 1);
-    }
-    return m_levels[level];
-}
-
-std::uint32_t StartTags::End(std::uint32_t tag, std::uint32_t level)
-{
-    Last& last = LastOf(level);
-    const bool isAlike = last.prefix != 0 && m_tokens.IsRepeated(last.tag, tag, last.prefix);
-    return isAlike ? EndOfAlike(tag, last) : EndOfOther(tag, last);
-}
-
-std::uint32_t StartTags::EndOfAlike(std::uint32_t tag, const Last& last)
-{
-    m_tokens.Marks().Next();
-    const std::uint32_t prefixEnd = tag + last.prefix;
-    const char mark = m_tokens[prefixEnd - 1];
-    if (mark == '>') {
-        return prefixEnd;
-    }
-    const std::uint32_t valueEnd = m_tokens.ValueEnd(mark);
+    m_tokens.Marks().Take(2);
+    const std::uint32_t valueEnd = m_tokens.ValueEnd(m_tokens[tag + last.prefix - 1]);
     if (valueEnd == kNotAccepted) {
         return kNotAccepted;
-    }
-    if (m_tokens[valueEnd + 1] == '>') {
-        m_tokens.Marks().Next();
-        return valueEnd + 2;
     }
     m_names.assign(1, {tag + last.attribute, last.attributeLength});
     return EndAfter(valueEnd + 1);
@@ -59,6 +36,7 @@ std::uint32_t StartTags::EndOfOther(std::uint32_t tag, Last& last)
     if (last.nameLength == 0) {
         return kNotAccepted;
     }
+    m_tokens.Marks().Next();
     last.prefix = m_tokens.Marks().Peek() + 1 - tag;
     m_names.clear();
     const std::uint32_t end = EndAfter(tag + 1 + last.nameLength);
@@ -125,21 +103,6 @@ bool StartTags::AreNamesUnique()
         }
     }
     return true;
-}
-
-std::uint32_t StartTags::EndOfEndTag(std::uint32_t tag, std::uint32_t level)
-{
-    constexpr std::uint32_t kOpen = 2;  // "</"
-    const Last& last = m_levels[level];
-    if (!m_tokens.IsRepeated(last.tag + 1, tag + kOpen, last.nameLength)) {
-        return kNotAccepted;
-    }
-    const std::uint32_t close = m_tokens.SkipBlanks(tag + kOpen + last.nameLength);
-    if (m_tokens[close] != '>') {
-        return kNotAccepted;
-    }
-    m_tokens.Marks().Next();
-    return close + 1;
 }
 
 void StartTags::Remember(std::uint32_t tag, std::uint32_t level)

@@ -19,11 +19,29 @@ class StartTags {
 public:
     explicit StartTags(Tokens& tokens) : m_tokens(tokens) {}
 
-    /// Where the start tag ends whose '<' at `tag` was taken; levels count from 1.
-    [[nodiscard]] std::uint32_t End(std::uint32_t tag, std::uint32_t level);
+    /// Where the start tag ends that begins at the next mark, `tag`; levels count from 1.
+    [[nodiscard]] std::uint32_t End(std::uint32_t tag, std::uint32_t level)
+    {
+        Last& last = LastOf(level);
+        const bool isAlike = last.prefix != 0 && m_tokens.IsRepeated(last.tag, tag, last.prefix);
+        return isAlike ? EndOfAlike(tag, last) : EndOfOther(tag, last);
+    }
 
-    /// Where the end tag of that level's last element ends; its '<' at `tag` was taken.
-    [[nodiscard]] std::uint32_t EndOfEndTag(std::uint32_t tag, std::uint32_t level);
+    /// Where the end tag ends that begins at the next mark, `tag`, and closes that level's last element.
+    [[nodiscard]] std::uint32_t EndOfEndTag(std::uint32_t tag, std::uint32_t level)
+    {
+        constexpr std::uint32_t kOpen = 2;  // "</"
+        const Last& last = m_levels[level];
+        if (!m_tokens.IsRepeated(last.tag + 1, tag + kOpen, last.nameLength)) {
+            return kNotAccepted;
+        }
+        const std::uint32_t close = m_tokens.SkipBlanks(tag + kOpen + last.nameLength);
+        if (m_tokens[close] != '>') {
+            return kNotAccepted;
+        }
+        m_tokens.Marks().Take(2);
+        return close + 1;
+    }
 
     /// Makes the element with the start tag at `tag`, which is well-formed, the last one of its level.
     void Remember(std::uint32_t tag, std::uint32_t level);
@@ -43,8 +61,32 @@ private:
         std::uint32_t length;
     };
 
-    [[nodiscard]] Last& LastOf(std::uint32_t level);
-    [[nodiscard]] std::uint32_t EndOfAlike(std::uint32_t tag, const Last& last);
+    [[nodiscard]] Last& LastOf(std::uint32_t level)
+    {
+        if (level >= m_levels.size()) {
+            AddLevel(level);
+        }
+        return m_levels[level];
+    }
+    void AddLevel(std::uint32_t level) { m_levels.resize(level + 1); }
+    /// The end of a tag that begins like the last one of its level.
+    [[nodiscard]] std::uint32_t EndOfAlike(std::uint32_t tag, const Last& last)
+    {
+        const char quote = m_tokens[tag + last.prefix - 1];
+        if (quote == '>') {
+            m_tokens.Marks().Take(2);
+            return tag + last.prefix;
+        }
+        // The usual case, a tag with one attribute: its '<', the two quotes and the '>' are its marks.
+        const std::uint32_t* const marks = m_tokens.Marks().Ahead(4);
+        if (marks != nullptr && m_tokens[marks[2]] == quote && m_tokens[marks[2] + 1] == '>') {
+            const std::uint32_t end = marks[2] + 2;
+            m_tokens.Marks().Take(4);
+            return end;
+        }
+        return EndOfAlikeValue(tag, last);
+    }
+    [[nodiscard]] std::uint32_t EndOfAlikeValue(std::uint32_t tag, const Last& last);
     [[nodiscard]] std::uint32_t EndOfOther(std::uint32_t tag, Last& last);
     /// The end of a tag whose name, or whose attributes so far, end at `at`.
     [[nodiscard]] std::uint32_t EndAfter(std::uint32_t at);
