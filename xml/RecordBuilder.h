@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "xml/RecordStore.h"
 #include "xml/scan/Scanner.h"
@@ -27,13 +28,13 @@ private:
         ElementRecord* record = nullptr;
     };
 
-    [[nodiscard]] Place PlaceOf(std::uint32_t index) noexcept { return {index, &m_records[index]}; }
+    [[nodiscard]] Place NewPlace() noexcept;
     [[nodiscard]] Place Add(const Tag& tag) noexcept;
     void Close(std::uint32_t end) noexcept;
 
     RecordStore m_records;
-    Place m_open;              ///< the innermost open element
-    Place m_lastChild;         ///< its last child so far; without a record when there is none
+    std::vector<Place> m_open;  ///< the document and the open elements, the innermost last
+    Place m_lastChild;          ///< the innermost one's last child so far; without a record when there is none
     std::uint32_t m_read = 0;  ///< after the last tag
     std::uint32_t m_textSize;
 };
