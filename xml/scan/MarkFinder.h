@@ -20,9 +20,8 @@ struct MarkFinder {
     static constexpr std::uint32_t kSlack = 16;
 
     /// Writes the offset of every '<', '>', '&', '"' and '\'' in the piece; where the last one ends. Nothing when a
-    /// character of the piece, or one that reaches into it, is not valid UTF-8 or is none that XML can hold. A
-    /// character that reaches beyond the piece is for the next one to look at, beyond the text it is not valid.
-    /// `marks` has room for as many marks as the piece has bytes, and for kSlack more.
+    /// character that has bytes in the piece is not valid UTF-8 or is none that XML can hold. `marks` has room for as
+    /// many marks as the piece has bytes, and for kSlack more.
     using Find = std::uint32_t* (*)(const TextPiece& piece, std::uint32_t* marks) noexcept;
 
     std::string_view name;

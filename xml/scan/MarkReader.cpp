@@ -34,17 +34,16 @@ void MarkReader::ReadOn()
     const auto size = static_cast<std::uint32_t>(m_text.size());
     m_next = m_marks.data();
     m_last = m_next;
-    while (m_last == m_next && !m_isAtEnd) {
+    while (m_last == m_next && m_isValid && m_read < size) {
         const std::uint32_t end = m_read + std::min(m_pieceBytes, size - m_read);
-        m_last = m_finder.find({m_text.data(), m_read, end}, m_marks.data());
-        m_isValid = m_last != nullptr;
-        // A character that is not complete is found by the piece after it, and there may be none.
-        m_isAtEnd = m_read == size || !m_isValid;
+        const std::uint32_t* const last = m_finder.find({m_text.data(), m_read, end}, m_marks.data());
+        m_isValid = last != nullptr;
+        m_last = m_isValid ? last : m_next;
         m_read = end;
     }
-    if (m_isAtEnd) {
+    if (m_last == m_next) {
         m_marks.front() = size;
-        m_last = m_next + 1;
+        ++m_last;
     }
 }
 

@@ -61,7 +61,6 @@ private:
     std::uint32_t m_pieceBytes;
     std::uint32_t m_read;  ///< the beginning of the next piece
     bool m_isValid = true;
-    bool m_isAtEnd = false;
     std::vector<std::uint32_t> m_marks;
     const std::uint32_t* m_next;
     const std::uint32_t* m_last;

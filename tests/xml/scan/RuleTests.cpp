@@ -167,7 +167,8 @@ const std::vector<Rule>& Rules()
           "<a>\xF0\x90\x80\x80\xF4\x8F\xBF\xBF</a>", "<a>\xEF\xBB\xBF</a>", "<a>\xF0\x9F\xBF\xBE</a>",
           "<a b='\xE2\x82\xAC'/>"},
          {"<a>\0</a>"sv, "<a>\x01</a>", "<a>\x08</a>", "<a>\x0B</a>", "<a>\x0C</a>", "<a>\x0E</a>", "<a>\x1F</a>",
-          "<a>\xEF\xBF\xBE</a>", "<a>\xEF\xBF\xBF</a>", "<a b='\x02'/>", "<!--\x03--><a/>", "<?p \x04?><a/>"}},
+          "<a>\xEF\xBF\xBE</a>", "<a>\xEF\xBF\xBF</a>", "<a b='\x02'/>", "<!--\x03--><a/>", "<a/><!--\x03-->",
+          "<a/><?p \x03?>", "<?p \x04?><a/>"}},
         {"every character is valid UTF-8",
          {"<a>\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80</a>"},
          {"<a>\x80</a>",
@@ -191,6 +192,7 @@ const std::vector<Rule>& Rules()
           "<a>\xFE</a>",
           "<a>\xC3\xA4\xA4</a>",
           "<a/>\xC3",
+          "<a/><!--\xC3-->",
           "<a/>\xE2\x82",
           "<a/>\xF0\x9F\x98"}},
     };

@@ -58,16 +58,13 @@ Findings LookAt(const char* block) noexcept
 std::uint32_t* FindMarksWithSse2(const TextPiece& piece, std::uint32_t* marks) noexcept
 {
     std::uint32_t at = piece.begin;
-    bool wasAscii = false;
     for (; piece.end - at >= kBlockBytes; at += kBlockBytes) {
         const Findings findings = LookAt(piece.text + at);
-        const bool isAscii = findings.notAscii == 0;
-        // An ASCII block may follow a character that is not complete.
-        const bool isValid = (isAscii && wasAscii) || HoldsCharactersOnly({piece.text, at, at + kBlockBytes});
+        // A character that reaches into an ASCII block is found with the block in which it begins.
+        const bool isValid = findings.notAscii == 0 || HoldsCharactersOnly({piece.text, at, at + kBlockBytes});
         if (!isValid || findings.forbidden != 0) {
             return nullptr;
         }
-        wasAscii = isAscii;
         marks = WriteMarks(findings.marks, at, marks);
     }
     return FindMarksPlainly({piece.text, at, piece.end}, marks);
