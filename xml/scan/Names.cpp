@@ -18,7 +18,7 @@ constexpr std::array<Role, 0x80> RolesOfAscii()
     std::array<Role, 0x80> roles{};
     const auto set = [&](char first, char last, Role role) {
         for (char c = first; c <= last; ++c) {
-            roles[static_cast<std::size_t>(c)] = role;
+            roles[static_cast<unsigned char>(c)] = role;
         }
     };
     set('a', 'z', Role::Start);

@@ -33,7 +33,7 @@ public:
 
 private:
     TagSink& m_sink;
-    std::array<Tag, 512> m_tags;
+    std::array<Tag, 512> m_tags{};
     std::size_t m_count = 0;
 };
 

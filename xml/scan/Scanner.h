@@ -54,7 +54,7 @@ struct ScannedDocument {
 [[nodiscard]] std::optional<ScannedDocument> ScanDocument(const std::string& text, TagSink& sink,
                                                           const ScanOptions& options = {});
 
-/// Where somebody else stopped: after the start tag of a document element.
+/// The start tag of a document element that another parser has read.
 struct RootTag {
     std::uint32_t begin;
     std::uint32_t end;
