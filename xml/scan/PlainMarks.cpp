@@ -20,7 +20,7 @@ constexpr std::array<Kind, 256> KindsOfBytes()
         kinds[byte] = byte < 0x20 || byte >= 0x80 ? Kind::Check : Kind::Plain;
     }
     for (const char mark : std::string_view("<>&\"'")) {
-        kinds[static_cast<std::size_t>(mark)] = Kind::Mark;
+        kinds[static_cast<unsigned char>(mark)] = Kind::Mark;
     }
     return kinds;
 }
