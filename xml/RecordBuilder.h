@@ -35,7 +35,7 @@ private:
     RecordStore m_records;
     std::vector<Place> m_open;  ///< the document and the open elements, the innermost last
     Place m_lastChild;          ///< the innermost one's last child so far; without a record when there is none
-    std::uint32_t m_read = 0;  ///< after the last tag
+    std::uint32_t m_read = 0;   ///< after the last tag
     std::uint32_t m_textSize;
 };
 

@@ -1,8 +1,8 @@
 // Any bytes as a text for the scanner.
 //
-// Promises: in each of its forms, in pieces of any size, the scanner accepts the same; what it accepts the gate accepts,
-// too, with the same records; what the gate accepts and the scanner does not has a DOCTYPE, and after the start tag of
-// the root the scanner accepts that as well.
+// Promises: in each of its forms, in pieces of any size, the scanner accepts the same; what it accepts the gate
+// accepts, too, with the same records; what the gate accepts and the scanner does not has a DOCTYPE, and after the
+// start tag of the root the scanner accepts that as well.
 #include <cstddef>
 #include <cstdint>
 #include <string>
