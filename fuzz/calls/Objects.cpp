@@ -166,9 +166,13 @@ IUnknown* Objects::MakeForeign(Input& input)
     test::Answer data = MakeAnswer(input);
     const auto callBack = [this, &input] { CallBack(input); };
     if (input.Flag()) {
-        return &m_foreignProducts.emplace_back(std::move(softwareId), std::move(data), callBack, callBack);
+        auto& product = m_foreignProducts.emplace_back(std::move(softwareId), std::move(data));
+        product.actions = {.onId = callBack, .onData = callBack};
+        return &product;
     }
-    return &m_foreignTasks.emplace_back(std::move(softwareId), MakeAnswer(input), std::move(data), callBack, callBack);
+    auto& task = m_foreignTasks.emplace_back(std::move(softwareId), MakeAnswer(input), std::move(data));
+    task.actions = {.onId = callBack, .onData = callBack};
+    return &task;
 }
 
 void Objects::CallBack(Input& input)

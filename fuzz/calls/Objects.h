@@ -7,8 +7,8 @@
 
 #include "com/Dispatch.h"
 #include "fuzz/support/Input.h"
+#include "tests/support/ActingObjects.h"
 #include "tests/support/ComPtr.h"
-#include "tests/support/ReentrantObjects.h"
 
 namespace zupm::fuzz {
 
@@ -58,8 +58,8 @@ private:
     std::vector<LiveObject> m_objects;
     ScriptStep m_step;
     int m_callBacks = 0;
-    std::deque<test::ReentrantProduct> m_foreignProducts;
-    std::deque<test::ReentrantTask> m_foreignTasks;
+    std::deque<test::ActingProduct> m_foreignProducts;
+    std::deque<test::ActingTask> m_foreignTasks;
 };
 
 }  // namespace zupm::fuzz
