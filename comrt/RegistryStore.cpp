@@ -7,11 +7,11 @@
 
 #include "platform/Files.h"
 #include "platform/LogOutput.h"
-#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/FileHandle.h"
 #include "platform/posix/FolderFlush.h"
 #include "platform/posix/NativePath.h"
+#include "platform/posix/TargetFiles.h"
 #include "text/Utf.h"
 
 namespace zupm::runtime {
@@ -22,16 +22,16 @@ namespace {
 class FileLock {
 public:
     explicit FileLock(const std::string& path) noexcept
-        : m_file(native::OpenBelow(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW, 0600))
+        : m_file(native::OpenBelow(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW, 0600)),
+          m_code(m_file ? native::WaitForLock(m_file) : native::LastError())
     {
-        m_code = m_file ? native::WaitForLock(m_file) : native::LastError();
     }
 
     [[nodiscard]] result::Code Code() const { return m_code; }
 
 private:
     native::FileHandle m_file;
-    result::Code m_code = result::Success;
+    result::Code m_code;
 };
 
 /// An environment variable's value, empty when it is unset or may not be trusted.

@@ -70,6 +70,7 @@ constexpr bool AreInOrder()
     return true;
 }
 static_assert(AreInOrder());
+static_assert(kEncodings.size() == IndexOf(kLastEncoding) + 1, "a row for each encoding");
 
 /// An encoding without a row ends the program.
 const EncodingRow& RowOf(UTF_ENCODINGS encoding) noexcept

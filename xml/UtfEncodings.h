@@ -16,4 +16,6 @@ enum class UTF_ENCODINGS : std::int32_t {
     Utf16BigEndian = 7,     ///< without a signature; recognised by how "<?" begins the file
 };
 
+inline constexpr UTF_ENCODINGS kLastEncoding = UTF_ENCODINGS::Utf16BigEndian;
+
 }  // namespace AdvXMLParser

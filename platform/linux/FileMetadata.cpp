@@ -1,4 +1,4 @@
-#include "platform/linux/FileMetadata.h"
+#include "platform/posix/FileMetadata.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -22,7 +22,7 @@ int SetLock(int file, const struct flock* range)
     return ::fcntl(file, F_OFD_SETLK, range);  // NOLINT(cppcoreguidelines-pro-type-vararg): the system's own
 }
 
-constexpr LinuxCalls kLinuxCalls = {
+constexpr TargetCalls kTargetCalls = {
     .flock = ::flock,
     .setlock = SetLock,
     .flistxattr = ::flistxattr,
@@ -32,10 +32,10 @@ constexpr LinuxCalls kLinuxCalls = {
     .getrandom = ::getrandom,
 };
 
-constexpr SystemCalls AllCalls()
+constexpr SystemCalls AllCalls() noexcept
 {
     SystemCalls calls{};
-    static_cast<LinuxCalls&>(calls) = kLinuxCalls;
+    static_cast<TargetCalls&>(calls) = kTargetCalls;
     calls.openat = OpenAt;
     calls.mkdirat = ::mkdirat;
     calls.close = ::close;

@@ -22,7 +22,7 @@ inline constexpr ErrorMeaning kErrorMeanings[] = {
     {ENFILE, result::TooManyOpenFiles}, {ENOMEM, result::OutOfMemory},       {ETXTBSY, result::SharingViolation},
     {EBUSY, result::SharingViolation},  {EAGAIN, result::SharingViolation},  {ENXIO, result::NotSupported},
     {ENODEV, result::NotSupported},     {EOPNOTSUPP, result::NotSupported},  {ENOSYS, result::NotSupported},
-    {ENOLCK, result::NotSupported},
+    {ENOLCK, result::NotSupported},     {ENOTSUP, result::NotSupported},
 };
 
 /// The code for an error number; InputOutputError for every number without a row.

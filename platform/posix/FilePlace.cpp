@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
 #include "platform/posix/NativePath.h"
+#include "platform/posix/TargetFiles.h"
 
 namespace zupm::native {
 

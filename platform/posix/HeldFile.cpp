@@ -7,12 +7,12 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/linux/FileMetadata.h"
-#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
+#include "platform/posix/FileMetadata.h"
 #include "platform/posix/FileReading.h"
 #include "platform/posix/NativePath.h"
 #include "platform/posix/Replacement.h"
+#include "platform/posix/TargetFiles.h"
 
 namespace zupm {
 

@@ -4,8 +4,8 @@
 
 #include <cerrno>
 
-#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/FileErrors.h"
+#include "platform/posix/TargetFiles.h"
 #include "text/Utf.h"
 
 namespace zupm::native {

@@ -14,11 +14,11 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/linux/FileMetadata.h"
-#include "platform/linux/LinuxFiles.h"
 #include "platform/posix/DirectWrite.h"
 #include "platform/posix/FileErrors.h"
+#include "platform/posix/FileMetadata.h"
 #include "platform/posix/FolderFlush.h"
+#include "platform/posix/TargetFiles.h"
 
 namespace zupm::native {
 

@@ -2,8 +2,9 @@
 
 #include <pthread.h>
 
-#include <ctime>
 #include <initializer_list>
+
+#include "platform/posix/TargetFiles.h"
 
 namespace zupm::native {
 
@@ -25,9 +26,7 @@ SignalGuard::SignalGuard() noexcept
 
 SignalGuard::~SignalGuard()
 {
-    constexpr timespec kNoWait{0, 0};
-    while (sigtimedwait(&m_raised, nullptr, &kNoWait) > 0) {
-    }
+    DropPendingSignals(m_raised);
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 

@@ -8,12 +8,12 @@
 
 #include <cstddef>
 
-#include "platform/linux/LinuxCalls.h"
+#include "TargetCalls.h"
 
 namespace zupm::native {
 
 /// One function per system call, with the system's own signature, result and errno: those of POSIX, and the target's.
-struct SystemCalls : LinuxCalls {
+struct SystemCalls : TargetCalls {
     int (*openat)(int folder, const char* path, int flags, mode_t mode);
     int (*mkdirat)(int folder, const char* path, mode_t mode);
     int (*close)(int file);
@@ -25,7 +25,7 @@ struct SystemCalls : LinuxCalls {
     ssize_t (*pread)(int file, void* bytes, std::size_t count, off_t offset);
     ssize_t (*write)(int file, const void* bytes, std::size_t count);
     int (*poll)(pollfd* files, nfds_t count, int timeout);
-    int (*fsync)(int file);
+    int (*fsync)(int file);  ///< what it returned for outlasts a loss of power (not everywhere the system's fsync)
     int (*fchown)(int file, uid_t user, gid_t group);
     int (*fchmod)(int file, mode_t mode);
     int (*renameat)(int oldFolder, const char* oldName, int newFolder, const char* newName);

@@ -108,6 +108,8 @@ constexpr Row kRows[] = {
     {"[S ]\r\nk =1 \r\n", u"S ", u"k ", u"1 "},
     {"[S]\0x\r\nk=1\r\nl\0m=3\0n\r\n"sv, u"S", u"q", u"2"},
     {"a\0b\0"sv, u"S", u"k", u"v"},
+    {"[S]\r\nk \0x=3\r\n"sv, u"S", u"k", u"2"},
+    {"[S]\r\n[S \0x]\r\nk=3\r\n"sv, u"S", u"k", u"2"},
     // encodings
     {"\xEF\xBB\xBF", u"S", u"k", u"v"},
     {"\xEF\xBB\xBF[S]\r\nk=\xC3\xA4\r\n", u"S", u"l", u"v"},

@@ -2,6 +2,7 @@
 // call runs inside it.
 #include <gtest/gtest.h>
 
+#include "interfaces/InterfaceTables.h"
 #include "platform/CriticalSection.h"
 #include "tests/locks/LockUse.h"
 #include "tests/support/ActingObjects.h"
@@ -165,6 +166,13 @@ const CCriticalSection* LockOf(const World& world)
 }
 
 }  // namespace
+
+TEST(ObjectLocks, HaveARowForEveryMember)
+{
+    EXPECT_EQ(std::size(kFileMembers), PolicyFileInterface().members.size());
+    EXPECT_EQ(std::size(kProductMembers), PolicyProductInterface().members.size());
+    EXPECT_EQ(std::size(kTaskMembers), PolicyTaskInterface().members.size());
+}
 
 TEST(ObjectLocks, OfAPolicyFile_AreTakenByEverythingButPropertiesAndBlankObjects)
 {

@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "ToolTest.h"
 
 namespace zupm::test {
@@ -5,7 +7,27 @@ namespace {
 
 using testing::HasSubstr;
 
-class CommandLine : public ToolTest {};
+class CommandLine : public ToolTest {
+protected:
+    /// The commands as the help lists them, without `help`.
+    [[nodiscard]] std::vector<std::string> Commands() const;
+};
+
+std::vector<std::string> CommandLine::Commands() const
+{
+    const std::string help = Out({"help"});
+    std::istringstream lines(help.substr(help.find("Subcommands:\n")));
+    std::vector<std::string> commands;
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line) && line.starts_with("  ")) {
+        commands.push_back(line.substr(2, line.find(' ', 2) - 2));
+    }
+    EXPECT_GT(commands.size(), 1U);
+    EXPECT_EQ(commands.back(), "help");
+    commands.pop_back();
+    return commands;
+}
 
 TEST_F(CommandLine, HelpGoesToStandardOutputAndNamesTheExitCodes)
 {
@@ -19,8 +41,18 @@ TEST_F(CommandLine, HelpGoesToStandardOutputAndNamesTheExitCodes)
 
 TEST_F(CommandLine, EveryCommandHasHelpWithExamples)
 {
-    for (const std::string command : {"show", "get", "set", "remove", "export-ini", "check"}) {
+    for (const std::string& command : Commands()) {
         EXPECT_THAT(Out({command, "--help"}), HasSubstr("Examples:\n  zupolicy " + command + " "));
+    }
+}
+
+TEST_F(CommandLine, EveryCommandIsInTheDocumentationAndRefusesToRunWithoutArguments)
+{
+    const std::string manual = ReadBytes(std::filesystem::path(ZUPM_MANUAL).u16string());
+    for (const std::string& command : Commands()) {
+        EXPECT_THAT(manual, HasSubstr("\n    zupolicy " + command + " "));
+        EXPECT_THAT(manual, HasSubstr("\n## " + command + "\n"));
+        EXPECT_THAT(Tool({command}), Fails(2, testing::Not("")));
     }
 }
 
@@ -55,7 +87,7 @@ TEST_F(CommandLine, HelpIsACommand)
 {
     EXPECT_EQ(Out({"help"}), Out({"--help"}));
     EXPECT_EQ(Out({"help", "help"}), Out({"help"}));
-    for (const std::string command : {"show", "get", "set", "remove", "export-ini", "check"}) {
+    for (const std::string& command : Commands()) {
         EXPECT_EQ(Out({"help", command}), Out({command, "--help"}));
     }
     EXPECT_THAT(Tool({"help", "shwo"}), Fails(2, HasSubstr("no such command: \"shwo\"; did you mean \"show\"?\n")));

@@ -122,6 +122,19 @@ TEST(Encoding, Latin1WritesReferencesWhereXmlAllowsThem)
     }
 }
 
+TEST(Encoding, EveryCharacterSurvivesLatin1AsItselfOrAsAReference)
+{
+    for (char16_t character = 0xA0; character < 0x180; ++character) {
+        const std::u16string text(1, character);
+        const std::optional<std::string> bytes =
+            Encode("<a>" + *zupm::ToUtf8(text) + "</a>", UTF_ENCODINGS::Iso8859_1, false);
+        ASSERT_TRUE(bytes);
+        std::optional<XmlText> decoded = Decode(*bytes, UTF_ENCODINGS::Iso8859_1);
+        ASSERT_TRUE(decoded);
+        EXPECT_EQ(Parser().Parse(std::move(*decoded))->GetRoot().GetText(), text) << static_cast<int>(character);
+    }
+}
+
 TEST(Encoding, EveryLatin1ByteIsACharacter)
 {
     std::string bytes;

@@ -10,12 +10,39 @@ struct LayoutRow {
     std::string_view after;
 };
 
+/// The line ends that a file may have.
+constexpr std::string_view kLineEnds[] = {"\n", "\r\n", "\r"};
+
+/// A row's text, whose lines end with LF, with other line ends. A text that has CR already stays as it is.
+std::string WithLineEnds(std::string_view text, std::string_view lineEnd)
+{
+    if (text.find('\r') != std::string_view::npos) {
+        return std::string(text);
+    }
+    std::string result;
+    for (const char c : text) {
+        result.append(c == '\n' ? lineEnd : std::string_view(&c, 1));
+    }
+    return result;
+}
+
+/// Makes the edit in the text with each line end in turn; the result must have the same line ends.
+template <class Edit>
+void ExpectEdit(std::string_view before, std::string_view after, Edit edit)
+{
+    for (const std::string_view lineEnd : kLineEnds) {
+        EXPECT_EQ(Edited(WithLineEnds(before, lineEnd), edit), WithLineEnds(after, lineEnd));
+    }
+}
+
 constexpr LayoutRow kAdditions[] = {
     // Like the siblings.
     {"<a>\n  <b/>\n</a>", "<a>\n  <b/>\n  <n/>\n</a>"},
     {"<a>\r\n\t<b/>\r\n</a>", "<a>\r\n\t<b/>\r\n\t<n/>\r\n</a>"},
     {"<a>\n  <!-- x -->\n  <b/>\n</a>", "<a>\n  <!-- x -->\n  <b/>\n  <n/>\n</a>"},
     {"<a>\n  <b/>\n  <!-- last -->\n</a>", "<a>\n  <b/>\n  <!-- last -->\n  <n/>\n</a>"},
+    // Empty lines between siblings are not repeated.
+    {"<a>\n  <b/>\n\n  <c/>\n</a>", "<a>\n  <b/>\n\n  <c/>\n  <n/>\n</a>"},
     // Siblings on one line.
     {"<a><b/></a>", "<a><b/><n/></a>"},
     {"<a> <b/> </a>", "<a> <b/> <n/></a>"},
@@ -34,7 +61,7 @@ constexpr LayoutRow kAdditions[] = {
 TEST(Layout, ANewElementGetsALineLikeItsSiblings)
 {
     for (const LayoutRow& row : kAdditions) {
-        EXPECT_EQ(Edited(row.before, [](Element root) { (void)root.AddElementInto(u"n"); }), row.after);
+        ExpectEdit(row.before, row.after, [](Element root) { (void)root.AddElementInto(u"n"); });
     }
 }
 
@@ -50,7 +77,7 @@ constexpr LayoutRow kNestedAdditions[] = {
 TEST(Layout, AnOnlyChildGoesOneStepBelowItsParent)
 {
     for (const LayoutRow& row : kNestedAdditions) {
-        EXPECT_EQ(Edited(row.before, [](Element root) { (void)FirstChild(root).CreateElement(u"n"); }), row.after);
+        ExpectEdit(row.before, row.after, [](Element root) { (void)FirstChild(root).CreateElement(u"n"); });
     }
 }
 
@@ -64,6 +91,9 @@ constexpr RemovalRow kRemovals[] = {
     {"<a>\n  <b/>\n  <c/>\n</a>", 0, "<a>\n  <c/>\n</a>"},
     {"<a>\n  <b/>\n  <c/>\n</a>", 1, "<a>\n  <b/>\n</a>"},
     {"<a>\r\n\t<b/>\r\n</a>", 0, "<a>\r\n</a>"},
+    // Empty lines stay.
+    {"<a>\n  <b/>\n\n  <c/>\n</a>", 0, "<a>\n\n  <c/>\n</a>"},
+    {"<a>\n  <b/>\n\n  <c/>\n</a>", 1, "<a>\n  <b/>\n\n</a>"},
     {"<a>\n  <b/>  \n  <c/>\n</a>", 0, "<a>\n  <c/>\n</a>"},
     {"<a><b/><c/></a>", 0, "<a><c/></a>"},
     {"<a><b/><c/></a>", 1, "<a><b/></a>"},
@@ -80,7 +110,7 @@ constexpr RemovalRow kRemovals[] = {
 TEST(Layout, ADeletedElementTakesItsOwnLineWithIt)
 {
     for (const RemovalRow& row : kRemovals) {
-        EXPECT_EQ(Edited(row.before, [&](Element root) { Child(root, row.child).Delete(); }), row.after);
+        ExpectEdit(row.before, row.after, [&](Element root) { Child(root, row.child).Delete(); });
     }
 }
 

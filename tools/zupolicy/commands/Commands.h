@@ -16,7 +16,7 @@ namespace zupm::tool {
 using Action = std::function<ExitCode(Streams)>;
 
 /// One command: what its help says, and what it takes and does.
-struct Command {
+struct Command {  // NOLINT(cppcoreguidelines-pro-type-member-init): the compiler asks for every field
     const char* name;
     const char* description;
     const char* examples;

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxFiles.h"
+#include "platform/posix/TargetFiles.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -62,6 +62,13 @@ bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept
 {
     const ssize_t count = Retry([&] { return Calls().getrandom(bytes.data(), bytes.size(), 0); });
     return count == static_cast<ssize_t>(bytes.size());
+}
+
+void DropPendingSignals(const sigset_t& signals) noexcept
+{
+    constexpr timespec kNoWait{0, 0};
+    while (sigtimedwait(&signals, nullptr, &kNoWait) > 0) {
+    }
 }
 
 }  // namespace zupm::native

@@ -10,7 +10,7 @@ struct flock;
 namespace zupm::native {
 
 /// One function per system call, with the system's own signature, result and errno.
-struct LinuxCalls {
+struct TargetCalls {
     int (*flock)(int file, int operation);
     int (*setlock)(int file, const struct flock* range);  ///< fcntl with F_OFD_SETLK
     ssize_t (*flistxattr)(int file, char* names, std::size_t capacity);

@@ -1,8 +1,10 @@
-/// What posix/ needs of the system beyond POSIX.1-2008. A port to another POSIX system writes its own folder in place
-/// of linux/: these functions, CopyMetadata (FileMetadata.h), OwnModulePath (platform/Modules.h),
-/// TrustedEnvironmentVariable (platform/LogOutput.h) and the table of system calls (posix/SystemCalls.h).
+/// What posix/ needs of the system beyond POSIX.1-2008 (with XSI). A port to another POSIX system writes a folder
+/// beside linux/ with TargetCalls.h (what its table of system calls has besides POSIX), these functions, CopyMetadata
+/// (FileMetadata.h), OwnModulePath (platform/Modules.h), TrustedEnvironmentVariable (platform/LogOutput.h) and the
+/// table of system calls (SystemCalls.h).
 #pragma once
 
+#include <csignal>
 #include <span>
 #include <string>
 
@@ -38,5 +40,8 @@ namespace zupm::native {
 
 /// Fills `bytes` with what nobody can know beforehand; false, with errno, when the system has no random bytes.
 [[nodiscard]] bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept;
+
+/// Takes the pending signals of a set from the calling thread, which blocks them, without waiting.
+void DropPendingSignals(const sigset_t& signals) noexcept;
 
 }  // namespace zupm::native
