@@ -28,7 +28,7 @@ std::string Time(double seconds, double /*fileBytes*/)
 
 std::string Memory(double bytes, double fileBytes)
 {
-    return Formatted(bytes / 1e6, 1, " MB") + Formatted(" (%.2fx the file)", bytes / fileBytes);
+    return Formatted(bytes / 1e6, 1, " MB") + " (" + Formatted(bytes / fileBytes, 2, "x the file)");
 }
 
 std::string Size(double bytes)
