@@ -1,7 +1,8 @@
 // A measured process that has the document library alone: reads a file, and scans it into records with one form of the
-// scanner. The component always takes the fastest form.
+// scanner. Without arguments it prints the forms that this processor can run.
 //
-//   bench_scan_sample FORM FILE WARM COUNTED
+//   bench_scan_sample [FORM FILE WARM COUNTED]
+#include <cstdio>
 #include <cstdlib>
 
 #include "bench/PlainFiles.h"
@@ -26,6 +27,13 @@ const AdvXMLParser::MarkFinder* FormOf(std::string_view name)
     return nullptr;
 }
 
+void PrintForms()
+{
+    for (const AdvXMLParser::MarkFinder& finder : AdvXMLParser::MarkFindersFor(AdvXMLParser::ThisProcessor())) {
+        std::printf("%.*s\n", static_cast<int>(finder.name.size()), finder.name.data());
+    }
+}
+
 void ReadAndScan(const std::u16string& path, const AdvXMLParser::MarkFinder& form)
 {
     std::string text;
@@ -39,6 +47,10 @@ void ReadAndScan(const std::u16string& path, const AdvXMLParser::MarkFinder& for
 
 int main(int argc, char** argv)
 {
+    if (argc == 1) {
+        PrintForms();
+        return 0;
+    }
     Demand(argc == 5, "bench_scan_sample: reading the command line");
     const AdvXMLParser::MarkFinder* const form = FormOf(argv[1]);
     Demand(form != nullptr, "bench_scan_sample: finding the form");
