@@ -43,7 +43,7 @@ void PrintLines(const std::string& operation, const Contest& contest, const std:
     const double ours = value(results.front());
     const std::string begin = "| " + operation + " | " + Size(fileBytes) + " | " + format(ours, fileBytes) + " | ";
     if (results.size() == 1) {
-        std::printf("%s | | |\n", begin.c_str());
+        std::printf("%s| | |\n", begin.c_str());
     }
     for (std::size_t i = 1; i < results.size(); ++i) {
         const double theirs = value(results[i]);

@@ -36,12 +36,16 @@ constexpr Row kOperations[] = {
 int main(int argc, char** argv)
 {
     Demand(argc == 8, "bench_sample: reading the command line");
-    if (std::strcmp(argv[5], "kept") == 0) {
+    const bool isHeapKept = std::strcmp(argv[5], "kept") == 0;
+    if (isHeapKept) {
         KeepTheHeap();
     }
     for (const Row& row : kOperations) {
         if (row.name == argv[1]) {
-            const Operation operation = row.prepare({argv[2], argv[3], std::atoi(argv[4])});
+            Operation operation = row.prepare({argv[2], argv[3], std::atoi(argv[4])});
+            if (!isHeapKept) {
+                operation.repetitions = 1;  // the second one would find pages that are in memory
+            }
             PrintSamples(operation, std::atoi(argv[6]), std::atoi(argv[7]));
             return 0;
         }
