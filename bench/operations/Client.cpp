@@ -1,4 +1,4 @@
-#include "bench/Client.h"
+#include "bench/operations/Client.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,9 +11,9 @@ template <class Interface>
 ComPtr<Interface> Create()
 {
     ComPtr<Interface> object;
-    Demand(CoCreateInstance(InterfaceTraits<Interface>::Class(), nullptr, CLSCTX_INPROC_SERVER,
-                            InterfaceTraits<Interface>::Id(), object.PutVoid()),
-           "CoCreateInstance");
+    DemandSuccess(CoCreateInstance(InterfaceTraits<Interface>::Class(), nullptr, CLSCTX_INPROC_SERVER,
+                                   InterfaceTraits<Interface>::Id(), object.PutVoid()),
+                  "CoCreateInstance");
     return object;
 }
 
@@ -24,7 +24,7 @@ Bstr Wide(const std::string& ascii)
     return std::u16string(ascii.begin(), ascii.end());
 }
 
-void Demand(HRESULT result, const char* call)
+void DemandSuccess(HRESULT result, const char* call)
 {
     if (result < 0) {
         std::fprintf(stderr, "%s failed: 0x%08X\n", call, static_cast<unsigned>(result));
@@ -40,24 +40,33 @@ ComPtr<IPolicyFile> NewPolicyFile()
 ComPtr<IPolicyFile> LoadedPolicyFile(const std::string& path)
 {
     ComPtr<IPolicyFile> file = NewPolicyFile();
-    Demand(file->InitializeFile(Wide(path).Get(), 0), "InitializeFile");
+    DemandSuccess(file->InitializeFile(Wide(path).Get(), 0), "InitializeFile");
     return file;
 }
 
 ComPtr<IPolicyProduct> PolicyOf(IPolicyFile& file, const std::string& softwareId)
 {
     ComPtr<IUnknown> object;
-    Demand(file.GetPolicy(Wide(softwareId).Get(), object.Put()), "GetPolicy");
+    DemandSuccess(file.GetPolicy(Wide(softwareId).Get(), object.Put()), "GetPolicy");
     ComPtr<IPolicyProduct> product;
-    Demand(object.Query(IID_IPolicyProduct, product), "QueryInterface");
+    DemandSuccess(object.Query(IID_IPolicyProduct, product), "QueryInterface");
     return product;
+}
+
+ComPtr<ITaskInfo> TasksOf(IPolicyFile& file)
+{
+    ComPtr<IUnknown> object;
+    DemandSuccess(file.GetTaskInfo(object.Put()), "GetTaskInfo");
+    ComPtr<ITaskInfo> tasks;
+    DemandSuccess(object.Query(IID_ITaskInfo, tasks), "QueryInterface");
+    return tasks;
 }
 
 ComPtr<IPolicyTask> NewTask(const std::string& softwareId, const std::string& taskId)
 {
     ComPtr<IPolicyTask> task = Create<IPolicyTask>();
-    Demand(task->put_SoftwareID(Wide(softwareId).Get()), "put_SoftwareID");
-    Demand(task->put_TaskID(Wide(taskId).Get()), "put_TaskID");
+    DemandSuccess(task->put_SoftwareID(Wide(softwareId).Get()), "put_SoftwareID");
+    DemandSuccess(task->put_TaskID(Wide(taskId).Get()), "put_TaskID");
     return task;
 }
 

@@ -1,23 +1,12 @@
-#include "bench/Peers.h"
-
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <pugixml.hpp>
+#include "bench/Demand.h"
+#include "bench/operations/Peers.h"
 
 namespace zupm::bench {
 
 namespace {
-
-void Demand(bool isDone, const char* step)
-{
-    if (!isDone) {
-        std::fprintf(stderr, "%s failed\n", step);
-        std::exit(1);
-    }
-}
 
 const xmlChar* Xml(const std::string& text)
 {
@@ -28,12 +17,17 @@ struct DocumentFreer {
     void operator()(xmlDoc* document) const noexcept { xmlFreeDoc(document); }
 };
 
-class Libxml2Peer final : public Peer {
+class Libxml2Tree final : public Tree {
 public:
-    explicit Libxml2Peer(const std::string& path)
+    explicit Libxml2Tree(const std::string& path)
         : m_document(xmlReadFile(path.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_HUGE))
     {
         Demand(m_document != nullptr, "libxml2: load");
+    }
+
+    [[nodiscard]] std::string RootName() const override
+    {
+        return reinterpret_cast<const char*>(xmlDocGetRootElement(m_document.get())->name);
     }
 
     void Set(const std::string& softwareId, const std::string& setting, const std::string& value) override
@@ -71,43 +65,11 @@ private:
     std::unique_ptr<xmlDoc, DocumentFreer> m_document;
 };
 
-class PugixmlPeer final : public Peer {
-public:
-    explicit PugixmlPeer(const std::string& path)
-    {
-        Demand(static_cast<bool>(m_document.load_file(path.c_str(), pugi::parse_full)), "pugixml: load");
-    }
-
-    void Set(const std::string& softwareId, const std::string& setting, const std::string& value) override
-    {
-        const pugi::xml_node product = m_document.find_node([&](const pugi::xml_node& node) {
-            return softwareId == node.attribute("SoftwareID").value() && node.child("Section");
-        });
-        const pugi::xml_node element =
-            product.find_node([&](const pugi::xml_node& node) { return setting == node.attribute("name").value(); });
-        Demand(static_cast<bool>(element), "pugixml: find");
-        element.text().set(value.c_str());
-    }
-
-    void Write(const std::string& path) override
-    {
-        Demand(m_document.save_file(path.c_str(), "", pugi::format_raw), "pugixml: write");
-    }
-
-private:
-    pugi::xml_document m_document;
-};
-
 }  // namespace
 
-std::unique_ptr<Peer> LoadWithLibxml2(const std::string& path)
+std::unique_ptr<Tree> LoadWithLibxml2(const std::string& path)
 {
-    return std::make_unique<Libxml2Peer>(path);
-}
-
-std::unique_ptr<Peer> LoadWithPugixml(const std::string& path)
-{
-    return std::make_unique<PugixmlPeer>(path);
+    return std::make_unique<Libxml2Tree>(path);
 }
 
 }  // namespace zupm::bench

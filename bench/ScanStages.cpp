@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/SampleFiles.h"
+#include "bench/driver/SampleFiles.h"
 #include "platform/Files.h"
 #include "text/Utf.h"
 #include "xml/ExpatGate.h"
@@ -114,7 +114,7 @@ std::vector<Contender> ContendersFor(const std::string& text, std::string& copy)
 
 int main(int argc, char** argv)
 {
-    const std::string path = argc > 1 ? std::string(argv[1]) : zupm::bench::FileOfSize(kBytes, false);
+    const std::string path = argc > 1 ? std::string(argv[1]) : zupm::bench::FileOfSize(kBytes).path;
     std::string text;
     Demand(zupm::ReadWholeFile(zupm::ToUtf16(path).value(), text) >= 0, "reading " + path);
     std::string copy = text;
