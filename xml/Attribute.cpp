@@ -64,7 +64,8 @@ bool Element::ReadAttribute(std::u16string_view name, std::u16string& text) cons
         return false;
     }
     if (std::ranges::all_of(span->value, MeansItself)) {
-        text.assign(span->value.begin(), span->value.end());
+        text.resize(span->value.size());
+        std::ranges::copy(span->value, text.begin());
     } else {
         text = DecodedAttribute(span->value);
     }

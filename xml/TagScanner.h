@@ -1,6 +1,7 @@
 /// Attributes of a start tag.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -31,12 +32,15 @@ private:
     std::size_t m_at;
 };
 
-/// Whether a name of the text is this one. Most names that are compared differ in their first character.
+/// Whether a name of the text is this one.
 [[nodiscard]] inline bool NameEquals(std::string_view utf8, std::u16string_view name) noexcept
 {
-    const bool mayBeEqual = utf8.size() >= name.size() && !name.empty() &&
-                            (name.front() >= 0x80 || static_cast<unsigned char>(utf8.front()) == name.front());
-    return mayBeEqual && zupm::EqualsUtf16(utf8, name);
+    // As many bytes as units can only be equal when both are ASCII; fewer bytes can never be.
+    const auto isSame = [](char byte, char16_t unit) {
+        return unit < 0x80 && static_cast<unsigned char>(byte) == unit;
+    };
+    return utf8.size() == name.size() ? std::equal(utf8.begin(), utf8.end(), name.begin(), isSame)
+                                      : utf8.size() > name.size() && zupm::EqualsUtf16(utf8, name);
 }
 
 /// The name in a start tag.
