@@ -67,7 +67,7 @@ public:
     [[nodiscard]] result::Code DeinitializePolicyMap() noexcept;
     [[nodiscard]] result::Code DeinitializeTaskMap() noexcept;
 
-    /// NotInitialised, PolicyNotFound; `found` is written on success only and stays valid until the index is emptied.
+    /// NotInitialised, PolicyNotFound; `found` is written on success only and is valid until the index changes.
     [[nodiscard]] result::Code FindPolicyRef(std::u16string_view softwareId, const CPolicyRef*& found) const noexcept;
     /// NotInitialised, TaskNotFound, NotCreated (a software ID without a map); `found` is null then.
     [[nodiscard]] result::Code FindTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
