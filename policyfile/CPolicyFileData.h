@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,6 +10,7 @@
 
 #include "policyfile/PolicyFileProperties.h"
 #include "settings/CElementRef.h"
+#include "settings/NameIndex.h"
 #include "xml/Document.h"
 #include "xml/UtfEncodings.h"
 #include "xml/XmlText.h"
@@ -28,9 +28,9 @@ namespace zupm {
 /// Invariants Every reference in the indexes points into a document that this object keeps alive.
 class CPolicyFileData {
 public:
-    using PolicyIndex = std::map<std::u16string, std::unique_ptr<CPolicyRef>, std::less<>>;
-    using TaskMap = std::map<std::u16string, std::unique_ptr<CTaskRef>, std::less<>>;
-    using TaskIndex = std::map<std::u16string, std::unique_ptr<TaskMap>, std::less<>>;
+    using PolicyIndex = NameIndex<CPolicyRef>;
+    using TaskMap = NameIndex<CTaskRef>;
+    using TaskIndex = NameIndex<std::unique_ptr<TaskMap>>;
     using Documents = std::vector<std::shared_ptr<AdvXMLParser::Document>>;
 
     /// `properties` outlives the data.
@@ -53,7 +53,7 @@ public:
 
     [[nodiscard]] bool IsInitialised() const noexcept { return m_initialised; }
     [[nodiscard]] bool HasDocument() const noexcept { return m_document != nullptr; }
-    [[nodiscard]] const TaskIndex& Tasks() const noexcept { return m_tasks; }
+    [[nodiscard]] TaskIndex& Tasks() noexcept { return m_tasks; }
 
     /// Every document that a handle may point into at this moment. Who holds the list keeps them alive.
     [[nodiscard]] Documents HoldDocuments() const;
@@ -67,7 +67,7 @@ public:
     [[nodiscard]] result::Code DeinitializePolicyMap() noexcept;
     [[nodiscard]] result::Code DeinitializeTaskMap() noexcept;
 
-    /// NotInitialised, PolicyNotFound; `found` is written on success only and stays valid until the index is emptied.
+    /// NotInitialised, PolicyNotFound; `found` is written on success only and is valid until the index changes.
     [[nodiscard]] result::Code FindPolicyRef(std::u16string_view softwareId, const CPolicyRef*& found) const noexcept;
     /// NotInitialised, TaskNotFound, NotCreated (a software ID without a map); `found` is null then.
     [[nodiscard]] result::Code FindTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
@@ -102,10 +102,13 @@ private:
 
     /// The document element; null without a document.
     [[nodiscard]] AdvXMLParser::Element Root() const noexcept;
-    void AddPolicy(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product);
-    void AddTasks(const AdvXMLParser::Element& group);
+    /// `softwareId` is room for the product's ID.
+    void AddPolicy(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product,
+                   std::u16string& softwareId);
+    /// `softwareId` and `taskId` are room for the group's IDs.
+    void AddTasks(const AdvXMLParser::Element& group, std::u16string& softwareId, std::u16string& taskId);
     /// When the index has the keys already, it stays as it is and the result is false.
-    [[nodiscard]] bool InsertTask(const std::u16string& softwareId, const std::u16string& taskId, const CTaskRef& task);
+    [[nodiscard]] bool InsertTask(std::u16string_view softwareId, std::u16string_view taskId, const CTaskRef& task);
 
     std::shared_ptr<AdvXMLParser::Document> m_document;
     Documents m_retired;  ///< documents of failed loads, which entries of the indexes still point into

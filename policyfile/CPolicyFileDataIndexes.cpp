@@ -1,6 +1,4 @@
 // The two indexes.
-#include <utility>
-
 #include "com/Log.h"
 #include "policyfile/CPolicyFileData.h"
 #include "settings/CatchAll.h"
@@ -8,54 +6,48 @@
 
 namespace zupm {
 
-using AdvXMLParser::Attribute;
 using AdvXMLParser::Element;
 
 result::Code CPolicyFileData::InitializePolicyMap() noexcept
 {
     // Given: see docs/given-oddities.md, "names of another class".
     return CatchAll(u"CPolicyFile::InitializePolicyMap()", [&]() -> result::Code {
+        std::u16string softwareId;
         ForEachPolicy(Root(), [&](const Element& policy) {
-            ForEachChild(policy, schema::kProduct, [&](const Element& product) { AddPolicy(policy, product); });
+            ForEachChild(policy, schema::kProduct,
+                         [&](const Element& product) { AddPolicy(policy, product, softwareId); });
         });
         return result::Success;
     });
 }
 
-void CPolicyFileData::AddPolicy(const Element& policy, const Element& product)
+void CPolicyFileData::AddPolicy(const Element& policy, const Element& product, std::u16string& softwareId)
 {
-    const Attribute attribute = product.GetAttribute(schema::kSoftwareId);
-    if (attribute.IsNull()) {
+    if (!product.ReadAttribute(schema::kSoftwareId, softwareId)) {
         return;
     }
-    std::u16string softwareId = attribute.GetText();
-    const auto place = m_policies.lower_bound(softwareId);
-    if (place != m_policies.end() && place->first == softwareId) {
+    if (!m_policies.Insert(softwareId, [&] { return CPolicyRef(policy, product); }).second) {
         // Given: see docs/given-oddities.md, "duplicates logged again".
         LogDuplicate(u"CPolicyFile::InitializePolicyMap() -- SoftwareID %s exists already in the policy map",
                      softwareId);
-        return;
     }
-    m_policies.emplace_hint(place, std::move(softwareId), std::make_unique<CPolicyRef>(policy, product));
 }
 
 result::Code CPolicyFileData::InitializeTaskMap() noexcept
 {
     return CatchAll(u"CPolicyFile::InitializeTaskMap()", [&]() -> result::Code {
-        ForEachTaskGroup(Root(), [&](const Element& group) { AddTasks(group); });
+        std::u16string softwareId;
+        std::u16string taskId;
+        ForEachTaskGroup(Root(), [&](const Element& group) { AddTasks(group, softwareId, taskId); });
         return result::Success;
     });
 }
 
-void CPolicyFileData::AddTasks(const Element& group)
+void CPolicyFileData::AddTasks(const Element& group, std::u16string& softwareId, std::u16string& taskId)
 {
-    const Attribute softwareAttribute = group.GetAttribute(schema::kSoftwareId);
-    const Attribute taskAttribute = group.GetAttribute(schema::kTaskId);
-    if (softwareAttribute.IsNull() || taskAttribute.IsNull()) {
+    if (!group.ReadAttribute(schema::kSoftwareId, softwareId) || !group.ReadAttribute(schema::kTaskId, taskId)) {
         return;
     }
-    const std::u16string softwareId = softwareAttribute.GetText();
-    const std::u16string taskId = taskAttribute.GetText();
     // The keys are the group's own, so every task after its first one is a duplicate. Keys can be long and tasks many:
     // the index is searched once.
     bool isFirst = true;
@@ -69,25 +61,16 @@ void CPolicyFileData::AddTasks(const Element& group)
     });
 }
 
-bool CPolicyFileData::InsertTask(const std::u16string& softwareId, const std::u16string& taskId, const CTaskRef& task)
+bool CPolicyFileData::InsertTask(std::u16string_view softwareId, std::u16string_view taskId, const CTaskRef& task)
 {
-    auto entry = m_tasks.lower_bound(softwareId);
-    if (entry == m_tasks.end() || entry->first != softwareId) {
-        entry = m_tasks.emplace_hint(entry, softwareId, std::make_unique<TaskMap>());
-    }
-    TaskMap& tasks = *entry->second;
-    const auto place = tasks.lower_bound(taskId);
-    if (place != tasks.end() && place->first == taskId) {
-        return false;
-    }
-    tasks.emplace_hint(place, taskId, std::make_unique<CTaskRef>(task));
-    return true;
+    TaskMap& tasks = **m_tasks.Insert(softwareId, [] { return std::make_unique<TaskMap>(); }).first;
+    return tasks.Insert(taskId, [&] { return task; }).second;
 }
 
 result::Code CPolicyFileData::DeinitializePolicyMap() noexcept
 {
     return CatchAll(u"CPolicyFile::DeinitializePolicyMap()", [&]() -> result::Code {
-        m_policies.clear();
+        m_policies.Clear();
         return result::Success;
     });
 }
@@ -95,7 +78,7 @@ result::Code CPolicyFileData::DeinitializePolicyMap() noexcept
 result::Code CPolicyFileData::DeinitializeTaskMap() noexcept
 {
     return CatchAll(u"CPolicyFile::DeinitializeTaskMap()", [&]() -> result::Code {
-        m_tasks.clear();
+        m_tasks.Clear();
         return result::Success;
     });
 }
@@ -105,11 +88,11 @@ result::Code CPolicyFileData::FindPolicyRef(std::u16string_view softwareId, cons
     if (!m_initialised) {
         return result::NotInitialised;
     }
-    const auto entry = m_policies.find(softwareId);
-    if (entry == m_policies.end()) {
+    const CPolicyRef* const policy = m_policies.Find(softwareId);
+    if (policy == nullptr) {
         return result::PolicyNotFound;
     }
-    found = entry->second.get();
+    found = policy;
     return result::Success;
 }
 
@@ -120,20 +103,16 @@ result::Code CPolicyFileData::FindTaskRef(std::u16string_view softwareId, std::u
     if (!m_initialised) {
         return result::NotInitialised;
     }
-    const auto software = m_tasks.find(softwareId);
-    if (software == m_tasks.end()) {
+    const std::unique_ptr<TaskMap>* const tasks = m_tasks.Find(softwareId);
+    if (tasks == nullptr) {
         return result::TaskNotFound;
     }
     // Given: see docs/given-oddities.md, "null entries".
-    if (!software->second) {
+    if (!*tasks) {
         return result::NotCreated;
     }
-    const auto task = software->second->find(taskId);
-    if (task == software->second->end()) {
-        return result::TaskNotFound;
-    }
-    found = task->second.get();
-    return result::Success;
+    found = (*tasks)->Find(taskId);
+    return found == nullptr ? result::TaskNotFound : result::Success;
 }
 
 }  // namespace zupm

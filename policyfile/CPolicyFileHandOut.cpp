@@ -19,12 +19,13 @@ void StoreObject(IUnknown& object, IUnknown** slot) noexcept
     static_cast<void>(object.QueryInterface(IID_IUnknown, reinterpret_cast<void**>(slot)));
 }
 
-void AppendAll(const CPolicyFileData::TaskIndex& tasks, CTaskInfo& list) noexcept
+void AppendAll(CPolicyFileData::TaskIndex& index, CTaskInfo& list) noexcept
 {
-    for (const auto& [softwareId, tasksOfSoftware] : tasks) {
-        for (const auto& [taskId, task] : *tasksOfSoftware) {
+    for (const auto& software : index.Sort()) {
+        CPolicyFileData::TaskMap& tasks = *software.value;
+        for (const auto& task : tasks.Sort()) {
             // A pair that finds no memory is left out.
-            static_cast<void>(list.Append(softwareId, taskId));
+            static_cast<void>(list.Append(index.NameOf(software), tasks.NameOf(task)));
         }
     }
 }

@@ -1,7 +1,6 @@
 #include "policyfile/CTaskInfo.h"
 
 #include <new>
-#include <utility>
 
 #include "com/Log.h"
 #include "com/Strings.h"
@@ -59,36 +58,29 @@ result::Code CTaskInfo::GetTaskData(std::size_t position, BSTR* softwareId, BSTR
         if (position >= m_list.size()) {
             return result::EndOfList;
         }
-        const CTaskInfoData* const record = m_list[position].get();
-        if (record == nullptr) {
+        const std::optional<CTaskInfoData>& record = m_list[position];
+        if (!record) {
             // Given: see docs/given-oddities.md, "a line that names no operation".
             LogException(u"CTaskInfo::GetTaskData() - Internal error, invalid pointer in storage");
             return result::RecordMissing;
         }
-        const result::Code first = StoreString(softwareId, record->SoftwareId());
-        const result::Code second = StoreString(taskId, record->TaskId());
+        const result::Code first = StoreString(softwareId, record->SoftwareId(m_text));
+        const result::Code second = StoreString(taskId, record->TaskId(m_text));
         return first < 0 ? first : second;
     });
 }
 
 result::Code CTaskInfo::Append(std::u16string_view softwareId, std::u16string_view taskId) noexcept
 {
+    const std::size_t begin = m_text.size();
     try {
-        AppendRecord(std::make_unique<CTaskInfoData>(softwareId, taskId));
+        m_text.append(softwareId).append(taskId);
+        AppendRecord(CTaskInfoData(begin, softwareId.size(), taskId.size()));
         return result::Success;
     } catch (const std::bad_alloc&) {
+        m_text.resize(begin);
         return result::AllocationFailed;
     }
-}
-
-void CTaskInfo::DeinitializeList() noexcept
-{
-    static_cast<void>(CatchAll(u"CTaskInfo::DeinitializeList()", [&]() -> result::Code {
-        while (!m_list.empty()) {
-            m_list.pop_front();
-        }
-        return result::Success;
-    }));
 }
 
 }  // namespace zupm

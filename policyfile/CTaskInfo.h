@@ -3,11 +3,11 @@
 
 #include <atomic>
 #include <cstddef>
-#include <deque>
 #include <limits>
-#include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
 
 #include "com/DualObject.h"
 #include "com/ResourceModuleUse.h"
@@ -45,10 +45,10 @@ public:
     [[nodiscard]] result::Code Append(std::u16string_view softwareId, std::u16string_view taskId) noexcept;
 
 protected:
-    ~CTaskInfo() { DeinitializeList(); }
+    ~CTaskInfo() = default;
 
-    /// Puts a record at the end of the list. Open to tests, which append a null one. Throws std::bad_alloc.
-    void AppendRecord(std::unique_ptr<CTaskInfoData> record) { m_list.push_back(std::move(record)); }
+    /// Puts a record at the end of the list. Open to tests, which append an empty one. Throws std::bad_alloc.
+    void AppendRecord(std::optional<CTaskInfoData> record) { m_list.push_back(record); }
 
 private:
     static constexpr std::size_t kUnset = std::numeric_limits<std::size_t>::max();
@@ -57,10 +57,10 @@ private:
     /// Moves the cursor one record on and gives its new position. At the end, or unset, the cursor stays, and the end
     /// is returned.
     [[nodiscard]] std::size_t Advance() noexcept;
-    void DeinitializeList() noexcept;
 
     ResourceModuleUse m_resources;
-    std::deque<std::unique_ptr<CTaskInfoData>> m_list;
+    std::u16string m_text;  ///< the IDs of all records
+    std::vector<std::optional<CTaskInfoData>> m_list;
     std::atomic<std::size_t> m_cursor = kUnset;
 };
 

@@ -1,28 +1,32 @@
 /// One record of the task enumerator.
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <string_view>
 
 namespace zupm {
 
-/// The identity of one task: copies of its two IDs.
+/// The identity of one task: where its two IDs lie, one after the other, in the text of the enumerator's list.
 class CTaskInfoData {
 public:
-    CTaskInfoData(std::u16string_view softwareId, std::u16string_view taskId)
-        : m_taskId(taskId), m_softwareId(softwareId)
+    CTaskInfoData(std::size_t begin, std::size_t softwareIdLength, std::size_t taskIdLength) noexcept
+        : m_begin(begin), m_softwareIdLength(softwareIdLength), m_taskIdLength(taskIdLength)
     {
     }
-    virtual ~CTaskInfoData() = default;
-    CTaskInfoData(const CTaskInfoData&) = delete;
-    CTaskInfoData& operator=(const CTaskInfoData&) = delete;
 
-    [[nodiscard]] const std::u16string& SoftwareId() const noexcept { return m_softwareId; }
-    [[nodiscard]] const std::u16string& TaskId() const noexcept { return m_taskId; }
+    [[nodiscard]] std::u16string_view SoftwareId(std::u16string_view text) const noexcept
+    {
+        return text.substr(m_begin, m_softwareIdLength);
+    }
+    [[nodiscard]] std::u16string_view TaskId(std::u16string_view text) const noexcept
+    {
+        return text.substr(m_begin + m_softwareIdLength, m_taskIdLength);
+    }
 
 private:
-    std::u16string m_taskId;
-    std::u16string m_softwareId;
+    std::size_t m_begin;
+    std::size_t m_softwareIdLength;
+    std::size_t m_taskIdLength;
 };
 
 }  // namespace zupm

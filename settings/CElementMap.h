@@ -1,23 +1,21 @@
 /// The index of one section's settings.
 #pragma once
 
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
+#include <optional>
 #include <string_view>
 
 #include "settings/CElementRef.h"
+#include "settings/NameIndex.h"
 
 namespace zupm {
 
-/// The settings of one section by name, in code-unit order.
+/// The settings of one section by name.
 ///
 /// Lifetime  Owns its references, not the elements that they refer to.
 /// Threads   None of its own; see CXMLDataObject.
 class CElementMap {
 public:
-    using Index = std::map<std::u16string, std::unique_ptr<CElementRef>, std::less<>>;
+    using Index = NameIndex<std::optional<CElementRef>>;
 
     CElementMap() = default;
     virtual ~CElementMap() = default;
@@ -26,7 +24,7 @@ public:
 
     /// Adds a setting. When the map has the name already, it stays as it is and the result is false. Throws
     /// std::bad_alloc.
-    bool Insert(const std::u16string& name, const AdvXMLParser::Element& setting);
+    bool Insert(std::u16string_view name, const AdvXMLParser::Element& setting);
 
     /// Forgets a setting if the map has it.
     void Erase(std::u16string_view name) noexcept;
@@ -35,7 +33,10 @@ public:
 
 protected:
     /// Open to tests, which put an empty entry there.
-    void InsertNothing(const std::u16string& name) { m_settings[name] = nullptr; }
+    void InsertNothing(std::u16string_view name)
+    {
+        m_settings.Insert(name, [] { return std::nullopt; });
+    }
 
 private:
     Index m_settings;

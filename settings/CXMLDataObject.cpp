@@ -11,7 +11,6 @@
 
 namespace zupm {
 
-using AdvXMLParser::Attribute;
 using AdvXMLParser::Element;
 using AdvXMLParser::ElementChildren;
 
@@ -49,35 +48,28 @@ result::Code CXMLDataObject::BuildIndexes()
 result::Code CXMLDataObject::IndexSection(const Element& section)
 {
     // Given: see docs/given-oddities.md, "any element is a section".
-    const Attribute attribute = section.GetAttribute(schema::kName);
-    if (attribute.IsNull()) {
+    std::u16string name;
+    if (!section.ReadAttribute(schema::kName, name)) {
         return result::Success;
     }
     std::unique_ptr<CElementMap> settings(new (std::nothrow) CElementMap);
     if (!settings) {
         return result::AllocationFailed;
     }
-    const std::u16string name = attribute.GetText();
-    auto place = m_sections.lower_bound(name);
-    if (place != m_sections.end() && place->first == name) {
+    const auto [place, isNew] = m_sections.Insert(name, [&] { return std::move(settings); });
+    if (!isNew) {
         m_hasDuplicates = true;
         LogDuplicate(u"CXMLDataObject::Initialize() -- Section %s exists already in the section map", name);
-    } else {
-        place = m_sections.emplace_hint(place, name, std::move(settings));
     }
-    IndexSettings(section, name, *place->second);
+    IndexSettings(section, name, **place);
     return result::Success;
 }
 
-void CXMLDataObject::IndexSettings(const Element& section, const std::u16string& sectionName, CElementMap& settings)
+void CXMLDataObject::IndexSettings(const Element& section, std::u16string_view sectionName, CElementMap& settings)
 {
+    std::u16string name;
     for (const Element setting : ElementChildren(section)) {
-        const Attribute attribute = setting.GetAttribute(schema::kName);
-        if (attribute.IsNull()) {
-            continue;
-        }
-        const std::u16string name = attribute.GetText();
-        if (!settings.Insert(name, setting)) {
+        if (setting.ReadAttribute(schema::kName, name) && !settings.Insert(name, setting)) {
             m_hasDuplicates = true;
             LogDuplicate(
                 u"CXMLDataObject::Initialize() -- Setting %s exists already in the setting map for the section %s",
@@ -89,7 +81,7 @@ void CXMLDataObject::IndexSettings(const Element& section, const std::u16string&
 result::Code CXMLDataObject::Deinitialize() noexcept
 {
     const CriticalSectionLock lock(m_lock);
-    m_sections.clear();
+    m_sections.Clear();
     m_hasDuplicates = false;
     m_initialised = false;
     return result::Success;
@@ -105,27 +97,26 @@ Element CXMLDataObject::GetSetting(std::u16string_view section, std::u16string_v
 Element CXMLDataObject::Find(std::u16string_view section, std::u16string_view setting,
                              result::Code& code) const noexcept
 {
-    const auto sectionEntry = m_sections.find(section);
-    if (sectionEntry == m_sections.end()) {
+    const std::unique_ptr<CElementMap>* const settings = m_sections.Find(section);
+    if (settings == nullptr) {
         code = result::SectionNotFound;
         return {};
     }
     // Given: see docs/given-oddities.md, "null entries".
-    if (!sectionEntry->second) {
+    if (!*settings) {
         code = result::NotCreated;
         return {};
     }
-    const CElementMap::Index& settings = sectionEntry->second->Settings();
-    const auto settingEntry = settings.find(setting);
-    if (settingEntry == settings.end()) {
+    const std::optional<CElementRef>* const reference = (*settings)->Settings().Find(setting);
+    if (reference == nullptr) {
         code = result::SettingNotFound;
         return {};
     }
-    if (!settingEntry->second) {
+    if (!*reference) {
         code = result::NotCreated;
         return {};
     }
-    return settingEntry->second->GetElement();
+    return (*reference)->GetElement();
 }
 
 result::Code CXMLDataObject::GetSettingValue(std::u16string_view section, std::u16string_view setting,
@@ -192,8 +183,8 @@ result::Code CXMLDataObject::AppendSetting(std::u16string_view section, std::u16
                 return result::NotCreated;
             }
             return Follow([&] {
-                const auto place = m_sections.find(section);
-                const bool isNew = place != m_sections.end() && place->second->Insert(std::u16string(setting), added);
+                const std::unique_ptr<CElementMap>* const settings = m_sections.Find(section);
+                const bool isNew = settings != nullptr && (*settings)->Insert(setting, added);
                 return isNew ? result::Success : Reinitialize();
             });
         }
@@ -219,7 +210,9 @@ result::Code CXMLDataObject::RemoveSetting(std::u16string_view section, std::u16
         }
         element.Delete();
         return Follow([&] {
-            m_sections.find(section)->second->Erase(setting);
+            if (const std::unique_ptr<CElementMap>* const settings = m_sections.Find(section); settings != nullptr) {
+                (*settings)->Erase(setting);
+            }
             return result::Success;
         });
     });
@@ -262,9 +255,12 @@ result::Code CXMLDataObject::WriteAllSettingsToIniFile(std::u16string_view path,
         if (const result::Code code = Refresh(); code < 0) {
             return code;
         }
-        for (const auto& [sectionName, settings] : m_sections) {
-            for (const auto& [settingName, setting] : settings->Settings()) {
-                const std::u16string value = setting->GetElement().GetText();
+        for (const auto* const section : m_sections.InOrder()) {
+            const std::u16string_view sectionName = m_sections.NameOf(*section);
+            const CElementMap::Index& settings = section->value->Settings();
+            for (const auto* const setting : settings.InOrder()) {
+                const std::u16string_view settingName = settings.NameOf(*setting);
+                const std::u16string value = setting->value->GetElement().GetText();
                 if (WritePrivateProfileStringW(sectionName, settingName, value, path) &&
                     !written.Add(sectionName, settingName, value)) {
                     LogDuplicate(

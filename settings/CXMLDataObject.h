@@ -2,8 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,6 +9,7 @@
 #include "platform/CriticalSection.h"
 #include "settings/CElementMap.h"
 #include "settings/CIniNames.h"
+#include "settings/NameIndex.h"
 #include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
@@ -76,7 +75,7 @@ public:
     [[nodiscard]] const void* OwnerLink() const noexcept { return m_ownerLink; }
 
 protected:
-    using Index = std::map<std::u16string, std::unique_ptr<CElementMap>, std::less<>>;
+    using Index = NameIndex<std::unique_ptr<CElementMap>>;
 
     /// Open to tests, which put entries there that no document leads to.
     [[nodiscard]] Index& Sections() noexcept { return m_sections; }
@@ -87,7 +86,7 @@ private:
                                              result::Code& code) const noexcept;
     [[nodiscard]] result::Code BuildIndexes();
     [[nodiscard]] result::Code IndexSection(const AdvXMLParser::Element& section);
-    void IndexSettings(const AdvXMLParser::Element& section, const std::u16string& sectionName, CElementMap& settings);
+    void IndexSettings(const AdvXMLParser::Element& section, std::u16string_view sectionName, CElementMap& settings);
     [[nodiscard]] result::Code AppendSetting(std::u16string_view section, std::u16string_view setting,
                                              std::u16string_view value, AdvXMLParser::Element& added);
     /// True when every element with a name has an entry of its own.

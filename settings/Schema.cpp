@@ -1,5 +1,7 @@
 #include "settings/Schema.h"
 
+#include <string>
+
 namespace zupm {
 
 using AdvXMLParser::Element;
@@ -17,8 +19,9 @@ Element FirstChildNamed(const Element& parent, std::u16string_view name)
 
 Element FindChildByAttribute(const Element& parent, std::u16string_view attribute, std::u16string_view text)
 {
+    std::u16string value;
     for (const Element child : ElementChildren(parent)) {
-        if (child.GetAttribute(attribute).TextIs(text)) {
+        if (child.ReadAttribute(attribute, value) && value == text) {
             return child;
         }
     }

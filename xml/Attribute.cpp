@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -12,6 +13,27 @@
 namespace AdvXMLParser {
 
 namespace {
+
+std::u16string DecodedAttribute(std::string_view raw)
+{
+    return zupm::ToUtf16(DecodeAttribute(raw)).value_or(std::u16string());
+}
+
+std::optional<AttributeSpan> FindAttribute(std::string_view tag, std::u16string_view name) noexcept
+{
+    TagScanner scanner(tag);
+    std::optional<AttributeSpan> span = scanner.Next();
+    while (span && !NameEquals(span->name, name)) {
+        span = scanner.Next();
+    }
+    return span;
+}
+
+/// Whether a byte of a raw attribute value is one character and means it.
+bool MeansItself(char byte) noexcept
+{
+    return byte >= ' ' && byte <= '~' && byte != '&';
+}
 
 std::string Replaced(std::string_view tag, std::size_t from, std::size_t to, std::string_view by)
 {
@@ -28,13 +50,26 @@ Attribute Element::GetAttribute(std::u16string_view name) const
     if (IsNull()) {
         return {};
     }
-    TagScanner scanner(m_tree->StartTag(m_index));
-    while (const std::optional<AttributeSpan> span = scanner.Next()) {
-        if (zupm::EqualsUtf16(span->name, name)) {
-            return Attribute(*this, std::string(span->name));
-        }
+    const std::optional<AttributeSpan> span = FindAttribute(m_tree->StartTag(m_index), name);
+    return span ? Attribute(*this, std::string(span->name)) : Attribute();
+}
+
+bool Element::ReadAttribute(std::u16string_view name, std::u16string& text) const
+{
+    if (IsNull()) {
+        return false;
     }
-    return {};
+    const std::optional<AttributeSpan> span = FindAttribute(m_tree->StartTag(m_index), name);
+    if (!span) {
+        return false;
+    }
+    if (std::ranges::all_of(span->value, MeansItself)) {
+        text.resize(span->value.size());
+        std::ranges::copy(span->value, text.begin());
+    } else {
+        text = DecodedAttribute(span->value);
+    }
+    return true;
 }
 
 Attribute Element::CreateAttribute(std::u16string_view name, std::u16string_view value)
@@ -81,7 +116,7 @@ std::u16string Attribute::GetName() const
 std::u16string Attribute::GetText() const
 {
     const std::optional<AttributeSpan> span = Find();
-    return span ? zupm::ToUtf16(DecodeAttribute(span->value)).value_or(std::u16string()) : std::u16string();
+    return span ? DecodedAttribute(span->value) : std::u16string();
 }
 
 bool Attribute::TextIs(std::u16string_view text) const

@@ -5,6 +5,7 @@
 #include "xml/Escape.h"
 #include "xml/Exceptions.h"
 #include "xml/SpanTree.h"
+#include "xml/TagScanner.h"
 
 namespace AdvXMLParser {
 
@@ -13,6 +14,12 @@ namespace {
 std::u16string Wide(std::string_view utf8)
 {
     return zupm::ToUtf16(utf8).value_or(std::u16string());
+}
+
+/// Whether raw content means itself: it holds no markup, no reference and no line end that is read as another.
+bool IsPlainText(std::string_view raw) noexcept
+{
+    return raw.find('&') == raw.npos && raw.find('<') == raw.npos && raw.find('\r') == raw.npos;
 }
 
 std::string PlainName(std::u16string_view name)
@@ -37,7 +44,7 @@ std::u16string Node::GetName() const
 
 bool Node::NameIs(std::u16string_view name) const noexcept
 {
-    return !IsNull() && zupm::EqualsUtf16(m_tree->Name(m_index), name);
+    return !IsNull() && NameEquals(TagName(m_tree->StartTag(m_index)), name);
 }
 
 void Node::Delete()
@@ -104,12 +111,16 @@ std::u16string NodeContainer::GetText() const
     if (IsNull()) {
         return {};
     }
+    const std::string_view tail = m_tree->Tail(m_index);
+    if (m_tree->FirstChild(m_index) == SpanTree::kNone && IsPlainText(tail)) {
+        return Wide(tail);
+    }
     std::string text;
     for (std::uint32_t child = m_tree->FirstChild(m_index); child != SpanTree::kNone;
          child = m_tree->NextSibling(child)) {
         AppendDecodedText(m_tree->Before(child), text);
     }
-    AppendDecodedText(m_tree->Tail(m_index), text);
+    AppendDecodedText(tail, text);
     return Wide(text);
 }
 

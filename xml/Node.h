@@ -99,6 +99,9 @@ public:
 
     /// The attribute of that name, or a null one.
     [[nodiscard]] Attribute GetAttribute(std::u16string_view name) const;
+    /// Replaces `text` by what GetAttribute(name).GetText() gives. Without that attribute it is untouched, and the
+    /// result is false. Reads the start tag once and uses the memory of `text` again. Throws std::bad_alloc.
+    [[nodiscard]] bool ReadAttribute(std::u16string_view name, std::u16string& text) const;
     /// Appends an attribute with that value and returns it; all of it happens or nothing. An attribute of that name
     /// that exists already is returned unchanged.
     Attribute CreateAttribute(std::u16string_view name, std::u16string_view value = {});

@@ -4,11 +4,25 @@ namespace AdvXMLParser {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+/// The first place at or after `at` for which `isThere` holds. A tag has one: names and values are short, and every
+/// character is looked at once.
+template <class IsThere>
+std::size_t Seek(std::string_view tag, std::size_t at, IsThere isThere) noexcept
+{
+    while (!isThere(tag[at])) {
+        ++at;
+    }
+    return at;
+}
+
+bool IsBlank(char byte) noexcept
+{
+    return byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
+}
 
 std::size_t NameEnd(std::string_view tag) noexcept
 {
-    return tag.find_first_of(" \t\r\n/>", 1);
+    return Seek(tag, 1, [](char byte) { return byte == '/' || byte == '>' || IsBlank(byte); });
 }
 
 }  // namespace
@@ -17,14 +31,14 @@ TagScanner::TagScanner(std::string_view tag) noexcept : m_tag(tag), m_at(NameEnd
 
 std::optional<AttributeSpan> TagScanner::Next() noexcept
 {
-    const std::size_t nameBegin = m_tag.find_first_not_of(kBlanks, m_at);
+    const std::size_t nameBegin = Seek(m_tag, m_at, [](char byte) { return !IsBlank(byte); });
     if (m_tag[nameBegin] == '/' || m_tag[nameBegin] == '>') {
         return std::nullopt;
     }
     AttributeSpan span;
-    const std::size_t nameEnd = m_tag.find_first_of(" \t\r\n=", nameBegin);
+    const std::size_t nameEnd = Seek(m_tag, nameBegin, [](char byte) { return byte == '=' || IsBlank(byte); });
     span.name = m_tag.substr(nameBegin, nameEnd - nameBegin);
-    const std::size_t quoteOffset = m_tag.find_first_of("\"'", nameEnd);
+    const std::size_t quoteOffset = Seek(m_tag, nameEnd, [](char byte) { return byte == '"' || byte == '\''; });
     span.quote = m_tag[quoteOffset];
     span.valueOffset = quoteOffset + 1;
     const std::size_t close = m_tag.find(span.quote, span.valueOffset);
@@ -32,6 +46,11 @@ std::optional<AttributeSpan> TagScanner::Next() noexcept
     span.end = close + 1;
     m_at = span.end;
     return span;
+}
+
+std::string_view TagName(std::string_view tag) noexcept
+{
+    return tag.substr(1, NameEnd(tag) - 1);
 }
 
 std::size_t AttributeInsertOffset(std::string_view tag) noexcept

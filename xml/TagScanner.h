@@ -1,9 +1,12 @@
 /// Attributes of a start tag.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
+
+#include "text/Utf.h"
 
 namespace AdvXMLParser {
 
@@ -28,6 +31,20 @@ private:
     std::string_view m_tag;
     std::size_t m_at;
 };
+
+/// Whether a name of the text is this one.
+[[nodiscard]] inline bool NameEquals(std::string_view utf8, std::u16string_view name) noexcept
+{
+    // As many bytes as units can only be equal when both are ASCII; fewer bytes can never be.
+    const auto isSame = [](char byte, char16_t unit) {
+        return unit < 0x80 && static_cast<unsigned char>(byte) == unit;
+    };
+    return utf8.size() == name.size() ? std::equal(utf8.begin(), utf8.end(), name.begin(), isSame)
+                                      : utf8.size() > name.size() && zupm::EqualsUtf16(utf8, name);
+}
+
+/// The name in a start tag.
+[[nodiscard]] std::string_view TagName(std::string_view tag) noexcept;
 
 /// Where a new attribute goes: after the last one, or after the name.
 [[nodiscard]] std::size_t AttributeInsertOffset(std::string_view tag) noexcept;

@@ -27,9 +27,7 @@ public:
 
     void LoseMapOf(const std::u16string& softwareId)
     {
-        ChangeData([&](const CPolicyFileData& data) {
-            const_cast<CPolicyFileData::TaskIndex&>(data.Tasks())[softwareId] = nullptr;
-        });
+        ChangeData([&](CPolicyFileData& data) { data.Tasks().Insert(softwareId, [] { return nullptr; }); });
     }
 
 protected:
@@ -45,7 +43,7 @@ public:
     void Fill()
     {
         EXPECT_EQ(Append(u"A", u"1"), 0);
-        AppendRecord(nullptr);
+        AppendRecord(std::nullopt);
         EXPECT_EQ(Append(u"B", u"2"), 0);
     }
 

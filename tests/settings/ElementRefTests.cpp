@@ -58,9 +58,11 @@ TEST(ElementMap, TheFirstElementOfANameStays)
     EXPECT_TRUE(map.Insert(u"A", first));
     EXPECT_FALSE(map.Insert(u"A", second));
     EXPECT_TRUE(map.Insert(u"a", second));
-    ASSERT_EQ(map.Settings().size(), 2U);
-    EXPECT_EQ(map.Settings().at(u"A")->GetElement(), first);
-    EXPECT_EQ(map.Settings().begin()->first, u"A");
+    const CElementMap::Index& settings = map.Settings();
+    ASSERT_EQ(settings.Size(), 2U);
+    ASSERT_NE(settings.Find(u"A"), nullptr);
+    EXPECT_EQ((*settings.Find(u"A"))->GetElement(), first);
+    EXPECT_EQ(settings.NameOf(*settings.InOrder().front()), u"A");
 }
 
 }  // namespace

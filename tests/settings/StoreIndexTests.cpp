@@ -20,8 +20,8 @@ public:
     explicit HollowStore(const AdvXMLParser::Element& container) : CXMLDataObject(container, nullptr)
     {
         EXPECT_EQ(Initialize(), result::Success);
-        Sections()[u"Lost"] = nullptr;
-        Sections()[u"Hollow"] = std::make_unique<HollowSection>();
+        Sections().Insert(u"Lost", [] { return nullptr; });
+        Sections().Insert(u"Hollow", [] { return std::make_unique<HollowSection>(); });
     }
 };
 

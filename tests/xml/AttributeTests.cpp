@@ -31,7 +31,24 @@ TEST(Attribute, ValueIsDecodedAndNormalised)
         EXPECT_EQ(attribute.GetText(), row.value) << row.xml;
         EXPECT_TRUE(attribute.TextIs(row.value)) << row.xml;
         EXPECT_FALSE(attribute.TextIs(u"something else")) << row.xml;
+        std::u16string text = u"untouched";
+        EXPECT_FALSE(document->GetRoot().ReadAttribute(u"no", text));
+        EXPECT_EQ(text, u"untouched");
+        EXPECT_TRUE(document->GetRoot().ReadAttribute(u"b", text)) << row.xml;
+        EXPECT_EQ(text, row.value) << row.xml;
     }
+}
+
+TEST(Attribute, NamesAreComparedAsCharactersNotAsBytes)
+{
+    const std::unique_ptr<Document> document = Parsed("<a \xC3\xA9='1' c='2'/>");
+    std::u16string text;
+    EXPECT_TRUE(document->GetRoot().ReadAttribute(u"\u00E9", text));
+    EXPECT_EQ(text, u"1");
+    EXPECT_FALSE(document->GetRoot().ReadAttribute(u"\u00C3\u00A9", text)) << "the two bytes as two units";
+    EXPECT_FALSE(Element().ReadAttribute(u"c", text));
+    EXPECT_TRUE(Parsed("<\xC3\xA9/>")->GetRoot().NameIs(u"\u00E9"));
+    EXPECT_FALSE(Parsed("<\xC3\xA9/>")->GetRoot().NameIs(u"\u00C3\u00A9"));
 }
 
 TEST(Attribute, IsCompleteWhenItIsCreatedWithAValue)

@@ -1,0 +1,13 @@
+/// The hash of a name.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace zupm {
+
+/// The hash by which an index keeps a name. It differs from one process to the next, so that nobody can write a file
+/// whose names all have the same hash.
+[[nodiscard]] std::uint32_t NameHash(std::u16string_view name) noexcept;
+
+}  // namespace zupm

@@ -1,0 +1,183 @@
+/// Values by name: what every index is made of.
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "settings/NameHash.h"
+
+namespace zupm {
+
+/// Values by name. All names lie in one buffer and all values in one array, so an entry needs no memory of its own. A
+/// table of places finds a name by its hash. An entry that is erased keeps its place until the index grows.
+///
+/// Lifetime  A pointer to a value is valid until the next Insert, Sort or Clear.
+/// Threads   None of its own. The const operations may run at the same time.
+/// Errors    Insert and InOrder throw std::bad_alloc and then have changed nothing.
+template <class Value>
+class NameIndex {
+public:
+    struct Entry {
+        std::size_t begin;  ///< of the name in the buffer
+        std::uint32_t length;
+        std::uint32_t hash;
+        bool isErased;
+        Value value;
+    };
+
+    [[nodiscard]] Value* Find(std::u16string_view name) noexcept
+    {
+        return const_cast<Value*>(std::as_const(*this).Find(name));
+    }
+    [[nodiscard]] const Value* Find(std::u16string_view name) const noexcept
+    {
+        const Entry* const entry = FindEntry(name, NameHash(name));
+        return entry == nullptr ? nullptr : &entry->value;
+    }
+
+    /// Adds a name with the value that `make()` gives. When the index has the name already, it stays as it is.
+    /// Gives the name's value, and whether it is new.
+    template <class Make>
+    std::pair<Value*, bool> Insert(std::u16string_view name, Make make)
+    {
+        const std::uint32_t hash = NameHash(name);
+        if (const Entry* const entry = FindEntry(name, hash); entry != nullptr) {
+            return {const_cast<Value*>(&entry->value), false};
+        }
+        if (m_entries.size() == m_entries.capacity()) {
+            Grow();
+        }
+        Entry entry{m_names.size(), static_cast<std::uint32_t>(name.size()), hash, false, make()};
+        m_names.append(name);
+        m_entries.push_back(std::move(entry));
+        ++m_live;
+        Place(m_entries.size());
+        return {&m_entries.back().value, true};
+    }
+
+    /// Forgets a name if the index has it.
+    void Erase(std::u16string_view name) noexcept
+    {
+        if (const Entry* const entry = FindEntry(name, NameHash(name)); entry != nullptr) {
+            const_cast<Entry*>(entry)->isErased = true;
+            --m_live;
+        }
+    }
+
+    /// Forgets everything and frees its memory.
+    void Clear() noexcept { *this = NameIndex(); }
+
+    [[nodiscard]] std::size_t Size() const noexcept { return m_live; }
+    [[nodiscard]] std::u16string_view NameOf(const Entry& entry) const noexcept
+    {
+        return std::u16string_view(m_names).substr(entry.begin, entry.length);
+    }
+
+    /// The entries in code-unit order of their names.
+    [[nodiscard]] std::vector<const Entry*> InOrder() const
+    {
+        std::vector<const Entry*> order;
+        order.reserve(m_live);
+        for (const Entry& entry : m_entries) {
+            if (!entry.isErased) {
+                order.push_back(&entry);
+            }
+        }
+        std::sort(order.begin(), order.end(),
+                  [this](const Entry* one, const Entry* other) { return NameOf(*one) < NameOf(*other); });
+        return order;
+    }
+
+    /// The entries in the same order, which the index then keeps until an entry is inserted: it costs little again.
+    [[nodiscard]] std::span<const Entry> Sort() noexcept
+    {
+        const auto isBefore = [this](const Entry& one, const Entry& other) { return NameOf(one) < NameOf(other); };
+        const auto isErased = [](const Entry& entry) { return entry.isErased; };
+        if (std::erase_if(m_entries, isErased) != 0 || !std::is_sorted(m_entries.begin(), m_entries.end(), isBefore)) {
+            std::sort(m_entries.begin(), m_entries.end(), isBefore);
+            PlaceAll();
+        }
+        return m_entries;
+    }
+
+private:
+    static constexpr std::size_t kWithoutTable = 8;  ///< so few entries are searched one by one
+
+    [[nodiscard]] bool Matches(const Entry& entry, std::u16string_view name, std::uint32_t hash) const noexcept
+    {
+        return entry.hash == hash && !entry.isErased && NameOf(entry) == name;
+    }
+    [[nodiscard]] const Entry* FindEntry(std::u16string_view name, std::uint32_t hash) const noexcept
+    {
+        if (m_table.empty()) {
+            const auto place = std::find_if(m_entries.begin(), m_entries.end(),
+                                            [&](const Entry& entry) { return Matches(entry, name, hash); });
+            return place == m_entries.end() ? nullptr : &*place;
+        }
+        for (std::size_t slot = hash;; ++slot) {
+            const std::uint32_t number = m_table[slot & (m_table.size() - 1)];
+            if (number == 0) {
+                return nullptr;
+            }
+            if (const Entry& entry = m_entries[number - 1]; Matches(entry, name, hash)) {
+                return &entry;
+            }
+        }
+    }
+
+    /// Enters the entry of that number, counted from 1, in the table.
+    void Place(std::size_t number) noexcept
+    {
+        if (m_table.empty()) {
+            return;
+        }
+        std::size_t slot = m_entries[number - 1].hash;
+        while (m_table[slot & (m_table.size() - 1)] != 0) {
+            ++slot;
+        }
+        m_table[slot & (m_table.size() - 1)] = static_cast<std::uint32_t>(number);
+    }
+    void PlaceAll() noexcept
+    {
+        std::fill(m_table.begin(), m_table.end(), 0);
+        for (std::size_t number = 1; number <= m_entries.size(); ++number) {
+            Place(number);
+        }
+    }
+
+    /// Makes room for as many entries again, and leaves out those that were erased.
+    void Grow()
+    {
+        NameIndex grown;
+        const std::size_t capacity = std::max(kWithoutTable, std::bit_ceil(2 * m_live));
+        grown.m_entries.reserve(capacity);
+        grown.m_names.reserve(2 * m_names.size());
+        if (capacity > kWithoutTable) {
+            grown.m_table.resize(2 * capacity);
+        }
+        for (Entry& entry : m_entries) {
+            if (!entry.isErased) {
+                grown.m_names.append(NameOf(entry));
+                grown.m_entries.push_back(std::move(entry));
+                grown.m_entries.back().begin = grown.m_names.size() - entry.length;
+            }
+        }
+        grown.m_live = m_live;
+        grown.PlaceAll();
+        *this = std::move(grown);
+    }
+
+    std::u16string m_names;
+    std::vector<Entry> m_entries;
+    std::vector<std::uint32_t> m_table;  ///< numbers of entries, 0 in a free slot; a power of two in size
+    std::size_t m_live = 0;
+};
+
+}  // namespace zupm

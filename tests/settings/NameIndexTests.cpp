@@ -1,0 +1,106 @@
+// The index against a std::map that gets the same names.
+#include "settings/NameIndex.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <string>
+
+namespace zupm::test {
+namespace {
+
+using Index = NameIndex<int>;
+using Model = std::map<std::u16string, int>;
+
+const Index::Entry& Seen(const Index::Entry& entry)
+{
+    return entry;
+}
+const Index::Entry& Seen(const Index::Entry* entry)
+{
+    return *entry;
+}
+
+template <class Entries>
+Model Collected(const Index& index, const Entries& entries)
+{
+    Model collected;
+    std::u16string_view last;
+    for (const auto& element : entries) {
+        const std::u16string_view name = index.NameOf(Seen(element));
+        EXPECT_TRUE(collected.empty() || last < name) << "code-unit order, every name once";
+        last = name;
+        collected.emplace(name, Seen(element).value);
+    }
+    return collected;
+}
+
+/// Names of 0 to 40 units that share beginnings and ends; every fifth has units above the surrogates or a pair.
+std::u16string NameOf(unsigned number)
+{
+    std::u16string name(number % 41, u'x');
+    if (number % 5 == 0) {
+        name += number % 2 == 0 ? u"\uFF21" : u"\U0001F600";
+    }
+    for (unsigned rest = number / 41; rest != 0; rest /= 10) {
+        name.insert(name.begin(), static_cast<char16_t>(u'0' + rest % 10));
+    }
+    return name;
+}
+
+void ExpectEqual(const Index& index, const Model& model)
+{
+    EXPECT_EQ(index.Size(), model.size());
+    EXPECT_EQ(Collected(index, index.InOrder()), model);
+    for (const auto& [name, value] : model) {
+        const int* const found = index.Find(name);
+        ASSERT_NE(found, nullptr);
+        EXPECT_EQ(*found, value);
+    }
+}
+
+}  // namespace
+
+TEST(NameIndex, HoldsWhatAMapHoldsAfterRandomEdits)
+{
+    std::mt19937 random(1);
+    for (const unsigned names : {6U, 9U, 40U, 700U}) {
+        Index index;
+        Model model;
+        for (int step = 0; step < 4000; ++step) {
+            const std::u16string name = NameOf(static_cast<unsigned>(random()) % names);
+            if (random() % 3 != 0) {
+                const auto [place, isNew] = index.Insert(name, [&] { return step; });
+                EXPECT_EQ(isNew, model.emplace(name, step).second);
+                EXPECT_EQ(*place, model[name]) << "the first value stays";
+            } else {
+                index.Erase(name);
+                model.erase(name);
+            }
+            EXPECT_EQ(index.Find(name) != nullptr, model.contains(name));
+            if (random() % 500 == 0) {
+                EXPECT_EQ(Collected(index, index.Sort()), model);
+                ExpectEqual(index, model);
+            }
+        }
+        ExpectEqual(index, model);
+        index.Clear();
+        ExpectEqual(index, {});
+    }
+}
+
+TEST(NameIndex, ANameThatComesAndGoesTakesNoMoreRoom)
+{
+    Index index;
+    index.Insert(u"stays", [] { return 1; });
+    for (int turn = 0; turn < 100'000; ++turn) {
+        index.Insert(u"a name that comes and goes", [] { return 2; });
+        index.Erase(u"a name that comes and goes");
+    }
+    index.Insert(u"z", [] { return 3; });
+    ASSERT_EQ(index.InOrder().size(), 2U);
+    EXPECT_LT(index.InOrder().back()->begin, 1000U) << "where the last name begins";
+}
+
+}  // namespace zupm::test
