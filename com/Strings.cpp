@@ -1,6 +1,9 @@
 #include "com/Strings.h"
 
+#include <cstddef>
 #include <utility>
+
+#include "text/Transcode.h"
 
 namespace zupm {
 
@@ -11,6 +14,26 @@ result::Code StoreString(BSTR* slot, std::u16string_view text) noexcept
     }
     SysFreeString(std::exchange(*slot, AllocateString(text)));
     return *slot != nullptr ? result::Success : result::AllocationFailed;
+}
+
+result::Code StoreUtf8(BSTR* slot, std::span<const std::string_view> pieces) noexcept
+{
+    if (slot == nullptr) {
+        return result::BadArgument;
+    }
+    std::size_t length = 0;
+    for (const std::string_view piece : pieces) {
+        length += LengthInUtf16(piece);
+    }
+    const BSTR text = AllocateString(length);
+    if (text != nullptr) {
+        auto* out = reinterpret_cast<std::byte*>(text);
+        for (const std::string_view piece : pieces) {
+            out += sizeof(OLECHAR) * WriteUtf16(piece, out);
+        }
+    }
+    SysFreeString(std::exchange(*slot, text));
+    return text != nullptr ? result::Success : result::AllocationFailed;
 }
 
 result::Code OverwriteString(BSTR* slot, std::u16string_view text) noexcept

@@ -1,6 +1,7 @@
 /// String slots of the interface boundary. Everything inside works on std::u16string.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "zuPolicyManager/Owners.h"
@@ -13,6 +14,8 @@ namespace zupm {
 ///
 /// StoreString frees what the slot holds and stores a copy; AllocationFailed leaves the slot null.
 [[nodiscard]] result::Code StoreString(BSTR* slot, std::u16string_view text) noexcept;
+/// The same for a text in pieces, each of them valid UTF-8.
+[[nodiscard]] result::Code StoreUtf8(BSTR* slot, std::span<const std::string_view> pieces) noexcept;
 /// As StoreString, but what the slot held is overwritten, not freed.
 [[nodiscard]] result::Code OverwriteString(BSTR* slot, std::u16string_view text) noexcept;
 /// Frees what the slot holds and makes it null; a null slot is ignored.

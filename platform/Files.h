@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ByteSource.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm {
@@ -32,7 +33,14 @@ enum class Durability { Flushed, LeftToTheSystem };
 /// it was and no temporary is left; only when flushing the folder fails (InputOutputError) the new file is in place,
 /// and a loss of power may bring the old one back. The codes of ReadWholeFile, and WriteProtected, DiskFull,
 /// QuotaExceeded, SharingViolation, NameTooLong.
-[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes,
+/// OutOfMemory when the source throws.
+[[nodiscard]] result::Code ReplaceFileAtomically(std::u16string_view path, ByteSource& bytes,
                                                  Durability durability = Durability::Flushed) noexcept;
+[[nodiscard]] inline result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes,
+                                                        Durability durability = Durability::Flushed) noexcept
+{
+    OnePiece piece(bytes);
+    return ReplaceFileAtomically(path, piece, durability);
+}
 
 }  // namespace zupm

@@ -58,8 +58,14 @@ public:
     /// the new bytes are on the disk: FileChanged otherwise. Without, whatever has the name by then is replaced.
     /// The codes of ReplaceFileAtomically, with the file as it was; WrittenNotFlushed when the new file is in place and
     /// the folder could not be flushed; OwnerNotKept when its owner or group may not be given to a new file.
-    [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected,
+    [[nodiscard]] result::Code Replace(ByteSource& bytes, const std::string* expected,
                                        Durability durability = Durability::Flushed) noexcept;
+    [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected,
+                                       Durability durability = Durability::Flushed) noexcept
+    {
+        OnePiece piece(bytes);
+        return Replace(piece, expected, durability);
+    }
 
 private:
     struct Handles;

@@ -55,7 +55,7 @@ HRESULT CPolicyFile::WriteFile(BSTR strPolicyFile, LONG /*bUseInternal*/) noexce
         }
         try {
             m_data.StampVersions();
-            WriteBufferToFile(path, m_data.GenerateXml(), m_data.Encoding(), true);
+            WriteRunsToFile(path, m_data.Runs(), m_data.Encoding(), true);
             return result::Success;
         } catch (const AdvXMLParser::ReadWriteException& error) {
             return error.GetErrorCode();
@@ -77,7 +77,7 @@ HRESULT CPolicyFile::WriteFileBuffer(BSTR* pbstrFileBuffer) noexcept
         try {
             // Given: see docs/given-oddities.md, "a buffer never fails".
             // A lack of memory is not reported: it leaves the slot null.
-            static_cast<void>(StoreString(pbstrFileBuffer, m_data.GenerateXml().Wide()));
+            static_cast<void>(StoreUtf8(pbstrFileBuffer, m_data.Runs()));
         } catch (const std::bad_alloc&) {
             ClearString(pbstrFileBuffer);
         }

@@ -12,6 +12,7 @@
 #include "settings/CElementRef.h"
 #include "settings/NameIndex.h"
 #include "xml/Document.h"
+#include "xml/TextRuns.h"
 #include "xml/UtfEncodings.h"
 #include "xml/XmlText.h"
 #include "zuPolicyManager/Results.h"
@@ -86,8 +87,8 @@ public:
     /// Brings the version attributes up to date and gives groups without a "Path" the default one.
     void StampVersions();
 
-    /// The document's text; there must be one.
-    [[nodiscard]] AdvXMLParser::XmlText GenerateXml() const { return m_document->GenerateXML(false); }
+    /// The document's text, in pieces that are valid until the next edit; there must be a document.
+    [[nodiscard]] AdvXMLParser::TextRuns Runs() const { return m_document->Runs(); }
     /// The encoding of the last file whose bytes could be read as text, even if that text could not be parsed. It is
     /// the encoding of the document, if there is one.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }

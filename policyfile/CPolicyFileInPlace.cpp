@@ -4,7 +4,7 @@
 #include "com/Strings.h"
 #include "policyfile/CPolicyFile.h"
 #include "xml/Exceptions.h"
-#include "xml/FileBuffer.h"
+#include "xml/FileBytes.h"
 
 namespace zupm {
 
@@ -99,7 +99,7 @@ HRESULT CPolicyFile::CommitEdit(LONG bForce) noexcept
         }
         try {
             m_data.StampVersions();
-            const std::string bytes = AdvXMLParser::BytesToWrite(m_data.GenerateXml(), m_data.Encoding(), true);
+            AdvXMLParser::FileBytes bytes(m_data.Runs(), m_data.Encoding(), true);
             return m_edited.Commit(bytes, bForce != 0);
         } catch (const AdvXMLParser::ReadWriteException& error) {
             return error.GetErrorCode();

@@ -39,7 +39,7 @@ result::Code EditedFile::Rehearse(bool force) noexcept
     return code == result::Success ? m_file.RehearseReplace() : code;
 }
 
-result::Code EditedFile::Commit(std::string_view bytes, bool force) noexcept
+result::Code EditedFile::Commit(ByteSource& bytes, bool force) noexcept
 {
     const result::Code code = m_file.Replace(bytes, force ? nullptr : &m_bytes);
     if (code == result::Success || code == result::WrittenNotFlushed) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ByteSource.h"
 #include "platform/HeldFile.h"
 #include "xml/UtfEncodings.h"
 #include "xml/XmlText.h"
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] result::Code Rehearse(bool force) noexcept;
     /// Replaces the file; with `force` even one that was changed. Ends the edit when the new file is in place (Success,
     /// WrittenNotFlushed); after any other code the file is as it was.
-    [[nodiscard]] result::Code Commit(std::string_view bytes, bool force) noexcept;
+    [[nodiscard]] result::Code Commit(ByteSource& bytes, bool force) noexcept;
 
 private:
     HeldFile m_file;

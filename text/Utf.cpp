@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "text/Transcode.h"
+
 namespace zupm {
 
 namespace {
@@ -288,15 +290,8 @@ std::size_t FindInvalid(View text)
     return kValid;
 }
 
-template <class Out, class View>
-std::optional<std::basic_string<Out>> ConvertValid(View text)
-{
-    const Measure measure = MeasureConversion<Out>(text);
-    if (measure.invalid != kValid) {
-        return std::nullopt;
-    }
-    return Convert<Out>(text, measure.length);
-}
+/// A text that is shorter needs no room reserved.
+constexpr std::size_t kShort = 1024;
 
 }  // namespace
 
@@ -312,12 +307,33 @@ std::size_t FindInvalidUtf16(std::u16string_view text) noexcept
 
 std::optional<std::string> ToUtf8(std::u16string_view text)
 {
-    return ConvertValid<char>(text);
+    const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
+    std::string utf8;
+    if (text.size() > kShort) {
+        utf8.reserve(text.size());
+    }
+    if (AppendUtf8OfUtf16(bytes, kOwnByteOrder, utf8) != bytes.size()) {
+        return std::nullopt;
+    }
+    return utf8;
 }
 
 std::optional<std::u16string> ToUtf16(std::string_view text)
 {
-    return ConvertValid<char16_t>(text);
+    if (FindInvalidUtf8(text) != kValid) {
+        return std::nullopt;
+    }
+    std::u16string utf16;
+    if (text.size() > kShort) {
+        utf16.reserve(LengthInUtf16(text));
+    }
+    char16_t units[kShort];
+    while (!text.empty()) {
+        const std::string_view piece = PieceOfUtf8(text, kShort);
+        utf16.append(units, WriteUtf16(piece, units));
+        text.remove_prefix(piece.size());
+    }
+    return utf16;
 }
 
 std::string ToUtf8Lossy(std::u16string_view text)

@@ -42,4 +42,9 @@ XmlText Document::GenerateXML(bool) const
     return XmlText(m_tree->Serialize());
 }
 
+TextRuns Document::Runs() const
+{
+    return m_tree->Runs();
+}
+
 }  // namespace AdvXMLParser

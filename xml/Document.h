@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "xml/Node.h"
+#include "xml/TextRuns.h"
 #include "xml/XmlText.h"
 
 namespace AdvXMLParser {
@@ -29,6 +30,9 @@ public:
 
     /// The whole text as it is now. `reformat` must be false: this library never reformats a text.
     [[nodiscard]] XmlText GenerateXML(bool reformat) const;
+
+    /// The same in pieces, which lie in the document.
+    [[nodiscard]] TextRuns Runs() const;
 
 private:
     std::unique_ptr<SpanTree> m_tree;

@@ -141,6 +141,25 @@ UTF_ENCODINGS DetectEncoding(std::string_view bytes) noexcept
     return row == kEncodings.end() ? Utf8 : row->encoding;
 }
 
+std::string_view SignatureOf(UTF_ENCODINGS encoding) noexcept
+{
+    return RowOf(encoding).signature;
+}
+
+std::optional<zupm::ByteOrder> Utf16OrderOf(UTF_ENCODINGS encoding) noexcept
+{
+    const EncodingRow& row = RowOf(encoding);
+    if (row.opening == kAsciiOpening) {
+        return std::nullopt;
+    }
+    return row.opening.starts_with('<') ? zupm::ByteOrder::LittleEndian : zupm::ByteOrder::BigEndian;
+}
+
+bool HoldsEveryCharacter(UTF_ENCODINGS encoding) noexcept
+{
+    return encoding != Iso8859_1;
+}
+
 std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding, Position* invalid)
 {
     const EncodingRow& row = RowOf(encoding);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "text/Utf16Bytes.h"
 #include "xml/Position.h"
 #include "xml/UtfEncodings.h"
 #include "xml/XmlText.h"
@@ -17,6 +18,15 @@ namespace AdvXMLParser {
 
 /// Whether a declaration may name `name` in a file with that encoding. Names are compared without regard to case.
 [[nodiscard]] bool IsDeclarable(std::string_view name, UTF_ENCODINGS encoding) noexcept;
+
+/// The bytes that begin a file in that encoding; empty for one without a signature.
+[[nodiscard]] std::string_view SignatureOf(UTF_ENCODINGS encoding) noexcept;
+
+/// The byte order of the encodings of UTF-16, nothing for the others.
+[[nodiscard]] std::optional<zupm::ByteOrder> Utf16OrderOf(UTF_ENCODINGS encoding) noexcept;
+
+/// False for ISO-8859-1 alone.
+[[nodiscard]] bool HoldsEveryCharacter(UTF_ENCODINGS encoding) noexcept;
 
 /// Bytes to text, without the signature. Nothing when the bytes are not valid in the encoding; `invalid` is then the
 /// place of the first that is not.

@@ -12,19 +12,10 @@ namespace AdvXMLParser {
 
 namespace {
 
-constinit std::size_t g_largestWritten = zupm::kLargestFile;
-
 void ThrowUnlessDone(zupm::result::Code code)
 {
     if (code < 0) {
         throw ReadWriteException(code);
-    }
-}
-
-void ThrowUnlessLoadable(std::size_t size)
-{
-    if (size > g_largestWritten) {
-        throw ReadWriteException(zupm::result::FileTooLarge);
     }
 }
 
@@ -49,25 +40,15 @@ void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, b
     encoding = actual;
 }
 
-std::string BytesToWrite(XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
+void WriteBufferToFile(std::u16string_view path, const XmlText& text, UTF_ENCODINGS encoding, bool writeSignature)
 {
-    ThrowUnlessLoadable(text.Utf8().size());
-    std::optional<std::string> bytes = Encode(std::move(text).TakeUtf8(), encoding, writeSignature);
-    if (!bytes) {
-        throw ReadWriteException(zupm::result::NotValidInItsEncoding);
-    }
-    ThrowUnlessLoadable(bytes->size());
-    return std::move(*bytes);
+    WriteRunsToFile(path, {text.Utf8()}, encoding, writeSignature);
 }
 
-void WriteBufferToFile(std::u16string_view path, XmlText text, UTF_ENCODINGS encoding, bool writeSignature)
+void WriteRunsToFile(std::u16string_view path, TextRuns runs, UTF_ENCODINGS encoding, bool writeSignature)
 {
-    ThrowUnlessDone(zupm::ReplaceFileAtomically(path, BytesToWrite(std::move(text), encoding, writeSignature)));
-}
-
-void LimitWrittenFiles(std::size_t bytes) noexcept
-{
-    g_largestWritten = bytes;
+    FileBytes bytes(std::move(runs), encoding, writeSignature);
+    ThrowUnlessDone(zupm::ReplaceFileAtomically(path, bytes));
 }
 
 }  // namespace AdvXMLParser

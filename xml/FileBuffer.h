@@ -1,10 +1,11 @@
 /// The texts of documents in files.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "xml/FileBytes.h"
+#include "xml/TextRuns.h"
 #include "xml/UtfEncodings.h"
 #include "xml/XmlText.h"
 
@@ -19,17 +20,11 @@ void ReadBufferFromFile(std::u16string_view path, XmlText& buffer, UTF_ENCODINGS
 /// ReadBufferFromFile for bytes that the caller has read already. Throws ReadWriteException: 0x80070459.
 void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, bool detect);
 
-/// The bytes of a file with that text. With `writeSignature` the signed encodings get their signature. In values, a
-/// character that ISO-8859-1 cannot hold becomes a character reference; a CDATA section is split around it.
-/// Throws ReadWriteException: 0x80070459 when the encoding cannot hold a character of a name, comment, processing
-/// instruction or DOCTYPE; 0x800700DF when the file, or its text as UTF-8, is too large to be read again.
-[[nodiscard]] std::string BytesToWrite(XmlText text, UTF_ENCODINGS encoding, bool writeSignature);
+/// Writes the text (FileBytes) in one step: a reader sees the old file or the new one, and on failure the old one is
+/// intact. Throws ReadWriteException: as FileBytes, before the file is touched, or the code of writing the file.
+void WriteBufferToFile(std::u16string_view path, const XmlText& text, UTF_ENCODINGS encoding, bool writeSignature);
 
-/// Writes BytesToWrite in one step: a reader sees the old file or the new one, and on failure the old one is intact.
-/// Throws ReadWriteException: as BytesToWrite, before the file is touched, or the code of writing the file.
-void WriteBufferToFile(std::u16string_view path, XmlText text, UTF_ENCODINGS encoding, bool writeSignature);
-
-/// Makes BytesToWrite refuse more than `bytes` instead of more than kLargestFile. For tests.
-void LimitWrittenFiles(std::size_t bytes) noexcept;
+/// The same for a text in pieces.
+void WriteRunsToFile(std::u16string_view path, TextRuns runs, UTF_ENCODINGS encoding, bool writeSignature);
 
 }  // namespace AdvXMLParser

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "text/Transcode.h"
 #include "text/Utf.h"
 #include "xml/Characters.h"
 
@@ -130,9 +131,7 @@ bool DecodeLatin1(std::string& bytes)
 {
     std::string utf8;
     utf8.reserve(bytes.size());
-    for (const char byte : bytes) {
-        zupm::AppendUtf8(utf8, static_cast<unsigned char>(byte));
-    }
+    zupm::AppendUtf8OfLatin1(bytes, utf8);
     bytes = std::move(utf8);
     return true;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "xml/TextRuns.h"
 #include "xml/Walk.h"
 
 namespace AdvXMLParser {
@@ -12,32 +13,24 @@ namespace {
 /// A smaller edit buffer is not worth a search for dead edits.
 constexpr std::size_t kSmallestEditBuffer = std::size_t{64} << 10;
 
-/// Joins adjacent spans, so that an untouched document is copied in one piece.
-class RunWriter {
+/// Joins adjacent spans.
+class RunCollector {
 public:
-    explicit RunWriter(std::string& out) noexcept : m_out(out) {}
-
     void Add(std::string_view span)
     {
         if (span.empty()) {
             return;
         }
-        if (m_run.data() + m_run.size() == span.data()) {
-            m_run = {m_run.data(), m_run.size() + span.size()};
-            return;
+        if (!m_runs.empty() && m_runs.back().data() + m_runs.back().size() == span.data()) {
+            m_runs.back() = {m_runs.back().data(), m_runs.back().size() + span.size()};
+        } else {
+            m_runs.push_back(span);
         }
-        Flush();
-        m_run = span;
     }
-    void Flush()
-    {
-        m_out.append(m_run);
-        m_run = {};
-    }
+    [[nodiscard]] std::vector<std::string_view> Take() && noexcept { return std::move(m_runs); }
 
 private:
-    std::string& m_out;
-    std::string_view m_run;
+    std::vector<std::string_view> m_runs;
 };
 
 /// Where the start tag at the end of a text without other tags begins; 0 in an empty text. Other markup before it can
@@ -148,16 +141,56 @@ std::string_view SpanTree::EndTag(std::uint32_t element) const noexcept
     return Text(m_records[element].end, CloseOffset(element));
 }
 
+std::vector<bool> SpanTree::EditedPaths() const
+{
+    std::vector<bool> isEdited(1);
+    for (std::uint32_t element : m_edited) {
+        isEdited.resize(std::max<std::size_t>(isEdited.size(), std::size_t{element} + 1));
+        for (; !isEdited[element]; element = Parent(element)) {
+            isEdited[element] = true;
+            isEdited.resize(std::max<std::size_t>(isEdited.size(), std::size_t{Parent(element)} + 1));
+        }
+    }
+    return isEdited;
+}
+
+std::vector<std::string_view> SpanTree::Runs() const
+{
+    const std::vector<bool> edited = EditedPaths();
+    // What is new lies in the edit buffer, and not always in the order of the document.
+    const auto isOneRun = [&](std::uint32_t element) {
+        const bool isOnPath = m_isEditedAnywhere || (element < edited.size() && edited[element]);
+        return !isOnPath && m_records[element].before < EditBase();
+    };
+    RunCollector runs;
+    const auto addClosing = [&](std::uint32_t element) {
+        runs.Add(Text(m_records[element].tail, CloseOffset(element)));
+    };
+    for (std::uint32_t element = kDocument;;) {
+        if (isOneRun(element)) {
+            runs.Add(Text(m_records[element].before, CloseOffset(element)));
+        } else {
+            runs.Add(Opening(element));
+            if (const std::uint32_t child = FirstChild(element); child != kNone) {
+                element = child;
+                continue;
+            }
+            addClosing(element);
+        }
+        while (element != kDocument && NextSibling(element) == kNone) {
+            element = Parent(element);
+            addClosing(element);
+        }
+        if (element == kDocument) {
+            return std::move(runs).Take();
+        }
+        element = NextSibling(element);
+    }
+}
+
 std::string SpanTree::Serialize() const
 {
-    std::string out;
-    out.reserve(m_original.size() + m_edits.size());
-    RunWriter writer(out);
-    WalkSubtree(
-        *this, kDocument, [&](std::uint32_t element) { writer.Add(Opening(element)); },
-        [&](std::uint32_t element) { writer.Add(Text(m_records[element].tail, CloseOffset(element))); });
-    writer.Flush();
-    return out;
+    return Joined(Runs());
 }
 
 void SpanTree::Link(std::uint32_t parent, std::uint32_t child) noexcept

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "xml/RecordStore.h"
 
@@ -60,7 +61,10 @@ public:
 
     /// The text that was parsed.
     [[nodiscard]] std::string_view ParsedText() const noexcept { return m_original; }
-    /// The whole text as it is now.
+    /// The whole text as it is now, in pieces that lie in the tree and are valid until the next edit. A piece ends
+    /// where an edit begins or ends; only the elements on the way to an edit are visited.
+    [[nodiscard]] std::vector<std::string_view> Runs() const;
+    /// The same in one piece.
     [[nodiscard]] std::string Serialize() const;
 
     // --- editing -----------------------------------------------------------------------------------------------------
@@ -99,6 +103,9 @@ private:
     [[nodiscard]] ElementRecord WithTail(std::uint32_t element, std::string_view tail, Addition& addition) const;
     void ReplaceTail(std::uint32_t element, std::string_view tail);
     void Repoint(std::uint32_t element, const ElementRecord& offsets) noexcept;
+    void RememberEdited(std::uint32_t element) noexcept;
+    /// The elements with an edit in them, or of them, by index.
+    [[nodiscard]] std::vector<bool> EditedPaths() const;
     void Commit(Addition addition);
     void DropDeadEdits() noexcept;
     [[nodiscard]] std::size_t LiveEditSize() const noexcept;
@@ -110,6 +117,8 @@ private:
     std::string m_original;
     std::string m_edits;
     std::size_t m_dropEditsAt;
+    std::vector<std::uint32_t> m_edited;  ///< elements whose records an edit changed; some may be gone
+    bool m_isEditedAnywhere = false;      ///< there are too many of them to remember
     RecordStore m_records;
 };
 

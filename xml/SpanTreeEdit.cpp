@@ -1,4 +1,6 @@
+#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +44,19 @@ void SpanTree::Repoint(std::uint32_t element, const ElementRecord& offsets) noex
     record.content = offsets.content;
     record.tail = offsets.tail;
     record.end = offsets.end;
+    RememberEdited(element);
+}
+
+void SpanTree::RememberEdited(std::uint32_t element) noexcept
+try {
+    constexpr std::size_t kMostRemembered = std::size_t{64} << 10;
+    if (m_isEditedAnywhere || (!m_edited.empty() && m_edited.back() == element)) {
+        return;
+    }
+    m_isEditedAnywhere = m_edited.size() >= kMostRemembered;
+    m_edited.push_back(element);
+} catch (const std::bad_alloc&) {
+    m_isEditedAnywhere = true;
 }
 
 ElementRecord SpanTree::WithTail(std::uint32_t element, std::string_view tail, Addition& addition) const

@@ -1,11 +1,8 @@
 #include "xml/Utf16.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <utility>
 
-#include "text/Utf.h"
-#include "text/Utf16Bytes.h"
+#include "text/Transcode.h"
 
 namespace AdvXMLParser {
 
@@ -13,59 +10,22 @@ namespace {
 
 using zupm::ByteOrder;
 
-/// Units converted at a time: a large file is never held a third time as UTF-16.
-constexpr std::size_t kPieceUnits = std::size_t{64} << 10;
-
-constexpr bool IsHighSurrogate(char16_t unit)
-{
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-/// Appends units as UTF-8, up to the first that is not valid; whether all are.
-bool AppendUtf8(std::u16string_view units, std::string& utf8)
-{
-    const std::size_t valid = std::min(units.size(), zupm::FindInvalidUtf16(units));
-    utf8.append(zupm::ToUtf8(units.substr(0, valid)).value_or(std::string()));
-    return valid == units.size();
-}
-
 bool Decode(std::string& bytes, ByteOrder order)
 {
-    const std::size_t wholeUnits = bytes.size() - bytes.size() % 2;
     std::string utf8;
-    utf8.reserve(bytes.size() / 2);
-    std::u16string piece;
-    bool isValid = true;
-    for (std::size_t at = 0; isValid && at < wholeUnits;) {
-        piece.clear();
-        while (at < wholeUnits && (piece.size() < kPieceUnits || IsHighSurrogate(piece.back()))) {
-            piece += zupm::UnitAt(bytes, at, order);
-            at += 2;
-        }
-        isValid = AppendUtf8(piece, utf8);
-    }
-    isValid = isValid && wholeUnits == bytes.size();
+    // What nearly every file takes. Memory that stays unused costs nothing.
+    utf8.reserve(bytes.size() / 2 + bytes.size() / 32);
+    const bool isValid = zupm::AppendUtf8OfUtf16(bytes, order, utf8) == bytes.size();
     bytes = std::move(utf8);
     return isValid;
 }
 
-constexpr bool IsContinuation(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
 void Encode(std::string& text, std::string_view signature, ByteOrder order)
 {
-    std::string bytes(signature);
-    bytes.reserve(bytes.size() + 2 * text.size());
-    for (std::string_view rest = text; !rest.empty();) {
-        std::size_t length = std::min(rest.size(), kPieceUnits);
-        while (length < rest.size() && IsContinuation(rest[length])) {
-            ++length;
-        }
-        zupm::AppendUnits(zupm::ToUtf16(rest.substr(0, length)).value_or(std::u16string()), order, bytes);
-        rest.remove_prefix(length);
-    }
+    std::string bytes;
+    bytes.reserve(signature.size() + sizeof(char16_t) * zupm::LengthInUtf16(text));
+    bytes.append(signature);
+    zupm::AppendUtf16OfUtf8(text, order, bytes);
     text = std::move(bytes);
 }
 

@@ -101,15 +101,19 @@ static_assert(sizeof(OLECHAR) == sizeof(char16_t), "a BSTR is UTF-16 on every ta
     return copy;
 }
 
-/// A new string, which the caller frees; null when memory runs out or the text is too long for a length prefix.
-[[nodiscard]] inline BSTR AllocateString(std::u16string_view text) noexcept
+/// A new string of that many units for the caller to fill and to free; null when memory runs out or the text is too
+/// long for a length prefix.
+[[nodiscard]] inline BSTR AllocateString(std::size_t length) noexcept
 {
     // The length prefix counts bytes in 32 bits, without the null unit at the end.
     constexpr std::size_t longest = (UINT32_MAX - sizeof(std::uint32_t) - sizeof(OLECHAR)) / sizeof(OLECHAR);
-    if (text.size() > longest) {
-        return nullptr;
-    }
-    const BSTR copy = SysAllocStringLen(nullptr, static_cast<UINT>(text.size()));
+    return length > longest ? nullptr : SysAllocStringLen(nullptr, static_cast<UINT>(length));
+}
+
+/// A new string, which the caller frees; null as above.
+[[nodiscard]] inline BSTR AllocateString(std::u16string_view text) noexcept
+{
+    const BSTR copy = AllocateString(text.size());
     if (copy != nullptr && !text.empty()) {
         std::memcpy(copy, text.data(), text.size() * sizeof(char16_t));
     }

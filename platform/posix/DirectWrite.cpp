@@ -44,6 +44,16 @@ result::Code WriteAll(int file, std::string_view bytes) noexcept
     return result::Success;
 }
 
+result::Code WriteAll(int file, ByteSource& bytes)
+{
+    for (std::string_view piece = bytes.Next(); !piece.empty(); piece = bytes.Next()) {
+        if (const result::Code code = WriteAll(file, piece); code != result::Success) {
+            return code;
+        }
+    }
+    return result::Success;
+}
+
 FileHandle OpenSpecialFile(const std::string& path) noexcept
 {
     FileHandle file = OpenBelow(AT_FDCWD, path.c_str(), O_WRONLY);
@@ -52,7 +62,7 @@ FileHandle OpenSpecialFile(const std::string& path) noexcept
     return isSpecial ? std::move(file) : FileHandle();
 }
 
-result::Code WriteSpecialFile(FileHandle file, std::string_view bytes) noexcept
+result::Code WriteSpecialFile(FileHandle file, ByteSource& bytes)
 {
     const result::Code code = WriteAll(file.Get(), bytes);
     const bool closed = file.Close();

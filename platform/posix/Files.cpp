@@ -29,7 +29,7 @@ result::Code Read(std::u16string_view path, std::string& bytes)
     return ReadRegularFile(file, bytes);
 }
 
-result::Code Replace(std::u16string_view path, std::string_view bytes, Durability durability)
+result::Code Replace(std::u16string_view path, ByteSource& bytes, Durability durability)
 {
     const std::optional<std::string> target = ToNativePath(path);
     if (!target) {
@@ -66,7 +66,7 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
     }
 }
 
-result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes, Durability durability) noexcept
+result::Code ReplaceFileAtomically(std::u16string_view path, ByteSource& bytes, Durability durability) noexcept
 {
     try {
         return Replace(path, bytes, durability);

@@ -149,7 +149,7 @@ result::Code HeldFile::RehearseReplace() noexcept
     });
 }
 
-result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected, Durability durability) noexcept
+result::Code HeldFile::Replace(ByteSource& bytes, const std::string* expected, Durability durability) noexcept
 {
     return Guarded([&]() -> result::Code {
         Replacement replacement(m_handles->place, bytes, durability);

@@ -16,10 +16,10 @@ namespace zupm::native {
 ///
 /// Lifetime  One Run; destroying it removes the temporary file unless that has become the target. The place and the
 ///           bytes outlive it.
-/// Errors    Result codes; throws std::bad_alloc, with the old file as it was.
+/// Errors    Result codes; throws std::bad_alloc, also for the source, with the old file as it was.
 class Replacement {
 public:
-    Replacement(const FilePlace& place, std::string_view bytes, Durability durability) noexcept
+    Replacement(const FilePlace& place, ByteSource& bytes, Durability durability) noexcept
         : m_place(place), m_bytes(bytes), m_durability(durability)
     {
     }
@@ -43,7 +43,7 @@ private:
     result::Code FlushName();
 
     const FilePlace& m_place;
-    std::string_view m_bytes;
+    ByteSource& m_bytes;
     Durability m_durability;
     FileHandle m_folderToFlush;
     struct stat m_status {};

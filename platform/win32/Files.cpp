@@ -75,7 +75,7 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
 }
 
 // The move is written through and the folder flushed whichever durability is asked for.
-result::Code ReplaceFileAtomically(std::u16string_view path, std::string_view bytes, Durability) noexcept
+result::Code ReplaceFileAtomically(std::u16string_view path, ByteSource& bytes, Durability) noexcept
 {
     try {
         std::u16string full;

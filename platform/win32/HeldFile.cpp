@@ -76,7 +76,7 @@ result::Code HeldFile::RehearseReplace() noexcept
 }
 
 // The move is written through and the folder flushed whichever durability is asked for.
-result::Code HeldFile::Replace(std::string_view bytes, const std::string* expected, Durability) noexcept
+result::Code HeldFile::Replace(ByteSource& bytes, const std::string* expected, Durability) noexcept
 {
     return Guarded([&] { return m_handles->file.Replace(bytes, expected); });
 }

@@ -378,7 +378,7 @@ result::Code OpenedFile::PrepareTarget()
     return code < 0 || m_file == nullptr ? code : InspectTarget();
 }
 
-result::Code OpenedFile::Replace(std::string_view bytes, const std::string* expected)
+result::Code OpenedFile::Replace(ByteSource& bytes, const std::string* expected)
 {
     m_expected = expected;
     // Also before anything is written: a new file that cannot be moved into place is useless.

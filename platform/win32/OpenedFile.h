@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ByteSource.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Replacement.h"
 #include "platform/win32/ReplacementGate.h"
@@ -39,7 +40,7 @@ public:
     [[nodiscard]] result::Code Read(std::string& bytes);
     [[nodiscard]] result::Code CheckUnchanged(std::string_view bytes);
     [[nodiscard]] result::Code RehearseReplace();
-    [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected);
+    [[nodiscard]] result::Code Replace(ByteSource& bytes, const std::string* expected);
 
 private:
     [[nodiscard]] result::Code HoldOpened();

@@ -40,8 +40,18 @@ result::Code WriteAll(HANDLE file, std::string_view bytes) noexcept
     return result::Success;
 }
 
+result::Code WriteAll(HANDLE file, ByteSource& bytes)
+{
+    for (std::string_view piece = bytes.Next(); !piece.empty(); piece = bytes.Next()) {
+        if (const result::Code code = WriteAll(file, piece); code < 0) {
+            return code;
+        }
+    }
+    return result::Success;
+}
+
 /// Devices and pipes cannot be replaced: the bytes go into them.
-result::Code WriteDirectly(const std::u16string& path, std::string_view bytes) noexcept
+result::Code WriteDirectly(const std::u16string& path, ByteSource& bytes)
 {
     const Handle file = OwnFile(
         CreateFileW(Wide(path), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -138,7 +148,7 @@ public:
 
     /// Creates the file with the target's access list from the start, so that nobody reads it who may not read the
     /// target, and brings the bytes to the disk.
-    [[nodiscard]] result::Code Write(Target& target, std::string_view bytes);
+    [[nodiscard]] result::Code Write(Target& target, ByteSource& bytes);
 
     void Keep() noexcept { m_path.clear(); }
     [[nodiscard]] const std::u16string& Path() const noexcept { return m_path; }
@@ -147,7 +157,7 @@ private:
     std::u16string m_path;
 };
 
-result::Code Temporary::Write(Target& target, std::string_view bytes)
+result::Code Temporary::Write(Target& target, ByteSource& bytes)
 {
     std::u16string name;
     if (const result::Code code = UnguessableName(name); code < 0) {
@@ -290,7 +300,7 @@ bool FlushFolder(const std::u16string& folder) noexcept
     return (handle != nullptr && FlushFileBuffers(handle.get()) != 0) || IsFlushRefused(GetLastError());
 }
 
-result::Code ReplaceRegular(Target& target, std::string_view bytes, TargetHolder* holder)
+result::Code ReplaceRegular(Target& target, ByteSource& bytes, TargetHolder* holder)
 {
     // Before the new file is in place: memory that runs out afterwards must not turn success into failure.
     const std::u16string folder = FolderOf(target.path);
@@ -317,7 +327,7 @@ bool Patience::Wait() noexcept
     return true;
 }
 
-result::Code ReplaceFull(const std::u16string& full, std::string_view bytes)
+result::Code ReplaceFull(const std::u16string& full, ByteSource& bytes)
 {
     Target target;
     target.path = full;
@@ -332,7 +342,7 @@ result::Code ReplaceFull(const std::u16string& full, std::string_view bytes)
     return code == result::WrittenNotFlushed ? result::Success : code;
 }
 
-result::Code ReplaceHeld(Target& target, std::string_view bytes, TargetHolder& holder)
+result::Code ReplaceHeld(Target& target, ByteSource& bytes, TargetHolder& holder)
 {
     return ReplaceRegular(target, bytes, &holder);
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ByteSource.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm::win32 {
@@ -51,10 +52,10 @@ protected:
 };
 
 /// ReplaceFileAtomically for a path in its full form; may throw std::bad_alloc.
-[[nodiscard]] result::Code ReplaceFull(const std::u16string& full, std::string_view bytes);
+[[nodiscard]] result::Code ReplaceFull(const std::u16string& full, ByteSource& bytes);
 
 /// The same for an inspected regular file that somebody holds open with deletion shared. WrittenNotFlushed when the
 /// new file is in place and the folder could not be flushed.
-[[nodiscard]] result::Code ReplaceHeld(Target& target, std::string_view bytes, TargetHolder& holder);
+[[nodiscard]] result::Code ReplaceHeld(Target& target, ByteSource& bytes, TargetHolder& holder);
 
 }  // namespace zupm::win32

@@ -453,7 +453,8 @@ TEST_F(HeldFileTest, EditorWhoIsFasterWhileTheFileIsLetGo_EndsTheReplacement)
 {
     RobbedHolder holder(Path());
     win32::Target target{Path(), true, true, FILE_ATTRIBUTE_NORMAL, {}};
-    const result::Code code = win32::ReplaceHeld(target, "new", holder);
+    OnePiece bytes("new");
+    const result::Code code = win32::ReplaceHeld(target, bytes, holder);
     if (code == result::Success) {
         GTEST_SKIP() << "open files are renamed over here: nothing was let go";
     }
