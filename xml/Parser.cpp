@@ -7,8 +7,8 @@
 
 #include "platform/Files.h"
 #include "text/Utf.h"
+#include "xml/BuildTree.h"
 #include "xml/Exceptions.h"
-#include "xml/ExpatGate.h"
 #include "xml/Position.h"
 #include "xml/SpanTree.h"
 

@@ -25,14 +25,8 @@ public:
     static constexpr std::uint32_t kDocument = 0;
     static constexpr std::uint32_t kNone = 0;  ///< as a link: the document is never a child or a sibling
 
-    /// Takes the text over. The parser then reports each element, in document order.
-    explicit SpanTree(std::string text);
-
-    // --- for the parser; offsets are offsets in the text ---------------------------------------------------------
-
-    /// Adds an element: the text before its start tag begins at `before`, the tag ends at `content`.
-    std::uint32_t OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content);
-    void CloseParsed(std::uint32_t element, std::uint32_t tail, std::uint32_t end) noexcept;
+    /// Takes a well-formed text over, and the records of its elements; record 0 is the document's.
+    SpanTree(std::string text, RecordStore records) noexcept;
 
     // --- reading -----------------------------------------------------------------------------------------------------
 

@@ -64,17 +64,16 @@ private:
 
     void Enter(std::uint32_t element)
     {
-        const std::uint32_t copy = m_tree.m_records.Acquire();
+        const auto [copy, record] = m_tree.m_records.Append({});
         if (m_copy == kNone) {
             m_copy = copy;
         } else {
             m_tree.Link(m_current, copy);
         }
-        ElementRecord& record = m_tree.m_records[copy];
-        record.before = m_addition.End();
+        record->before = m_addition.End();
         m_addition.Append(m_layout.Enter(element));
         m_addition.Append(m_source.StartTag(element));
-        record.content = m_addition.End();
+        record->content = m_addition.End();
         m_current = copy;
     }
 

@@ -83,8 +83,7 @@ std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, s
     m_records.Reserve(1);
     Commit(std::move(addition));
     Repoint(parent, opened);
-    const std::uint32_t element = m_records.Acquire();
-    Repoint(element, child);
+    const std::uint32_t element = m_records.Append(child).index;
     Link(parent, element);
     return element;
 }
