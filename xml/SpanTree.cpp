@@ -43,8 +43,11 @@ private:
 
 }  // namespace
 
-SpanTree::SpanTree(std::string text, RecordStore records) noexcept
-    : m_original(std::move(text)), m_dropEditsAt(kSmallestEditBuffer), m_records(std::move(records))
+SpanTree::SpanTree(std::string text, RecordStore records, bool isShallow) noexcept
+    : m_original(std::move(text)),
+      m_dropEditsAt(kSmallestEditBuffer),
+      m_records(std::move(records)),
+      m_isShallow(isShallow)
 {
 }
 

@@ -100,6 +100,10 @@ private:
 std::uint32_t SpanTree::AddCopy(std::uint32_t parent, const SpanTree& source, std::uint32_t element)
 {
     DropDeadEdits();
+    Expand(parent);
+    if (source.MayHideElementsBelow(element)) {
+        return AddCopyOfText(parent, source.TextOf(element));
+    }
     const Placement placement = PlaceChild(*this, parent);
     Addition addition(*this);
     Copy copy(*this, source, element, placement, addition);

@@ -67,6 +67,7 @@ ElementRecord SpanTree::WithTail(std::uint32_t element, std::string_view tail, A
 std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, std::string_view escapedContent)
 {
     DropDeadEdits();
+    Expand(parent);
     const Placement placement = PlaceChild(*this, parent);
     Addition addition(*this);
     ElementRecord child;
@@ -119,6 +120,7 @@ void SpanTree::SetContent(std::uint32_t element, std::string_view escaped)
 
 void SpanTree::AppendText(std::uint32_t element, std::string_view escaped)
 {
+    Expand(element);
     ReplaceTail(element, std::string(Tail(element)).append(escaped));
 }
 
