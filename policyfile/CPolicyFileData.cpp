@@ -97,7 +97,7 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 {
     AdvXMLParser::XmlText buffer;
     read(buffer, m_encoding);
-    std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(std::move(buffer));
+    std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(std::move(buffer), schema::kLevelsOfFile);
     if (!document) {
         return result::AllocationFailed;
     }

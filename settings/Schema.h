@@ -1,6 +1,7 @@
 /// The shape of a policy file: the names of its elements and attributes, and the walks over them.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "xml/Node.h"
@@ -38,6 +39,11 @@ inline constexpr std::u16string_view kTaskPriority = u"TaskPriority";
 inline constexpr std::u16string_view kTaskVersion = u"TaskVersion";
 // Of sections and settings; an element without it is neither.
 inline constexpr std::u16string_view kName = u"name";
+
+/// The levels down to products and tasks. Nothing below them is looked at before the product or task was copied, so
+/// documents need not know what is there.
+inline constexpr std::uint32_t kLevelsOfFile = 5;  ///< PolicyRoot, PolicyGroup, Policy, Product below the root
+inline constexpr std::uint32_t kLevelsOfText = 3;  ///< Policy, Product and TaskGroup, Task below the root
 
 /// The "PathID" of every policy and task that is written back, and the "Path" of groups that have none.
 inline constexpr std::u16string_view kDefaultPath = u"0_4";

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "settings/ParseFailure.h"
+#include "settings/Schema.h"
 #include "xml/Document.h"
 #include "xml/Parser.h"
 
@@ -19,7 +20,8 @@ template <class Load>
                                         Load load)
 {
     try {
-        const std::unique_ptr<AdvXMLParser::Document> document = AdvXMLParser::Parser().Parse(xml.data(), xml.size());
+        const std::unique_ptr<AdvXMLParser::Document> document =
+            AdvXMLParser::Parser().Parse(xml.data(), xml.size(), schema::kLevelsOfText);
         return document ? load(document->GetRoot()) : result::AllocationFailed;
     } catch (const AdvXMLParser::ParsingException& error) {
         return ReportParseFailure(operation, kTextSource, error, detail);

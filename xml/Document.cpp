@@ -6,6 +6,7 @@
 #include "text/Utf.h"
 #include "xml/Characters.h"
 #include "xml/Exceptions.h"
+#include "xml/RecordBuilder.h"
 #include "xml/SpanTree.h"
 
 namespace AdvXMLParser {
@@ -19,10 +20,10 @@ std::unique_ptr<SpanTree> MakeTree(std::u16string_view rootName)
     }
     const std::string tag = "<" + *zupm::ToUtf8(rootName) + "/>";
     const auto end = static_cast<std::uint32_t>(tag.size());
-    auto tree = std::make_unique<SpanTree>(tag);
-    tree->CloseParsed(tree->OpenParsed(SpanTree::kDocument, 0, end), end, end);
-    tree->CloseParsed(SpanTree::kDocument, end, end);
-    return tree;
+    RecordBuilder records(end);
+    const Tag root{0, end, TagKind::Empty};
+    records.Take({&root, 1});
+    return std::make_unique<SpanTree>(tag, records.Finish());
 }
 
 }  // namespace

@@ -12,7 +12,9 @@
 #include "xml/Encoding.h"
 #include "xml/Exceptions.h"
 #include "xml/ExpatWindow.h"
+#include "xml/Opening.h"
 #include "xml/Position.h"
+#include "xml/RecordBuilder.h"
 #include "xml/TagChecks.h"
 
 namespace AdvXMLParser {
@@ -29,6 +31,8 @@ constexpr int kMostDeclaredAttributes = 10'000;
 constexpr std::uint32_t kManyLevels = 100'000;
 constexpr std::size_t kShortestEndTag = std::string_view("</a>").size();
 
+}  // namespace
+
 /// One run of Expat over one text, window after window.
 ///
 /// A window ends after the first tag beyond WindowLimits::bytes, after the start tag of the document element when there
@@ -36,20 +40,19 @@ constexpr std::size_t kShortestEndTag = std::string_view("</a>").size();
 /// element that its parser knows of.
 ///
 /// Errors    An exception must not pass through Expat: handlers keep it and stop the parser.
-class Gate {
+class ExpatGate::Reader {
 public:
-    Gate(std::string text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits)
-        : m_tree(std::make_unique<SpanTree>(std::move(text))),
-          m_text(m_tree->ParsedText()),
-          m_encoding(encoding),
-          m_limits(limits)
+    Reader(std::string_view text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits)
+        : m_text(text), m_records(static_cast<std::uint32_t>(text.size())), m_encoding(encoding), m_limits(limits)
     {
+        OpenWindow(0);
     }
 
-    std::unique_ptr<SpanTree> Run();
+    [[nodiscard]] std::optional<RootTag> ReadDoctype();
+    [[nodiscard]] RecordStore ReadRest();
 
 private:
-    static Gate& Of(void* user) noexcept { return *static_cast<Gate*>(user); }
+    static Reader& Of(void* user) noexcept { return *static_cast<Reader*>(user); }
     static void XMLCALL OnStart(void* user, const XML_Char* name, const XML_Char** attributes);
     static void XMLCALL OnEnd(void* user, const XML_Char* name);
     static void XMLCALL OnDeclaration(void* user, const XML_Char* version, const XML_Char* encoding, int standalone);
@@ -62,15 +65,18 @@ private:
     static void XMLCALL OnSkippedEntity(void* user, const XML_Char* name, int isParameter);
 
     void SetHandlers() noexcept;
+    /// Feeds the parser until its window ends or the text does.
+    void ReadWindow();
     /// Parses the next piece; false when the window ended in it.
     [[nodiscard]] bool Feed(std::string_view piece, bool isLast);
     /// Inside one huge token Expat starts over with every piece: doubling them keeps its cost linear.
-    [[nodiscard]] std::size_t LongerPiece(std::size_t pieceBytes, std::uint32_t token) const;
+    void ChoosePieceSize();
     void Refuse(std::string_view reason) noexcept;
     [[noreturn]] void ThrowFailure() const;
     [[noreturn]] void ThrowAt(std::uint32_t offset, std::string_view reason) const;
 
     [[nodiscard]] bool IsWindowFull() const noexcept { return m_read - m_window->Start() >= m_limits.bytes; }
+    [[nodiscard]] std::string_view NameOf(const ElementRecord& element) const noexcept;
 
     /// Makes the next parser continue at `at`.
     void EndWindow(std::uint32_t at) noexcept;
@@ -78,16 +84,20 @@ private:
     /// Start tags of the innermost open elements; notes the outermost of them.
     [[nodiscard]] std::string OpenTags();
 
-    std::unique_ptr<SpanTree> m_tree;
     std::string_view m_text;
+    RecordBuilder m_records;
     std::optional<UTF_ENCODINGS> m_encoding;
     WindowLimits m_limits;
     std::optional<ExpatWindow> m_window;
-    std::optional<std::uint32_t> m_nextWindow;        ///< where the next parser continues
-    std::uint32_t m_outermost = SpanTree::kDocument;  ///< the outermost element that the parser knows of
-    std::uint32_t m_open = SpanTree::kDocument;       ///< the innermost open element
-    std::uint32_t m_levels = 0;                       ///< open elements
-    std::uint32_t m_read = 0;                         ///< the end of the last tag
+    std::optional<std::uint32_t> m_nextWindow;  ///< where the next parser continues
+    std::uint32_t m_outermost = 0;              ///< the outermost element that the parser knows of; 0 for none
+    std::size_t m_fed = 0;                      ///< the parser has the text up to here
+    bool m_isDone = false;                      ///< the text has ended
+    std::size_t m_pieceBytes = kPieceBytes;
+    std::uint32_t m_readBefore = 0;  ///< what had been read before the last piece
+    Tag m_startTag{};                ///< the last one
+    std::uint32_t m_levels = 0;      ///< open elements
+    std::uint32_t m_read = 0;        ///< the end of the last tag
     bool m_hasDoctype = false;
     int m_declaredAttributes = 0;
     std::string_view m_refusal;     ///< why a handler stopped the parser
@@ -95,9 +105,9 @@ private:
     std::exception_ptr m_exception;
 };
 
-void Gate::OnStart(void* user, const XML_Char*, const XML_Char**)
+void ExpatGate::Reader::OnStart(void* user, const XML_Char*, const XML_Char**)
 try {
-    Gate& gate = Of(user);
+    Reader& gate = Of(user);
     const std::uint32_t start = gate.m_window->Offset();
     const std::uint32_t content = start + gate.m_window->Length();
     // After a DOCTYPE that might declare them elsewhere, Expat skips unknown entities in attribute values.
@@ -105,12 +115,14 @@ try {
         gate.Refuse("undefined entity");
         return;
     }
-    gate.m_open = gate.m_tree->OpenParsed(gate.m_open, gate.m_read, content);
+    const bool isEmpty = gate.m_text[content - 2] == '/';
+    gate.m_startTag = {start, content, isEmpty ? TagKind::Empty : TagKind::Start};
+    gate.m_records.Take({&gate.m_startTag, 1});
     gate.m_read = content;
     ++gate.m_levels;
     if (gate.m_levels > kManyLevels && gate.m_levels * kShortestEndTag > gate.m_text.size() - content) {
         gate.Refuse("elements that are never closed");
-    } else if (!gate.m_tree->IsEmptyTag(gate.m_open) && (gate.IsWindowFull() || gate.m_hasDoctype)) {
+    } else if (!isEmpty && (gate.IsWindowFull() || gate.m_hasDoctype)) {
         gate.EndWindow(content);
     }
 } catch (...) {
@@ -118,24 +130,30 @@ try {
     Of(user).Refuse({});
 }
 
-void Gate::OnEnd(void* user, const XML_Char*)
-{
-    Gate& gate = Of(user);
-    const std::uint32_t end = gate.m_window->Offset();
-    const std::uint32_t closed = gate.m_open;
-    gate.m_tree->CloseParsed(closed, gate.m_read, end);
-    gate.m_read = end + gate.m_window->Length();
-    gate.m_open = gate.m_tree->Parent(closed);
+void ExpatGate::Reader::OnEnd(void* user, const XML_Char*)
+try {
+    Reader& gate = Of(user);
+    const std::uint32_t closed = gate.m_records.Innermost();
+    const Tag tag{gate.m_window->Offset(), gate.m_window->Offset() + gate.m_window->Length(), TagKind::End};
+    const bool isOfEmptyTag = tag.begin == tag.end;
+    if (!isOfEmptyTag) {
+        gate.m_records.Take({&tag, 1});
+    }
+    gate.m_read = tag.end;
     --gate.m_levels;
     // The parser that saw the document element end also reads what follows it.
-    if (gate.m_open != SpanTree::kDocument && (closed == gate.m_outermost || gate.IsWindowFull())) {
+    const bool isLastOfWindow = !isOfEmptyTag && closed == gate.m_outermost;
+    if (gate.m_levels != 0 && (isLastOfWindow || gate.IsWindowFull())) {
         gate.EndWindow(gate.m_read);
     }
+} catch (...) {
+    Of(user).m_exception = std::current_exception();
+    Of(user).Refuse({});
 }
 
-void Gate::OnDeclaration(void* user, const XML_Char* version, const XML_Char* encoding, int)
+void ExpatGate::Reader::OnDeclaration(void* user, const XML_Char* version, const XML_Char* encoding, int)
 {
-    Gate& gate = Of(user);
+    Reader& gate = Of(user);
     if (version != nullptr && std::string_view(version) != "1.0") {
         gate.Refuse("unsupported XML version");
     } else if (encoding != nullptr && gate.m_encoding && !IsDeclarable(encoding, *gate.m_encoding)) {
@@ -143,21 +161,21 @@ void Gate::OnDeclaration(void* user, const XML_Char* version, const XML_Char* en
     }
 }
 
-void Gate::OnDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Char*, int)
+void ExpatGate::Reader::OnDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Char*, int)
 {
-    Gate& gate = Of(user);
+    Reader& gate = Of(user);
     gate.m_hasDoctype = true;
     XML_SetDefaultHandler(gate.m_window->Parser(), OnDoctypeToken);
 }
 
-void Gate::OnDoctypeEnd(void* user)
+void ExpatGate::Reader::OnDoctypeEnd(void* user)
 {
     XML_SetDefaultHandler(Of(user).m_window->Parser(), nullptr);
 }
 
 /// The tokens of the DOCTYPE. Expat's own handler for entity declarations does not report predefined entities that are
 /// declared again, nor anything after an undeclared parameter entity.
-void Gate::OnDoctypeToken(void* user, const XML_Char* text, int length)
+void ExpatGate::Reader::OnDoctypeToken(void* user, const XML_Char* text, int length)
 {
     const std::string_view token(text, static_cast<std::size_t>(length));
     if (token == "<!ENTITY") {
@@ -167,32 +185,33 @@ void Gate::OnDoctypeToken(void* user, const XML_Char* text, int length)
     }
 }
 
-void Gate::OnAttributeDeclaration(void* user, const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*, int)
+void ExpatGate::Reader::OnAttributeDeclaration(void* user, const XML_Char*, const XML_Char*, const XML_Char*,
+                                               const XML_Char*, int)
 {
     if (++Of(user).m_declaredAttributes > kMostDeclaredAttributes) {
         Of(user).Refuse("too many attribute declarations");
     }
 }
 
-void Gate::OnSkippedEntity(void* user, const XML_Char*, int)
+void ExpatGate::Reader::OnSkippedEntity(void* user, const XML_Char*, int)
 {
     Of(user).Refuse("undefined entity");
 }
 
-void Gate::Refuse(std::string_view reason) noexcept
+void ExpatGate::Reader::Refuse(std::string_view reason) noexcept
 {
     m_refusal = reason;
     m_refusedAt = m_window->Offset();
     XML_StopParser(m_window->Parser(), XML_FALSE);
 }
 
-void Gate::EndWindow(std::uint32_t at) noexcept
+void ExpatGate::Reader::EndWindow(std::uint32_t at) noexcept
 {
     m_nextWindow = at;
     XML_StopParser(m_window->Parser(), XML_FALSE);
 }
 
-void Gate::SetHandlers() noexcept
+void ExpatGate::Reader::SetHandlers() noexcept
 {
     XML_Parser parser = m_window->Parser();
     XML_SetUserData(parser, this);
@@ -203,16 +222,22 @@ void Gate::SetHandlers() noexcept
     XML_SetSkippedEntityHandler(parser, OnSkippedEntity);
 }
 
-std::string Gate::OpenTags()
+std::string_view ExpatGate::Reader::NameOf(const ElementRecord& element) const noexcept
+{
+    const std::string_view opening = m_text.substr(element.before, element.content - element.before);
+    return NameIn(opening.substr(StartTagIn(opening)));
+}
+
+std::string ExpatGate::Reader::OpenTags()
 {
     std::vector<std::string_view> names;
     std::size_t bytes = 0;
-    m_outermost = m_open;
-    for (std::uint32_t element = m_open; element != SpanTree::kDocument; element = m_tree->Parent(element)) {
+    m_outermost = m_records.Innermost();
+    for (std::uint32_t element = m_outermost; element != 0; element = m_records.Records()[element].parent) {
         if (names.size() == m_limits.openTags || bytes > m_limits.openTagBytes) {
             break;
         }
-        names.push_back(m_tree->Name(element));
+        names.push_back(NameOf(m_records.Records()[element]));
         bytes += names.back().size();
         m_outermost = element;
     }
@@ -222,16 +247,17 @@ std::string Gate::OpenTags()
     return tags;
 }
 
-void Gate::OpenWindow(std::uint32_t at)
+void ExpatGate::Reader::OpenWindow(std::uint32_t at)
 {
     m_window.reset();  // first, so that there are never two
     m_window.emplace(at, OpenTags());
     m_nextWindow.reset();
     m_hasDoctype = false;
+    m_fed = at;
     SetHandlers();
 }
 
-bool Gate::Feed(std::string_view piece, bool isLast)
+bool ExpatGate::Reader::Feed(std::string_view piece, bool isLast)
 {
     if (m_window->Feed(piece, isLast)) {
         return true;
@@ -242,7 +268,7 @@ bool Gate::Feed(std::string_view piece, bool isLast)
     return false;
 }
 
-void Gate::ThrowFailure() const
+void ExpatGate::Reader::ThrowFailure() const
 {
     if (m_exception) {
         std::rethrow_exception(m_exception);
@@ -257,48 +283,72 @@ void Gate::ThrowFailure() const
     ThrowAt(m_window->Offset(), XML_ErrorString(error));
 }
 
-void Gate::ThrowAt(std::uint32_t offset, std::string_view reason) const
+void ExpatGate::Reader::ThrowAt(std::uint32_t offset, std::string_view reason) const
 {
     const Position position = PositionOf(m_text, offset);
     throw ParsingException(position.line, position.column, std::string(reason));
 }
 
-std::unique_ptr<SpanTree> Gate::Run()
+void ExpatGate::Reader::ReadWindow()
 {
-    OpenWindow(0);
-    std::size_t pieceBytes = kPieceBytes;
-    std::uint32_t readBefore = 0;
-    for (std::size_t at = 0;;) {
-        const std::string_view piece = m_text.substr(at, pieceBytes);
+    do {
+        ChoosePieceSize();
+        const std::string_view piece = m_text.substr(m_fed, m_pieceBytes);
         if (!Feed(piece, piece.empty())) {
-            at = *m_nextWindow;
-            OpenWindow(*m_nextWindow);
-        } else if (piece.empty()) {
-            break;
-        } else {
-            at += piece.size();
+            return;
         }
-        const std::uint32_t read = m_window->Offset();
-        pieceBytes = read == readBefore ? LongerPiece(pieceBytes, read) : kPieceBytes;
-        readBefore = read;
-    }
-    m_tree->CloseParsed(SpanTree::kDocument, m_read, static_cast<std::uint32_t>(m_text.size()));
-    return std::move(m_tree);
+        m_fed += piece.size();
+        m_isDone = piece.empty();
+    } while (!m_isDone);
 }
 
-std::size_t Gate::LongerPiece(std::size_t pieceBytes, std::uint32_t token) const
+void ExpatGate::Reader::ChoosePieceSize()
 {
-    if (pieceBytes == kPieceBytes && HasTooManyAttributes(m_text.substr(token))) {
-        ThrowAt(token, "too many attributes");
+    const std::uint32_t read = m_window->Offset();
+    const bool isInsideToken = read == m_readBefore && m_fed != read;
+    if (!isInsideToken) {
+        m_pieceBytes = kPieceBytes;
+    } else {
+        if (m_pieceBytes == kPieceBytes && HasTooManyAttributes(m_text.substr(read))) {
+            ThrowAt(read, "too many attributes");
+        }
+        m_pieceBytes *= 2;
     }
-    return 2 * pieceBytes;
+    m_readBefore = read;
 }
 
-}  // namespace
-
-std::unique_ptr<SpanTree> BuildTree(std::string text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits)
+std::optional<RootTag> ExpatGate::Reader::ReadDoctype()
 {
-    return Gate(std::move(text), encoding, limits).Run();
+    ReadWindow();
+    return m_hasDoctype && !m_isDone ? std::optional(RootTag{m_startTag.begin, m_startTag.end}) : std::nullopt;
+}
+
+RecordStore ExpatGate::Reader::ReadRest()
+{
+    while (!m_isDone) {
+        if (m_nextWindow) {
+            OpenWindow(*m_nextWindow);
+        }
+        ReadWindow();
+    }
+    return m_records.Finish();
+}
+
+ExpatGate::ExpatGate(std::string_view text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits)
+    : m_reader(std::make_unique<Reader>(text, encoding, limits))
+{
+}
+
+ExpatGate::~ExpatGate() = default;
+
+std::optional<RootTag> ExpatGate::ReadDoctype()
+{
+    return m_reader->ReadDoctype();
+}
+
+RecordStore ExpatGate::ReadRest()
+{
+    return m_reader->ReadRest();
 }
 
 }  // namespace AdvXMLParser

@@ -1,14 +1,15 @@
-/// Expat as the gate: it decides what is well-formed and reports where the tags are.
+/// Expat as the gate: it has the last word on what is well-formed, and says where and why a text is not.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 
-#include "xml/SpanTree.h"
+#include "xml/RecordStore.h"
 #include "xml/UtfEncodings.h"
+#include "xml/scan/Scanner.h"
 
 namespace AdvXMLParser {
 
@@ -24,9 +25,29 @@ struct WindowLimits {
     std::size_t openTagBytes = std::size_t{64} << 10;
 };
 
-/// Builds the tree of a text and takes the text over. `encoding` is that of the file that the text was read from, if
-/// any. Throws ParsingException and std::bad_alloc.
-[[nodiscard]] std::unique_ptr<SpanTree> BuildTree(std::string text, std::optional<UTF_ENCODINGS> encoding,
-                                                  const WindowLimits& limits = {});
+/// Reads one text from its beginning to its end and makes the records of its elements.
+///
+/// Lifetime  The text outlives it.
+/// Errors    Throws ParsingException and std::bad_alloc; after that it cannot be used.
+class ExpatGate {
+public:
+    /// `encoding` is that of the file that the text was read from, if any.
+    ExpatGate(std::string_view text, std::optional<UTF_ENCODINGS> encoding, const WindowLimits& limits = {});
+    ~ExpatGate();
+    ExpatGate(const ExpatGate&) = delete;
+    ExpatGate& operator=(const ExpatGate&) = delete;
+
+    /// Reads a DOCTYPE and everything up to the content of the document element. Where that element's start tag is;
+    /// nothing when there is no DOCTYPE or no content. Call first, if at all.
+    [[nodiscard]] std::optional<RootTag> ReadDoctype();
+
+    /// Reads what is left. Call once.
+    [[nodiscard]] RecordStore ReadRest();
+
+private:
+    class Reader;
+
+    std::unique_ptr<Reader> m_reader;
+};
 
 }  // namespace AdvXMLParser

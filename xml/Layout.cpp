@@ -167,6 +167,17 @@ std::string_view CopyLayout::Space(std::size_t parentDepth, std::string_view own
     return parentDepth < kLevels && m_isLaidOut.at(parentDepth) ? m_lines.at(m_depth) : own;
 }
 
+bool IsOnSeveralLines(std::string_view text) noexcept
+{
+    const std::size_t newLine = text.find('\n');
+    const std::size_t lineBreak = newLine != std::string_view::npos ? newLine : text.find('\r');
+    if (lineBreak == std::string_view::npos) {
+        return false;
+    }
+    const std::size_t markup = text.find_last_of("<>", lineBreak);
+    return text[markup] == '>' || text[markup + 1] != '/';
+}
+
 Deletion DeletionOf(const SpanTree& tree, std::uint32_t element) noexcept
 {
     const std::uint32_t next = tree.NextSibling(element);

@@ -54,6 +54,10 @@ private:
     std::size_t m_depth = 0;                       ///< open elements
 };
 
+/// Whether an element, given as its text, is certainly on several lines, as far as the layout of its copy goes: a line
+/// break in an end tag does not count. Looks at one line break only, so false means nothing.
+[[nodiscard]] bool IsOnSeveralLines(std::string_view text) noexcept;
+
 /// What a deleted element leaves of the text before its start tag and of the text up to the next tag: its line goes
 /// with it when nothing else is on it. The views are valid until the next edit.
 struct Deletion {

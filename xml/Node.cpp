@@ -30,6 +30,17 @@ std::string PlainName(std::u16string_view name)
     return *zupm::ToUtf8(name);
 }
 
+/// The decoded character data directly inside an element, in UTF-8.
+std::string TextOf(const SpanTree& tree, std::uint32_t element)
+{
+    std::string text;
+    for (std::uint32_t child = tree.FirstChild(element); child != SpanTree::kNone; child = tree.NextSibling(child)) {
+        AppendDecodedText(tree.Before(child), text);
+    }
+    AppendDecodedText(tree.Tail(element), text);
+    return text;
+}
+
 }  // namespace
 
 bool Node::IsNull() const noexcept
@@ -115,13 +126,11 @@ std::u16string NodeContainer::GetText() const
     if (m_tree->FirstChild(m_index) == SpanTree::kNone && IsPlainText(tail)) {
         return Wide(tail);
     }
-    std::string text;
-    for (std::uint32_t child = m_tree->FirstChild(m_index); child != SpanTree::kNone;
-         child = m_tree->NextSibling(child)) {
-        AppendDecodedText(m_tree->Before(child), text);
+    if (m_tree->MayHideElements(m_index)) {
+        const std::unique_ptr<SpanTree> whole = m_tree->WholeTreeOf(m_index);
+        return Wide(TextOf(*whole, whole->FirstChild(SpanTree::kDocument)));
     }
-    AppendDecodedText(tail, text);
-    return Wide(text);
+    return Wide(TextOf(*m_tree, m_index));
 }
 
 void NodeContainer::AddText(std::u16string_view text)

@@ -7,23 +7,23 @@
 
 #include "platform/Files.h"
 #include "text/Utf.h"
+#include "xml/BuildTree.h"
 #include "xml/Exceptions.h"
-#include "xml/ExpatGate.h"
 #include "xml/Position.h"
 #include "xml/SpanTree.h"
 
 namespace AdvXMLParser {
 
-std::unique_ptr<Document> Parser::Parse(XmlText text) const
+std::unique_ptr<Document> Parser::Parse(XmlText text, std::uint32_t levels) const
 {
     const std::optional<UTF_ENCODINGS> encoding = text.Encoding();
     if (text.Utf8().size() > zupm::kLargestFile) {
         throw ParsingException(1, 1, "the document is too large");
     }
-    return std::make_unique<Document>(BuildTree(std::move(text).TakeUtf8(), encoding));
+    return std::make_unique<Document>(BuildTree(std::move(text).TakeUtf8(), encoding, levels));
 }
 
-std::unique_ptr<Document> Parser::Parse(const char16_t* text, std::size_t length) const
+std::unique_ptr<Document> Parser::Parse(const char16_t* text, std::size_t length, std::uint32_t levels) const
 {
     const std::u16string_view wide(text, length);
     std::optional<std::string> utf8 = zupm::ToUtf8(wide);
@@ -32,7 +32,7 @@ std::unique_ptr<Document> Parser::Parse(const char16_t* text, std::size_t length
         const Position position = PositionOf(valid, valid.size());
         throw ParsingException(position.line, position.column, "unpaired surrogate");
     }
-    return Parse(XmlText(std::move(*utf8)));
+    return Parse(XmlText(std::move(*utf8)), levels);
 }
 
 }  // namespace AdvXMLParser

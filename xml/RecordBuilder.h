@@ -1,41 +1,32 @@
-/// The element records of a text that the scanner reads.
+/// The element records of a whole text.
 #pragma once
 
 #include <cstdint>
 #include <span>
-#include <vector>
 
+#include "xml/RecordLinker.h"
 #include "xml/RecordStore.h"
 #include "xml/scan/Scanner.h"
 
 namespace AdvXMLParser {
 
-/// Makes a record for every tag that it takes; record 0 is the document's. An element that ends without having had a
-/// child of its own, as the scanner reports it, holds everything inside it as its tail.
+/// Makes the records of a document from its tags, as RecordLinker does; record 0 is the document's.
 class RecordBuilder final : public TagSink {
 public:
     explicit RecordBuilder(std::uint32_t textSize);
 
-    void Take(std::span<const Tag> tags) override;
+    void Take(std::span<const Tag> tags) override { m_linker.Take(tags); }
 
-    /// The records of an accepted text. Call once, after all tags.
+    /// The records so far, and the innermost open element among them; 0 when there is none.
+    [[nodiscard]] const RecordStore& Records() const noexcept { return m_records; }
+    [[nodiscard]] std::uint32_t Innermost() const noexcept { return m_linker.Innermost(); }
+
+    /// The records of a text that is well-formed. Call once, after all tags.
     [[nodiscard]] RecordStore Finish() noexcept;
 
 private:
-    /// A record and its index.
-    struct Place {
-        std::uint32_t index = 0;
-        ElementRecord* record = nullptr;
-    };
-
-    [[nodiscard]] Place NewPlace() noexcept;
-    [[nodiscard]] Place Add(const Tag& tag) noexcept;
-    void Close(std::uint32_t end) noexcept;
-
     RecordStore m_records;
-    std::vector<Place> m_open;  ///< the document and the open elements, the innermost last
-    Place m_lastChild;          ///< the innermost one's last child so far; without a record when there is none
-    std::uint32_t m_read = 0;   ///< after the last tag
+    RecordLinker m_linker;
     std::uint32_t m_textSize;
 };
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
+#include <type_traits>
 #include <vector>
 
 namespace AdvXMLParser {
@@ -23,6 +25,12 @@ struct ElementRecord {
     std::uint32_t generation = 0;  ///< counts how often the record was freed
 };
 
+/// A record and its index.
+struct RecordPlace {
+    std::uint32_t index = 0;
+    ElementRecord* record = nullptr;
+};
+
 /// Records by index, in chunks that never move. The chunks double in size up to a limit, so that an almost empty chunk
 /// wastes little.
 ///
@@ -32,37 +40,36 @@ public:
     [[nodiscard]] ElementRecord& operator[](std::uint32_t index) noexcept
     {
         const Place place = PlaceOf(index);
-        return m_chunks[place.chunk][place.offset];
+        return m_chunks[place.chunk].get()[place.offset];
     }
     [[nodiscard]] const ElementRecord& operator[](std::uint32_t index) const noexcept
     {
         const Place place = PlaceOf(index);
-        return m_chunks[place.chunk][place.offset];
+        return m_chunks[place.chunk].get()[place.offset];
     }
 
-    /// Makes the next `count` calls of Acquire succeed.
+    /// Makes the next `count` calls of Append succeed.
     void Reserve(std::size_t count)
     {
-        for (std::size_t needed = m_used + count; m_capacity < needed;) {
+        for (const std::size_t needed = m_used + count; m_capacity < needed;) {
             const std::size_t size = SizeOf(m_chunks.size());
-            m_chunks.push_back(std::make_unique_for_overwrite<ElementRecord[]>(size));
+            m_chunks.push_back(NewChunk(size));
             m_capacity += size;
         }
     }
 
-    /// A record with all offsets and links 0; its generation differs from that of earlier users of the index.
-    [[nodiscard]] std::uint32_t Acquire() noexcept
+    /// Keeps a record. Its generation differs from that of earlier users of the index.
+    RecordPlace Append(const ElementRecord& values) noexcept
     {
-        if (m_firstFree == 0) {
-            const auto index = static_cast<std::uint32_t>(m_used++);
-            (*this)[index] = ElementRecord{};
-            return index;
+        if (m_firstFree != 0) [[unlikely]] {
+            return Reuse(values);
         }
-        const std::uint32_t index = m_firstFree;
-        ElementRecord& record = (*this)[index];
-        m_firstFree = record.next;
-        record = ElementRecord{.generation = record.generation};
-        return index;
+        if (m_next == m_chunkEnd) [[unlikely]] {
+            OpenChunk();
+        }
+        ElementRecord* const record = m_next++;
+        *record = values;
+        return {static_cast<std::uint32_t>(m_used++), record};
     }
 
     void Free(std::uint32_t index) noexcept
@@ -83,6 +90,11 @@ private:
         std::size_t chunk;
         std::size_t offset;
     };
+    struct FreeMemory {
+        void operator()(ElementRecord* chunk) const noexcept { ::operator delete(chunk); }
+    };
+    using Chunk = std::unique_ptr<ElementRecord, FreeMemory>;
+
     static constexpr std::size_t SizeOf(std::size_t chunk) noexcept
     {
         return chunk < kSmallChunks ? kFirstChunk << chunk : kLargestChunk;
@@ -97,10 +109,36 @@ private:
         const auto chunk = static_cast<std::size_t>(std::bit_width(shifted) - std::bit_width(kFirstChunk));
         return {chunk, shifted - (kFirstChunk << chunk)};
     }
+    /// Memory that nobody writes to before records are put there.
+    static Chunk NewChunk(std::size_t size)
+    {
+        static_assert(std::is_trivially_copyable_v<ElementRecord> && std::is_trivially_destructible_v<ElementRecord>);
+        return Chunk(static_cast<ElementRecord*>(::operator new(size * sizeof(ElementRecord))));
+    }
 
-    std::vector<std::unique_ptr<ElementRecord[]>> m_chunks;
+    /// Goes on to the chunk of the next unused index.
+    void OpenChunk() noexcept
+    {
+        const std::size_t chunk = PlaceOf(static_cast<std::uint32_t>(m_used)).chunk;
+        m_next = m_chunks[chunk].get();
+        m_chunkEnd = m_next + SizeOf(chunk);
+    }
+    RecordPlace Reuse(const ElementRecord& values) noexcept
+    {
+        const std::uint32_t index = m_firstFree;
+        ElementRecord& record = (*this)[index];
+        const std::uint32_t generation = record.generation;
+        m_firstFree = record.next;
+        record = values;
+        record.generation = generation;
+        return {index, &record};
+    }
+
+    std::vector<Chunk> m_chunks;
     std::size_t m_capacity = 0;
     std::size_t m_used = 0;
+    ElementRecord* m_next = nullptr;  ///< the place of index `m_used`, when its chunk is open
+    ElementRecord* m_chunkEnd = nullptr;
     std::uint32_t m_firstFree = 0;  ///< index 0 is the document's and is never freed
 };
 

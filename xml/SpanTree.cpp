@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "xml/Opening.h"
 #include "xml/TextRuns.h"
 #include "xml/Walk.h"
 
@@ -33,42 +34,14 @@ private:
     std::vector<std::string_view> m_runs;
 };
 
-/// Where the start tag at the end of a text without other tags begins; 0 in an empty text. Other markup before it can
-/// only be comments and processing instructions; the tag itself holds a single '<'.
-std::size_t StartTagIn(std::string_view opening) noexcept
-{
-    const std::size_t markup = opening.find('<');
-    if (markup == opening.npos) {
-        return 0;
-    }
-    const char kind = opening[markup + 1];
-    return kind == '!' || kind == '?' ? opening.rfind('<') : markup;
-}
-
 }  // namespace
 
-SpanTree::SpanTree(std::string text) : m_original(std::move(text)), m_dropEditsAt(kSmallestEditBuffer)
+SpanTree::SpanTree(std::string text, RecordStore records, bool isShallow) noexcept
+    : m_original(std::move(text)),
+      m_dropEditsAt(kSmallestEditBuffer),
+      m_records(std::move(records)),
+      m_isShallow(isShallow)
 {
-    m_records.Reserve(1);
-    ElementRecord& document = m_records[m_records.Acquire()];
-    document.end = static_cast<std::uint32_t>(m_original.size());
-}
-
-std::uint32_t SpanTree::OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content)
-{
-    m_records.Reserve(1);
-    const std::uint32_t element = m_records.Acquire();
-    ElementRecord& record = m_records[element];
-    record.before = before;
-    record.content = content;
-    Link(parent, element);
-    return element;
-}
-
-void SpanTree::CloseParsed(std::uint32_t element, std::uint32_t tail, std::uint32_t end) noexcept
-{
-    m_records[element].tail = tail;
-    m_records[element].end = end;
 }
 
 bool SpanTree::IsAlive(std::uint32_t element, std::uint32_t generation) const noexcept
@@ -108,8 +81,7 @@ std::string_view SpanTree::StartTag(std::uint32_t element) const noexcept
 
 std::string_view SpanTree::Name(std::uint32_t element) const noexcept
 {
-    const std::string_view tag = StartTag(element).substr(1);
-    return tag.substr(0, tag.find_first_of(" \t\r\n/>"));
+    return NameIn(StartTag(element));
 }
 
 std::string_view SpanTree::Tail(std::uint32_t element) const noexcept

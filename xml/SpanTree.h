@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,8 @@
 #include "xml/RecordStore.h"
 
 namespace AdvXMLParser {
+
+struct Placement;
 
 /// The elements of one document as spans of its text.
 ///
@@ -26,14 +29,9 @@ public:
     static constexpr std::uint32_t kDocument = 0;
     static constexpr std::uint32_t kNone = 0;  ///< as a link: the document is never a child or a sibling
 
-    /// Takes the text over. The parser then reports each element, in document order.
-    explicit SpanTree(std::string text);
-
-    // --- for the parser; offsets are offsets in the text ---------------------------------------------------------
-
-    /// Adds an element: the text before its start tag begins at `before`, the tag ends at `content`.
-    std::uint32_t OpenParsed(std::uint32_t parent, std::uint32_t before, std::uint32_t content);
-    void CloseParsed(std::uint32_t element, std::uint32_t tail, std::uint32_t end) noexcept;
+    /// Takes a well-formed text over, and the records of its elements; record 0 is the document's. In a shallow tree an
+    /// element whose record has no children may hide some: everything inside it is its tail.
+    SpanTree(std::string text, RecordStore records, bool isShallow = false) noexcept;
 
     // --- reading -----------------------------------------------------------------------------------------------------
 
@@ -58,6 +56,12 @@ public:
     [[nodiscard]] std::string_view EndTag(std::uint32_t element) const noexcept;
     /// Whether it is written as `<name/>`.
     [[nodiscard]] bool IsEmptyTag(std::uint32_t element) const noexcept;
+
+    /// Whether elements may lie inside it that have no records. Nothing that only reads makes records for them; copies
+    /// have them all, and an edit of the element makes them first.
+    [[nodiscard]] bool MayHideElements(std::uint32_t element) const noexcept;
+    /// A tree of its own of an element with everything in it, with a record for every element.
+    [[nodiscard]] std::unique_ptr<SpanTree> WholeTreeOf(std::uint32_t element) const;
 
     /// The text that was parsed.
     [[nodiscard]] std::string_view ParsedText() const noexcept { return m_original; }
@@ -86,6 +90,7 @@ public:
 private:
     class Addition;
     class Copy;
+    class ScannedElement;
 
     [[nodiscard]] std::uint32_t EditBase() const noexcept { return static_cast<std::uint32_t>(m_original.size()) + 1; }
     [[nodiscard]] std::string_view Text(std::uint32_t from, std::uint32_t to) const noexcept;
@@ -110,6 +115,19 @@ private:
     void DropDeadEdits() noexcept;
     [[nodiscard]] std::size_t LiveEditSize() const noexcept;
 
+    [[nodiscard]] bool MayHideElementsBelow(std::uint32_t element) const noexcept;
+    /// The text of an element with everything in it, from its start tag to its end tag.
+    [[nodiscard]] std::string TextOf(std::uint32_t element) const;
+    /// AddCopy of an element that is given as its text.
+    std::uint32_t AddCopyOfText(std::uint32_t parent, std::string text);
+    /// The same with its white space as it is; kNone, and nothing was changed, when the scanner does not accept it.
+    std::uint32_t AddScanned(std::uint32_t parent, const Placement& placement, const std::string& text);
+    /// Makes the records of everything that an element hides.
+    void Expand(std::uint32_t element);
+    /// Gives the children of a record without a place in the tree to the element that it was scanned from, and frees
+    /// it.
+    void AdoptInside(std::uint32_t element, std::uint32_t scanned) noexcept;
+
     /// Calls `visit(element)` for every element and the document, in document order.
     template <class Visit>
     void ForEach(Visit visit) const;
@@ -120,6 +138,7 @@ private:
     std::vector<std::uint32_t> m_edited;  ///< elements whose records an edit changed; some may be gone
     bool m_isEditedAnywhere = false;      ///< there are too many of them to remember
     RecordStore m_records;
+    bool m_isShallow;
 };
 
 }  // namespace AdvXMLParser

@@ -64,17 +64,16 @@ private:
 
     void Enter(std::uint32_t element)
     {
-        const std::uint32_t copy = m_tree.m_records.Acquire();
+        const auto [copy, record] = m_tree.m_records.Append({});
         if (m_copy == kNone) {
             m_copy = copy;
         } else {
             m_tree.Link(m_current, copy);
         }
-        ElementRecord& record = m_tree.m_records[copy];
-        record.before = m_addition.End();
+        record->before = m_addition.End();
         m_addition.Append(m_layout.Enter(element));
         m_addition.Append(m_source.StartTag(element));
-        record.content = m_addition.End();
+        record->content = m_addition.End();
         m_current = copy;
     }
 
@@ -101,6 +100,10 @@ private:
 std::uint32_t SpanTree::AddCopy(std::uint32_t parent, const SpanTree& source, std::uint32_t element)
 {
     DropDeadEdits();
+    Expand(parent);
+    if (source.MayHideElementsBelow(element)) {
+        return AddCopyOfText(parent, source.TextOf(element));
+    }
     const Placement placement = PlaceChild(*this, parent);
     Addition addition(*this);
     Copy copy(*this, source, element, placement, addition);

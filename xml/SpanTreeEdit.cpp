@@ -82,6 +82,7 @@ ElementRecord SpanTree::WithTail(std::uint32_t element, std::string_view tail, A
 std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, std::string_view escapedContent)
 {
     DropDeadEdits();
+    Expand(parent);
     const Placement placement = PlaceChild(*this, parent);
     Addition addition(*this);
     ElementRecord child;
@@ -98,8 +99,7 @@ std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, s
     m_records.Reserve(1);
     Commit(std::move(addition));
     Repoint(parent, opened);
-    const std::uint32_t element = m_records.Acquire();
-    Repoint(element, child);
+    const std::uint32_t element = m_records.Append(child).index;
     Link(parent, element);
     return element;
 }
@@ -135,6 +135,7 @@ void SpanTree::SetContent(std::uint32_t element, std::string_view escaped)
 
 void SpanTree::AppendText(std::uint32_t element, std::string_view escaped)
 {
+    Expand(element);
     ReplaceTail(element, std::string(Tail(element)).append(escaped));
 }
 

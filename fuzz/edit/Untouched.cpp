@@ -7,7 +7,7 @@
 
 #include "fuzz/support/ElementWalk.h"
 #include "text/Utf.h"
-#include "xml/ExpatGate.h"
+#include "xml/BuildTree.h"
 
 namespace zupm::fuzz {
 

@@ -2,8 +2,8 @@
 //
 // Promises: what is accepted is written back byte for byte, and libxml2 accepts it and finds the same in it, in any
 // number of pieces. A refusal has a documented code, a place and a reason, and leaves nothing loaded. When a document
-// is so simple that none of our own rules can refuse it, libxml2 refuses it too. Any number of parsers finds the
-// elements, or the refusal, that one parser finds.
+// is so simple that none of our own rules can refuse it, libxml2 refuses it too. The gate alone, with any number of
+// parsers, finds the same elements or gives the same refusal.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

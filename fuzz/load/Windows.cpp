@@ -72,14 +72,14 @@ void DemandSameInWindows(std::string_view bytes, const LibraryLoad& whole)
     if (!text) {
         return;
     }
-    const LibraryLoad load = LoadText(std::move(*text).TakeUtf8(), whole.encoding, LimitsFrom(bytes));
-    Demand(load.refusal == whole.refusal, "many parsers refuse what one refuses", load.refusal + whole.refusal);
+    const LibraryLoad load = LoadByGate(std::move(*text).TakeUtf8(), whole.encoding, LimitsFrom(bytes));
+    Demand(load.refusal == whole.refusal, "the gate alone refuses what is refused", load.refusal + whole.refusal);
     if (!load.tree) {
         return;
     }
     std::uint32_t element = SpanTree::kDocument;
     do {
-        Demand(IsSameElement(*whole.tree, *load.tree, element), "many parsers find the elements that one finds",
+        Demand(IsSameElement(*whole.tree, *load.tree, element), "the gate alone finds the elements that are found",
                whole.tree->StartTag(element));
         element = NextOf(*whole.tree, element);
     } while (element != SpanTree::kDocument);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "fuzz/support/Demand.h"
+#include "xml/BuildTree.h"
 #include "xml/Encoding.h"
 #include "xml/Exceptions.h"
 #include "xml/XmlText.h"
@@ -15,13 +16,16 @@ using AdvXMLParser::ParsingException;
 using AdvXMLParser::SpanTree;
 using AdvXMLParser::XmlText;
 
-LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding,
-                     const AdvXMLParser::WindowLimits& limits)
+namespace {
+
+/// What becomes of a tree that `build` builds.
+template <class Build>
+LibraryLoad Load(std::optional<AdvXMLParser::UTF_ENCODINGS> encoding, Build build)
 {
     LibraryLoad load;
     load.encoding = encoding.value_or(AdvXMLParser::UTF_ENCODINGS::Utf8);
     try {
-        std::unique_ptr<SpanTree> tree = AdvXMLParser::BuildTree(std::move(text), encoding, limits);
+        std::unique_ptr<SpanTree> tree = build();
         load.tree = tree.get();
         load.document = std::make_unique<Document>(std::move(tree));
     } catch (const ParsingException& refusal) {
@@ -32,6 +36,22 @@ LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS
         Demand(!refusal.GetReason().empty(), "a refusal has a reason");
     }
     return load;
+}
+
+}  // namespace
+
+LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding)
+{
+    return Load(encoding, [&] { return AdvXMLParser::BuildTree(std::move(text), encoding); });
+}
+
+LibraryLoad LoadByGate(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding,
+                       const AdvXMLParser::WindowLimits& limits)
+{
+    return Load(encoding, [&] {
+        AdvXMLParser::RecordStore records = AdvXMLParser::ExpatGate(text, encoding, limits).ReadRest();
+        return std::make_unique<SpanTree>(std::move(text), std::move(records));
+    });
 }
 
 LibraryLoad LoadFromMemory(std::string_view bytes)

@@ -24,8 +24,12 @@ struct LibraryLoad {
 };
 
 /// Text is UTF-8 and never was a file's; whatever its declaration says, it is.
-[[nodiscard]] LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding = std::nullopt,
-                                   const AdvXMLParser::WindowLimits& limits = {});
+[[nodiscard]] LibraryLoad LoadText(std::string text,
+                                   std::optional<AdvXMLParser::UTF_ENCODINGS> encoding = std::nullopt);
+
+/// The same through the gate alone.
+[[nodiscard]] LibraryLoad LoadByGate(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding,
+                                     const AdvXMLParser::WindowLimits& limits);
 
 [[nodiscard]] LibraryLoad LoadFromMemory(std::string_view bytes);
 

@@ -10,6 +10,7 @@
 #include "xml/Exceptions.h"
 #include "xml/ExpatGate.h"
 #include "xml/RecordBuilder.h"
+#include "xml/SpanTree.h"
 #include "xml/scan/Scanner.h"
 
 namespace AdvXMLParser {
@@ -21,7 +22,7 @@ constexpr std::uint32_t kPieces[] = {1, 64, 100, 4096, 16384};
 std::unique_ptr<SpanTree> TreeOf(const std::string& text)
 {
     try {
-        return BuildTree(text, std::nullopt);
+        return std::make_unique<SpanTree>(text, ExpatGate(text, std::nullopt).ReadRest());
     } catch (const ParsingException&) {
         return nullptr;
     }

@@ -12,7 +12,8 @@ namespace {
 bool DoesGateAccept(const std::string& text)
 {
     try {
-        return BuildTree(text, std::nullopt) != nullptr;
+        (void)ExpatGate(text, std::nullopt).ReadRest();
+        return true;
     } catch (const ParsingException&) {
         return false;
     }
