@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace zupm::native {
 namespace {
 
@@ -17,11 +15,10 @@ TEST(FileErrors, EveryErrorNumber_HasANegativeCodeWithASentence)
     EXPECT_EQ(CodeOfError(EIO), result::InputOutputError);
 }
 
-TEST(FileErrors, NoErrorNumber_HasTwoRows)
+// On some systems two names are one number.
+TEST(FileErrors, NoErrorNumber_HasTwoCodes)
 {
-    std::set<int> numbers;
     for (const ErrorMeaning& row : kErrorMeanings) {
-        EXPECT_TRUE(numbers.insert(row.number).second) << row.number;
         EXPECT_EQ(CodeOfError(row.number), row.code) << row.number;
     }
 }
