@@ -49,7 +49,8 @@ CPolicyData::CPolicyData(const void* ownerLink)
 {
 }
 
-result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view softwareId) noexcept
+result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view softwareId,
+                                     const Element& known) noexcept
 {
     return CatchAll(u"CPolicyData::Initialize()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
@@ -59,7 +60,7 @@ result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view 
         // Given: see docs/given-oddities.md, "ID of a failed binding".
         m_softwareId = softwareId;
         // Given: see docs/given-oddities.md, "any element is a product".
-        const Element product = FindChildByAttribute(policy, schema::kSoftwareId, softwareId);
+        const Element product = known.IsNull() ? FindChildByAttribute(policy, schema::kSoftwareId, softwareId) : known;
         return product.IsNull() ? result::PolicyNotFound : m_copy.Take(product);
     });
 }

@@ -29,8 +29,10 @@ public:
     CPolicyData& operator=(const CPolicyData&) = delete;
 
     /// Copies the first child of `policy` whose "SoftwareID" is that text, whatever the child's name. PolicyNotFound,
-    /// AllocationFailed, Unexpected: these leave the object not initialised, but with the software ID.
-    [[nodiscard]] result::Code Initialize(const AdvXMLParser::Element& policy, std::u16string_view softwareId) noexcept;
+    /// AllocationFailed, Unexpected: these leave the object not initialised, but with the software ID. `known` is that
+    /// child when the caller knows it; null has it searched.
+    [[nodiscard]] result::Code Initialize(const AdvXMLParser::Element& policy, std::u16string_view softwareId,
+                                          const AdvXMLParser::Element& known = {}) noexcept;
 
     /// Copies the first "Product" with a "SoftwareID" out of a text such as GetXmlText gives. ElementMissing, and
     /// SyntaxError (with "text:line:column: reason" in `detail`), leave the object as it was. Otherwise the codes of

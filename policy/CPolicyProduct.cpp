@@ -123,11 +123,12 @@ HRESULT CPolicyProduct::RemoveSection(BSTR strSectionName) noexcept
     });
 }
 
-result::Code CPolicyProduct::BindToFileElement(const Element& policy, std::u16string_view softwareId)
+result::Code CPolicyProduct::BindToFileElement(const Element& policy, std::u16string_view softwareId,
+                                               const Element& known)
 {
     const CriticalSectionLock lock(m_lock);
     m_isBound = true;
-    return m_data.Initialize(policy, softwareId);
+    return m_data.Initialize(policy, softwareId, known);
 }
 
 result::Code CPolicyProduct::BindFromXmlText(std::u16string_view xml, std::u16string& detail)

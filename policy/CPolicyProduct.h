@@ -44,7 +44,8 @@ public:
     HRESULT RemoveSection(BSTR strSectionName) noexcept override;
 
     /// For the policy file: CPolicyData's Initialize, its two forms, and its WriteBack, under the object's lock.
-    [[nodiscard]] result::Code BindToFileElement(const AdvXMLParser::Element& policy, std::u16string_view softwareId);
+    [[nodiscard]] result::Code BindToFileElement(const AdvXMLParser::Element& policy, std::u16string_view softwareId,
+                                                 const AdvXMLParser::Element& known = {});
     [[nodiscard]] result::Code BindFromXmlText(std::u16string_view xml, std::u16string& detail);
     [[nodiscard]] result::Code WriteIntoFileElement(const AdvXMLParser::Element& target, std::uint64_t& version);
 

@@ -104,8 +104,7 @@ private:
     /// The document element; null without a document.
     [[nodiscard]] AdvXMLParser::Element Root() const noexcept;
     /// `softwareId` is room for the product's ID.
-    void AddPolicy(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product,
-                   std::u16string& softwareId);
+    void AddPolicies(const AdvXMLParser::Element& policy, std::u16string& softwareId);
     /// `softwareId` and `taskId` are room for the group's IDs.
     void AddTasks(const AdvXMLParser::Element& group, std::u16string& softwareId, std::u16string& taskId);
     /// When the index has the keys already, it stays as it is and the result is false.

@@ -7,29 +7,33 @@
 namespace zupm {
 
 using AdvXMLParser::Element;
+using AdvXMLParser::ElementChildren;
 
 result::Code CPolicyFileData::InitializePolicyMap() noexcept
 {
     // Given: see docs/given-oddities.md, "names of another class".
     return CatchAll(u"CPolicyFile::InitializePolicyMap()", [&]() -> result::Code {
         std::u16string softwareId;
-        ForEachPolicy(Root(), [&](const Element& policy) {
-            ForEachChild(policy, schema::kProduct,
-                         [&](const Element& product) { AddPolicy(policy, product, softwareId); });
-        });
+        ForEachPolicy(Root(), [&](const Element& policy) { AddPolicies(policy, softwareId); });
         return result::Success;
     });
 }
 
-void CPolicyFileData::AddPolicy(const Element& policy, const Element& product, std::u16string& softwareId)
+void CPolicyFileData::AddPolicies(const Element& policy, std::u16string& softwareId)
 {
-    if (!product.ReadAttribute(schema::kSoftwareId, softwareId)) {
-        return;
-    }
-    if (!m_policies.Insert(softwareId, [&] { return CPolicyRef(policy, product); }).second) {
-        // Given: see docs/given-oddities.md, "duplicates logged again".
-        LogDuplicate(u"CPolicyFile::InitializePolicyMap() -- SoftwareID %s exists already in the policy map",
-                     softwareId);
+    // Equal IDs are first-wins, so among children that are all products the one in the index is the first with its ID.
+    bool areProducts = true;
+    for (const Element product : ElementChildren(policy)) {
+        const bool isProduct = product.NameIs(schema::kProduct);
+        areProducts = areProducts && isProduct;
+        if (!isProduct || !product.ReadAttribute(schema::kSoftwareId, softwareId)) {
+            continue;
+        }
+        if (!m_policies.Insert(softwareId, [&] { return CPolicyRef(policy, product, areProducts); }).second) {
+            // Given: see docs/given-oddities.md, "duplicates logged again".
+            LogDuplicate(u"CPolicyFile::InitializePolicyMap() -- SoftwareID %s exists already in the policy map",
+                         softwareId);
+        }
     }
 }
 

@@ -57,7 +57,7 @@ result::Code CPolicyFile::HandOutPolicy(std::u16string_view softwareId, IUnknown
     }
     // Given: see docs/given-oddities.md, "unbound objects".
     // An object that could not be bound is handed out all the same; its own operations give NotInitialised.
-    static_cast<void>(product->BindToFileElement(found->GetElement(), softwareId));
+    static_cast<void>(product->BindToFileElement(found->GetElement(), softwareId, found->GetFirstWithId()));
     StoreObject(static_cast<IPolicyProduct&>(*product), slot);
     return created;
 }

@@ -42,15 +42,23 @@ private:
 /// the other way round: a task is rewritten inside its group, a product is replaced in its policy.
 class CPolicyRef : public CElementRef {
 public:
-    CPolicyRef(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product) noexcept
-        : CElementRef(policy), m_product(product)
+    /// `isFirst`: no child of the policy before the product can have its ID.
+    CPolicyRef(const AdvXMLParser::Element& policy, const AdvXMLParser::Element& product, bool isFirst = false) noexcept
+        : CElementRef(policy), m_product(product), m_isFirst(isFirst)
     {
     }
 
     [[nodiscard]] AdvXMLParser::Element GetProduct() const noexcept { return m_product; }
+    /// The product when it is known to be the first child with its ID; otherwise null, and a search has to find that
+    /// child, whatever its name.
+    [[nodiscard]] AdvXMLParser::Element GetFirstWithId() const noexcept
+    {
+        return m_isFirst ? m_product : AdvXMLParser::Element();
+    }
 
 private:
     AdvXMLParser::Element m_product;
+    bool m_isFirst;
 };
 
 }  // namespace zupm
