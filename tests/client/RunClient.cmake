@@ -37,8 +37,12 @@ else()
     run(${pkgConfig} --cflags --libs zuPolicyManager)
     separate_arguments(found UNIX_COMMAND "${output}")
     set(client ${WORK}/new_entries)
-    # No -std: the headers are for the standard that the compiler takes by itself.
-    run(${CXX} ${flags} ${WORK}/cpp/NewEntries.cpp -o ${client} ${found} -Wl,-rpath,${INSTALL}/${LIBDIR})
+    # g++ takes C++17 by itself; clang takes an older standard without the option.
+    set(standard "")
+    if(CXX MATCHES "clang")
+        set(standard -std=c++17)
+    endif()
+    run(${CXX} ${standard} ${flags} ${WORK}/cpp/NewEntries.cpp -o ${client} ${found} -Wl,-rpath,${INSTALL}/${LIBDIR})
 endif()
 
 run(${client} ${WORK}/policy.xml)
