@@ -34,12 +34,13 @@ public:
 
     [[nodiscard]] Value* Find(std::u16string_view name) noexcept
     {
-        return const_cast<Value*>(std::as_const(*this).Find(name));
+        const std::size_t number = NumberOf(name, NameHash(name));
+        return number == 0 ? nullptr : &m_entries[number - 1].value;
     }
     [[nodiscard]] const Value* Find(std::u16string_view name) const noexcept
     {
-        const Entry* const entry = FindEntry(name, NameHash(name));
-        return entry == nullptr ? nullptr : &entry->value;
+        const std::size_t number = NumberOf(name, NameHash(name));
+        return number == 0 ? nullptr : &m_entries[number - 1].value;
     }
 
     /// Adds a name with the value that `make()` gives. When the index has the name already, it stays as it is.
@@ -48,8 +49,8 @@ public:
     std::pair<Value*, bool> Insert(std::u16string_view name, Make make)
     {
         const std::uint32_t hash = NameHash(name);
-        if (const Entry* const entry = FindEntry(name, hash); entry != nullptr) {
-            return {const_cast<Value*>(&entry->value), false};
+        if (const std::size_t number = NumberOf(name, hash); number != 0) {
+            return {&m_entries[number - 1].value, false};
         }
         if (m_entries.size() == m_entries.capacity()) {
             Grow();
@@ -65,8 +66,8 @@ public:
     /// Forgets a name if the index has it.
     void Erase(std::u16string_view name) noexcept
     {
-        if (const Entry* const entry = FindEntry(name, NameHash(name)); entry != nullptr) {
-            const_cast<Entry*>(entry)->isErased = true;
+        if (const std::size_t number = NumberOf(name, NameHash(name)); number != 0) {
+            m_entries[number - 1].isErased = true;
             --m_live;
         }
     }
@@ -114,20 +115,18 @@ private:
     {
         return entry.hash == hash && !entry.isErased && NameOf(entry) == name;
     }
-    [[nodiscard]] const Entry* FindEntry(std::u16string_view name, std::uint32_t hash) const noexcept
+    /// The number of a name's entry, counted from 1; 0 when there is none.
+    [[nodiscard]] std::size_t NumberOf(std::u16string_view name, std::uint32_t hash) const noexcept
     {
         if (m_table.empty()) {
             const auto place = std::find_if(m_entries.begin(), m_entries.end(),
                                             [&](const Entry& entry) { return Matches(entry, name, hash); });
-            return place == m_entries.end() ? nullptr : &*place;
+            return place == m_entries.end() ? 0 : static_cast<std::size_t>(place - m_entries.begin()) + 1;
         }
         for (std::size_t slot = hash;; ++slot) {
             const std::uint32_t number = m_table[slot & (m_table.size() - 1)];
-            if (number == 0) {
-                return nullptr;
-            }
-            if (const Entry& entry = m_entries[number - 1]; Matches(entry, name, hash)) {
-                return &entry;
+            if (number == 0 || Matches(m_entries[number - 1], name, hash)) {
+                return number;
             }
         }
     }
@@ -164,9 +163,10 @@ private:
         }
         for (Entry& entry : m_entries) {
             if (!entry.isErased) {
+                const std::size_t begin = grown.m_names.size();
                 grown.m_names.append(NameOf(entry));
+                entry.begin = begin;
                 grown.m_entries.push_back(std::move(entry));
-                grown.m_entries.back().begin = grown.m_names.size() - entry.length;
             }
         }
         grown.m_live = m_live;

@@ -27,7 +27,7 @@ public:
     [[nodiscard]] MarkReader& Marks() noexcept { return m_marks; }
 
     /// The byte at `at`, which is at most the text's size: the text ends in a zero byte.
-    [[nodiscard]] char operator[](std::uint32_t at) const noexcept { return m_text.data()[at]; }
+    [[nodiscard]] char operator[](std::uint32_t at) const noexcept { return *At(at); }
     [[nodiscard]] const char* At(std::uint32_t at) const noexcept { return m_text.data() + at; }
 
     [[nodiscard]] std::uint32_t SkipBlanks(std::uint32_t at) const noexcept
