@@ -292,12 +292,22 @@ bool IsFlushRefused(DWORD error) noexcept
            error == ERROR_INVALID_PARAMETER;
 }
 
-/// Makes the new name survive a loss of power, where the file system can flush a folder.
+/// Makes the new name survive a loss of power, where the file system can flush a folder. Waits for somebody who has the
+/// folder open exclusively: that takes a moment, for a lookup or another replacement.
 bool FlushFolder(const std::u16string& folder) noexcept
 {
-    const Handle handle = OwnFile(CreateFileW(Wide(folder), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
-                                              FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    return (handle != nullptr && FlushFileBuffers(handle.get()) != 0) || IsFlushRefused(GetLastError());
+    Patience patience;
+    for (;;) {
+        const Handle handle = OwnFile(CreateFileW(Wide(folder), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
+                                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        if (handle != nullptr && FlushFileBuffers(handle.get()) != 0) {
+            return true;
+        }
+        const DWORD error = GetLastError();
+        if (error != ERROR_SHARING_VIOLATION || !patience.Wait()) {
+            return IsFlushRefused(error);
+        }
+    }
 }
 
 result::Code ReplaceRegular(Target& target, ByteSource& bytes, TargetHolder* holder)

@@ -430,6 +430,21 @@ TEST_F(HeldFileTest, FolderThatCannotBeFlushed_IsReportedWithTheNewFileInPlace)
     ExpectAlone("new");
 }
 
+TEST_F(HeldFileTest, FolderThatSomebodyHoldsForAMoment_IsFlushedAfterwards)
+{
+    HeldFile file = Edit();
+    Handle holder = OwnFile(CreateFileW(m_folder.Folder().c_str(), FILE_LIST_DIRECTORY, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    ASSERT_TRUE(holder != nullptr);
+    std::thread owner([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        holder.reset();
+    });
+    EXPECT_EQ(file.Replace("new", &m_old), result::Success);
+    owner.join();
+    ExpectAlone("new");
+}
+
 /// A holder whose file another editor takes the moment it is let go.
 class RobbedHolder final : public win32::TargetHolder {
 public:
