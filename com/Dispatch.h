@@ -54,8 +54,8 @@ struct InterfaceDescription {
     std::span<const Member> members;
 };
 
-/// The IDispatch methods of `description` for `self`. Windows answers from the module's type library (one type
-/// description per interface, cached behind one lock until ReleaseTypeInformation), natively from the table.
+/// The IDispatch methods of `description` for `self`. Natively the table answers. On Windows the module's type library
+/// does: each interface's type description is read once and kept, under one lock, until ReleaseTypeInformation.
 [[nodiscard]] HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept;
 [[nodiscard]] HRESULT DispatchGetTypeInfo(const InterfaceDescription& description, UINT index, LCID locale,
                                           ITypeInfo** info) noexcept;

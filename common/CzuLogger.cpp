@@ -20,8 +20,8 @@ constexpr std::int32_t kLevelOff = 0;
 /// Room for any path that the system would open.
 constexpr std::size_t kFileCapacity = 4096;
 
-// The sink is owned by a plain pointer that is not freed at exit, because another thread may still log then. What the
-// environment asks for needs no memory of its own, so an unloaded module leaves none behind.
+// A plain pointer owns the sink. It is not freed at exit, because another thread may still log then. The settings from
+// the environment are kept in static storage, so a module that is unloaded leaks nothing.
 std::mutex g_logLock;
 constinit CzuLogger::Sink* g_sink = nullptr;
 constinit std::int32_t g_level = kLevelNotRead;
