@@ -320,7 +320,9 @@ TEST_F(NativeTool, ExportToALinkToThePolicyFile_IsRefused)
 TEST_F(NativeTool, FileOverTheProcessesLimit_IsAnErrorAndLeavesNothing)
 {
     const std::string before = Bytes();
-    const std::string command = "cd '" + Folder().Folder().string() + "' && ulimit -f 1 && '" ZUPM_TOOL "' ";
+    // A build that measures coverage writes a profile at its end, which would be over the limit too.
+    const std::string command =
+        "cd '" + Folder().Folder().string() + "' && ulimit -f 1 && LLVM_PROFILE_FILE=/dev/null '" ZUPM_TOOL "' ";
     EXPECT_EQ(Shell(command + "set policy.xml PRODUCTB2000 General LogLevel 5 2>/dev/null"), 3);
     EXPECT_EQ(Bytes(), before);
     EXPECT_EQ(Folder().Names(), std::vector<std::string>{"policy.xml"});
