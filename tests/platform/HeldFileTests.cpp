@@ -244,13 +244,20 @@ TEST_F(HeldFileTest, Rehearsal_LeavesNoTraceAndSeesWhatTheReplacementMeets)
     EXPECT_EQ(m_folder.Read("sub/file"), "old");
 }
 
-TEST_F(HeldFileTest, RehearsalWithoutNamelessFiles_AsksForTheRightToWrite)
+/// What the file system, or a kernel that does not know the flag, answers when asked for a nameless file.
+class WithoutNamelessFiles : public HeldFileTest, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Errors, WithoutNamelessFiles, testing::Values(EOPNOTSUPP, EISDIR));
+
+TEST_P(WithoutNamelessFiles, Rehearsal_AsksForTheRightToWrite)
 {
+    static constinit int refusal = 0;
+    refusal = GetParam();
     ASSERT_EQ(Open("file"), result::Success);
     native::SystemCalls plain = native::kSystemCalls;
     plain.openat = [](int folder, const char* path, int flags, mode_t mode) {
         if ((flags & O_TMPFILE) == O_TMPFILE) {
-            errno = EOPNOTSUPP;
+            errno = refusal;
             return -1;
         }
         return native::kSystemCalls.openat(folder, path, flags, mode);

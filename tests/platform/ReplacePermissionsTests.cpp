@@ -202,6 +202,9 @@ TEST_F(ReplacePermissions, AsRoot_GroupThatCannotBeKept_IsRefused)
     EXPECT_EQ(Write("new"), result::AccessDenied);
     EXPECT_EQ(m_folder.Read("file"), "old");
     EXPECT_EQ(m_folder.Names(), std::vector<std::string>{"file"});
+    refusing.fchown = [](int, uid_t, gid_t) { return errno = EIO, -1; };
+    EXPECT_EQ(Write("new"), result::InputOutputError);
+    EXPECT_EQ(m_folder.Read("file"), "old");
     native::ReplaceSystemCalls(nullptr);
     ASSERT_EQ(Write("new"), result::Success);
     struct stat status {};

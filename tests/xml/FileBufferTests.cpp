@@ -46,6 +46,18 @@ TEST(FileBuffer, BytesUnderAnUnsupportedDeclarationAreRefusedByTheParserAtItsPla
               "1:1: the declared encoding is not supported or contradicts the bytes");
 }
 
+TEST(FileBuffer, WithoutDetectionTheGivenEncodingDecodesAndStays)
+{
+    const zupm::test::TempFolder folder;
+    const std::u16string path = folder.Path(u"file.xml");
+    ASSERT_EQ(zupm::ReplaceFileAtomically(path, "<a>\xE4</a>"), 0);
+    XmlText text;
+    UTF_ENCODINGS encoding = UTF_ENCODINGS::Iso8859_1;
+    ReadBufferFromFile(path, text, encoding, false);
+    EXPECT_EQ(text.Utf8(), "<a>\xC3\xA4</a>");
+    EXPECT_EQ(encoding, UTF_ENCODINGS::Iso8859_1);
+}
+
 /// Limits the size of written files while it lives.
 class WrittenFilesLimit {
 public:
