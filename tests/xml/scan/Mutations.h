@@ -1,6 +1,7 @@
 /// Texts that are nearly documents.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -11,8 +12,8 @@ namespace AdvXMLParser {
 /// Makes the same text of the same seeds for the same number.
 class Mutations {
 public:
-    /// At least one seed is needed.
-    explicit Mutations(std::vector<std::string> seeds) : m_seeds(std::move(seeds)) {}
+    /// At least one seed is needed; the first ones are taken for the built-in documents.
+    explicit Mutations(std::vector<std::string> seeds);
 
     [[nodiscard]] std::string Text(std::uint64_t number) const;
 
@@ -20,6 +21,7 @@ private:
     void Mutate(std::string& text, std::mt19937_64& random) const;
 
     std::vector<std::string> m_seeds;
+    std::size_t m_builtIn;
 };
 
 /// Documents that show every construct, plain and in the usual mistakes.

@@ -168,7 +168,7 @@ TEST(Scanner, ReportsAGreatManyTags)
 TEST(Scanner, AgreesWithTheGateOnMutations)
 {
     const Mutations mutations(BuiltInSeeds());
-    constexpr std::uint64_t kTexts = 3000;
+    constexpr std::uint64_t kTexts = 6000;
     std::uint64_t accepted = 0;
     for (std::uint64_t number = 0; number < kTexts; ++number) {
         const std::string text = mutations.Text(number);
