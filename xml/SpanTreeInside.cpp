@@ -100,7 +100,7 @@ std::uint32_t SpanTree::AddScanned(std::uint32_t parent, const Placement& placem
 {
     Addition addition(*this);
     const std::uint32_t before = addition.End();
-    addition.Reserve(placement.before.size() + text.size());
+    addition.Reserve(placement.before.size() + text.size() + RoomForTail(parent, placement.tail));
     addition.Append(placement.before);
     ScannedElement copy(*this, addition.End());
     addition.Append(text);
