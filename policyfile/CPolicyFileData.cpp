@@ -96,11 +96,13 @@ result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& d
 result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 {
     AdvXMLParser::XmlText buffer;
-    read(buffer, m_encoding);
+    AdvXMLParser::UTF_ENCODINGS encoding = m_encoding;
+    read(buffer, encoding);
     std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(std::move(buffer), schema::kLevelsOfFile);
     if (!document) {
         return result::AllocationFailed;
     }
+    m_encoding = encoding;
     ReadProperties(document->GetRoot());
     m_document = std::move(document);
     const result::Code code = InitializePolicyMap();

@@ -89,8 +89,7 @@ public:
 
     /// The document's text, in pieces that are valid until the next edit; there must be a document.
     [[nodiscard]] AdvXMLParser::TextRuns Runs() const { return m_document->Runs(); }
-    /// The encoding of the last file whose bytes could be read as text, even if that text could not be parsed. It is
-    /// the encoding of the document, if there is one.
+    /// The encoding of the last file that could be parsed: that of the document, if there is one.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
 
 private:

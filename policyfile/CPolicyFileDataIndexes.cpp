@@ -49,7 +49,7 @@ result::Code CPolicyFileData::InitializeTaskMap() noexcept
 
 void CPolicyFileData::AddTasks(const Element& group, std::u16string& softwareId, std::u16string& taskId)
 {
-    if (!group.ReadAttribute(schema::kSoftwareId, softwareId) || !group.ReadAttribute(schema::kTaskId, taskId)) {
+    if (!group.ReadAttributes(schema::kSoftwareId, softwareId, schema::kTaskId, taskId)) {
         return;
     }
     // The keys are the group's own, so every task after its first one is a duplicate. Keys can be long and tasks many:

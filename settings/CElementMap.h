@@ -1,6 +1,7 @@
 /// The index of one section's settings.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -25,6 +26,9 @@ public:
     /// Adds a setting. When the map has the name already, it stays as it is and the result is false. Throws
     /// std::bad_alloc.
     bool Insert(std::u16string_view name, const AdvXMLParser::Element& setting);
+
+    /// Makes room for that number of settings. Throws std::bad_alloc.
+    void Reserve(std::size_t settings);
 
     /// Forgets a setting if the map has it.
     void Erase(std::u16string_view name) noexcept;

@@ -67,6 +67,10 @@ result::Code CXMLDataObject::IndexSection(const Element& section)
 
 void CXMLDataObject::IndexSettings(const Element& section, std::u16string_view sectionName, CElementMap& settings)
 {
+    // More are not worth counting: what an index has room for and does not use would cost more than a step that is
+    // saved.
+    constexpr std::size_t kMost = 256;
+    settings.Reserve(section.CountChildren(kMost));
     std::u16string name;
     for (const Element setting : ElementChildren(section)) {
         if (setting.ReadAttribute(schema::kName, name) && !settings.Insert(name, setting)) {

@@ -28,6 +28,24 @@ std::uint64_t Mix(std::uint64_t one, std::uint64_t other) noexcept
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
+/// Up to eight units. Those of two words that overlap, or of four bytes that do, are loaded twice: copies of lengths
+/// that the compiler knows need no call. The length is in the hash, so no two names of one length give the same words.
+void LoadRest(std::u16string_view units, std::uint64_t (&words)[2]) noexcept
+{
+    const char* const bytes = reinterpret_cast<const char*>(units.data());
+    const std::size_t size = units.size() * sizeof(char16_t);
+    words[0] = words[1] = 0;
+    if (size >= sizeof(std::uint64_t)) {
+        std::memcpy(&words[0], bytes, sizeof(std::uint64_t));
+        std::memcpy(&words[1], bytes + size - sizeof(std::uint64_t), sizeof(std::uint64_t));
+    } else if (size >= sizeof(std::uint32_t)) {
+        std::memcpy(&words[0], bytes, sizeof(std::uint32_t));
+        std::memcpy(&words[1], bytes + size - sizeof(std::uint32_t), sizeof(std::uint32_t));
+    } else if (size > 0) {
+        std::memcpy(&words[0], bytes, sizeof(char16_t));
+    }
+}
+
 }  // namespace
 
 std::uint32_t NameHash(std::u16string_view name) noexcept
@@ -41,8 +59,7 @@ std::uint32_t NameHash(std::u16string_view name) noexcept
         std::memcpy(words, name.data(), sizeof(words));
         hash = Mix(words[0] ^ seed ^ kSpread, words[1] ^ hash);
     }
-    words[0] = words[1] = 0;
-    std::memcpy(words, name.data(), name.size() * sizeof(char16_t));
+    LoadRest(name, words);
     hash = Mix(words[0] ^ seed ^ kSpread, words[1] ^ hash);
     return static_cast<std::uint32_t>(Mix(hash, kSpread));
 }

@@ -53,14 +53,23 @@ public:
             return {&m_entries[number - 1].value, false};
         }
         if (m_entries.size() == m_entries.capacity()) {
-            Grow();
+            Grow(2 * m_live);
         }
         Entry entry{m_names.size(), static_cast<std::uint32_t>(name.size()), hash, false, make()};
         m_names.append(name);
         m_entries.push_back(std::move(entry));
         ++m_live;
+        m_isSorted = false;
         Place(m_entries.size());
         return {&m_entries.back().value, true};
+    }
+
+    /// Makes room for that number of entries more, so that the index need not grow step by step.
+    void Reserve(std::size_t more)
+    {
+        if (m_entries.capacity() - m_entries.size() < more) {
+            Grow(m_live + more);
+        }
     }
 
     /// Forgets a name if the index has it.
@@ -69,6 +78,7 @@ public:
         if (const std::size_t number = NumberOf(name, NameHash(name)); number != 0) {
             m_entries[number - 1].isErased = true;
             --m_live;
+            m_isSorted = false;
         }
     }
 
@@ -101,10 +111,14 @@ public:
     {
         const auto isBefore = [this](const Entry& one, const Entry& other) { return NameOf(one) < NameOf(other); };
         const auto isErased = [](const Entry& entry) { return entry.isErased; };
+        if (m_isSorted) {
+            return m_entries;
+        }
         if (std::erase_if(m_entries, isErased) != 0 || !std::is_sorted(m_entries.begin(), m_entries.end(), isBefore)) {
             std::sort(m_entries.begin(), m_entries.end(), isBefore);
             PlaceAll();
         }
+        m_isSorted = true;
         return m_entries;
     }
 
@@ -151,11 +165,11 @@ private:
         }
     }
 
-    /// Makes room for as many entries again, and leaves out those that were erased.
-    void Grow()
+    /// Makes room for that number of entries, and leaves out those that were erased.
+    void Grow(std::size_t entries)
     {
         NameIndex grown;
-        const std::size_t capacity = std::max(kWithoutTable, std::bit_ceil(2 * m_live));
+        const std::size_t capacity = std::max(kWithoutTable, std::bit_ceil(entries));
         grown.m_entries.reserve(capacity);
         grown.m_names.reserve(2 * m_names.size());
         if (capacity > kWithoutTable) {
@@ -170,6 +184,7 @@ private:
             }
         }
         grown.m_live = m_live;
+        grown.m_isSorted = m_isSorted;
         grown.PlaceAll();
         *this = std::move(grown);
     }
@@ -178,6 +193,7 @@ private:
     std::vector<Entry> m_entries;
     std::vector<std::uint32_t> m_table;  ///< numbers of entries, 0 in a free slot; a power of two in size
     std::size_t m_live = 0;
+    bool m_isSorted = true;  ///< and without entries that are erased
 };
 
 }  // namespace zupm

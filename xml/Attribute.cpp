@@ -1,7 +1,9 @@
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
+#include "text/AsciiUnits.h"
 #include "text/Utf.h"
 #include "xml/Characters.h"
 #include "xml/Escape.h"
@@ -19,9 +21,9 @@ std::u16string DecodedAttribute(std::string_view raw)
     return zupm::ToUtf16(DecodeAttribute(raw)).value_or(std::u16string());
 }
 
-std::optional<AttributeSpan> FindAttribute(std::string_view tag, std::u16string_view name) noexcept
+/// The next attribute of that name.
+std::optional<AttributeSpan> FindNext(TagScanner& scanner, std::u16string_view name) noexcept
 {
-    TagScanner scanner(tag);
     std::optional<AttributeSpan> span = scanner.Next();
     while (span && !NameEquals(span->name, name)) {
         span = scanner.Next();
@@ -29,10 +31,53 @@ std::optional<AttributeSpan> FindAttribute(std::string_view tag, std::u16string_
     return span;
 }
 
-/// Whether a byte of a raw attribute value is one character and means it.
-bool MeansItself(char byte) noexcept
+std::optional<AttributeSpan> FindAttribute(std::string_view tag, std::u16string_view name) noexcept
 {
-    return byte >= ' ' && byte <= '~' && byte != '&';
+    TagScanner scanner(tag);
+    return FindNext(scanner, name);
+}
+
+/// Whether every byte of a raw attribute value is one character and means it: ASCII without control characters and '&'.
+bool MeansItself(std::string_view raw) noexcept
+{
+    constexpr std::uint64_t kEach = 0x0101010101010101u;
+    constexpr std::uint64_t kHigh = 0x80 * kEach;
+    // The high bit of each byte that is not such a character; bits do not pass from one byte to the next.
+    const auto others = [](std::uint64_t bytes) {
+        const std::uint64_t isNoControl = (bytes | kHigh) - 0x20 * kEach;
+        const std::uint64_t apart = bytes ^ '&' * kEach;
+        const std::uint64_t isNoAmpersand = ((apart & ~kHigh) + 0x7F * kEach) | apart;
+        return (bytes | ~isNoControl | ~isNoAmpersand) & kHigh;
+    };
+    if (raw.size() < sizeof(std::uint64_t)) {
+        std::uint64_t all = 0x20 * kEach;
+        for (const char byte : raw) {
+            all = all << 8 | static_cast<unsigned char>(byte);
+        }
+        return others(all) == 0;
+    }
+    const std::size_t last = raw.size() - sizeof(std::uint64_t);
+    std::uint64_t found = 0;
+    for (std::size_t at = 0; at < last; at += sizeof(std::uint64_t)) {
+        found |= others(zupm::ascii::LoadWord<std::uint64_t>(raw.data() + at));
+    }
+    return (found | others(zupm::ascii::LoadWord<std::uint64_t>(raw.data() + last))) == 0;
+}
+
+/// Replaces `text` by the value, when there is one.
+bool ReadValue(const std::optional<AttributeSpan>& span, std::u16string& text)
+{
+    if (!span) {
+        return false;
+    }
+    const std::string_view value = span->value;
+    if (MeansItself(value)) {
+        text.resize(value.size());
+        zupm::WidenBytes(value.data(), value.size(), text.data());
+    } else {
+        text = DecodedAttribute(value);
+    }
+    return true;
 }
 
 std::string Replaced(std::string_view tag, std::size_t from, std::size_t to, std::string_view by)
@@ -56,20 +101,23 @@ Attribute Element::GetAttribute(std::u16string_view name) const
 
 bool Element::ReadAttribute(std::u16string_view name, std::u16string& text) const
 {
+    return !IsNull() && ReadValue(FindAttribute(m_tree->StartTag(m_index), name), text);
+}
+
+bool Element::ReadAttributes(std::u16string_view name, std::u16string& text, std::u16string_view laterName,
+                             std::u16string& laterText) const
+{
     if (IsNull()) {
         return false;
     }
-    const std::optional<AttributeSpan> span = FindAttribute(m_tree->StartTag(m_index), name);
-    if (!span) {
-        return false;
+    const std::string_view tag = m_tree->StartTag(m_index);
+    TagScanner scanner(tag);
+    const bool hasFirst = ReadValue(FindNext(scanner, name), text);
+    std::optional<AttributeSpan> later = FindNext(scanner, laterName);
+    if (!later) {
+        later = FindAttribute(tag, laterName);
     }
-    if (std::ranges::all_of(span->value, MeansItself)) {
-        text.resize(span->value.size());
-        std::ranges::copy(span->value, text.begin());
-    } else {
-        text = DecodedAttribute(span->value);
-    }
-    return true;
+    return ReadValue(later, laterText) && hasFirst;
 }
 
 Attribute Element::CreateAttribute(std::u16string_view name, std::u16string_view value)

@@ -1,9 +1,13 @@
 #include "xml/BuildTree.h"
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <utility>
 
+#include "platform/Files.h"
 #include "xml/Encoding.h"
+#include "xml/Exceptions.h"
 #include "xml/ExpatGate.h"
 #include "xml/RecordBuilder.h"
 #include "xml/scan/Scanner.h"
@@ -62,15 +66,36 @@ Found ReadByGate(const std::string& text, std::optional<UTF_ENCODINGS> encoding,
     return {gate.ReadRest(), false};
 }
 
+/// The gate reads valid UTF-8 only, and offsets that fit its index.
+void MakeFitForGate(XmlText& text)
+{
+    if (text.IsChecked()) {
+        return;
+    }
+    Position invalid;
+    if (!Check(text, &invalid)) {
+        throw InvalidTextException(zupm::result::NotValidInItsEncoding, invalid.line, invalid.column);
+    }
+    RequireParsableSize(text);  // bytes under a wrong declaration grow
+}
+
 }  // namespace
 
-std::unique_ptr<SpanTree> BuildTree(std::string text, std::optional<UTF_ENCODINGS> encoding, std::uint32_t levels)
+void RequireParsableSize(const XmlText& text)
 {
-    std::optional<Found> found = Scan(text, encoding, levels);
-    if (!found) {
-        found = ReadByGate(text, encoding, levels);
+    if (text.Utf8().size() > zupm::kLargestFile) {
+        throw ParsingException(1, 1, "the document is too large");
     }
-    return std::make_unique<SpanTree>(std::move(text), std::move(found->records), found->isShallow);
+}
+
+std::unique_ptr<SpanTree> BuildTree(XmlText text, std::uint32_t levels)
+{
+    std::optional<Found> found = Scan(text.Utf8(), text.Encoding(), levels);
+    if (!found) {
+        MakeFitForGate(text);
+        found = ReadByGate(text.Utf8(), text.Encoding(), levels);
+    }
+    return std::make_unique<SpanTree>(std::move(text).TakeUtf8(), std::move(found->records), found->isShallow);
 }
 
 }  // namespace AdvXMLParser

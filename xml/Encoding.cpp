@@ -116,6 +116,17 @@ bool EncodeUtf8(std::string& text, std::string_view signature)
     return true;
 }
 
+std::optional<XmlText> DecodedText(const EncodingRow& row, std::string bytes, Position* invalid)
+{
+    if (!row.decode(bytes)) {
+        if (invalid != nullptr) {
+            *invalid = PositionOf(bytes, bytes.size());
+        }
+        return std::nullopt;
+    }
+    return XmlText(std::move(bytes), row.encoding);
+}
+
 bool IsRecognised(const EncodingRow& row, std::string_view bytes) noexcept
 {
     if (!row.signature.empty()) {
@@ -162,17 +173,32 @@ bool HoldsEveryCharacter(UTF_ENCODINGS encoding) noexcept
 
 std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding, Position* invalid)
 {
+    std::optional<XmlText> text = DecodeUnchecked(std::move(bytes), encoding, invalid);
+    return text && Check(*text, invalid) ? std::move(text) : std::nullopt;
+}
+
+std::optional<XmlText> DecodeUnchecked(std::string bytes, UTF_ENCODINGS encoding, Position* invalid)
+{
     const EncodingRow& row = RowOf(encoding);
     if (bytes.starts_with(row.signature)) {
         bytes.erase(0, row.signature.size());
     }
-    if (!row.decode(bytes)) {
-        if (invalid != nullptr) {
-            *invalid = PositionOf(bytes, bytes.size());
-        }
-        return std::nullopt;
+    if (row.decode == DecodeUtf8) {
+        return XmlText::Unchecked(std::move(bytes), encoding);
     }
-    return XmlText(std::move(bytes), encoding);
+    return DecodedText(row, std::move(bytes), invalid);
+}
+
+bool Check(XmlText& text, Position* invalid)
+{
+    if (text.IsChecked()) {
+        return true;
+    }
+    const EncodingRow& row = RowOf(*text.Encoding());
+    std::optional<XmlText> checked = DecodedText(row, std::move(text).TakeUtf8(), invalid);
+    const bool isValid = checked.has_value();
+    text = std::move(checked).value_or(XmlText());
+    return isValid;
 }
 
 std::optional<std::string> Encode(std::string text, UTF_ENCODINGS encoding, bool writeSignature)

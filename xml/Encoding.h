@@ -31,6 +31,12 @@ namespace AdvXMLParser {
 /// Bytes to text, without the signature. Nothing when the bytes are not valid in the encoding; `invalid` is then the
 /// place of the first that is not.
 [[nodiscard]] std::optional<XmlText> Decode(std::string bytes, UTF_ENCODINGS encoding, Position* invalid = nullptr);
+/// The same for a parser, which looks at every byte of the text anyway: UTF-8 is left unchecked.
+[[nodiscard]] std::optional<XmlText> DecodeUnchecked(std::string bytes, UTF_ENCODINGS encoding,
+                                                     Position* invalid = nullptr);
+/// Checks a text that DecodeUnchecked left unchecked; with both of them the result is that of Decode. False, and no
+/// text any more, when it is not valid.
+[[nodiscard]] bool Check(XmlText& text, Position* invalid = nullptr);
 
 /// Text to bytes. Nothing when the encoding cannot hold a character and no reference can replace it.
 [[nodiscard]] std::optional<std::string> Encode(std::string text, UTF_ENCODINGS encoding, bool writeSignature);

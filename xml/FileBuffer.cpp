@@ -32,7 +32,7 @@ void DecodeBuffer(std::string bytes, XmlText& buffer, UTF_ENCODINGS& encoding, b
 {
     const UTF_ENCODINGS actual = detect ? DetectEncoding(bytes) : encoding;
     Position invalid;
-    std::optional<XmlText> text = Decode(std::move(bytes), actual, &invalid);
+    std::optional<XmlText> text = DecodeUnchecked(std::move(bytes), actual, &invalid);
     if (!text) {
         throw InvalidTextException(zupm::result::NotValidInItsEncoding, invalid.line, invalid.column);
     }

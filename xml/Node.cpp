@@ -79,11 +79,28 @@ ElementIterator NodeContainer::End() const noexcept
     return {};
 }
 
+std::size_t NodeContainer::CountChildren(std::size_t most) const noexcept
+{
+    std::size_t count = 0;
+    std::uint32_t child = IsNull() ? SpanTree::kNone : m_tree->FirstChild(m_index);
+    for (; child != SpanTree::kNone && count < most; child = m_tree->NextSibling(child)) {
+        ++count;
+    }
+    return count;
+}
+
 ElementIterator& ElementIterator::operator++() noexcept
 {
     const Node& node = m_element;
     const std::uint32_t next = node.IsNull() ? SpanTree::kNone : node.m_tree->NextSibling(node.m_index);
-    m_element = next == SpanTree::kNone ? Element() : Element(node.m_tree, next, node.m_tree->Generation(next));
+    if (next == SpanTree::kNone) {
+        m_element = Element();
+        return *this;
+    }
+    m_element = Element(node.m_tree, next, node.m_tree->Generation(next));
+    if (const std::uint32_t afterNext = node.m_tree->NextSibling(next); afterNext != SpanTree::kNone) {
+        node.m_tree->PrefetchStartTag(afterNext);
+    }
     return *this;
 }
 

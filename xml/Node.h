@@ -69,6 +69,9 @@ public:
     [[nodiscard]] ElementIterator Begin() const noexcept;
     [[nodiscard]] ElementIterator End() const noexcept;
 
+    /// The number of child elements, or `most` when there are more.
+    [[nodiscard]] std::size_t CountChildren(std::size_t most) const noexcept;
+
     /// Appends a copy of a subtree as the last child and returns it. It gets a line like its siblings; a subtree on one
     /// line is laid out like them. Everything else in the copy is the same, byte for byte.
     Element Add(const ElementClone& clone);  // NOLINT(modernize-use-nodiscard): callers often need the effect alone
@@ -102,6 +105,10 @@ public:
     /// Replaces `text` by what GetAttribute(name).GetText() gives. Without that attribute it is untouched, and the
     /// result is false. Reads the start tag once and uses the memory of `text` again. Throws std::bad_alloc.
     [[nodiscard]] bool ReadAttribute(std::u16string_view name, std::u16string& text) const;
+    /// The same for two attributes; the result says whether it has both, and each text is replaced on its own. Names
+    /// that are asked for in the order of the tag cost no second reading.
+    [[nodiscard]] bool ReadAttributes(std::u16string_view name, std::u16string& text, std::u16string_view laterName,
+                                      std::u16string& laterText) const;
     /// Appends an attribute with that value and returns it; all of it happens or nothing. An attribute of that name
     /// that exists already is returned unchanged.
     Attribute CreateAttribute(std::u16string_view name, std::u16string_view value = {});

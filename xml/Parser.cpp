@@ -5,7 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Files.h"
 #include "text/Utf.h"
 #include "xml/BuildTree.h"
 #include "xml/Exceptions.h"
@@ -16,11 +15,8 @@ namespace AdvXMLParser {
 
 std::unique_ptr<Document> Parser::Parse(XmlText text, std::uint32_t levels) const
 {
-    const std::optional<UTF_ENCODINGS> encoding = text.Encoding();
-    if (text.Utf8().size() > zupm::kLargestFile) {
-        throw ParsingException(1, 1, "the document is too large");
-    }
-    return std::make_unique<Document>(BuildTree(std::move(text).TakeUtf8(), encoding, levels));
+    RequireParsableSize(text);
+    return std::make_unique<Document>(BuildTree(std::move(text), levels));
 }
 
 std::unique_ptr<Document> Parser::Parse(const char16_t* text, std::size_t length, std::uint32_t levels) const

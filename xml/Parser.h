@@ -15,7 +15,8 @@ namespace AdvXMLParser {
 ///
 /// Refuses with ParsingException: text that is not well-formed, entity declarations, references to entities other than
 /// the five predefined ones, XML versions other than 1.0, a declaration that names an encoding that is not supported or
-/// contradicts the bytes, and 2 GB of text or more. No file is ever opened.
+/// contradicts the bytes, and 2 GB of text or more. Before that, with InvalidTextException: text that is unchecked and
+/// not valid. No file is ever opened.
 class Parser {
 public:
     /// Takes the text over. The document keeps it byte for byte.

@@ -99,7 +99,7 @@ private:
     {
         return chunk < kSmallChunks ? kFirstChunk << chunk : kLargestChunk;
     }
-    static constexpr Place PlaceOf(std::uint32_t index) noexcept
+    [[gnu::always_inline]] static constexpr Place PlaceOf(std::uint32_t index) noexcept
     {
         if (index >= kInSmallChunks) {
             const std::size_t beyond = index - kInSmallChunks;

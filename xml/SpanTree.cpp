@@ -44,11 +44,6 @@ SpanTree::SpanTree(std::string text, RecordStore records, bool isShallow) noexce
 {
 }
 
-bool SpanTree::IsAlive(std::uint32_t element, std::uint32_t generation) const noexcept
-{
-    return element != kNone && m_records[element].generation == generation;
-}
-
 std::uint32_t SpanTree::LastChild(std::uint32_t element) const noexcept
 {
     const std::uint32_t first = m_records[element].firstChild;
@@ -64,7 +59,8 @@ std::string_view SpanTree::Text(std::uint32_t from, std::uint32_t to) const noex
 
 std::string_view SpanTree::Opening(std::uint32_t element) const noexcept
 {
-    return Text(m_records[element].before, m_records[element].content);
+    const ElementRecord& record = m_records[element];
+    return Text(record.before, record.content);
 }
 
 std::string_view SpanTree::Before(std::uint32_t element) const noexcept
@@ -86,7 +82,8 @@ std::string_view SpanTree::Name(std::uint32_t element) const noexcept
 
 std::string_view SpanTree::Tail(std::uint32_t element) const noexcept
 {
-    return Text(m_records[element].tail, m_records[element].end);
+    const ElementRecord& record = m_records[element];
+    return Text(record.tail, record.end);
 }
 
 bool SpanTree::IsEmptyTag(std::uint32_t element) const noexcept

@@ -35,7 +35,10 @@ public:
 
     // --- reading -----------------------------------------------------------------------------------------------------
 
-    [[nodiscard]] bool IsAlive(std::uint32_t element, std::uint32_t generation) const noexcept;
+    [[nodiscard]] bool IsAlive(std::uint32_t element, std::uint32_t generation) const noexcept
+    {
+        return element != kNone && m_records[element].generation == generation;
+    }
     [[nodiscard]] std::uint32_t Generation(std::uint32_t element) const noexcept
     {
         return m_records[element].generation;
@@ -54,6 +57,12 @@ public:
     [[nodiscard]] std::string_view Name(std::uint32_t element) const noexcept;
     [[nodiscard]] std::string_view Tail(std::uint32_t element) const noexcept;
     [[nodiscard]] std::string_view EndTag(std::uint32_t element) const noexcept;
+    /// Says that the start tag will be read soon. In a large text it is likely to be far from the processor.
+    void PrefetchStartTag(std::uint32_t element) const noexcept
+    {
+        const std::uint32_t before = m_records[element].before;
+        __builtin_prefetch(m_original.data() + (before < m_original.size() ? before : 0));
+    }
     /// Whether it is written as `<name/>`.
     [[nodiscard]] bool IsEmptyTag(std::uint32_t element) const noexcept;
 
@@ -106,6 +115,8 @@ private:
                                             Addition& addition) const;
     /// The record of an element whose tail becomes `tail`. An empty-element tag becomes a start tag and an end tag.
     [[nodiscard]] ElementRecord WithTail(std::uint32_t element, std::string_view tail, Addition& addition) const;
+    /// At least as much as WithTail appends.
+    [[nodiscard]] std::size_t RoomForTail(std::uint32_t element, std::string_view tail) const noexcept;
     void ReplaceTail(std::uint32_t element, std::string_view tail);
     void Repoint(std::uint32_t element, const ElementRecord& offsets) noexcept;
     void RememberEdited(std::uint32_t element) noexcept;

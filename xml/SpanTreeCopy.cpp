@@ -34,9 +34,10 @@ public:
         }
     }
 
-    void Make()
+    /// `more` bytes are added after the copy.
+    void Make(std::size_t more)
     {
-        Reserve();
+        Reserve(more);
         WalkSubtree(
             m_source, m_top, [this](std::uint32_t element) { Enter(element); },
             [this](std::uint32_t element) { Leave(element); });
@@ -47,10 +48,10 @@ public:
 
 private:
     /// Reserves everything at once: what grows step by step takes two or three times the memory for a while.
-    void Reserve()
+    void Reserve(std::size_t more)
     {
         std::size_t count = 0;
-        std::size_t size = m_placement.before.size();
+        std::size_t size = m_placement.before.size() + more;
         WalkSubtree(
             m_source, m_top,
             [&](std::uint32_t element) {
@@ -107,7 +108,7 @@ std::uint32_t SpanTree::AddCopy(std::uint32_t parent, const SpanTree& source, st
     const Placement placement = PlaceChild(*this, parent);
     Addition addition(*this);
     Copy copy(*this, source, element, placement, addition);
-    copy.Make();
+    copy.Make(RoomForTail(parent, placement.tail));
     const ElementRecord opened = WithTail(parent, placement.tail, addition);
     Commit(std::move(addition));
     Repoint(parent, opened);

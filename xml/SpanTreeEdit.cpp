@@ -79,6 +79,13 @@ ElementRecord SpanTree::WithTail(std::uint32_t element, std::string_view tail, A
     return record;
 }
 
+std::size_t SpanTree::RoomForTail(std::uint32_t element, std::string_view tail) const noexcept
+{
+    // An end tag that is made has the name and three characters more.
+    const std::size_t opening = Opening(element).size();
+    return tail.size() + (IsEmptyTag(element) ? 2 * opening + 3 : EndTag(element).size());
+}
+
 std::uint32_t SpanTree::AddElement(std::uint32_t parent, std::string_view tag, std::string_view escapedContent)
 {
     DropDeadEdits();

@@ -81,7 +81,7 @@ std::string SpanTree::TextOf(std::uint32_t element) const
 
 std::unique_ptr<SpanTree> SpanTree::WholeTreeOf(std::uint32_t element) const
 {
-    return BuildTree(TextOf(element), std::nullopt);
+    return BuildTree(XmlText(TextOf(element)));
 }
 
 std::uint32_t SpanTree::AddCopyOfText(std::uint32_t parent, std::string text)
@@ -92,7 +92,7 @@ std::uint32_t SpanTree::AddCopyOfText(std::uint32_t parent, std::string text)
             return top;
         }
     }
-    const std::unique_ptr<SpanTree> source = BuildTree(std::move(text), std::nullopt);
+    const std::unique_ptr<SpanTree> source = BuildTree(XmlText(std::move(text)));
     return AddCopy(parent, *source, source->FirstChild(kDocument));
 }
 
@@ -100,7 +100,7 @@ std::uint32_t SpanTree::AddScanned(std::uint32_t parent, const Placement& placem
 {
     Addition addition(*this);
     const std::uint32_t before = addition.End();
-    addition.Reserve(placement.before.size() + text.size());
+    addition.Reserve(placement.before.size() + text.size() + RoomForTail(parent, placement.tail));
     addition.Append(placement.before);
     ScannedElement copy(*this, addition.End());
     addition.Append(text);

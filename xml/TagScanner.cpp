@@ -1,5 +1,7 @@
 #include "xml/TagScanner.h"
 
+#include <array>
+
 namespace AdvXMLParser {
 
 namespace {
@@ -20,14 +22,23 @@ bool IsBlank(char byte) noexcept
     return byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
 }
 
-std::size_t NameEnd(std::string_view tag) noexcept
+/// What ends a name in a tag.
+constexpr std::array<bool, 256> kEndsName = [] {
+    std::array<bool, 256> ends{};
+    for (const char byte : {' ', '\n', '\r', '\t', '/', '>', '='}) {
+        ends[static_cast<unsigned char>(byte)] = true;
+    }
+    return ends;
+}();
+
+std::size_t NameEnd(std::string_view tag, std::size_t at) noexcept
 {
-    return Seek(tag, 1, [](char byte) { return byte == '/' || byte == '>' || IsBlank(byte); });
+    return Seek(tag, at, [](char byte) { return kEndsName[static_cast<unsigned char>(byte)]; });
 }
 
 }  // namespace
 
-TagScanner::TagScanner(std::string_view tag) noexcept : m_tag(tag), m_at(NameEnd(tag)) {}
+TagScanner::TagScanner(std::string_view tag) noexcept : m_tag(tag), m_at(NameEnd(tag, 1)) {}
 
 std::optional<AttributeSpan> TagScanner::Next() noexcept
 {
@@ -36,7 +47,7 @@ std::optional<AttributeSpan> TagScanner::Next() noexcept
         return std::nullopt;
     }
     AttributeSpan span;
-    const std::size_t nameEnd = Seek(m_tag, nameBegin, [](char byte) { return byte == '=' || IsBlank(byte); });
+    const std::size_t nameEnd = NameEnd(m_tag, nameBegin);
     span.name = m_tag.substr(nameBegin, nameEnd - nameBegin);
     const std::size_t quoteOffset = Seek(m_tag, nameEnd, [](char byte) { return byte == '"' || byte == '\''; });
     span.quote = m_tag[quoteOffset];
@@ -50,12 +61,12 @@ std::optional<AttributeSpan> TagScanner::Next() noexcept
 
 std::string_view TagName(std::string_view tag) noexcept
 {
-    return tag.substr(1, NameEnd(tag) - 1);
+    return tag.substr(1, NameEnd(tag, 1) - 1);
 }
 
 std::size_t AttributeInsertOffset(std::string_view tag) noexcept
 {
-    std::size_t offset = NameEnd(tag);
+    std::size_t offset = NameEnd(tag, 1);
     TagScanner scanner(tag);
     while (const std::optional<AttributeSpan> span = scanner.Next()) {
         offset = span->end;

@@ -1,11 +1,11 @@
 /// Attributes of a start tag.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
 
+#include "text/AsciiUnits.h"
 #include "text/Utf.h"
 
 namespace AdvXMLParser {
@@ -36,10 +36,7 @@ private:
 [[nodiscard]] inline bool NameEquals(std::string_view utf8, std::u16string_view name) noexcept
 {
     // As many bytes as units can only be equal when both are ASCII; fewer bytes can never be.
-    const auto isSame = [](char byte, char16_t unit) {
-        return unit < 0x80 && static_cast<unsigned char>(byte) == unit;
-    };
-    return utf8.size() == name.size() ? std::equal(utf8.begin(), utf8.end(), name.begin(), isSame)
+    return utf8.size() == name.size() ? zupm::IsSameAscii(utf8.data(), name.data(), name.size())
                                       : utf8.size() > name.size() && zupm::EqualsUtf16(utf8, name);
 }
 

@@ -110,7 +110,7 @@ private:
 
 Untouched FindUntouched(std::u16string_view text, const Known& known)
 {
-    std::unique_ptr<SpanTree> owned = AdvXMLParser::BuildTree(ToUtf8(text).value(), std::nullopt);
+    std::unique_ptr<SpanTree> owned = AdvXMLParser::BuildTree(AdvXMLParser::XmlText(ToUtf8(text).value()));
     const SpanTree& tree = *owned;
     return Search(tree, known).Run(Document(std::move(owned)));
 }

@@ -42,7 +42,7 @@ LibraryLoad Load(std::optional<AdvXMLParser::UTF_ENCODINGS> encoding, Build buil
 
 LibraryLoad LoadText(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding)
 {
-    return Load(encoding, [&] { return AdvXMLParser::BuildTree(std::move(text), encoding); });
+    return Load(encoding, [&] { return AdvXMLParser::BuildTree(XmlText(std::move(text), encoding)); });
 }
 
 LibraryLoad LoadByGate(std::string text, std::optional<AdvXMLParser::UTF_ENCODINGS> encoding,
@@ -57,9 +57,16 @@ LibraryLoad LoadByGate(std::string text, std::optional<AdvXMLParser::UTF_ENCODIN
 LibraryLoad LoadFromMemory(std::string_view bytes)
 {
     const AdvXMLParser::UTF_ENCODINGS encoding = AdvXMLParser::DetectEncoding(bytes);
-    std::optional<XmlText> text = AdvXMLParser::Decode(std::string(bytes), encoding);
-    if (text) {
-        return LoadText(std::move(*text).TakeUtf8(), encoding);
+    const bool isValid = AdvXMLParser::Decode(std::string(bytes), encoding).has_value();
+    try {
+        std::optional<XmlText> text = AdvXMLParser::DecodeUnchecked(std::string(bytes), encoding);
+        if (text) {
+            LibraryLoad load = Load(encoding, [&] { return AdvXMLParser::BuildTree(std::move(*text)); });
+            Demand(isValid, "bytes that are not valid are not parsed");
+            return load;
+        }
+    } catch (const AdvXMLParser::InvalidTextException&) {
+        Demand(!isValid, "only bytes that are not valid are refused as such");
     }
     LibraryLoad load;
     load.encoding = encoding;

@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 
 #include "platform/posix/FileErrors.h"
 
@@ -62,6 +64,17 @@ bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept
 {
     const ssize_t count = Retry([&] { return Calls().getrandom(bytes.data(), bytes.size(), 0); });
     return count == static_cast<ssize_t>(bytes.size());
+}
+
+void PreferLargePages(void* memory, std::size_t size) noexcept
+{
+    constexpr std::size_t kLargePage = std::size_t{2} << 20;
+    const auto begin = reinterpret_cast<std::uintptr_t>(memory);
+    const std::uintptr_t first = (begin + kLargePage - 1) / kLargePage * kLargePage;
+    const std::uintptr_t end = (begin + size) / kLargePage * kLargePage;
+    if (first < end) {
+        madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+    }
 }
 
 void DropPendingSignals(const sigset_t& signals) noexcept

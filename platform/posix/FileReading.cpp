@@ -1,9 +1,12 @@
 #include "platform/posix/FileReading.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "platform/Files.h"
 #include "platform/posix/FileErrors.h"
+#include "platform/posix/TargetFiles.h"
+#include "text/AppendWritten.h"
 
 namespace zupm::native {
 
@@ -18,24 +21,27 @@ constexpr std::size_t kLargestUntold = std::size_t{16} << 20;
 result::Code ReadToEnd(int file, std::size_t size, std::string& bytes)
 {
     const std::size_t tooLarge = size == 0 ? kLargestUntold : kLargestFile + 1;
-    bytes.resize(size == 0 ? kFirstRead : size + 1);
-    std::size_t filled = 0;
+    std::size_t room = size == 0 ? kFirstRead : size + 1;
+    ssize_t count = 0;
+    const auto readSome = [&](char* free, std::size_t freeSize) {
+        PreferLargePages(free, freeSize);
+        count = Retry([&] { return Calls().read(file, free, freeSize); });
+        return static_cast<std::size_t>(std::max(count, ssize_t{0}));
+    };
     for (;;) {
-        if (filled >= tooLarge) {
+        if (bytes.size() >= tooLarge) {
             return result::FileTooLarge;
         }
-        if (filled == bytes.size()) {
-            bytes.resize(std::min(filled * 2, tooLarge));
+        if (bytes.size() == room) {
+            room = std::min(room * 2, tooLarge);
         }
-        const ssize_t count = Retry([&] { return Calls().read(file, bytes.data() + filled, bytes.size() - filled); });
+        AppendWritten(bytes, room - bytes.size(), std::ref(readSome));
         if (count < 0) {
             return LastError();
         }
         if (count == 0) {
-            bytes.resize(filled);
             return result::Success;
         }
-        filled += static_cast<std::size_t>(count);
     }
 }
 

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "platform/Files.h"
 #include "platform/win32/Errors.h"
+#include "text/AppendWritten.h"
 
 namespace zupm::win32 {
 
@@ -15,6 +17,34 @@ constexpr std::size_t kReadPiece = std::size_t{16} << 20;
 constexpr std::size_t kComparedPiece = std::size_t{64} << 10;
 /// For files that grow, or whose size the system does not report.
 constexpr std::size_t kSmallestPiece = 4096;
+
+/// Reads from the handle's position to the end of the file, which may have grown or shrunk since it had `room` bytes
+/// but one. A larger file than kLargestFile is FileTooLarge.
+result::Code ReadToEnd(HANDLE file, std::size_t room, std::string& bytes)
+{
+    DWORD got = 0;
+    bool isRead = false;
+    const auto readSome = [&](char* free, std::size_t freeSize) {
+        const auto wanted = static_cast<DWORD>(std::min(freeSize, kReadPiece));
+        isRead = ReadFile(file, free, wanted, &got, nullptr) != 0;
+        return isRead ? std::size_t{got} : 0;
+    };
+    for (;;) {
+        if (bytes.size() == room) {
+            if (room > kLargestFile) {
+                return result::FileTooLarge;
+            }
+            room = std::min(std::max(room * 2, kSmallestPiece), kLargestFile + 1);
+        }
+        AppendWritten(bytes, room - bytes.size(), std::ref(readSome));
+        if (!isRead) {
+            return CodeFromLastError();
+        }
+        if (got == 0) {
+            return result::Success;
+        }
+    }
+}
 
 result::Code GoToStart(HANDLE file) noexcept
 {
@@ -36,29 +66,6 @@ result::Code SizeOf(HANDLE file, std::size_t& size) noexcept
     return result::Success;
 }
 
-result::Code ReadToEnd(HANDLE file, std::string& bytes)
-{
-    std::size_t filled = 0;
-    for (;;) {
-        if (filled == bytes.size()) {
-            if (filled > kLargestFile) {
-                return result::FileTooLarge;
-            }
-            bytes.resize(std::min(std::max(filled * 2, kSmallestPiece), kLargestFile + 1));
-        }
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size() - filled, kReadPiece));
-        DWORD got = 0;
-        if (ReadFile(file, bytes.data() + filled, wanted, &got, nullptr) == 0) {
-            return CodeFromLastError();
-        }
-        if (got == 0) {
-            bytes.resize(filled);
-            return result::Success;
-        }
-        filled += got;
-    }
-}
-
 result::Code ReadAll(HANDLE file, std::string& bytes)
 {
     std::size_t size = 0;
@@ -69,8 +76,8 @@ result::Code ReadAll(HANDLE file, std::string& bytes)
         return code;
     }
     // One byte more, so that the end is seen without growing the buffer.
-    bytes.resize(size + 1);
-    return ReadToEnd(file, bytes);
+    bytes.clear();
+    return ReadToEnd(file, size + 1, bytes);
 }
 
 result::Code Compare(HANDLE file, std::string_view bytes, bool& isSame)

@@ -79,6 +79,10 @@ TEST(NameIndex, HoldsWhatAMapHoldsAfterRandomEdits)
                 model.erase(name);
             }
             EXPECT_EQ(index.Find(name) != nullptr, model.contains(name));
+            if (random() % 600 == 0) {
+                index.Reserve(random() % 100);
+                EXPECT_EQ(Collected(index, index.Sort()), model);
+            }
             if (random() % 500 == 0) {
                 EXPECT_EQ(Collected(index, index.Sort()), model);
                 ExpectEqual(index, model);
@@ -88,6 +92,24 @@ TEST(NameIndex, HoldsWhatAMapHoldsAfterRandomEdits)
         index.Clear();
         ExpectEqual(index, {});
     }
+}
+
+TEST(NameIndex, WhatRoomWasMadeForStaysWhereItIs)
+{
+    Index index;
+    index.Reserve(100);
+    const int* const first = index.Insert(u"0", [] { return 0; }).first;
+    for (unsigned number = 1; number < 100; ++number) {
+        index.Insert(NameOf(number), [] { return 1; });
+    }
+    EXPECT_EQ(index.Find(u"0"), first);
+    EXPECT_EQ(index.Sort().size(), index.Size());
+    index.Reserve(1000);
+    index.Insert(u"", [] { return 2; });
+    EXPECT_EQ(index.NameOf(index.Sort().front()), u"") << "in order again";
+    index.Insert(u" ", [] { return 3; });
+    index.Reserve(10'000);
+    EXPECT_EQ(index.NameOf(index.Sort()[1]), u" ") << "an index that grows keeps its order";
 }
 
 TEST(NameIndex, ANameThatComesAndGoesTakesNoMoreRoom)

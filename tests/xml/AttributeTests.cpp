@@ -39,6 +39,41 @@ TEST(Attribute, ValueIsDecodedAndNormalised)
     }
 }
 
+TEST(Attribute, ValuesOfEveryLengthAreDecodedWhereverTheyNeedIt)
+{
+    for (std::size_t size = 1; size < 20; ++size) {
+        for (std::size_t place = 0; place < size; ++place) {
+            for (const char* piece : {"x", "&amp;", "\t", "\x7F", "\xC3\xA4", "%", "'", "~", " "}) {
+                const std::string before(place, 'b');
+                const std::string after(size - place - 1, 'c');
+                const std::unique_ptr<Document> document = Parsed("<a n=\"" + before + piece + after + "\"/>");
+                std::u16string text;
+                EXPECT_TRUE(document->GetRoot().ReadAttribute(u"n", text));
+                EXPECT_EQ(text, document->GetRoot().GetAttribute(u"n").GetText()) << place << " " << piece;
+                EXPECT_EQ(text.size(), size);
+            }
+        }
+    }
+}
+
+TEST(Attribute, TwoAreReadAtOnceInAnyOrder)
+{
+    const auto read = [](std::string_view xml) {
+        std::u16string one = u"-";
+        std::u16string two = u"-";
+        const bool hasBoth = Parsed(xml)->GetRoot().ReadAttributes(u"one", one, u"two", two);
+        return Narrow(one) + " " + Narrow(two) + (hasBoth ? " both" : "");
+    };
+    EXPECT_EQ(read("<a one='1' two='2'/>"), "1 2 both");
+    EXPECT_EQ(read("<a x='0' two='2' y='0' one='1'/>"), "1 2 both");
+    EXPECT_EQ(read("<a one='' two='&amp;'/>"), " & both");
+    EXPECT_EQ(read("<a one='1'/>"), "1 -");
+    EXPECT_EQ(read("<a two='2'/>"), "- 2");
+    EXPECT_EQ(read("<a/>"), "- -");
+    std::u16string text;
+    EXPECT_FALSE(Element().ReadAttributes(u"one", text, u"two", text));
+}
+
 TEST(Attribute, NamesAreComparedAsCharactersNotAsBytes)
 {
     const std::unique_ptr<Document> document = Parsed("<a \xC3\xA9='1' c='2'/>");

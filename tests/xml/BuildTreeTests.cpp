@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/xml/XmlTestSupport.h"
 #include "xml/Exceptions.h"
 #include "xml/ExpatGate.h"
 
@@ -73,7 +74,8 @@ TEST(BuildTree, FindsWhatTheGateFindsAlone)
             for (const std::uint32_t levels : {1u, 2u, 3u, kAllLevels}) {
                 const std::string byGate = Description(
                     levels, [&] { return std::make_unique<SpanTree>(text, ExpatGate(text, encoding).ReadRest()); });
-                EXPECT_EQ(Description(levels, [&] { return BuildTree(text, encoding, levels); }), byGate) << text;
+                EXPECT_EQ(Description(levels, [&] { return BuildTree(XmlText(text, encoding), levels); }), byGate)
+                    << text;
             }
         }
     }
@@ -82,18 +84,42 @@ TEST(BuildTree, FindsWhatTheGateFindsAlone)
 TEST(BuildTree, ADeclarationMustFitTheFileAndNothingElse)
 {
     const std::string text = "<?xml version='1.0' encoding='UTF-16'?><a/>";
-    EXPECT_NO_THROW((void)BuildTree(text, std::nullopt));
-    EXPECT_NO_THROW((void)BuildTree(text, UTF_ENCODINGS::Utf16LittleEndian));
-    EXPECT_THROW((void)BuildTree(text, UTF_ENCODINGS::Utf8), ParsingException);
+    EXPECT_NO_THROW((void)BuildTree(XmlText(text)));
+    EXPECT_NO_THROW((void)BuildTree(XmlText(text, UTF_ENCODINGS::Utf16LittleEndian)));
+    EXPECT_THROW((void)BuildTree(XmlText(text, UTF_ENCODINGS::Utf8)), ParsingException);
 }
 
 TEST(BuildTree, AfterADoctypeTheScannerReadsOn)
 {
     // Only the scanner leaves elements without records.
-    const std::unique_ptr<SpanTree> tree = BuildTree("<!DOCTYPE a><a><b><c/></b></a>", std::nullopt, 2);
+    const std::unique_ptr<SpanTree> tree = BuildTree(XmlText("<!DOCTYPE a><a><b><c/></b></a>"), 2);
     const std::uint32_t last = tree->FirstChild(tree->FirstChild(SpanTree::kDocument));
     EXPECT_EQ(tree->FirstChild(last), SpanTree::kNone);
     EXPECT_TRUE(tree->MayHideElements(last));
+}
+
+struct UncheckedRow {
+    std::string_view text;
+    std::string_view refusal;
+};
+
+constexpr UncheckedRow kUnchecked[] = {
+    {"<a>\xC3\xA4</a>", "accepted"},
+    {"<!DOCTYPE a><a>\xC3\xA4</a>", "accepted"},
+    {"<a>\n\xC3\xA4\x80</a>", "2:2: not valid in its encoding"},
+    {"<a>\xED\xA0\x80</a>", "1:4: not valid in its encoding"},
+    {"<a></b>\n\x80", "2:1: not valid in its encoding"},
+    {"<!DOCTYPE a><a></b>\x80", "1:20: not valid in its encoding"},
+    {"<?xml version='1.0' encoding='EBCDIC'?><a>\x80</a>",
+     "1:1: the declared encoding is not supported or contradicts the bytes"},
+    {"<a></b>", "1:6: mismatched tag"},
+};
+
+TEST(BuildTree, BytesThatAreNotValidAreFoundBeforeAnythingElseIsWrong)
+{
+    for (const UncheckedRow& row : kUnchecked) {
+        EXPECT_EQ(Refusal(XmlText::Unchecked(std::string(row.text), UTF_ENCODINGS::Utf8)), row.refusal) << row.text;
+    }
 }
 
 }  // namespace

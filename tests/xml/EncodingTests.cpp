@@ -6,6 +6,7 @@
 namespace AdvXMLParser {
 namespace {
 
+using namespace std::string_literals;
 using namespace std::string_view_literals;
 
 struct DetectionRow {
@@ -89,6 +90,22 @@ TEST(Encoding, BytesThatAreNotValidAreRefusedAtTheirPlace)
         EXPECT_EQ(invalid.line, 1u) << row.bytes;
         EXPECT_EQ(invalid.column, row.column) << row.bytes;
     }
+}
+
+TEST(Encoding, Utf8CanBeLeftUncheckedUntilSomebodyNeedsToKnow)
+{
+    std::optional<XmlText> text = DecodeUnchecked("\xEF\xBB\xBF<a>\x80</a>", UTF_ENCODINGS::Utf8Signed);
+    ASSERT_TRUE(text);
+    EXPECT_FALSE(text->IsChecked());
+    Position invalid;
+    EXPECT_FALSE(Check(*text, &invalid));
+    EXPECT_EQ(invalid.column, 4u);
+    EXPECT_EQ(text->Utf8(), "");
+    text = DecodeUnchecked("\xEF\xBB\xBF<a/>", UTF_ENCODINGS::Utf8Signed);
+    EXPECT_TRUE(Check(*text));
+    EXPECT_TRUE(text->IsChecked());
+    EXPECT_EQ(text->Utf8(), "<a/>");
+    EXPECT_FALSE(DecodeUnchecked("<\0a"s, UTF_ENCODINGS::Utf16LittleEndian)) << "whatever is converted is checked";
 }
 
 struct Latin1Row {

@@ -42,8 +42,7 @@ TEST(FileBuffer, BytesUnderAnUnsupportedDeclarationAreRefusedByTheParserAtItsPla
     XmlText text;
     UTF_ENCODINGS encoding = UTF_ENCODINGS::Utf8;
     ReadBufferFromFile(path, text, encoding, true);
-    EXPECT_EQ(Refusal(text.Utf8(), text.Encoding()),
-              "1:1: the declared encoding is not supported or contradicts the bytes");
+    EXPECT_EQ(Refusal(std::move(text)), "1:1: the declared encoding is not supported or contradicts the bytes");
 }
 
 TEST(FileBuffer, WithoutDetectionTheGivenEncodingDecodesAndStays)

@@ -51,6 +51,15 @@ TEST(Handle, ChildrenAreElementsOnlyInDocumentOrder)
     EXPECT_EQ(names, u"bcd");
 }
 
+TEST(Handle, ChildrenAreCountedUpToALimit)
+{
+    const std::unique_ptr<Document> document = Parsed("<a>x<b><c/></b><!-- <d/> --><b/><b/></a>");
+    EXPECT_EQ(document->GetRoot().CountChildren(10), 3u);
+    EXPECT_EQ(document->GetRoot().CountChildren(2), 2u);
+    EXPECT_EQ(Child(document->GetRoot(), 1).CountChildren(10), 0u);
+    EXPECT_EQ(Element().CountChildren(10), 0u);
+}
+
 TEST(Handle, TheDocumentElementCannotBeDeleted)
 {
     EXPECT_EQ(Edited("<a/>", [](Element root) { root.Delete(); }), "<a/>");

@@ -57,15 +57,24 @@ inline std::string Narrow(std::u16string_view text)
 }
 
 /// The refusal of a text as "line:column: reason"; "accepted" when it is none.
-inline std::string Refusal(std::string_view text, std::optional<UTF_ENCODINGS> encoding = std::nullopt)
+inline std::string Refusal(XmlText text)
 {
+    const auto place = [](const auto& failure) {
+        return std::to_string(failure.GetLine()) + ":" + std::to_string(failure.GetColumn()) + ": ";
+    };
     try {
-        (void)Parsed(text, encoding);
+        (void)Parser().Parse(std::move(text));
         return "accepted";
     } catch (const ParsingException& failure) {
-        return std::to_string(failure.GetLine()) + ":" + std::to_string(failure.GetColumn()) + ": " +
-               failure.GetReason();
+        return place(failure) + failure.GetReason();
+    } catch (const InvalidTextException& failure) {
+        return place(failure) + "not valid in its encoding";
     }
+}
+
+inline std::string Refusal(std::string_view text, std::optional<UTF_ENCODINGS> encoding = std::nullopt)
+{
+    return Refusal(XmlText(std::string(text), encoding));
 }
 
 }  // namespace AdvXMLParser

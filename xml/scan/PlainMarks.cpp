@@ -50,17 +50,4 @@ std::uint32_t* FindMarksPlainly(const TextPiece& piece, std::uint32_t* marks) no
     return marks;
 }
 
-bool HoldsCharactersOnly(const TextPiece& piece) noexcept
-{
-    const char* const end = piece.text + piece.end;
-    for (const char* at = BeginOfCharacterAcross(piece.text, piece.text + piece.begin); at < end;) {
-        const std::uint32_t length = CharacterLengthAt(at);
-        if (length == 0) {
-            return false;
-        }
-        at += length;
-    }
-    return true;
-}
-
 }  // namespace AdvXMLParser

@@ -8,7 +8,4 @@ namespace AdvXMLParser {
 /// As MarkFinder::Find. The forms with vectors leave to it what is shorter than one of their blocks.
 [[nodiscard]] std::uint32_t* FindMarksPlainly(const TextPiece& piece, std::uint32_t* marks) noexcept;
 
-/// Whether all characters that have bytes in the piece are valid UTF-8 and such as XML can hold.
-[[nodiscard]] bool HoldsCharactersOnly(const TextPiece& piece) noexcept;
-
 }  // namespace AdvXMLParser
