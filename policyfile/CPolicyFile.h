@@ -86,6 +86,12 @@ private:
     [[nodiscard]] result::Code LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                           std::u16string& detail) ZUPM_REQUIRES(m_lock);
 
+    /// CommitEdit.
+    [[nodiscard]] result::Code CommitOpenEdit(bool force) ZUPM_REQUIRES(m_lock);
+    /// Replaces a locked file by the document. Without `force` only if it is the one that was loaded. What was written
+    /// counts as loaded from then on.
+    [[nodiscard]] result::Code Commit(EditedFile& file, bool force) ZUPM_REQUIRES(m_lock);
+
     /// NotInitialised, with the reason in `detail`, when these are no longer the documents. An incoming object may load
     /// another file here while it answers, and the edit was meant for the document before.
     [[nodiscard]] result::Code CheckStillLoaded(const CPolicyFileData::Documents& documents,

@@ -62,6 +62,7 @@ result::Code CPolicyFileData::DeinitializeFile() noexcept
 {
     static_cast<void>(DeinitializeTaskMap());
     static_cast<void>(DeinitializePolicyMap());
+    m_loaded = {};
     m_document.reset();
     m_retired.clear();
     m_initialised = false;
@@ -102,9 +103,14 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
         return result::AllocationFailed;
     }
     ReadProperties(document->GetRoot());
+    AdvXMLParser::TextSnapshot loaded = document->Snapshot();
     m_document = std::move(document);
-    const result::Code code = InitializePolicyMap();
-    return code < 0 ? code : InitializeTaskMap();
+    result::Code code = InitializePolicyMap();
+    code = code < 0 ? code : InitializeTaskMap();
+    if (code >= 0) {
+        m_loaded = std::move(loaded);
+    }
+    return code;
 }
 
 // Given: see docs/given-oddities.md, "entries of a failed load".
