@@ -68,6 +68,9 @@ public:
     HRESULT get_PolicyIDs(IPolicyNames** pVal) noexcept override;
     HRESULT get_TaskSoftwareIDs(IPolicyNames** pVal) noexcept override;
     HRESULT GetTaskIDs(BSTR strSoftwareID, IPolicyNames** pNames) noexcept override;
+    HRESULT get_HasChangedOnDisk(LONG* pVal) noexcept override;
+    HRESULT WriteIfUnchanged(LONG lTimeout) noexcept override;
+    HRESULT get_Notices(IPolicyNotices** pVal) noexcept override;
 
 protected:
     ~CPolicyFile() = default;
@@ -97,6 +100,11 @@ private:
     /// Replaces a locked file by the document. Without `force` only if it is the one that was loaded. What was written
     /// counts as loaded from then on.
     [[nodiscard]] result::Code Commit(EditedFile& file, bool force) ZUPM_REQUIRES(m_lock);
+
+    /// Success, FileChanged, or the code with which the comparison of the loaded file failed.
+    [[nodiscard]] result::Code CompareWithDisk() ZUPM_REQUIRES(m_lock);
+    /// WriteIfUnchanged without an open edit.
+    [[nodiscard]] result::Code WriteLoadedFile(std::chrono::milliseconds patience) ZUPM_REQUIRES(m_lock);
 
     /// NotInitialised, with the reason in `detail`, when these are no longer the documents. An incoming object may load
     /// another file here while it answers, and the edit was meant for the document before.

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "com/Log.h"
+#include "notices/NoticeFinder.h"
+#include "platform/Files.h"
 #include "settings/ParseFailure.h"
 #include "settings/Schema.h"
 #include "text/Decimal.h"
@@ -96,6 +98,7 @@ result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& d
 
 result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 {
+    m_absolutePath = AbsolutePath(m_path);
     AdvXMLParser::XmlText buffer;
     read(buffer, m_encoding);
     std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(std::move(buffer), schema::kLevelsOfFile);
@@ -133,6 +136,16 @@ void CPolicyFileData::ReadProperties(const Element& root)
             ReadVersion(child, m_properties.taskVersion);
         }
     }
+}
+
+Notices CPolicyFileData::FindNotices() const
+{
+    const AdvXMLParser::TextRuns runs = m_document->Runs();
+    if (runs.size() == 1) {
+        return NoticeFinder(runs.front()).Find();
+    }
+    const std::string text = AdvXMLParser::Joined(runs);
+    return NoticeFinder(text).Find();
 }
 
 Element CPolicyFileData::Root() const noexcept

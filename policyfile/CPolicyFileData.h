@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "notices/Notices.h"
 #include "policyfile/PolicyFileProperties.h"
 #include "settings/CElementRef.h"
 #include "settings/NameIndex.h"
@@ -106,6 +107,12 @@ public:
     [[nodiscard]] AdvXMLParser::TextSnapshot Snapshot() const { return m_document->Snapshot(); }
     /// Makes the text that a snapshot holds the one of LoadedBytes: it was written where the file was loaded from.
     void KeepAsLoaded(AdvXMLParser::TextSnapshot written) noexcept { m_loaded = std::move(written); }
+    /// The path that was loaded, as it is found from every folder.
+    [[nodiscard]] const std::u16string& LoadedPath() const noexcept { return m_absolutePath; }
+
+    /// What is odd in the document as it is now; there must be a document. Throws std::bad_alloc.
+    [[nodiscard]] Notices FindNotices() const;
+
     /// The encoding of the last file whose bytes could be read as text, even if that text could not be parsed. It is
     /// the encoding of the document, if there is one.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
@@ -131,6 +138,7 @@ private:
     AdvXMLParser::TextSnapshot m_loaded;  ///< of `m_document`; empty unless the load succeeded
     Documents m_retired;                  ///< documents of failed loads, which entries of the indexes still point into
     std::u16string m_path;
+    std::u16string m_absolutePath;
     bool m_initialised = false;
     PolicyFileProperties& m_properties;
     AdvXMLParser::UTF_ENCODINGS m_encoding = AdvXMLParser::UTF_ENCODINGS::Utf8;

@@ -35,7 +35,7 @@ std::uint32_t HashOf(std::basic_string_view<Character> name) noexcept
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
     std::uint64_t hash = seed ^ name.size();
     std::uint64_t words[2];
-    constexpr std::size_t kBlock = sizeof(words) / sizeof(Character);
+    constexpr std::size_t kBlock = 16 / sizeof(Character);
     for (; name.size() > kBlock; name.remove_prefix(kBlock)) {
         std::memcpy(words, name.data(), sizeof(words));
         hash = Mix(words[0] ^ seed ^ kSpread, words[1] ^ hash);
