@@ -69,8 +69,11 @@ result::Code CSectionParser::GetSettingValue(std::u16string_view section, std::u
                                              std::u16string& value)
 {
     const CriticalSectionLock lock(m_lock);
+    if (!m_initialised) {
+        return result::CursorNotInitialised;
+    }
     std::u16string raw;
-    if (const result::Code code = GetStoredValue(section, setting, raw); code < 0) {
+    if (const result::Code code = m_store->GetSettingValue(section, setting, raw); code < 0) {
         return code;
     }
     int flags = 1;
