@@ -77,6 +77,11 @@ struct MemberRow {
     HRESULT (*call)(World& world);
 };
 
+ComPtr<IPolicyFileContents> ContentsOf(const World& world)
+{
+    return ComPtr<IPolicyFile>(world.file.Get()).Query<IPolicyFileContents>();
+}
+
 constexpr MemberRow kFileMembers[] = {
     {"InitializeFile", ObjectLock::Taken, [](World& w) { return w.file->InitializeFile(w.path.Get(), 0); }},
     {"GetPolicy", ObjectLock::Taken, [](World& w) { return w.file->GetPolicy(w.a.Get(), w.object.Slot()); }},
@@ -94,6 +99,13 @@ constexpr MemberRow kFileMembers[] = {
     {"CreatePolicy", ObjectLock::NotTaken, [](World& w) { return w.file->CreatePolicy(w.newPolicy.Slot()); }},
     {"RemovePolicy", ObjectLock::Taken, [](World& w) { return w.file->RemovePolicy(w.a.Get()); }},
     {"RemoveTask", ObjectLock::Taken, [](World& w) { return w.file->RemoveTask(w.a.Get(), w.one.Get()); }},
+};
+
+constexpr MemberRow kFileOnDiskMembers[] = {
+    {"HasChangedOnDisk", ObjectLock::Taken,
+     [](World& w) { return ContentsOf(w)->get_HasChangedOnDisk(w.number.Slot()); }},
+    {"WriteIfUnchanged", ObjectLock::Taken, [](World& w) { return ContentsOf(w)->WriteIfUnchanged(0); }},
+    {"Notices", ObjectLock::Taken, [](World& w) { return ContentsOf(w)->get_Notices(ComPtr<IPolicyNotices>().Put()); }},
 };
 
 constexpr MemberRow kProductMembers[] = {
@@ -178,6 +190,8 @@ TEST(ObjectLocks, OfAPolicyFile_AreTakenByEverythingButPropertiesAndBlankObjects
 {
     World world;
     ExpectLockUse(world, kFileMembers, LockOf(world));
+    // The call before has written elsewhere, and the file that was loaded is as it was.
+    ExpectLockUse(world, kFileOnDiskMembers, LockOf(world));
 }
 
 TEST(ObjectLocks, OfAProduct_AreTakenByEverythingButSectionAndPutSectionSetting)
