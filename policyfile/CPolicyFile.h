@@ -30,7 +30,9 @@ class CTaskInfo;
 ///           finds the object between two steps of an edit, but never freed memory; if it loads a file, the edit ends.
 /// Errors    An edit checks read-only first. It empties its index before it changes the document and rebuilds the index
 ///           last. After a failure in between the index stays empty; nothing is rolled back.
-class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, IID_IPolicyFileEdit>> {
+class CPolicyFile
+    : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, &PolicyFileEditInterface>,
+                        AlsoImplements<IPolicyFileContents, &PolicyFileContentsInterface>> {
 public:
     static constexpr std::u16string_view kCoclass = u"PolicyFile";
     static constexpr std::u16string_view kCreation = u"CPolicyFile::FinalConstruct()";
@@ -63,6 +65,13 @@ public:
     HRESULT CommitEdit(LONG bForce) noexcept override;
     HRESULT EndEdit() noexcept override;
 
+    HRESULT get_PolicyIDs(IPolicyNames** pVal) noexcept override;
+    HRESULT get_TaskSoftwareIDs(IPolicyNames** pVal) noexcept override;
+    HRESULT GetTaskIDs(BSTR strSoftwareID, IPolicyNames** pNames) noexcept override;
+    HRESULT get_HasChangedOnDisk(LONG* pVal) noexcept override;
+    HRESULT WriteIfUnchanged(LONG lTimeout) noexcept override;
+    HRESULT get_Notices(IPolicyNotices** pVal) noexcept override;
+
 protected:
     ~CPolicyFile() = default;
 
@@ -85,6 +94,17 @@ private:
     [[nodiscard]] result::Code CheckEditOpen() const noexcept ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                           std::u16string& detail) ZUPM_REQUIRES(m_lock);
+
+    /// CommitEdit.
+    [[nodiscard]] result::Code CommitOpenEdit(bool force) ZUPM_REQUIRES(m_lock);
+    /// Replaces a locked file by the document. Without `force` only if it is the one that was loaded. What was written
+    /// counts as loaded from then on.
+    [[nodiscard]] result::Code Commit(EditedFile& file, bool force) ZUPM_REQUIRES(m_lock);
+
+    /// Success, FileChanged, or the code with which the comparison of the loaded file failed.
+    [[nodiscard]] result::Code CompareWithDisk() ZUPM_REQUIRES(m_lock);
+    /// WriteIfUnchanged without an open edit.
+    [[nodiscard]] result::Code WriteLoadedFile(std::chrono::milliseconds patience) ZUPM_REQUIRES(m_lock);
 
     /// NotInitialised, with the reason in `detail`, when these are no longer the documents. An incoming object may load
     /// another file here while it answers, and the edit was meant for the document before.
@@ -113,6 +133,10 @@ private:
                                             std::u16string& detail) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code WriteTask(std::u16string_view xml, const AdvXMLParser::Element& group,
                                          std::u16string& detail) ZUPM_REQUIRES(m_lock);
+
+    /// Hands out the names that `names(data)` gives; NotInitialised.
+    template <class Names>
+    [[nodiscard]] HRESULT ListNames(std::u16string_view operation, IPolicyNames** slot, Names names) noexcept;
 
     [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)
