@@ -40,12 +40,15 @@ void DemandNoStrayFiles()
     }
 }
 
-bool TakesPath(const InterfaceDescription& description, DISPID id)
+bool TakesPath(Interfaces interfaces, DISPID id)
 {
-    return std::any_of(description.members.begin(), description.members.end(), [&](const Member& member) {
+    const auto takesPath = [&](const Member& member) {
         return member.id == id && !member.parameters.empty() &&
                (member.parameters.front().name == u"strPolicyFile" ||
                 member.parameters.front().name == u"bstrFileName");
+    };
+    return std::ranges::any_of(interfaces, [&](const InterfaceDescription* description) {
+        return std::ranges::any_of(description->members, takesPath);
     });
 }
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "com/Dispatch.h"
+#include "fuzz/calls/Objects.h"
 #include "fuzz/support/Input.h"
 
 namespace zupm::fuzz {
@@ -16,7 +16,7 @@ void ResetFiles(std::string_view input);
 void DemandNoStrayFiles();
 
 /// Whether a member takes a path; by its number, because a call by name may mean any row of that number.
-[[nodiscard]] bool TakesPath(const InterfaceDescription& description, DISPID id);
+[[nodiscard]] bool TakesPath(Interfaces interfaces, DISPID id);
 
 /// The sample's path.
 [[nodiscard]] std::u16string SamplePath();

@@ -27,7 +27,8 @@ Target PickTarget(Input& input, const InterfaceDescription& description)
     const Member& member = description.members[input.UpTo(description.members.size() - 1)];
     Target target{&member, member.id, static_cast<WORD>(member.kind)};
     if (input.UpTo(15) == 15) {
-        target.id = input.UpTo<DISPID>(24) - 4;
+        // Of the members with higher numbers some take a path, and the arguments are made for another one.
+        target.id = input.Flag() ? 1000 + input.UpTo<DISPID>(8) : input.UpTo<DISPID>(24) - 4;
     }
     if (input.UpTo(15) == 15) {
         target.flags = input.UpTo(kAllFlags);
@@ -97,9 +98,9 @@ void CallByName(Input& input, Objects& objects)
         return;
     }
     const test::ComPtr<IDispatch> object = live->object;
-    const InterfaceDescription& description = *live->description;
-    const Target target = PickTarget(input, description);
-    Variants variants(input, objects, TakesPath(description, target.id));
+    const Interfaces interfaces = live->interfaces;
+    const Target target = PickTarget(input, live->Pick(input));
+    Variants variants(input, objects, TakesPath(interfaces, target.id));
     Invoke(input, objects, *object.Get(), target, MakeArguments(input, variants, *target.member));
 }
 
@@ -109,7 +110,8 @@ void AskForNumbers(Input& input, Objects& objects)
     if (live == nullptr) {
         return;
     }
-    const Member& member = live->description->members[input.UpTo(live->description->members.size() - 1)];
+    const InterfaceDescription& description = live->Pick(input);
+    const Member& member = description.members[input.UpTo(description.members.size() - 1)];
     std::u16string known(member.name);
     std::u16string other =
         member.parameters.empty() || input.Flag() ? input.Text(kTexts) : std::u16string(member.parameters.front().name);

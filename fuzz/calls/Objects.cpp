@@ -1,5 +1,6 @@
 #include "fuzz/calls/Objects.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -21,12 +22,35 @@ constexpr std::size_t kMostObjects = 12;
 constexpr std::size_t kMostForeignObjects = 4;
 constexpr int kMostCallBacks = 8;
 
-const InterfaceDescription& DescriptionOf(std::size_t classIndex)
+/// What every kind of object has, those of the classes first, in the order of the classes.
+std::span<const Interfaces> AllKinds()
 {
-    const InterfaceDescription* const all[] = {&TaskInfoInterface(), &PolicyTaskInterface(), &PolicyProductInterface(),
-                                               &PolicyFileInterface()};
-    static_assert(std::size(all) == std::size(kClasses));
-    return *all[classIndex];
+    static const InterfaceDescription* const tasks[] = {&TaskInfoInterface()};
+    static const InterfaceDescription* const task[] = {&PolicyTaskInterface(), &PolicySectionsInterface()};
+    static const InterfaceDescription* const product[] = {&PolicyProductInterface(), &PolicySectionsInterface()};
+    static const InterfaceDescription* const file[] = {&PolicyFileInterface(), &PolicyFileContentsInterface(),
+                                                       &PolicyFileEditInterface()};
+    static const InterfaceDescription* const names[] = {&PolicyNamesInterface()};
+    static const Interfaces all[] = {tasks, task, product, file, names};
+    static_assert(std::size(all) == std::size(kClasses) + 1);
+    return all;
+}
+
+/// Goes over a list of names to its end, twice.
+void DemandNames(IEnumVARIANT& names)
+{
+    ComPtr<IEnumVARIANT> copy;
+    Demand(names.Clone(copy.Put()) == S_OK && copy, "an enumerator is copied");
+    ULONG count = 0;
+    VARIANT value{};
+    while (names.Next(1, &value, nullptr) == S_OK) {
+        Demand(value.vt == VT_BSTR && value.bstrVal != nullptr, "a name is a string");
+        static_cast<void>(VariantClear(&value));
+        ++count;
+    }
+    Demand(value.vt == VT_EMPTY, "after the end there is no value");
+    Demand(copy->Skip(count) == S_OK && copy->Skip(1) == S_FALSE, "a copy has as many names");
+    Demand(names.Reset() == S_OK, "an enumerator starts over");
 }
 
 ComPtr<IUnknown> CreateThroughFactory(REFCLSID clsid)
@@ -103,14 +127,23 @@ void Objects::Add(ComPtr<IUnknown> object)
     if (!object || m_objects.size() == kMostObjects) {
         return;
     }
-    for (std::size_t i = 0; i < std::size(kClasses); ++i) {
-        ComPtr<IDispatch> called;
-        if (object->QueryInterface(kClasses[i].iid, called.PutVoid()) == S_OK) {
-            m_objects.push_back({std::move(called), &DescriptionOf(i)});
-            return;
-        }
+    if (const auto names = object.Query<IEnumVARIANT>()) {
+        DemandNames(*names);
+        return;
     }
-    Demand(false, "an object has the interface of its class");
+    const bool isAdded =
+        std::ranges::any_of(AllKinds(), [&](const Interfaces& interfaces) { return AddAs(object, interfaces); });
+    Demand(isAdded, "an object has the interface of its class");
+}
+
+bool Objects::AddAs(const ComPtr<IUnknown>& object, Interfaces interfaces)
+{
+    ComPtr<IDispatch> called;
+    if (object->QueryInterface(interfaces.front()->iid, called.PutVoid()) != S_OK) {
+        return false;
+    }
+    m_objects.push_back({std::move(called), interfaces});
+    return true;
 }
 
 void Objects::Drop(Input& input)
@@ -126,13 +159,14 @@ void Objects::Query(Input& input)
     if (live == nullptr) {
         return;
     }
-    const IID* const ids[] = {&IID_IUnknown, &IID_IDispatch, &IID_ISupportErrorInfo, &IID_IClassFactory, &IID_NULL};
+    const IID* const ids[] = {&IID_IUnknown,      &IID_IDispatch, &IID_ISupportErrorInfo,
+                              &IID_IClassFactory, &IID_NULL,      &live->Pick(input).iid};
     ComPtr<IUnknown> other;
     const HRESULT code = live->object->QueryInterface(*ids[input.UpTo(std::size(ids) - 1)], other.PutVoid());
     Demand((code == S_OK && other) || (code == E_NOINTERFACE && !other), "asking for an interface gives it or null");
     Demand(live->object->QueryInterface(IID_IUnknown, nullptr) == E_POINTER, "a null slot is refused");
     if (const auto support = live->object.Query<ISupportErrorInfo>()) {
-        Demand(support->InterfaceSupportsErrorInfo(live->description->iid) == S_OK, "failures leave error information");
+        Demand(support->InterfaceSupportsErrorInfo(live->Pick(input).iid) == S_OK, "failures leave error information");
         Demand(support->InterfaceSupportsErrorInfo(IID_IUnknown) == S_FALSE, "other interfaces leave none");
     }
     Add(other);

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "com/Dispatch.h"
@@ -12,10 +13,19 @@
 
 namespace zupm::fuzz {
 
-/// One object of the component, with the interface that it is called through.
+/// The interfaces that the objects of one kind have: the dual one, and those beside it.
+using Interfaces = std::span<const InterfaceDescription* const>;
+
+/// One object of the component, with its dual interface.
 struct LiveObject {
     test::ComPtr<IDispatch> object;
-    const InterfaceDescription* description = nullptr;
+    Interfaces interfaces;
+
+    /// One of its interfaces.
+    [[nodiscard]] const InterfaceDescription& Pick(Input& input) const
+    {
+        return *interfaces[input.UpTo(interfaces.size() - 1)];
+    }
 };
 
 class Objects;
@@ -52,6 +62,8 @@ public:
 
 private:
     void Add(test::ComPtr<IUnknown> object);
+    /// Adds an object that has this interface, its dual one; false when it is another object.
+    [[nodiscard]] bool AddAs(const test::ComPtr<IUnknown>& object, Interfaces interfaces);
     [[nodiscard]] IUnknown* MakeForeign(Input& input);
     void CallBack(Input& input);
 

@@ -78,10 +78,12 @@ public:
     SlotCall(Input& input, Objects& objects, const LiveObject& live)
         : m_input(input),
           m_objects(objects),
-          m_object(live.object),
-          m_description(*live.description),
+          m_interfaces(live.interfaces),
+          m_description(live.Pick(input)),
           m_member(m_description.members[input.UpTo(m_description.members.size() - 1)])
     {
+        Demand(live.object->QueryInterface(m_description.iid, m_object.PutVoid()) == S_OK,
+               "an object has its interfaces");
     }
 
     void Run()
@@ -104,10 +106,12 @@ private:
         Argument argument = NullSlot();
         switch (type) {
             case ParameterType::String:
-                return operand.Text(TakesPath(m_description, m_member.id) ? MakePath(m_input) : m_input.Text(kTexts),
+                return operand.Text(TakesPath(m_interfaces, m_member.id) ? MakePath(m_input) : m_input.Text(kTexts),
                                     isNull);
             case ParameterType::Number:
-                argument.number = isNull ? m_input.Number() : m_input.UpTo<LONG>(1);
+                // Beside a path it may be a time to wait.
+                argument.number =
+                    isNull && !TakesPath(m_interfaces, m_member.id) ? m_input.Number() : m_input.UpTo<LONG>(1);
                 return argument;
             case ParameterType::Object:
                 argument.object = m_objects.PickArgument(m_input);
@@ -155,7 +159,8 @@ private:
 
     Input& m_input;
     Objects& m_objects;
-    test::ComPtr<IDispatch> m_object;
+    test::ComPtr<IUnknown> m_object;
+    Interfaces m_interfaces;
     const InterfaceDescription& m_description;
     const Member& m_member;
     std::array<Argument, kMostParameters> m_arguments{};

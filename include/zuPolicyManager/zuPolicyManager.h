@@ -375,7 +375,7 @@ struct IPolicyNotices : IDispatch {
 
 /// What a policy file has, and the file on disk: a second interface of every policy file object, found by
 /// QueryInterface. It lists what IPolicyFile::GetPolicy and GetTask find at the moment of the call, in the order of the
-/// file; of equal IDs the first. While an edit has failed half way, that may be nothing (see IPolicyFile::AddTask).
+/// file; of equal IDs the first. After an edit that failed half way that may be nothing (see IPolicyFile::AddTask).
 struct IPolicyFileContents : IUnknown {
     /// [1001] The software IDs of the product policies. -4 nothing is loaded.
     virtual HRESULT get_PolicyIDs(IPolicyNames** pVal) = 0;

@@ -2,6 +2,7 @@
 #include "com/ObjectForms.h"
 #include "policy/CPolicyProduct.h"
 #include "tests/policy/PolicyTest.h"
+#include "tests/support/Names.h"
 #include "xml/Document.h"
 #include "xml/Node.h"
 #include "zuPolicyManager/Owners.h"
@@ -45,6 +46,14 @@ TEST_F(ProductBinding, ToAnUnknownIdFailsAndKeepsTheIdButNoData)
     EXPECT_EQ(m_product.PutCurrent(u"x", u"1"), result::NotInitialised);
     EXPECT_EQ(m_product.RemoveSetting(u"S", u"x"), result::NotInitialised);
     EXPECT_EQ(m_product.RemoveSection(u"S"), result::NotInitialised);
+    EXPECT_EQ(ListOf([&](IPolicyNames** names) { return m_object->get_SectionNames(names); }),
+              NoneFor(result::NotInitialised));
+    EXPECT_EQ(ListOf([&](IPolicyNames** names) { return m_object->GetSettingNames(name.Get(), names); }),
+              NoneFor(result::NotInitialised));
+    EXPECT_EQ(m_object->GetStoredSetting(name.Get(), name.Get(), slot.Slot()), result::NotInitialised);
+    EXPECT_TRUE(slot.Untouched());
+    EXPECT_EQ(m_object->get_TakenVersion(slot.Slot()), 0);
+    EXPECT_EQ(slot.Text(), u"") << "the policy that was searched has none";
 }
 
 TEST_F(ProductBinding, ThatFailed_MakesPutSoftwareIdSucceedWithoutEffect)

@@ -94,6 +94,28 @@ TEST_F(PolicyFileByName, Objects_AreReturnedThroughSlots)
     EXPECT_TRUE(newTask.Take());
 }
 
+TEST_F(PolicyFileByName, EditInPlace_IsDoneByNameToo)
+{
+    const std::u16string path = m_folder.Write(u"policy.xml", kFile);
+    EXPECT_EQ(Member(u"HasFileChanged").ForResult().code, result::NotInitialised);
+    EXPECT_EQ(Member(u"OpenForEdit").In(path).In(LONG{0}).Call().code, 0);
+    const CallOutcome changed = Member(u"HasFileChanged").ForResult();
+    EXPECT_EQ(changed.type, VT_I4);
+    EXPECT_EQ(changed.number, 0);
+    OutNumber slot;
+    EXPECT_EQ(Member(u"HasFileChanged").Out(slot).Call().code, 0);
+    EXPECT_EQ(slot.Value(), 0);
+    EXPECT_EQ(Member(u"RemovePolicy").In(u"A").Call().code, 0);
+    EXPECT_EQ(Member(u"RehearseCommit").In(LONG{0}).Call().code, 0);
+    EXPECT_EQ(Member(u"CommitEdit").In(LONG{0}).Call().code, 0);
+    EXPECT_EQ(m_folder.Read(u"policy.xml").find("<Product"), std::string::npos);
+    const CallOutcome ended = Member(u"CommitEdit").In(LONG{0}).Call();
+    EXPECT_EQ(ended.invoked, DISP_E_EXCEPTION);
+    EXPECT_EQ(ended.code, result::NotInitialised);
+    EXPECT_EQ(Member(u"EndEdit").Call().code, 0);
+    EXPECT_EQ(Member(u"EndEdit").In(LONG{0}).Call().code, DISP_E_BADPARAMCOUNT);
+}
+
 TEST_F(PolicyFileByName, Edits_TakeObjectsAsArguments)
 {
     ASSERT_EQ(LoadText(kFile), 0);

@@ -1,5 +1,6 @@
 // What a policy file has, listed: IPolicyFileContents.
 #include "PolicyFileTest.h"
+#include "tests/support/ActingObjects.h"
 #include "tests/support/MemberCall.h"
 #include "tests/support/Names.h"
 
@@ -148,6 +149,22 @@ TEST_F(PolicyFileContents, ListThatWasHandedOutStaysAsItIs)
     ASSERT_EQ(LoadText("<R/>"), 0);
     m_file = PolicyFileClient();
     EXPECT_EQ(ReadNames(*names), (Names{u"Zeta", u"alpha", u"Alpha"}));
+}
+
+TEST_F(PolicyFileContents, ListsNothingThatAnEditWhichFailedHalfWayHides)
+{
+    ASSERT_EQ(LoadText(kFile), 0);
+    ActingProduct product({0, u"Zeta"}, {0, u"<not well-formed"});
+    ASSERT_EQ(m_file.Object()->AddPolicy(&product, 1), result::SyntaxError);
+    ASSERT_EQ(m_file.FindPolicy(u"alpha"), result::PolicyNotFound);
+    EXPECT_EQ(PolicyIDs(), AllOf({}));
+    EXPECT_EQ(TaskSoftwareIDs(), AllOf({u"Zeta", u"Alpha"})) << "tasks have an index of their own";
+    ActingTask task({0, u"Zeta"}, {0, u"9"}, {0, u"<not well-formed"});
+    ASSERT_EQ(m_file.Object()->AddTask(&task, 1), result::SyntaxError);
+    EXPECT_EQ(TaskSoftwareIDs(), AllOf({}));
+    EXPECT_EQ(TaskIDs(u"Zeta"), AllOf({}));
+    ASSERT_EQ(m_file.Add(m_file.NewPolicy(u"New")), 0);
+    EXPECT_EQ(PolicyIDs(), AllOf({u"alpha", u"New", u"Alpha"})) << "the old one was removed before the edit failed";
 }
 
 TEST_F(PolicyFileContents, FailsWhileNothingIsLoaded)

@@ -28,7 +28,10 @@ Names ReadRest(IEnumVARIANT& names)
     Names all;
     VARIANT value{};
     while (names.Next(1, &value, nullptr) == S_OK) {
-        all.push_back(value.vt == VT_BSTR ? Text(value.bstrVal) : u"(no string)");
+        if (value.vt != VT_BSTR) {
+            throw std::runtime_error("the enumerator gives no string");
+        }
+        all.push_back(Text(value.bstrVal));
         static_cast<void>(VariantClear(&value));
     }
     return all;

@@ -31,6 +31,11 @@ TEST_F(UnloadedTask, EverySectionOperationIsRefused)
     EXPECT_EQ(m_data.PutSectionSetting(u"S", u"x", u"1"), result::NotInitialised);
     EXPECT_EQ(m_data.RemoveSetting(u"S", u"x"), result::NotInitialised);
     EXPECT_EQ(m_data.RemoveSection(u"S"), result::NotInitialised);
+    EXPECT_EQ(m_data.GetStoredSetting(u"S", u"x", value), result::NotInitialised);
+    EXPECT_EQ(value, u"untouched");
+    NameList names;
+    EXPECT_EQ(m_data.GetSectionNames(names), result::NotInitialised);
+    EXPECT_EQ(m_data.GetSettingNames(u"S", names), result::NotInitialised);
 }
 
 TEST_F(UnloadedTask, CopyingIsRefusedAndChangesNothing)
