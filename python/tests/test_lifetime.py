@@ -130,15 +130,17 @@ def test_closing_while_another_thread_reads_is_safe(policy_path: pathlib.Path) -
                     file.policies["PRODUCTA1000"].to_dict()
                     file.to_xml()
                     started.set()
-            except ValueError as error:
-                outcome.append(str(error))
+            except BaseException as error:
+                outcome.append(repr(error))
+            finally:
+                started.set()
 
         thread = threading.Thread(target=read)
         thread.start()
         started.wait()
         file.close()
         thread.join()
-        assert len(outcome) == 1 and "closed" in outcome[0]
+        assert len(outcome) == 1 and "ValueError" in outcome[0] and "closed" in outcome[0]
 
 
 def test_other_threads_run_while_one_waits_for_a_lock(policy_path: pathlib.Path) -> None:

@@ -68,7 +68,7 @@ def test_an_interface_is_as_the_header_declares_it(interface: table.Interface) -
     base, methods = _declared_interfaces()[interface.name]
     assert interface.base == base
     assert [tuple(method) for method in interface.methods] == methods
-    assert _declared_identifiers()[f"IID_{interface.name}"] == interface.identifier
+    assert _declared_identifiers()[f"IID_{interface.name}"] == UUID(bytes_le=interface.identifier)
 
 
 def test_every_interface_of_a_policy_file_is_in_the_table() -> None:
@@ -77,7 +77,7 @@ def test_every_interface_of_a_policy_file_is_in_the_table() -> None:
 
 
 def test_the_class_is_the_one_of_the_header() -> None:
-    assert _declared_identifiers()["CLSID_PolicyFile"] == table.CLSID_POLICY_FILE
+    assert _declared_identifiers()["CLSID_PolicyFile"] == UUID(bytes_le=table.CLSID_POLICY_FILE)
 
 
 @pytest.mark.parametrize("base", sorted(table.BASE_SLOTS))

@@ -39,7 +39,6 @@ _TYPES: Dict[str, Any] = {
 
 Argument = Union[str, int, "Reference"]
 Function = Callable[..., int]
-Methods = Dict[str, Tuple[Function, Tuple[str, ...]]]
 
 _query_type = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, ctypes.c_char_p, ctypes.c_void_p)
 _release_type = ctypes.CFUNCTYPE(ctypes.c_uint32, ctypes.c_void_p)
@@ -57,28 +56,42 @@ def _count_fork() -> None:
 
 os.register_at_fork(after_in_child=_count_fork)
 
-# Objects of one class share a vtable, so there are a few entries. The component is never unloaded.
-_methods: Dict[Tuple[int, str], Tuple[Methods, Function]] = {}
-
-
 def _function(vtable: int, slot: int, type_: Any) -> Function:
     address = ctypes.c_void_p.from_address(vtable + slot * _POINTER_BYTES).value
     function: Function = type_(address)
     return function
 
 
-def _methods_of(pointer: int, interface: table.Interface) -> Tuple[Methods, Function]:
+class _Methods(Dict[str, Tuple[Function, Tuple[str, ...]]]):
+    """The methods of one interface in one vtable, by name. Each is made when it is first called."""
+
+    def __init__(self, vtable: int, interface: table.Interface) -> None:
+        super().__init__()
+        self._vtable = vtable
+        self._first = table.BASE_SLOTS[interface.base]
+        self._slots = {method.name: slot for slot, method in enumerate(interface.methods)}
+        self._interface = interface
+        self.query = _function(vtable, table.QUERY_INTERFACE_SLOT, _query_type)
+        self.release = _function(vtable, table.RELEASE_SLOT, _release_type)
+
+    def __missing__(self, name: str) -> Tuple[Function, Tuple[str, ...]]:
+        slot = self._slots[name]
+        kinds = self._interface.methods[slot].parameters
+        type_ = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, *(_TYPES[kind] for kind in kinds))
+        found = self[name] = _function(self._vtable, self._first + slot, type_), kinds
+        return found
+
+
+# Objects of one class share a vtable, so there are a few entries. The component is never unloaded.
+_methods: Dict[Tuple[int, str], _Methods] = {}
+
+
+def _methods_of(pointer: int, interface: table.Interface) -> _Methods:
     vtable = ctypes.c_void_p.from_address(pointer).value
     assert vtable is not None
     found = _methods.get((vtable, interface.name))
-    if found is not None:
-        return found
-    methods: Methods = {}
-    for slot, method in enumerate(interface.methods, table.BASE_SLOTS[interface.base]):
-        type_ = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, *(_TYPES[kind] for kind in method.parameters))
-        methods[method.name] = (_function(vtable, slot, type_), method.parameters)
-    found = methods, _function(vtable, table.RELEASE_SLOT, _release_type)
-    _methods[vtable, interface.name] = found
+    if found is None:
+        found = _methods[vtable, interface.name] = _Methods(vtable, interface)
     return found
 
 
@@ -103,18 +116,18 @@ def text_at(runtime: Library, string: Optional[int]) -> str:
 class Reference:
     """One reference to an object, by one of its interfaces."""
 
-    __slots__ = ("pointer", "_methods", "_release", "_forks", "__weakref__")
+    __slots__ = ("pointer", "_methods", "_forks", "__weakref__")
 
     def __init__(self, pointer: int, interface: table.Interface) -> None:
         """Takes over a reference that the caller owns."""
-        self._forks = _Process.forks
         self.pointer = pointer
-        self._methods, self._release = _methods_of(pointer, interface)
+        self._methods = _methods_of(pointer, interface)
+        self._forks = _Process.forks
 
     # The defaults keep alive what is needed when the interpreter ends.
     def __del__(self, process: Type[_Process] = _Process) -> None:
         if self._forks == process.forks:
-            self._release(self.pointer)
+            self._methods.release(self.pointer)
 
     def method(self, name: str) -> Function:
         """The bare function of a method: takes the pointer and what the slot takes. For loops that must be fast."""
@@ -153,10 +166,7 @@ class Reference:
         """Another interface of the same object. Raises LibraryNotFound when the component is too old to have it."""
         self.check_process()
         slot = ctypes.c_void_p()
-        vtable = ctypes.c_void_p.from_address(self.pointer).value
-        assert vtable is not None
-        function = _query_function(vtable)
-        code = function(self.pointer, interface.identifier.bytes_le, ctypes.byref(slot))
+        code = self._methods.query(self.pointer, interface.identifier, ctypes.byref(slot))
         if code < 0 or not slot.value:
             raise LibraryNotFound(code, f"The component that was loaded is too old: it has no {interface.name}.")
         return Reference(slot.value, interface)
@@ -196,15 +206,6 @@ class Reference:
 
 
 _UNKNOWN = table.Interface("IUnknown", table.POLICY_FILE.identifier, "IUnknown", ())
-
-_queries: Dict[int, Function] = {}
-
-
-def _query_function(vtable: int) -> Function:
-    function = _queries.get(vtable)
-    if function is None:
-        function = _queries[vtable] = _function(vtable, table.QUERY_INTERFACE_SLOT, _query_type)
-    return function
 
 
 def new_policy_file() -> Reference:

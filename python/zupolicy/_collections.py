@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Collection, Iterator, List, Mapping, MutableMapping, Optional, Tuple, TypeVar, Union
+from typing import TYPE_CHECKING, Collection, Dict, Iterator, List, Mapping, MutableMapping, Optional, Tuple, TypeVar, Union
 
 from ._entries import Policy, Task
 from ._errors import NotFound
@@ -31,6 +31,13 @@ class Policies(MutableMapping[str, Policy]):
     def create(self, software_id: str, sections: Optional[Sections] = None) -> Policy:
         """Adds a policy to the file's document. ValueError: there is one already."""
         return self._file._create_policy(software_id, sections or {})
+
+    def to_dict(self) -> Dict[str, Dict[str, Dict[str, str]]]:
+        """A copy: every policy with its sections and the stored texts of its settings.
+
+        Many times as fast as asking for each of them.
+        """
+        return self._file._all_settings()
 
     def __getitem__(self, software_id: str) -> Policy:
         return self._file._policy(software_id)

@@ -17,6 +17,7 @@ from ._collections import Policies, Sections, Tasks
 from ._entries import Entry, Policy, Task, absolute
 from ._errors import Error, InvalidText, Locked, NotFound
 from ._names import Notice, names_of, notices_of
+from ._text import AllSettings, products_of, sections_of
 from ._results import NOT_INITIALISED, UNEXPECTED, WRITTEN_NOT_FLUSHED
 
 Key = Tuple[str, str]
@@ -264,6 +265,15 @@ class File:
                     raise NotFound(error.code, f"There is no policy {software_id!r} in {self!r}.") from None
                 policy = self._policy_cache[software_id] = Policy(found, software_id, self)
             return policy
+
+    def _all_settings(self) -> AllSettings:
+        with self._lock:
+            document = self.to_xml()
+            found: AllSettings = {}
+            for software_id, content in products_of(document, self._policy_ids()):
+                sections = sections_of(content)
+                found[software_id] = self._policy(software_id).to_dict() if sections is None else sections
+            return found
 
     def _task(self, key: Key) -> Task:
         reference = self._object()

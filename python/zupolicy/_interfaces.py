@@ -6,7 +6,6 @@ This table is the only place that knows a slot. A test compares it with the publ
 from __future__ import annotations
 
 from typing import Dict, NamedTuple, Tuple
-from uuid import UUID
 
 # The kinds of parameters. An output is the last parameter of its method.
 TEXT = "text"  #: a string that the caller keeps
@@ -28,7 +27,7 @@ class Interface(NamedTuple):
     """One interface: how many slots its base has, and its own methods in the order of their slots."""
 
     name: str
-    identifier: UUID
+    identifier: bytes
     base: str
     methods: Tuple[Method, ...]
 
@@ -39,7 +38,14 @@ BASE_SLOTS: Dict[str, int] = {"IUnknown": 3, "IDispatch": 7}
 QUERY_INTERFACE_SLOT = 0
 RELEASE_SLOT = 2
 
-CLSID_POLICY_FILE = UUID("A5B589D5-CFB6-4E9A-9455-39963CBF74CB")
+
+def identifier_of(text: str) -> bytes:
+    """An identifier as it lies in memory: three numbers with their low bytes first, then eight bytes."""
+    data = bytes.fromhex(text.replace("-", ""))
+    return data[3::-1] + data[5:3:-1] + data[7:5:-1] + data[8:]
+
+
+CLSID_POLICY_FILE = identifier_of("A5B589D5-CFB6-4E9A-9455-39963CBF74CB")
 
 
 def _method(name: str, *parameters: str) -> Method:
@@ -48,7 +54,7 @@ def _method(name: str, *parameters: str) -> Method:
 
 POLICY_FILE = Interface(
     "IPolicyFile",
-    UUID("9F576BE8-B305-4494-93D8-A7A623BDFB9C"),
+    identifier_of("9F576BE8-B305-4494-93D8-A7A623BDFB9C"),
     "IDispatch",
     (
         _method("AddTask", OBJECT, NUMBER),
@@ -71,7 +77,7 @@ POLICY_FILE = Interface(
 
 POLICY_FILE_EDIT = Interface(
     "IPolicyFileEdit",
-    UUID("BCFAFCBC-1EDB-483E-8196-C2EB685A9521"),
+    identifier_of("BCFAFCBC-1EDB-483E-8196-C2EB685A9521"),
     "IUnknown",
     (
         _method("OpenForEdit", TEXT, NUMBER),
@@ -84,7 +90,7 @@ POLICY_FILE_EDIT = Interface(
 
 POLICY_FILE_CONTENTS = Interface(
     "IPolicyFileContents",
-    UUID("41583961-2B96-427D-B6BA-1A0D1BB3A38D"),
+    identifier_of("41583961-2B96-427D-B6BA-1A0D1BB3A38D"),
     "IUnknown",
     (
         _method("get_PolicyIDs", OBJECT_OUT),
@@ -98,7 +104,7 @@ POLICY_FILE_CONTENTS = Interface(
 
 POLICY_PRODUCT = Interface(
     "IPolicyProduct",
-    UUID("C7FDCCDA-FD1D-4A9A-A9B0-6B6D74A28B00"),
+    identifier_of("C7FDCCDA-FD1D-4A9A-A9B0-6B6D74A28B00"),
     "IDispatch",
     (
         _method("get_SoftwareID", TEXT_OUT),
@@ -116,7 +122,7 @@ POLICY_PRODUCT = Interface(
 
 POLICY_TASK = Interface(
     "IPolicyTask",
-    UUID("2A1631CC-F7D9-440C-AE86-3A88EAE3F5D8"),
+    identifier_of("2A1631CC-F7D9-440C-AE86-3A88EAE3F5D8"),
     "IDispatch",
     (
         _method("get_CreatorID", TEXT_OUT),
@@ -148,7 +154,7 @@ POLICY_TASK = Interface(
 
 POLICY_SECTIONS = Interface(
     "IPolicySections",
-    UUID("0139F444-35AA-4C9F-A459-AFFDCB26F8AD"),
+    identifier_of("0139F444-35AA-4C9F-A459-AFFDCB26F8AD"),
     "IUnknown",
     (
         _method("get_SectionNames", OBJECT_OUT),
@@ -160,7 +166,7 @@ POLICY_SECTIONS = Interface(
 
 POLICY_NAMES = Interface(
     "IPolicyNames",
-    UUID("D6582BDA-FE76-418E-B032-0B1EF325C81D"),
+    identifier_of("D6582BDA-FE76-418E-B032-0B1EF325C81D"),
     "IDispatch",
     (
         _method("get_Item", NUMBER, TEXT_OUT),
@@ -171,7 +177,7 @@ POLICY_NAMES = Interface(
 
 POLICY_NOTICES = Interface(
     "IPolicyNotices",
-    UUID("509EE37F-9974-4DDF-94A3-80FD6527B181"),
+    identifier_of("509EE37F-9974-4DDF-94A3-80FD6527B181"),
     "IDispatch",
     (
         _method("get_Count", NUMBER_OUT),
@@ -187,7 +193,7 @@ POLICY_NOTICES = Interface(
 #: Of the runtime, not of the component: what a failed call leaves for its thread. Only the description is read.
 ERROR_INFO = Interface(
     "IErrorInfo",
-    UUID("1CF2B120-547D-101B-8E65-08002B2BD119"),
+    identifier_of("1CF2B120-547D-101B-8E65-08002B2BD119"),
     "IUnknown",
     (
         _method("GetGUID", OBJECT),

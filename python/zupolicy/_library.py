@@ -68,7 +68,7 @@ class Library:
         """Creates a policy file object. Returns the result code and a pointer to its IPolicyFile."""
         slot = ctypes.c_void_p()
         code: int = self._create(
-            CLSID_POLICY_FILE.bytes_le, None, _IN_PROCESS, POLICY_FILE.identifier.bytes_le, ctypes.byref(slot)
+            CLSID_POLICY_FILE, None, _IN_PROCESS, POLICY_FILE.identifier, ctypes.byref(slot)
         )
         return code, slot.value or 0
 
