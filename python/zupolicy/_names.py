@@ -12,7 +12,7 @@ from ._library import library
 class Notice(NamedTuple):
     """Something odd in a file, which the component read nevertheless.
 
-    `text` is one English sentence. `line` and `column` say where it is; `software_id` and `task_id` say in which policy
+    `text` says in English what. `line` and `column` say where it is; `software_id` and `task_id` say in which policy
     or task, and are empty where there is none.
     """
 
