@@ -13,10 +13,10 @@ from zupolicy import _text
 _HEAD = '<?xml version="1.0" encoding="UTF-8"?>\n<PolicyFile><PolicyRoot version="1"><PolicyGroup Path="0_4">'
 _TAIL = "</PolicyGroup></PolicyRoot><TaskRoot version='1'/></PolicyFile>\n"
 
-#: What stands where text, names and elements may be: plain things, and everything that is not.
+#: Names, texts and elements: plain ones first, and everything that is not plain.
 _NAMES = ["a", "b", "", "a b", "&lt;&amp;lt;", "&#65;", "🗓", ">", "a\tb", "a\nb", "&quot;"]
-_TEXTS = ["", "1", "&amp;amp;", "a > b", "&#10;", "a\r\nb", "<![CDATA[<Setting name=\"x\">y</Setting>]]>", "x<!-- c -->y"]
-_TEXTS += ["<b>z</b>", "<?p i?>", " 𝔘 ", "]]&gt;", "'\"", 'a">b']
+_TEXTS = ["", "1", "&amp;amp;", "a > b", "&#10;", "a\r\nb", "x<!-- c -->y"]
+_TEXTS += ['<![CDATA[<Setting name="x">y</Setting>]]>'] + ["<b>z</b>", "<?p i?>", " 𝔘 ", "]]&gt;", "'\"", 'a">b']
 _SETTINGS = ['<Setting name="{0}">{1}</Setting>'] * 6 + [
     "<Setting name='{0}'>{1}</Setting>",
     '<Setting name="{0}"/>',

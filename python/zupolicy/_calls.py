@@ -234,6 +234,8 @@ def _description() -> str:
 
 def _is_xml_text(text: str) -> bool:
     return all(
-        character in "\t\n\r" or " " <= character <= "\ud7ff" or "\ue000" <= character and character not in "\ufffe\uffff"
+        " " <= character <= "\ud7ff"
+        or character in "\t\n\r"
+        or ("\ue000" <= character and character not in "\ufffe\uffff")
         for character in text
     )

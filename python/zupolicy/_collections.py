@@ -2,7 +2,19 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Collection, Dict, Iterator, List, Mapping, MutableMapping, Optional, Tuple, TypeVar, Union
+from typing import (
+    TYPE_CHECKING,
+    Collection,
+    Dict,
+    Iterator,
+    List,
+    Mapping,
+    MutableMapping,
+    Optional,
+    Tuple,
+    TypeVar,
+    Union,
+)
 
 from ._entries import Policy, Task
 from ._errors import NotFound

@@ -40,8 +40,13 @@ class Entry(Settings):
 
     @property
     def software_id(self) -> str:
-        """The software ID. An entry keeps it for ever."""
+        """The software ID. It never changes."""
         return self._software_id
+
+    @property
+    def key(self) -> Tuple[str, ...]:
+        """What finds the entry in its file."""
+        return (self._software_id,)
 
     def commit(self) -> None:
         """Hands the changes back to the file's document now. The file on the disk is written by `File.save`.

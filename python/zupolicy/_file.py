@@ -9,16 +9,16 @@ import time
 from contextlib import contextmanager
 from types import TracebackType
 from typing import Callable, Dict, Iterator, List, Optional, Tuple, Type, Union
-from weakref import WeakValueDictionary
 
 from . import _interfaces as table
 from ._calls import Reference, new_policy_file
 from ._collections import Policies, Sections, Tasks
 from ._entries import Entry, Policy, Task, absolute
 from ._errors import Error, InvalidText, Locked, NotFound
+from ._held import HeldEntries
 from ._names import Notice, names_of, notices_of
-from ._text import AllSettings, products_of, sections_of
 from ._results import NOT_INITIALISED, UNEXPECTED, WRITTEN_NOT_FLUSHED
+from ._text import AllSettings, products_of, sections_of
 
 Key = Tuple[str, str]
 
@@ -39,9 +39,7 @@ class File:
         self._path = absolute(path)
         self._read_only = read_only
         self._lock = threading.RLock()
-        self._policy_cache: WeakValueDictionary[str, Policy] = WeakValueDictionary()
-        self._task_cache: WeakValueDictionary[Key, Task] = WeakValueDictionary()
-        self._waiting: Dict[int, Entry] = {}
+        self._entries = HeldEntries()
         self._modified = False
         self._locked = False
         self._others: Dict[str, Reference] = {}
@@ -81,7 +79,6 @@ class File:
         if reference.is_usable():
             with self._lock:
                 self._end_edit()
-        self._waiting.clear()
         self._others = {}
         self._reference = None
 
@@ -147,7 +144,7 @@ class File:
     @property
     def modified(self) -> bool:
         """Whether there are changes that were not saved."""
-        return self._modified or bool(self._waiting)
+        return self._modified or bool(self._entries.waiting)
 
     @property
     def changed_on_disk(self) -> bool:
@@ -164,13 +161,12 @@ class File:
             is_own = entry._file is self
             if is_own:
                 # Before the call: what another thread changes during it is handed back next time.
-                entry._changed = False
-                self._waiting.pop(id(entry), None)
+                self._entries.note_return(entry)
             try:
                 reference.call("AddTask" if isinstance(entry, Task) else "AddPolicy", entry._reference, 1)
             except Error:
                 if is_own:
-                    entry._note_change()
+                    self._entries.note_change(entry)
                 raise
             self._modified = True
             if not is_own:
@@ -180,7 +176,7 @@ class File:
         """Hands every changed policy and task back to the document, in the order of their first changes."""
         self._object()
         with self._lock:
-            for entry in list(self._waiting.values()):
+            for entry in self._entries.waiting:
                 self.put(entry)
 
     def save(self, timeout: Optional[float] = 10.0) -> None:
@@ -257,13 +253,15 @@ class File:
     def _policy(self, software_id: str) -> Policy:
         reference = self._object()
         with self._lock:
-            policy = self._policy_cache.get(software_id)
+            policy = self._entries.find((software_id,))
             if policy is None:
                 try:
                     found = reference.obtain("GetPolicy", table.POLICY_PRODUCT, software_id)
                 except NotFound as error:
                     raise NotFound(error.code, f"There is no policy {software_id!r} in {self!r}.") from None
-                policy = self._policy_cache[software_id] = Policy(found, software_id, self)
+                policy = Policy(found, software_id, self)
+                self._entries.attach(policy, self)
+            assert isinstance(policy, Policy)
             return policy
 
     def _all_settings(self) -> AllSettings:
@@ -278,13 +276,15 @@ class File:
     def _task(self, key: Key) -> Task:
         reference = self._object()
         with self._lock:
-            task = self._task_cache.get(key)
+            task = self._entries.find(key)
             if task is None:
                 try:
                     found = reference.obtain("GetTask", table.POLICY_TASK, *key)
                 except NotFound as error:
                     raise NotFound(error.code, f"There is no task {key!r} in {self!r}.") from None
-                task = self._task_cache[key] = Task(found, key, self)
+                task = Task(found, key, self)
+                self._entries.attach(task, self)
+            assert isinstance(task, Task)
             return task
 
     def _create_policy(self, software_id: str, sections: Sections) -> Policy:
@@ -327,18 +327,18 @@ class File:
             policy = self._policy(software_id)
             self._object().call("RemovePolicy", software_id)
             self._modified = True
-            self._detach(policy)
+            self._entries.detach(policy)
 
     def _remove_task(self, key: Key) -> None:
         with self._lock:
             task = self._task(key)
             self._object().call("RemoveTask", *key)
             self._modified = True
-            self._detach(task)
+            self._entries.detach(task)
 
     def _note_change(self, entry: Entry) -> None:
         if not self.closed:
-            self._waiting.setdefault(id(entry), entry)
+            self._entries.note_change(entry)
 
     # The object and its state
 
@@ -377,37 +377,17 @@ class File:
             self._other(table.POLICY_FILE_EDIT).call("EndEdit")
 
     def _forget_entries(self) -> None:
-        for entry in [*self._policy_cache.values(), *self._task_cache.values()]:
-            entry._file = None
-        self._policy_cache.clear()
-        self._task_cache.clear()
-        self._waiting.clear()
+        self._entries.detach_all()
         self._modified = self._locked = False
 
     def _replace(self, entry: Entry) -> None:
         """Notes that the document holds a copy of an entry that did not belong to this file."""
-        old: Optional[Entry] = None
-        if isinstance(entry, Task):
-            old = self._task_cache.pop(entry.key, None)
-            if entry._file is None:
-                self._task_cache[entry.key] = entry
-        elif isinstance(entry, Policy):
-            old = self._policy_cache.pop(entry.software_id, None)
-            if entry._file is None:
-                self._policy_cache[entry.software_id] = entry
+        old = self._entries.find(entry.key)
         if old is not None:
-            self._detach(old)
+            self._entries.detach(old)
         if entry._file is None:
-            entry._file = self
             entry._changed = False
-
-    def _detach(self, entry: Entry) -> None:
-        entry._file = None
-        self._waiting.pop(id(entry), None)
-        if isinstance(entry, Task) and self._task_cache.get(entry.key) is entry:
-            del self._task_cache[entry.key]
-        elif isinstance(entry, Policy) and self._policy_cache.get(entry.software_id) is entry:
-            del self._policy_cache[entry.software_id]
+            self._entries.attach(entry, self)
 
 
 def _wait(timeout: Optional[float], call: Callable[[int], None]) -> None:
