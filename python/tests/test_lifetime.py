@@ -22,14 +22,17 @@ def _resident() -> int:
 
 
 def test_loading_again_and_again_keeps_no_memory(policy_path: pathlib.Path) -> None:
+    long_text = "text " * 1000
+
     def use() -> None:
         with zupolicy.open(policy_path) as file:
             for policy in file.policies.values():
                 policy.to_dict()
-                policy["General"] = {"a": "b"}
+                policy["General"] = {"a": long_text}
+                assert policy["General"]["a"] == long_text
             for task in file.tasks:
                 task.to_dict()
-                task.display_name = "x"
+                task.display_name = long_text
             file.to_xml()
             with pytest.raises(KeyError):
                 file.policies["NONE"]
@@ -41,7 +44,7 @@ def test_loading_again_and_again_keeps_no_memory(policy_path: pathlib.Path) -> N
     for _ in range(1000):
         use()
     gc.collect()
-    # A text of the file alone has 7 KB: one that is lost each time would be 7 MB.
+    # The long text has 10 KB: one that is lost each time would be 10 MB.
     assert _resident() - before < 3_000_000
 
 
@@ -165,10 +168,15 @@ def test_a_child_process_cannot_use_the_file_and_leaves_the_lock_alone(policy_pa
             for use in (lambda: file.policies, lambda: policy["General"], policy.commit, file.save):
                 with pytest.raises(RuntimeError, match="child"):
                     use()
+            released = []
+            for methods in _calls._methods.values():
+                methods.release = released.append  # type: ignore[assignment]
             file.close()
             repr(policy)
             del file, policy, use
             gc.collect()
+            assert released == []
+            _calls._methods.clear()
             with zupolicy.open(policy_path) as own:
                 assert own.policies["PRODUCTA1000"]["General"]["ScanInterval"] == "60"
             with pytest.raises(zupolicy.Locked):

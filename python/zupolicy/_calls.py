@@ -4,8 +4,8 @@ Lifetime  A `Reference` owns one reference to an object and releases it when Pyt
           method holds the `Reference` meanwhile, so an object is never released during a call.
 Threads   Any thread may call any object: the objects serialise their calls, and no state here is shared but caches.
           A call releases the interpreter's lock, so other Python threads run meanwhile.
-Fork      An object belongs to the process that made it. A child process neither calls nor releases it: the release
-          would end a lock of the parent.
+Fork      An object belongs to the process that made it. A child process neither calls nor releases it: a lock in it
+          that another thread held at the fork would never be free again.
 """
 
 from __future__ import annotations
