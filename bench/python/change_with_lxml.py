@@ -1,4 +1,4 @@
-"""Changes one setting and overwrites the file: change_with_lxml.py FILE SOFTWARE-ID SECTION NAME"""
+"""Changes one setting and overwrites FILE.lxml: change_with_lxml.py FILE SOFTWARE-ID SECTION NAME"""
 import sys
 import time
 
@@ -21,6 +21,6 @@ def find(tree):
 with Sample() as sample:
     tree = etree.parse(path)
     find(tree).text = value
-    tree.write(path, encoding=tree.docinfo.encoding, xml_declaration=True)
-sample.require(find(etree.parse(path)).text == value)
+    tree.write(path + ".lxml", encoding=tree.docinfo.encoding, xml_declaration=True)
+sample.require(find(etree.parse(path + ".lxml")).text == value)
 sample.print()

@@ -95,15 +95,43 @@ def test_all_settings_at_once_are_those_one_by_one(tmp_path: pathlib.Path, oddit
 def test_a_plain_document_is_read_from_its_text() -> None:
     section = '<Section name="s">\n<Setting name="a">1 &lt; 2</Setting>\n</Section>'
     document = _HEAD + f'<Policy><Product SoftwareID="P">{section}</Product></Policy>' + _TAIL
-    ((software_id, content),) = _text.products_of(document, ["P"])
-    assert (software_id, _text.sections_of(content)) == ("P", {"s": {"a": "1 < 2"}})
+    assert _text.products_of(document, ["P"]) == [("P", {"s": {"a": "1 < 2"}})]
+
+
+@pytest.mark.parametrize(
+    "products",
+    [
+        """<Product SoftwareID='P'>{a}</Product><Product SoftwareID="P">{b}</Product>""",
+        """<Product other="" SoftwareID="P">{a}</Product><Product SoftwareID="P">{b}</Product>""",
+        """<Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
+        """<Product SoftwareID="A">{a}</Product><Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
+        """<!-- <Product SoftwareID="P">{a}</Product> --><Product SoftwareID="P">{b}</Product>""",
+        """<Product SoftwareID="P">{b}</Product><Product SoftwareID="P">{a}</Product>""",
+        """<Product SoftwareID="P"/><Product SoftwareID="Q">{b}</Product>""",
+        """<Product SoftwareID="P"><Product SoftwareID="Q">{a}</Product>{b}</Product>""",
+        """<Product SoftwareID="P"><Thing>{a}</Thing>{b}</Product>""",
+        """<Product SoftwareID="P"><Section name="s"><Section name="t">{a}</Section></Section></Product>""",
+        """<Product SoftwareID="P"><Section name="s"></Section><Setting name="x">y</Setting></Product>""",
+        """<Product SoftwareID="P"><Setting name="x">y</Setting>{b}</Product>""",
+        """<Product SoftwareID="P">{a}{b}{a}</Product>""",
+        """<Product SoftwareID="&#80;">{a}</Product><Product SoftwareID="P">{b}</Product>""",
+    ],
+)
+def test_what_looks_plain_and_is_not_is_read_as_the_component_reads_it(tmp_path: pathlib.Path, products: str) -> None:
+    a, b = ('<Section name="s"><Setting name="x">%s</Setting></Section>' % name for name in "ab")
+    path = tmp_path / "policy.xml"
+    policy = products.format(a=a, b=b)
+    path.write_text(_HEAD + f"<Policy>{policy}</Policy>" + _TAIL, encoding="utf-8")
+    with zupolicy.open(path) as file:
+        expected = {software_id: policy.to_dict() for software_id, policy in file.policies.items()}
+        assert file.policies.to_dict() == expected
 
 
 def test_the_sample_file_is_read_from_its_text_as_far_as_it_is_plain(policy_path: pathlib.Path) -> None:
     with zupolicy.open(policy_path) as file:
         products = dict(_text.products_of(file.to_xml(), list(file.policies)))
-        assert _text.sections_of(products["PRODUCTA1000"]) is None, "it has a CDATA section"
-        assert _text.sections_of(products["PRODUCTB2000"]) is None, "it has an empty tag"
+        assert products["PRODUCTA1000"] is None, "it has a CDATA section"
+        assert products["PRODUCTB2000"] is None, "it has an empty tag"
         assert file.policies.to_dict()["PRODUCTB2000"] == {"General": {"Enabled": "0", "LogLevel": "3"}, "Proxy": {}}
 
 

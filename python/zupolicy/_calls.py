@@ -10,6 +10,7 @@ Fork      An object belongs to the process that made it. A child process neither
 
 from __future__ import annotations
 
+import codecs
 import ctypes
 import os
 from typing import Any, Callable, Dict, List, Optional, Tuple, Type, Union
@@ -25,6 +26,9 @@ _LONE = "surrogatepass"
 
 #: A string counts its bytes in 32 bits.
 _MOST_BYTES = 0xFFFFFFF0
+
+#: From this number of bytes on, a copy in between costs more than a view.
+_LARGE = 1 << 16
 
 _POINTER_BYTES = ctypes.sizeof(ctypes.c_void_p)
 
@@ -110,7 +114,10 @@ def text_at(runtime: Library, string: Optional[int]) -> str:
     """The text of a string of the component; the null string is empty."""
     if not string:
         return ""
-    return ctypes.string_at(string, runtime.byte_length(string)).decode(_CODEC, _LONE)
+    length = runtime.byte_length(string)
+    if length < _LARGE:
+        return ctypes.string_at(string, length).decode(_CODEC, _LONE)
+    return codecs.decode((ctypes.c_char * length).from_address(string), _CODEC, _LONE)
 
 
 class Reference:

@@ -268,8 +268,7 @@ class File:
         with self._lock:
             document = self.to_xml()
             found: AllSettings = {}
-            for software_id, content in products_of(document, self._policy_ids()):
-                sections = sections_of(content)
+            for software_id, sections in products_of(document, self._policy_ids()):
                 found[software_id] = self._policy(software_id).to_dict() if sections is None else sections
             return found
 

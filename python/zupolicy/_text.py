@@ -8,7 +8,7 @@ Only text whose every tag is accounted for is read here, and that gives what the
 from __future__ import annotations
 
 import re
-from typing import Dict, Iterator, List, Optional, Tuple
+from typing import Dict, List, Optional, Tuple
 
 Settings = Dict[str, str]
 Sections = Dict[str, Settings]
@@ -17,7 +17,6 @@ AllSettings = Dict[str, Sections]
 _PRODUCT = '<Product SoftwareID="'
 _ANY_PRODUCT = "<Product"
 _ID = "SoftwareID"
-_NO_CONTENT = "<"
 _PRODUCT_END = "</Product>"
 _SECTION = '<Section name="'
 _SECTION_END = "</Section>"
@@ -25,23 +24,29 @@ _SETTING = re.compile(r'<Setting name="([^"<\r\n\t]*)">([^<\r]*)</Setting>')
 _ODD = re.compile(r'[<"\r\n\t]')
 
 
-def products_of(document: str, software_ids: List[str]) -> Iterator[Tuple[str, str]]:
-    """The products of those IDs, which the component has listed, with the content of each as far as it is plain.
+def products_of(document: str, software_ids: List[str]) -> List[Tuple[str, Optional[Sections]]]:
+    """The products of those IDs, which the component has listed, each with its sections; None when it is not plain.
 
     Every tag of a product that begins as it does in a plain text is in the list once, and no other element has an ID
     before the last of them. So the tags are the products that the component finds.
     """
-    head, *pieces = document.split(_PRODUCT)
-    found: List[Tuple[str, str]] = []
-    odd = len(pieces) != document.count(_ANY_PRODUCT) or _ID in head
-    for piece in pieces:
-        software_id, _, content = piece.partition('">')
-        content, _, rest = content.partition(_PRODUCT_END)
-        odd = odd or len(found) + 1 < len(pieces) and _ID in rest
-        found.append((_unescaped(software_id), content))
-    if odd or [software_id for software_id, _ in found] != software_ids:
-        return iter([(software_id, _NO_CONTENT) for software_id in software_ids])
-    return iter(found)
+    found: List[Tuple[str, Optional[Sections]]] = []
+    start = document.find(_PRODUCT)
+    odd = document.find(_ID, 0, max(start, 0)) >= 0
+    while start >= 0 and not odd:
+        content = document.find('">', start)
+        following = document.find(_PRODUCT, content)
+        end = document.find(_PRODUCT_END, content, following if following >= 0 else len(document))
+        if content < 0 or end < 0:
+            break
+        software_id = _unescaped(document[start + len(_PRODUCT) : content])
+        found.append((software_id, sections_of(document[content + 2 : end])))
+        odd = following >= 0 and document.find(_ID, end, following) >= 0
+        start = following
+    count = document.count(_ANY_PRODUCT)
+    if odd or len(found) != count or [software_id for software_id, _ in found] != software_ids:
+        return [(software_id, None) for software_id in software_ids]
+    return found
 
 
 def sections_of(product: str) -> Optional[Sections]:
