@@ -104,7 +104,7 @@ def test_a_plain_document_is_read_from_its_text() -> None:
         """<Product SoftwareID='P'>{a}</Product><Product SoftwareID="P">{b}</Product>""",
         """<Product other="" SoftwareID="P">{a}</Product><Product SoftwareID="P">{b}</Product>""",
         """<Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
-        """<Product SoftwareID="A">{a}</Product><Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
+        """<Product SoftwareID="A"></Product><Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
         """<!-- <Product SoftwareID="P">{a}</Product> --><Product SoftwareID="P">{b}</Product>""",
         """<Product SoftwareID="P">{b}</Product><Product SoftwareID="P">{a}</Product>""",
         """<Product SoftwareID="P"/><Product SoftwareID="Q">{b}</Product>""",

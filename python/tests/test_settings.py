@@ -85,7 +85,9 @@ def test_a_missing_name_is_a_key_error_that_names_it(policy: zupolicy.Policy, na
     assert not policy.changed
 
 
-@pytest.mark.parametrize("text", ["", " a ", "line\nline", "𝔘 🗓", "]]>", "%WINDIR%", "\t", "🗓x" * 50000], ids=lambda text: ascii(text)[:20])
+@pytest.mark.parametrize(
+    "text", ["", " a ", "line\nline", "𝔘 🗓", "]]>", "%WINDIR%", "\t", "🗓x" * 50000], ids=lambda text: ascii(text)[:20]
+)
 def test_what_is_put_is_read_again(policy: zupolicy.Policy, text: str) -> None:
     policy["General"]["ScanInterval"] = text
     assert policy["General"]["ScanInterval"] == text
