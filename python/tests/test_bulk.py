@@ -106,6 +106,7 @@ def test_a_plain_document_is_read_from_its_text() -> None:
         """<Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
         """<Product SoftwareID="A"></Product><Thing SoftwareID="P">{a}</Thing><Product SoftwareID="P">{b}</Product>""",
         """<!-- <Product SoftwareID="P">{a}</Product> --><Product SoftwareID="P">{b}</Product>""",
+        """<!-- <Product SoftwareID="P">{a}</Product> --><Product SoftwareID='P'>{b}</Product>""",
         """<Product SoftwareID="P">{b}</Product><Product SoftwareID="P">{a}</Product>""",
         """<Product SoftwareID="P"/><Product SoftwareID="Q">{b}</Product>""",
         """<Product SoftwareID="P"><Product SoftwareID="Q">{a}</Product>{b}</Product>""",

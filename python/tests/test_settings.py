@@ -86,7 +86,9 @@ def test_a_missing_name_is_a_key_error_that_names_it(policy: zupolicy.Policy, na
 
 
 @pytest.mark.parametrize(
-    "text", ["", " a ", "line\nline", "𝔘 🗓", "]]>", "%WINDIR%", "\t", "🗓x" * 50000], ids=lambda text: ascii(text)[:20]
+    "text",
+    ["", " a ", "line\nline", "𝔘 🗓", "]]>", "%WINDIR%", "\t", "🗓x" * 50000],
+    ids=lambda text: ascii(text)[:20],
 )
 def test_what_is_put_is_read_again(policy: zupolicy.Policy, text: str) -> None:
     policy["General"]["ScanInterval"] = text

@@ -15,6 +15,7 @@ Sections = Dict[str, Settings]
 AllSettings = Dict[str, Sections]
 
 _PRODUCT = '<Product SoftwareID="'
+_ANY_PRODUCT = "<Product"
 _ID = "SoftwareID"
 _PRODUCT_END = "</Product>"
 _SECTION = '<Section name="'
@@ -26,8 +27,8 @@ _ODD = re.compile(r'[<"\r\n\t]')
 def products_of(document: str, software_ids: List[str]) -> List[Tuple[str, Optional[Sections]]]:
     """The products of those IDs, which the component has listed, each with its sections; None when it is not plain.
 
-    The plain tags have the IDs of the list, each once and in its order, and no other element before the last of them
-    has an ID. So they are the products that the component finds.
+    Every tag of a product, also one in a comment, is plain and in the list once, and no other element has an ID before
+    the last of them. So the tags are the products that the component finds.
     """
     found: List[Tuple[str, Optional[Sections]]] = []
     start = document.find(_PRODUCT)
@@ -42,7 +43,8 @@ def products_of(document: str, software_ids: List[str]) -> List[Tuple[str, Optio
         found.append((software_id, sections_of(document[content + 2 : end])))
         odd = following >= 0 and document.find(_ID, end, following) >= 0
         start = following
-    if odd or [software_id for software_id, _ in found] != software_ids:
+    count = document.count(_ANY_PRODUCT)
+    if odd or len(found) != count or [software_id for software_id, _ in found] != software_ids:
         return [(software_id, None) for software_id in software_ids]
     return found
 
