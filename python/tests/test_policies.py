@@ -163,3 +163,9 @@ def test_changes_of_a_read_only_file_cannot_be_handed_back(policy_path: pathlib.
 def test_the_document_has_the_changes(file: zupolicy.File) -> None:
     file.policies["PRODUCTA1000"]["General"]["Greeting"] = "a < b"
     assert '<Setting name="Greeting">a &lt; b</Setting>' in file.to_xml()
+
+
+def test_only_a_policy_or_a_task_is_put_into_a_file(file: zupolicy.File) -> None:
+    for thing in (None, {"General": {}}, file.policies["PRODUCTA1000"]["General"]):
+        with pytest.raises(TypeError, match="Policy or a Task"):
+            file.put(thing)  # type: ignore[arg-type]

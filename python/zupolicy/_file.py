@@ -157,6 +157,8 @@ class File:
         It may come from another file. One that belongs to no file belongs to this one then.
         """
         reference = self._object()
+        if not isinstance(entry, (Policy, Task)):
+            raise TypeError(f"expected a Policy or a Task, not {type(entry).__name__}")
         with self._lock:
             is_own = entry._file is self
             if is_own:
