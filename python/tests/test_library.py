@@ -52,7 +52,7 @@ def test_the_variable_names_the_folder(policy_path: pathlib.Path, libraries: pat
     assert _run(policy_path, ZUPOLICY_LIBRARIES=str(libraries)) == "3 policies\n"
 
 
-def test_the_loader_finds_the_libraries_where_it_is_told_to_look(policy_path: pathlib.Path) -> None:
+def test_the_libraries_are_found_in_the_places_of_the_loader(policy_path: pathlib.Path) -> None:
     assert _run(policy_path, LD_LIBRARY_PATH=LIBRARIES) == "3 policies\n"
 
 

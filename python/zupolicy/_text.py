@@ -1,6 +1,6 @@
 """Reads all settings of a policy from its XML text, when the text has the plain form that editors write.
 
-A call of the component for each setting takes longer than everything else. So a whole file is read from one text.
+A call of the component for each setting takes longer than all the rest. So a whole file is read from one text.
 Only text whose every tag is accounted for is read here, and that gives what the component answers. For anything else
 (comments, other attributes, character references) the functions return None, and the caller asks the component.
 """
