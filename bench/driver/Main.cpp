@@ -67,5 +67,6 @@ int main(int argc, char** argv)
     Run(*options, LoadRows(options->setup));
     Run(*options, ObjectRows(options->setup));
     Run(*options, ProcessRows(options->setup));
+    Run(*options, PythonRows(options->setup));
     return 0;
 }

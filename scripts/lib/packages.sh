@@ -103,7 +103,8 @@ shared_libraries() {
 make_deb() {
     local folder=$1 version=$3 package architecture depends
     package=$(sed -n 's/^Package: //p' "$2")
-    architecture=$(dpkg --print-architecture)
+    architecture=$(sed -n 's/^Architecture: //p' "$2")
+    [[ $architecture != @ARCHITECTURE@ ]] || architecture=$(dpkg --print-architecture)
     debian_documents "$folder" "$package" "$version"
     depends=
     if grep -q '@DEPENDS@' "$2"; then
