@@ -93,14 +93,7 @@ ElementIterator& ElementIterator::operator++() noexcept
 {
     const Node& node = m_element;
     const std::uint32_t next = node.IsNull() ? SpanTree::kNone : node.m_tree->NextSibling(node.m_index);
-    if (next == SpanTree::kNone) {
-        m_element = Element();
-        return *this;
-    }
-    m_element = Element(node.m_tree, next, node.m_tree->Generation(next));
-    if (const std::uint32_t afterNext = node.m_tree->NextSibling(next); afterNext != SpanTree::kNone) {
-        node.m_tree->PrefetchStartTag(afterNext);
-    }
+    m_element = next == SpanTree::kNone ? Element() : Element(node.m_tree, next, node.m_tree->Generation(next));
     return *this;
 }
 

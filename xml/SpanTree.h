@@ -57,12 +57,6 @@ public:
     [[nodiscard]] std::string_view Name(std::uint32_t element) const noexcept;
     [[nodiscard]] std::string_view Tail(std::uint32_t element) const noexcept;
     [[nodiscard]] std::string_view EndTag(std::uint32_t element) const noexcept;
-    /// Says that the start tag will be read soon. In a large text it is likely to be far from the processor.
-    void PrefetchStartTag(std::uint32_t element) const noexcept
-    {
-        const std::uint32_t before = m_records[element].before;
-        __builtin_prefetch(m_original.data() + (before < m_original.size() ? before : 0));
-    }
     /// Whether it is written as `<name/>`.
     [[nodiscard]] bool IsEmptyTag(std::uint32_t element) const noexcept;
 

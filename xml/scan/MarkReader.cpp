@@ -9,9 +9,10 @@ MarkReader::MarkReader(std::string_view text, std::uint32_t begin, const MarkFin
       m_finder(finder),
       m_pieceBytes(pieceBytes),
       m_read(begin),
-      m_marks(std::size_t{pieceBytes} + MarkFinder::kSlack),
-      m_next(m_marks.data()),
-      m_last(m_marks.data())
+      m_marks(std::make_unique_for_overwrite<std::uint32_t[]>(std::min<std::size_t>(pieceBytes, text.size()) +
+                                                              MarkFinder::kSlack)),
+      m_next(m_marks.get()),
+      m_last(m_marks.get())
 {
 }
 
@@ -32,17 +33,17 @@ void MarkReader::TakeAcrossPieces(std::uint32_t count)
 void MarkReader::ReadOn()
 {
     const auto size = static_cast<std::uint32_t>(m_text.size());
-    m_next = m_marks.data();
+    m_next = m_marks.get();
     m_last = m_next;
     while (m_last == m_next && m_isValid && m_read < size) {
         const std::uint32_t end = m_read + std::min(m_pieceBytes, size - m_read);
-        const std::uint32_t* const last = m_finder.find({m_text.data(), m_read, end}, m_marks.data());
+        const std::uint32_t* const last = m_finder.find({m_text.data(), m_read, end}, m_marks.get());
         m_isValid = last != nullptr;
         m_last = m_isValid ? last : m_next;
         m_read = end;
     }
     if (m_last == m_next) {
-        m_marks.front() = size;
+        m_marks[0] = size;
         ++m_last;
     }
 }

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "xml/scan/MarkFinder.h"
 
@@ -61,7 +61,7 @@ private:
     std::uint32_t m_pieceBytes;
     std::uint32_t m_read;  ///< the beginning of the next piece
     bool m_isValid = true;
-    std::vector<std::uint32_t> m_marks;
+    std::unique_ptr<std::uint32_t[]> m_marks;  ///< of one piece; not filled before, since most pieces have few
     const std::uint32_t* m_next;
     const std::uint32_t* m_last;
 };
