@@ -3,82 +3,12 @@
 #include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/Results.h>
 
-#include <iterator>
 #include <string_view>
 
 #include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
-
-/// The names that the public header gives to the codes, for messages that people search for.
-struct NamedCode {
-    result::Code code;
-    std::string_view name;
-};
-
-constexpr NamedCode kNamedCodes[] = {
-    {result::Success, "Success"},
-    {result::Unexpected, "Unexpected"},
-    {result::AllocationFailed, "AllocationFailed"},
-    {result::NotInitialised, "NotInitialised"},
-    {result::ReadOnly, "ReadOnly"},
-    {result::CursorNotInitialised, "CursorNotInitialised"},
-    {result::BadArgument, "BadArgument"},
-    {result::PlatformException, "PlatformException"},
-    {result::ElementMissing, "ElementMissing"},
-    {result::SyntaxError, "SyntaxError"},
-    {result::ListEmpty, "ListEmpty"},
-    {result::EndOfList, "EndOfList"},
-    {result::RecordMissing, "RecordMissing"},
-    {result::SectionNotFound, "SectionNotFound"},
-    {result::SettingNotFound, "SettingNotFound"},
-    {result::NotCreated, "NotCreated"},
-    {result::SectionStillMissing, "SectionStillMissing"},
-    {result::PolicyNotFound, "PolicyNotFound"},
-    {result::TaskNotFound, "TaskNotFound"},
-    {result::FileLocked, "FileLocked"},
-    {result::FileChanged, "FileChanged"},
-    {result::WrittenNotFlushed, "WrittenNotFlushed"},
-    {result::OwnerNotKept, "OwnerNotKept"},
-    {result::GeneralFailure, "GeneralFailure"},
-    {result::OutOfMemory, "OutOfMemory"},
-    {result::FileNotFound, "FileNotFound"},
-    {result::PathNotFound, "PathNotFound"},
-    {result::TooManyOpenFiles, "TooManyOpenFiles"},
-    {result::AccessDenied, "AccessDenied"},
-    {result::WriteProtected, "WriteProtected"},
-    {result::SharingViolation, "SharingViolation"},
-    {result::NotSupported, "NotSupported"},
-    {result::DiskFull, "DiskFull"},
-    {result::InvalidName, "InvalidName"},
-    {result::NameTooLong, "NameTooLong"},
-    {result::FileTooLarge, "FileTooLarge"},
-    {result::NotValidInItsEncoding, "NotValidInItsEncoding"},
-    {result::QuotaExceeded, "QuotaExceeded"},
-    {result::InputOutputError, "InputOutputError"},
-};
-
-constexpr std::string_view NameOf(result::Code code)
-{
-    for (const NamedCode& row : kNamedCodes) {
-        if (row.code == code) {
-            return row.name;
-        }
-    }
-    return {};
-}
-
-constexpr bool EveryMeaningHasAName()
-{
-    for (const result::Meaning& meaning : result::kMeanings) {
-        if (NameOf(meaning.code).empty()) {
-            return false;
-        }
-    }
-    return std::size(kNamedCodes) == std::size(result::kMeanings);
-}
-static_assert(EveryMeaningHasAName());
 
 ExitCode ExitCodeFor(result::Code code)
 {
@@ -123,7 +53,7 @@ std::string MessageFor(result::Code code, const std::string& subject, const std:
     // The position of a syntax error begins with the file's name already; printing it twice would break
     // "file:line:column" for programs that jump to it.
     const bool hasSubject = description.rfind(subject + ":", 0) == 0;
-    const std::string name(NameOf(code).empty() ? "unknown code" : NameOf(code));
+    const std::string name(result::NameFor(code).empty() ? "unknown code" : result::NameFor(code));
     return (hasSubject ? description : subject + ": " + description) + " [" + name + ", " + Hex(code) + "]";
 }
 
