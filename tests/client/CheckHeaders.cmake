@@ -1,5 +1,5 @@
 # Compiles every public header alone, with every warning, as the oldest and the newest C++ that clients may use.
-file(GLOB headers RELATIVE ${INCLUDE} ${INCLUDE}/zuPolicyManager/*.h)
+file(GLOB_RECURSE headers RELATIVE ${INCLUDE} ${INCLUDE}/zuPolicyManager/*.h)
 if(WINDOWS)
     # The native component runtime's own header; Windows clients have the system's.
     list(REMOVE_ITEM headers zuPolicyManager/zucomrt.h)
