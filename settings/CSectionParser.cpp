@@ -81,6 +81,25 @@ result::Code CSectionParser::GetSettingValue(std::u16string_view section, std::u
     return result::Success;
 }
 
+result::Code CSectionParser::GetStoredValue(std::u16string_view section, std::u16string_view setting,
+                                            std::u16string& value) noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised ? m_store->GetSettingValue(section, setting, value) : result::CursorNotInitialised;
+}
+
+result::Code CSectionParser::GetSectionNames(NameList& names) noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised ? m_store->GetSectionNames(names) : result::CursorNotInitialised;
+}
+
+result::Code CSectionParser::GetSettingNames(std::u16string_view section, NameList& names) noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised ? m_store->GetSettingNames(section, names) : result::CursorNotInitialised;
+}
+
 result::Code CSectionParser::SetSettingValue(std::u16string_view section, std::u16string_view setting,
                                              std::u16string_view value) noexcept
 {
