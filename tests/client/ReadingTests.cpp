@@ -146,9 +146,25 @@ TEST_F(Reading, WhatIsFoundMissing_LeavesNoErrorInformation)
     EXPECT_EQ(client::TakeDescription(), "");
 }
 
-TEST_F(Reading, WholeFile_HasNoNotices)
+TEST_F(Reading, FileWithoutOddities_HasNoNotices)
 {
     EXPECT_TRUE(Open().Notices().empty());
+}
+
+TEST_F(Reading, Notices_HaveTheirKindPlaceAndIds)
+{
+    m_folder.Write(u"policy.xml",
+                   "<F>\n<TaskRoot version='1'>\n"
+                   "<TaskGroup SoftwareID='S' TaskID='T'><Task/></TaskGroup>\n"
+                   "<TaskGroup SoftwareID='S' TaskID='T'>\n  <Task/></TaskGroup>\n</TaskRoot>\n</F>");
+    const std::vector<Notice> notices = Open().Notices();
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_EQ(notices[0].kind, NoticeKind::RepeatedTask);
+    EXPECT_EQ(notices[0].line, 5);
+    EXPECT_EQ(notices[0].column, 3);
+    EXPECT_EQ(notices[0].softwareId, "S");
+    EXPECT_EQ(notices[0].taskId, "T");
+    EXPECT_FALSE(notices[0].text.empty());
 }
 
 TEST_F(Reading, Iterators_WorkWithAlgorithms)

@@ -11,9 +11,21 @@
 
 namespace zupm {
 
-/// One oddity of a loaded document. Texts are UTF-8.
+/// What is odd, in a file that loads all the same. A later component may know more kinds.
+enum class NoticeKind : std::int32_t {
+    RepeatedPolicy = 1,   ///< A policy whose software ID occurred before: only the first is used.
+    RepeatedTask = 2,     ///< A task whose IDs occurred before, likewise.
+    RepeatedSection = 3,  ///< A section whose name occurred before: both are read as one.
+    RepeatedSetting = 4,  ///< A setting whose name occurred before: only the first is used.
+    OtherDocument = 5,    ///< Neither "PolicyRoot" nor "TaskRoot": perhaps no policy file.
+    BadVersion = 6,       ///< A version that is no number.
+    SameIniSetting = 7,   ///< A task's setting that an INI file takes for an earlier one.
+    IniField = 8,         ///< A task's setting that an INI file takes for a field of the task.
+};
+
+/// One oddity of a loaded document, with the place of the start tag concerned. Texts are UTF-8.
 struct Notice {
-    std::int32_t kind = 0;
+    NoticeKind kind{};
     std::int32_t line = 0;
     std::int32_t column = 0;
     std::string softwareId;  ///< Of the policy or task concerned; may be empty.
@@ -42,9 +54,10 @@ template <class Check>
     std::vector<Notice> notices;
     notices.reserve(static_cast<std::size_t>(count));
     for (LONG index = 0; index < count; ++index) {
-        notices.push_back({number(&IPolicyNotices::get_Kind, index), number(&IPolicyNotices::get_Line, index),
-                           number(&IPolicyNotices::get_Column, index), text(&IPolicyNotices::get_SoftwareID, index),
-                           text(&IPolicyNotices::get_TaskID, index), text(&IPolicyNotices::get_Text, index)});
+        notices.push_back({NoticeKind{number(&IPolicyNotices::get_Kind, index)},
+                           number(&IPolicyNotices::get_Line, index), number(&IPolicyNotices::get_Column, index),
+                           text(&IPolicyNotices::get_SoftwareID, index), text(&IPolicyNotices::get_TaskID, index),
+                           text(&IPolicyNotices::get_Text, index)});
     }
     return notices;
 }

@@ -119,7 +119,12 @@ public:
     /// Loads a file. FileError; SyntaxError and InvalidText with the place; Error: the component is not there.
     [[nodiscard]] static PolicyFile Open(std::string_view path, Access access = Access::ReadWrite)
     {
-        PolicyFile file(client::Create<IPolicyFile>(), std::string(path));
+        return Open(client::Create<IPolicyFile>(), path, access);
+    }
+    /// The same with an object that the caller has made in a way of its own.
+    [[nodiscard]] static PolicyFile Open(ComPtr<IPolicyFile> object, std::string_view path, Access access)
+    {
+        PolicyFile file(std::move(object), std::string(path));
         file.Shared().Load(access == Access::ReadOnly);
         return file;
     }

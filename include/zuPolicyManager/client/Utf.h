@@ -70,7 +70,7 @@ inline void AppendUtf8(std::string& out, char32_t value)
         return;
     }
     const unsigned int following = value < 0x800 ? 1 : value < 0x10000 ? 2 : 3;
-    append(((0xF00u >> following) & 0xFFu) | (value >> (6u * following)));
+    append(((0xFF00u >> (following + 1)) & 0xFFu) | (value >> (6u * following)));
     for (unsigned int left = following; left > 0; --left) {
         append(0x80u | ((value >> (6u * (left - 1))) & 0x3Fu));
     }
