@@ -1,11 +1,9 @@
 #include "tools/zupolicy/client/CallError.h"
 
-#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/Results.h>
 
+#include <cstdint>
 #include <string_view>
-
-#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
@@ -57,24 +55,24 @@ std::string MessageFor(result::Code code, const std::string& subject, const std:
     return (hasSubject ? description : subject + ": " + description) + " [" + name + ", " + Hex(code) + "]";
 }
 
-/// The sentence that the failed call left for this thread, or the sentence of its code.
-std::string TakeDescription(result::Code code)
+std::string DescriptionOf(const Error& error)
 {
-    ComPtr<IErrorInfo> info;
-    Bstr description;
-    if (GetErrorInfo(0, info.Put()) == S_OK && info && info->GetDescription(description.Put()) >= 0) {
-        if (std::string text = ToUtf8(description.Text()); !text.empty()) {
-            return text;
-        }
+    if (error.Line() == 0) {
+        return error.Sentence();
     }
-    const std::u16string_view sentence = result::SentenceFor(code);
-    return sentence.empty() ? "The call failed." : ToUtf8(sentence);
+    return error.File() + ":" + std::to_string(error.Line()) + ":" + std::to_string(error.Column()) + ": " +
+           error.Sentence();
 }
 
 }  // namespace
 
 CallError::CallError(result::Code code, const std::string& subject, const std::string& description)
     : Failure(ExitCodeFor(code), MessageFor(code, subject, description)), m_result(code), m_description(description)
+{
+}
+
+CallError::CallError(const Error& error, const std::string& subject)
+    : CallError(error.Code(), subject, DescriptionOf(error))
 {
 }
 
@@ -86,15 +84,6 @@ CallError::CallError(const CallError& other, const std::string& message)
 CallError CallError::With(const std::string& more) const
 {
     return {*this, what() + more};
-}
-
-result::Code Check(HRESULT result, const std::string& subject)
-{
-    const auto code = static_cast<result::Code>(result);
-    if (code < 0) {
-        throw CallError(code, subject, TakeDescription(code));
-    }
-    return code;
 }
 
 }  // namespace zupm::tool
