@@ -148,7 +148,9 @@ TEST_F(Reading, WhatIsFoundMissing_LeavesNoErrorInformation)
 
 TEST_F(Reading, FileWithoutOddities_HasNoNotices)
 {
-    EXPECT_TRUE(Open().Notices().empty());
+    const Notices notices = Open().Notices();
+    EXPECT_EQ(notices.Count(), 0u);
+    EXPECT_EQ(notices.begin(), notices.end());
 }
 
 TEST_F(Reading, Notices_HaveTheirKindPlaceAndIds)
@@ -157,7 +159,9 @@ TEST_F(Reading, Notices_HaveTheirKindPlaceAndIds)
                    "<F>\n<TaskRoot version='1'>\n"
                    "<TaskGroup SoftwareID='S' TaskID='T'><Task/></TaskGroup>\n"
                    "<TaskGroup SoftwareID='S' TaskID='T'>\n  <Task/></TaskGroup>\n</TaskRoot>\n</F>");
-    const std::vector<Notice> notices = Open().Notices();
+    const Notices all = Open().Notices();
+    EXPECT_EQ(all.Count(), 1u);
+    const std::vector<Notice> notices(all.begin(), all.end());
     ASSERT_EQ(notices.size(), 1u);
     EXPECT_EQ(notices[0].kind, NoticeKind::RepeatedTask);
     EXPECT_EQ(notices[0].line, 5);
@@ -188,6 +192,7 @@ static_assert(std::ranges::input_range<const Section>);
 static_assert(std::ranges::input_range<const Policies>);
 static_assert(std::ranges::input_range<const Tasks>);
 static_assert(std::ranges::input_range<const Sections>);
+static_assert(std::ranges::input_range<const Notices>);
 
 TEST_F(Reading, Ranges_WorkWithViews)
 {

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "tools/zupolicy/client/Utf8.h"
+
 namespace zupm::tool {
 namespace {
 
@@ -84,6 +86,18 @@ CallError::CallError(const CallError& other, const std::string& message)
 CallError CallError::With(const std::string& more) const
 {
     return {*this, what() + more};
+}
+
+void Check(HRESULT result, const std::string& subject)
+{
+    const auto code = static_cast<result::Code>(result);
+    if (code >= 0) {
+        return;
+    }
+    const std::string description = client::TakeDescription();
+    const std::u16string_view sentence = result::SentenceFor(code);
+    const std::string otherwise = sentence.empty() ? "The call failed." : ToUtf8(sentence);
+    throw CallError(code, subject, description.empty() ? otherwise : description);
 }
 
 }  // namespace zupm::tool

@@ -31,6 +31,9 @@ private:
     std::string m_description;
 };
 
+/// Throws CallError for a negative result of an interface, with the thread's error information.
+void Check(HRESULT result, const std::string& subject);
+
 /// Calls `call`; what the component refuses leaves it as a CallError. `subject` names what the call is about, such as
 /// the file's name.
 template <typename Call>

@@ -10,9 +10,6 @@ namespace zupm::tool {
 /// Throws CallError when the component is not there or cannot create the object.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out);
 
-/// Throws CallError when the component or its runtime has refused to make an object.
-void RequireCreated(HRESULT result);
-
 /// A new object of the class that implements an interface.
 template <typename Interface>
 [[nodiscard]] ComPtr<Interface> Create()

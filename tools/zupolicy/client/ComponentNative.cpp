@@ -1,3 +1,4 @@
+#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Component.h"
 
 namespace zupm::tool {
@@ -6,7 +7,7 @@ namespace zupm::tool {
 // needed, and none could lead to another copy of the component.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out)
 {
-    RequireCreated(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out));
+    Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out), "the component zuPolicyManager64");
 }
 
 }  // namespace zupm::tool

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Component.h"
 
 namespace zupm::tool {
@@ -46,7 +47,7 @@ void CreateObject(REFCLSID clsid, REFIID iid, void** out)
     const GetClassObject entry = FindEntry();
     const HRESULT result = entry != nullptr ? CreateThrough(entry, clsid, iid, out)
                                             : CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out);
-    RequireCreated(result);
+    Check(result, "the component zuPolicyManager64");
 }
 
 }  // namespace zupm::tool
