@@ -2,6 +2,10 @@
 /// target those of the native component runtime.
 #pragma once
 
+#if __cplusplus < 201703L && !(defined(_MSVC_LANG) && _MSVC_LANG >= 201703L)
+#error "The policy manager's headers need C++17 or later: -std=c++17"
+#endif
+
 #ifdef _WIN32
 #include <oaidl.h>
 #include <objbase.h>

@@ -1,4 +1,4 @@
-/// Every result code of the component, with the sentence that error information gives for it.
+/// Every result code of the component, with its name and the sentence that error information gives for it.
 #pragma once
 
 #include <cstdint>
@@ -57,51 +57,55 @@ inline constexpr Code InputOutputError = static_cast<Code>(0x8007045Du);
 /// One row of the table below.
 struct Meaning {
     Code code;
+    std::string_view name;  ///< The name of the constant above, for messages that people search for.
     std::u16string_view sentence;
 };
 
 inline constexpr Meaning kMeanings[] = {
-    {Success, u"The operation succeeded."},
-    {Unexpected,
+    {Success, "Success", u"The operation succeeded."},
+    {Unexpected, "Unexpected",
      u"An unexpected exception was caught, memory ran out, or a value holds a character that XML cannot hold."},
-    {AllocationFailed, u"An allocation failed."},
-    {NotInitialised, u"The object is not initialised: no policy file is loaded, or no data is bound."},
-    {ReadOnly, u"The policy file was opened read-only."},
-    {CursorNotInitialised, u"The section cursor is not initialised."},
-    {BadArgument, u"An argument is null, or the object lacks the expected interface."},
-    {PlatformException, u"A platform error was caught."},
-    {ElementMissing, u"A required element is missing or has the wrong name."},
-    {SyntaxError, u"The XML text could not be parsed."},
-    {ListEmpty, u"The task list is empty."},
-    {EndOfList, u"The end of the task list is reached."},
-    {RecordMissing, u"A record of the task list is missing."},
-    {SectionNotFound, u"There is no such section."},
-    {SettingNotFound, u"There is no such setting."},
-    {NotCreated, u"An element or attribute could not be created, or an index entry is empty."},
-    {SectionStillMissing, u"The section is still missing after it was created."},
-    {PolicyNotFound, u"There is no product policy with that software ID."},
-    {TaskNotFound, u"There is no task with that software ID and task ID."},
-    {FileLocked, u"Another process is editing the file."},
-    {FileChanged, u"The file was changed by something else since it was loaded, and is left alone."},
-    {WrittenNotFlushed,
+    {AllocationFailed, "AllocationFailed", u"An allocation failed."},
+    {NotInitialised, "NotInitialised",
+     u"The object is not initialised: no policy file is loaded, or no data is bound."},
+    {ReadOnly, "ReadOnly", u"The policy file was opened read-only."},
+    {CursorNotInitialised, "CursorNotInitialised", u"The section cursor is not initialised."},
+    {BadArgument, "BadArgument", u"An argument is null, or the object lacks the expected interface."},
+    {PlatformException, "PlatformException", u"A platform error was caught."},
+    {ElementMissing, "ElementMissing", u"A required element is missing or has the wrong name."},
+    {SyntaxError, "SyntaxError", u"The XML text could not be parsed."},
+    {ListEmpty, "ListEmpty", u"The task list is empty."},
+    {EndOfList, "EndOfList", u"The end of the task list is reached."},
+    {RecordMissing, "RecordMissing", u"A record of the task list is missing."},
+    {SectionNotFound, "SectionNotFound", u"There is no such section."},
+    {SettingNotFound, "SettingNotFound", u"There is no such setting."},
+    {NotCreated, "NotCreated", u"An element or attribute could not be created, or an index entry is empty."},
+    {SectionStillMissing, "SectionStillMissing", u"The section is still missing after it was created."},
+    {PolicyNotFound, "PolicyNotFound", u"There is no product policy with that software ID."},
+    {TaskNotFound, "TaskNotFound", u"There is no task with that software ID and task ID."},
+    {FileLocked, "FileLocked", u"Another process is editing the file."},
+    {FileChanged, "FileChanged", u"The file was changed by something else since it was loaded, and is left alone."},
+    {WrittenNotFlushed, "WrittenNotFlushed",
      u"The file is written, but a loss of power may bring the old one back: its folder was not flushed."},
-    {OwnerNotKept, u"The file is left alone: a new one in its place could not have its owner and group."},
-    {GeneralFailure, u"The operation failed: the resource module or the INI file could not be used."},
-    {OutOfMemory, u"There is not enough memory."},
-    {FileNotFound, u"The file does not exist."},
-    {PathNotFound, u"The folder does not exist."},
-    {TooManyOpenFiles, u"Too many files are open."},
-    {AccessDenied, u"Access to the file is denied."},
-    {WriteProtected, u"The file system is read-only."},
-    {SharingViolation, u"The file is in use by another process."},
-    {NotSupported, u"This kind of file cannot be read."},
-    {DiskFull, u"The disk is full."},
-    {InvalidName, u"The file name is not valid."},
-    {NameTooLong, u"The file name is too long."},
-    {FileTooLarge, u"The file is too large."},
-    {NotValidInItsEncoding, u"The text is not valid in its encoding, or the encoding cannot hold it."},
-    {QuotaExceeded, u"The disk quota is exceeded."},
-    {InputOutputError, u"Reading or writing the file failed."},
+    {OwnerNotKept, "OwnerNotKept",
+     u"The file is left alone: a new one in its place could not have its owner and group."},
+    {GeneralFailure, "GeneralFailure", u"The operation failed: the resource module or the INI file could not be used."},
+    {OutOfMemory, "OutOfMemory", u"There is not enough memory."},
+    {FileNotFound, "FileNotFound", u"The file does not exist."},
+    {PathNotFound, "PathNotFound", u"The folder does not exist."},
+    {TooManyOpenFiles, "TooManyOpenFiles", u"Too many files are open."},
+    {AccessDenied, "AccessDenied", u"Access to the file is denied."},
+    {WriteProtected, "WriteProtected", u"The file system is read-only."},
+    {SharingViolation, "SharingViolation", u"The file is in use by another process."},
+    {NotSupported, "NotSupported", u"This kind of file cannot be read."},
+    {DiskFull, "DiskFull", u"The disk is full."},
+    {InvalidName, "InvalidName", u"The file name is not valid."},
+    {NameTooLong, "NameTooLong", u"The file name is too long."},
+    {FileTooLarge, "FileTooLarge", u"The file is too large."},
+    {NotValidInItsEncoding, "NotValidInItsEncoding",
+     u"The text is not valid in its encoding, or the encoding cannot hold it."},
+    {QuotaExceeded, "QuotaExceeded", u"The disk quota is exceeded."},
+    {InputOutputError, "InputOutputError", u"Reading or writing the file failed."},
 };
 
 /// The sentence for a code; empty for a code that is not the component's own.
@@ -110,6 +114,17 @@ inline constexpr Meaning kMeanings[] = {
     for (const Meaning& row : kMeanings) {
         if (row.code == code) {
             return row.sentence;
+        }
+    }
+    return {};
+}
+
+/// The name of a code, such as "PolicyNotFound"; empty for a code that is not the component's own.
+[[nodiscard]] constexpr std::string_view NameFor(Code code)
+{
+    for (const Meaning& row : kMeanings) {
+        if (row.code == code) {
+            return row.name;
         }
     }
     return {};

@@ -46,12 +46,21 @@ else()
 endif()
 
 run(${client} ${WORK}/policy.xml)
-expect("added policy PRODUCTD4000 and task PRODUCTD4000 {task-1}\n")
+expect("policy PRODUCTA1000: 3 sections
+policy PRODUCTB2000: 2 sections
+policy PRODUCTC3000: 1 sections
+task PRODUCTA1000 {task-1}: Nächtliche Prüfung
+task PRODUCTA1000 {task-2}: 定期更新 🗓
+task PRODUCTB2000 {task-1}: Inventory
+added policy PRODUCTD4000 and task PRODUCTD4000 {task-1}
+")
 
 set(tool ${INSTALL}/bin/zupolicy)
 run(${tool} get ${WORK}/policy.xml PRODUCTD4000 General Enabled)
 expect("1\n")
 run(${tool} get ${WORK}/policy.xml PRODUCTD4000 Schedule Hour --task {task-1})
 expect("4\n")
+run(${tool} get ${WORK}/policy.xml PRODUCTA1000 Notify Recipients)
+expect("it@example.org\n")
 run(${tool} get ${WORK}/policy.xml PRODUCTA1000 General ScanInterval)
 expect("60\n")

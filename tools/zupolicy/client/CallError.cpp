@@ -1,84 +1,14 @@
 #include "tools/zupolicy/client/CallError.h"
 
-#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/Results.h>
 
-#include <iterator>
+#include <cstdint>
 #include <string_view>
 
 #include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
-
-/// The names that the public header gives to the codes, for messages that people search for.
-struct NamedCode {
-    result::Code code;
-    std::string_view name;
-};
-
-constexpr NamedCode kNamedCodes[] = {
-    {result::Success, "Success"},
-    {result::Unexpected, "Unexpected"},
-    {result::AllocationFailed, "AllocationFailed"},
-    {result::NotInitialised, "NotInitialised"},
-    {result::ReadOnly, "ReadOnly"},
-    {result::CursorNotInitialised, "CursorNotInitialised"},
-    {result::BadArgument, "BadArgument"},
-    {result::PlatformException, "PlatformException"},
-    {result::ElementMissing, "ElementMissing"},
-    {result::SyntaxError, "SyntaxError"},
-    {result::ListEmpty, "ListEmpty"},
-    {result::EndOfList, "EndOfList"},
-    {result::RecordMissing, "RecordMissing"},
-    {result::SectionNotFound, "SectionNotFound"},
-    {result::SettingNotFound, "SettingNotFound"},
-    {result::NotCreated, "NotCreated"},
-    {result::SectionStillMissing, "SectionStillMissing"},
-    {result::PolicyNotFound, "PolicyNotFound"},
-    {result::TaskNotFound, "TaskNotFound"},
-    {result::FileLocked, "FileLocked"},
-    {result::FileChanged, "FileChanged"},
-    {result::WrittenNotFlushed, "WrittenNotFlushed"},
-    {result::OwnerNotKept, "OwnerNotKept"},
-    {result::GeneralFailure, "GeneralFailure"},
-    {result::OutOfMemory, "OutOfMemory"},
-    {result::FileNotFound, "FileNotFound"},
-    {result::PathNotFound, "PathNotFound"},
-    {result::TooManyOpenFiles, "TooManyOpenFiles"},
-    {result::AccessDenied, "AccessDenied"},
-    {result::WriteProtected, "WriteProtected"},
-    {result::SharingViolation, "SharingViolation"},
-    {result::NotSupported, "NotSupported"},
-    {result::DiskFull, "DiskFull"},
-    {result::InvalidName, "InvalidName"},
-    {result::NameTooLong, "NameTooLong"},
-    {result::FileTooLarge, "FileTooLarge"},
-    {result::NotValidInItsEncoding, "NotValidInItsEncoding"},
-    {result::QuotaExceeded, "QuotaExceeded"},
-    {result::InputOutputError, "InputOutputError"},
-};
-
-constexpr std::string_view NameOf(result::Code code)
-{
-    for (const NamedCode& row : kNamedCodes) {
-        if (row.code == code) {
-            return row.name;
-        }
-    }
-    return {};
-}
-
-constexpr bool EveryMeaningHasAName()
-{
-    for (const result::Meaning& meaning : result::kMeanings) {
-        if (NameOf(meaning.code).empty()) {
-            return false;
-        }
-    }
-    return std::size(kNamedCodes) == std::size(result::kMeanings);
-}
-static_assert(EveryMeaningHasAName());
 
 ExitCode ExitCodeFor(result::Code code)
 {
@@ -123,28 +53,28 @@ std::string MessageFor(result::Code code, const std::string& subject, const std:
     // The position of a syntax error begins with the file's name already; printing it twice would break
     // "file:line:column" for programs that jump to it.
     const bool hasSubject = description.rfind(subject + ":", 0) == 0;
-    const std::string name(NameOf(code).empty() ? "unknown code" : NameOf(code));
+    const std::string name(result::NameFor(code).empty() ? "unknown code" : result::NameFor(code));
     return (hasSubject ? description : subject + ": " + description) + " [" + name + ", " + Hex(code) + "]";
 }
 
-/// The sentence that the failed call left for this thread, or the sentence of its code.
-std::string TakeDescription(result::Code code)
+std::string DescriptionOf(const Error& error)
 {
-    ComPtr<IErrorInfo> info;
-    Bstr description;
-    if (GetErrorInfo(0, info.Put()) == S_OK && info && info->GetDescription(description.Put()) >= 0) {
-        if (std::string text = ToUtf8(description.Text()); !text.empty()) {
-            return text;
-        }
+    if (error.Line() == 0) {
+        return error.Sentence();
     }
-    const std::u16string_view sentence = result::SentenceFor(code);
-    return sentence.empty() ? "The call failed." : ToUtf8(sentence);
+    return error.File() + ":" + std::to_string(error.Line()) + ":" + std::to_string(error.Column()) + ": " +
+           error.Sentence();
 }
 
 }  // namespace
 
 CallError::CallError(result::Code code, const std::string& subject, const std::string& description)
     : Failure(ExitCodeFor(code), MessageFor(code, subject, description)), m_result(code), m_description(description)
+{
+}
+
+CallError::CallError(const Error& error, const std::string& subject)
+    : CallError(error.Code(), subject, DescriptionOf(error))
 {
 }
 
@@ -158,13 +88,16 @@ CallError CallError::With(const std::string& more) const
     return {*this, what() + more};
 }
 
-result::Code Check(HRESULT result, const std::string& subject)
+void Check(HRESULT result, const std::string& subject)
 {
     const auto code = static_cast<result::Code>(result);
-    if (code < 0) {
-        throw CallError(code, subject, TakeDescription(code));
+    if (code >= 0) {
+        return;
     }
-    return code;
+    const std::string description = client::TakeDescription();
+    const std::u16string_view sentence = result::SentenceFor(code);
+    const std::string otherwise = sentence.empty() ? "The call failed." : ToUtf8(sentence);
+    throw CallError(code, subject, description.empty() ? otherwise : description);
 }
 
 }  // namespace zupm::tool

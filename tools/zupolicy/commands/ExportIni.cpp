@@ -26,7 +26,7 @@ constexpr const char* kStandardOutput = "-";
 void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesystem::path& ini)
 {
     try {
-        file.FindTask(options.target)->WriteIni(ini.u16string());
+        file.FindTask(options.target)->WriteIni(ToUtf8(ini.u16string()));
     } catch (const CallError& error) {
         if (error.Result() == result::GeneralFailure) {
             throw Failure(ExitCode::FileError, options.iniFile + ": the INI file cannot be written");
