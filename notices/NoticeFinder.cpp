@@ -86,22 +86,20 @@ void NoticeFinder::CloseSetting(std::uint32_t valueEnd)
         AdvXMLParser::AppendDecodedText(value, m_value);
         value = m_texts.emplace_back(std::exchange(m_value, {}));
     }
-    Named& section = m_sections[m_section];
-    Named& setting = m_settings.back();
     const std::optional<IniSettings::First> first = m_iniSettings.Add(
-        {section.name, setting.name, value, m_section, static_cast<std::uint32_t>(m_settings.size() - 1)});
+        {m_sections.seen.Name(m_section), m_settings.seen.Name(m_setting), value, m_section, m_setting});
     if (!first || (first->setting == nullptr && FieldValue(first->field) == value)) {
         return;
     }
-    const Notices::Subjects later{KeptName(setting), KeptName(section)};
-    const AdvXMLParser::Position position = PositionOf(m_setting);
+    const AdvXMLParser::Position position = PositionOf(m_settingTag);
+    const Notices::Subjects later{KeptName(m_settings, m_setting), KeptName(m_sections, m_section)};
     if (first->setting == nullptr) {
         m_notices.AddPair(NoticeKind::SameAsField, position, CurrentEntry(), later,
-                          {m_notices.Keep(kIniFields[first->field]), {}});
+                          {m_notices.KeepName(kIniFields[first->field]), 0});
     } else {
         m_notices.AddPair(
             NoticeKind::SameInIni, position, CurrentEntry(), later,
-            {KeptName(m_settings[first->setting->number]), KeptName(m_sections[first->setting->sectionNumber])});
+            {KeptName(m_settings, first->setting->number), KeptName(m_sections, first->setting->sectionNumber)});
     }
 }
 
@@ -209,10 +207,8 @@ void NoticeFinder::OpenEntry(std::string_view softwareId, std::string_view taskI
     m_taskId = taskId;
     m_entry = 0;
     m_task = {};
-    m_sectionNames.Clear();
-    m_settingNames.Clear();
-    m_sections.clear();
-    m_settings.clear();
+    m_sections.Clear();
+    m_settings.Clear();
     m_texts.clear();
 }
 
@@ -222,12 +218,10 @@ NoticeFinder::Place NoticeFinder::OpenSection(std::string_view tag)
     if (!name) {
         return Place::Other;
     }
-    const SeenNames::Added added = m_sectionNames.Add(0, *name);
+    const SeenNames::Added added = m_sections.seen.Add(0, *name);
     m_section = added.number;
-    if (added.isNew) {
-        m_sections.push_back({*name, std::nullopt});
-    } else {
-        Notice(NoticeKind::SectionAgain, tag, {KeptName(m_sections[m_section]), {}});
+    if (!added.isNew) {
+        Notice(NoticeKind::SectionAgain, tag, {KeptName(m_sections, m_section), 0});
     }
     return Place::Section;
 }
@@ -238,13 +232,13 @@ NoticeFinder::Place NoticeFinder::OpenSetting(std::string_view tag)
     if (!name) {
         return Place::Other;
     }
-    const SeenNames::Added added = m_settingNames.Add(m_section, *name);
+    const SeenNames::Added added = m_settings.seen.Add(m_section, *name);
     if (!added.isNew) {
-        Notice(NoticeKind::SettingAgain, tag, {KeptName(m_settings[added.number]), KeptName(m_sections[m_section])});
+        Notice(NoticeKind::SettingAgain, tag, {KeptName(m_settings, added.number), KeptName(m_sections, m_section)});
         return Place::Other;
     }
-    m_settings.push_back({*name, std::nullopt});
-    m_setting = tag;
+    m_setting = added.number;
+    m_settingTag = tag;
     return Place::Setting;
 }
 
@@ -293,7 +287,7 @@ void NoticeFinder::RequireNumber(std::string_view tag, std::string_view name)
     std::deque<std::string> decoded;
     const std::optional<std::string_view> value = Attribute(tag, name, decoded);
     if (value && !IsNumber(*value)) {
-        Notice(NoticeKind::NotANumber, tag, {m_notices.Keep(name), m_notices.KeepName(*value)});
+        Notice(NoticeKind::NotANumber, tag, {m_notices.KeepName(name), m_notices.KeepName(*value)});
     }
 }
 
@@ -315,12 +309,16 @@ std::uint32_t NoticeFinder::CurrentEntry()
     return m_entry;
 }
 
-NoticeText NoticeFinder::KeptName(Named& named)
+std::uint32_t NoticeFinder::KeptName(Names& names, std::uint32_t number)
 {
-    if (!named.kept) {
-        named.kept = m_notices.KeepName(named.name);
+    if (names.kept.size() <= number) {
+        names.kept.resize(names.seen.Count());
     }
-    return *named.kept;
+    std::uint32_t& kept = names.kept[number];
+    if (kept == 0) {
+        kept = m_notices.KeepName(names.seen.Name(number));
+    }
+    return kept;
 }
 
 }  // namespace zupm

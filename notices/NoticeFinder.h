@@ -51,10 +51,16 @@ private:
         Other,
     };
 
-    /// A section or setting that counts. The texts of names are kept when a notice first needs them.
-    struct Named {
-        std::string_view name;
-        std::optional<NoticeText> kept;
+    /// The names of the sections of the open entry, or of its settings. The notices keep one when they first need it.
+    struct Names {
+        SeenNames seen;
+        std::vector<std::uint32_t> kept;  ///< by number, as far as there are any; 0 for one that is not kept
+
+        void Clear() noexcept
+        {
+            seen.Clear();
+            kept.clear();
+        }
     };
 
     void Open(const AdvXMLParser::Tag& tag);
@@ -83,7 +89,7 @@ private:
     void Notice(NoticeKind kind, std::string_view tag, const Notices::Subjects& subjects = {});
     /// The number of the open product or task among the notices' entries; 0 outside of one.
     [[nodiscard]] std::uint32_t CurrentEntry();
-    [[nodiscard]] NoticeText KeptName(Named& named);
+    [[nodiscard]] std::uint32_t KeptName(Names& names, std::uint32_t number);
 
     std::string_view m_text;
     AdvXMLParser::MarkupReader m_reader;
@@ -104,7 +110,8 @@ private:
     std::string_view m_task;  ///< the tag of the open task; empty outside of tasks
 
     std::uint32_t m_section = 0;  ///< the number of the open section
-    std::string_view m_setting;   ///< the tag of the open setting
+    std::uint32_t m_setting = 0;  ///< of the open setting
+    std::string_view m_settingTag;
     std::uint32_t m_valueAt = 0;  ///< where the rest of its value begins
     std::string m_value;          ///< its value before that
 
@@ -113,10 +120,8 @@ private:
     SeenNames m_policyIds;
     SeenNames m_taskSoftwareIds;
     SeenNames m_taskIds;
-    SeenNames m_sectionNames;
-    SeenNames m_settingNames;
-    std::vector<Named> m_sections;  ///< of the open entry, by number; settings, too
-    std::vector<Named> m_settings;
+    Names m_sections;
+    Names m_settings;
     IniSettings m_iniSettings;
 };
 

@@ -40,8 +40,8 @@ std::string Notices::Sentence(std::size_t index) const
 {
     const Notice& notice = m_notices[index];
     const Subjects& subjects = m_subjects[notice.subjects];
-    const std::string first(Text(subjects.first));
-    const std::string second(Text(subjects.second));
+    const std::string first = Name(subjects.first);
+    const std::string second = Name(subjects.second);
     switch (notice.kind) {
         case NoticeKind::PolicyAgain:
             return "policy " + Shortened(SoftwareId(index)) + " occurs again; only the first is used";
@@ -59,15 +59,14 @@ std::string Notices::Sentence(std::size_t index) const
         case NoticeKind::SameInIni:
             return OfTwo(SettingOf(subjects), SettingOf(m_subjects[notice.subjects + 1]));
         case NoticeKind::SameAsField:
-            return OfTwo(SettingOf(subjects),
-                         "the task's field " + std::string(Text(m_subjects[notice.subjects + 1].first)));
+            return OfTwo(SettingOf(subjects), "the task's field " + Name(m_subjects[notice.subjects + 1].first));
     }
     return {};
 }
 
 std::string Notices::SettingOf(const Subjects& subjects) const
 {
-    return "setting " + std::string(Text(subjects.first)) + " of section " + std::string(Text(subjects.second));
+    return "setting " + Name(subjects.first) + " of section " + Name(subjects.second);
 }
 
 NoticeText Notices::Keep(std::string_view text)
@@ -77,9 +76,10 @@ NoticeText Notices::Keep(std::string_view text)
     return kept;
 }
 
-NoticeText Notices::KeepName(std::string_view name)
+std::uint32_t Notices::KeepName(std::string_view name)
 {
-    return Keep(Shortened(name));
+    m_names.push_back(Keep(Shortened(name)));
+    return static_cast<std::uint32_t>(m_names.size() - 1);
 }
 
 std::uint32_t Notices::AddEntry(const Entry& entry)

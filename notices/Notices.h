@@ -38,10 +38,10 @@ public:
         NoticeText softwareId;
         NoticeText taskId;
     };
-    /// What the sentence names: a section's or setting's name, an attribute and its value, ...
+    /// What the sentence names: a setting and its section, an attribute and its value, ... Numbers of names; 0 is none.
     struct Subjects {
-        NoticeText first;
-        NoticeText second;
+        std::uint32_t first = 0;
+        std::uint32_t second = 0;
     };
 
     [[nodiscard]] std::size_t Count() const noexcept { return m_notices.size(); }
@@ -58,8 +58,8 @@ public:
     // --- filling -----------------------------------------------------------------------------------------------------
 
     [[nodiscard]] NoticeText Keep(std::string_view text);
-    /// The same for a name that only sentences need.
-    [[nodiscard]] NoticeText KeepName(std::string_view name);
+    /// The number of a name, for Subjects.
+    [[nodiscard]] std::uint32_t KeepName(std::string_view name);
     /// The number of an entry, for Add. Entry 0 is none.
     [[nodiscard]] std::uint32_t AddEntry(const Entry& entry);
     void Add(NoticeKind kind, const AdvXMLParser::Position& position, std::uint32_t entry, const Subjects& subjects);
@@ -81,9 +81,11 @@ private:
     {
         return std::string_view(m_texts).substr(text.offset, text.length);
     }
+    [[nodiscard]] std::string Name(std::uint32_t number) const { return std::string(Text(m_names[number])); }
     [[nodiscard]] std::string SettingOf(const Subjects& subjects) const;
 
     std::string m_texts;
+    std::deque<NoticeText> m_names{NoticeText{}};
     std::deque<Entry> m_entries{Entry{}};
     std::deque<Subjects> m_subjects;
     std::deque<Notice> m_notices;

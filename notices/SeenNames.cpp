@@ -1,6 +1,7 @@
 #include "notices/SeenNames.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "settings/NameHash.h"
 
@@ -23,36 +24,31 @@ SeenNames::Added SeenNames::Add(std::uint32_t scope, std::string_view name)
     }
     const std::uint32_t hash = HashIn(scope, name);
     Place& place = FindPlace(scope, name, hash);
-    if (place.round == m_round) {
-        return {place.number, false};
+    if (place.serial >= m_first) {
+        return {place.serial - m_first, false};
     }
     const auto number = static_cast<std::uint32_t>(m_names.size());
-    m_names.push_back({name, scope, hash});
-    place = {hash, number, m_round};
+    m_names.push_back({name.data(), static_cast<std::uint32_t>(name.size()), scope});
+    place = {hash, m_first + number};
     return {number, true};
 }
 
 void SeenNames::Clear() noexcept
 {
+    m_first += static_cast<std::uint32_t>(m_names.size());
     m_names.clear();
-    if (++m_round == 0) {
-        std::fill(m_places.begin(), m_places.end(), Place());
-        m_round = 1;
-    }
 }
 
 SeenNames::Place& SeenNames::FindPlace(std::uint32_t scope, std::string_view name, std::uint32_t hash) noexcept
 {
     for (std::size_t at = hash;; ++at) {
         Place& place = m_places[at & (m_places.size() - 1)];
-        if (place.round != m_round) {
+        if (place.serial < m_first) {
             return place;
         }
-        if (place.hash == hash) {
-            const Name& known = m_names[place.number];
-            if (known.scope == scope && known.text == name) {
-                return place;
-            }
+        const std::uint32_t number = place.serial - m_first;
+        if (place.hash == hash && m_names[number].scope == scope && Name(number) == name) {
+            return place;
         }
     }
 }
@@ -60,7 +56,7 @@ SeenNames::Place& SeenNames::FindPlace(std::uint32_t scope, std::string_view nam
 SeenNames::Place& SeenNames::FreePlace(std::uint32_t hash) noexcept
 {
     std::size_t at = hash;
-    while (m_places[at & (m_places.size() - 1)].round == m_round) {
+    while (m_places[at & (m_places.size() - 1)].serial >= m_first) {
         ++at;
     }
     return m_places[at & (m_places.size() - 1)];
@@ -69,11 +65,11 @@ SeenNames::Place& SeenNames::FreePlace(std::uint32_t hash) noexcept
 void SeenNames::Grow()
 {
     constexpr std::size_t kFirst = 64;
-    std::vector<Place> places(std::max(kFirst, 2 * m_places.size()));
-    m_places.swap(places);
-    for (std::uint32_t number = 0; number < m_names.size(); ++number) {
-        const std::uint32_t hash = m_names[number].hash;
-        FreePlace(hash) = {hash, number, m_round};
+    const std::vector<Place> old = std::exchange(m_places, std::vector<Place>(std::max(kFirst, 2 * m_places.size())));
+    for (const Place& place : old) {
+        if (place.serial >= m_first) {
+            FreePlace(place.hash) = place;
+        }
     }
 }
 

@@ -6,7 +6,7 @@
 namespace zupm::test {
 namespace {
 
-Toy& Self(IDispatch* self)
+Toy& Self(IUnknown* self)
 {
     Toy& toy = *static_cast<Toy*>(self);
     ++toy.calls;
@@ -21,33 +21,33 @@ void Store(void* slot, std::u16string_view text)
     string = NewString(text);
 }
 
-HRESULT Join(IDispatch* self, const Argument* arguments)
+HRESULT Join(IUnknown* self, const Argument* arguments)
 {
     Self(self);
     Store(arguments[2].slot, Text(arguments[0].string) + u"|" + Text(arguments[1].string));
     return S_OK;
 }
 
-HRESULT Add(IDispatch* self, const Argument* arguments)
+HRESULT Add(IUnknown* self, const Argument* arguments)
 {
     Self(self);
     *static_cast<LONG*>(arguments[2].slot) = arguments[0].number + arguments[1].number;
     return S_OK;
 }
 
-HRESULT GetCount(IDispatch* self, const Argument* arguments)
+HRESULT GetCount(IUnknown* self, const Argument* arguments)
 {
     *static_cast<LONG*>(arguments[0].slot) = Self(self).stored;
     return S_OK;
 }
 
-HRESULT PutCount(IDispatch* self, const Argument* arguments)
+HRESULT PutCount(IUnknown* self, const Argument* arguments)
 {
     Self(self).stored = arguments[0].number;
     return S_OK;
 }
 
-HRESULT Echo(IDispatch* self, const Argument* arguments)
+HRESULT Echo(IUnknown* self, const Argument* arguments)
 {
     Self(self).echoed = arguments[0].object;
     if (arguments[0].object != nullptr) {
@@ -58,14 +58,14 @@ HRESULT Echo(IDispatch* self, const Argument* arguments)
 }
 
 /// Hands out the toy as what the slot is for: callers only use the part that every dispatch interface has.
-HRESULT MakeTask(IDispatch* self, const Argument* arguments)
+HRESULT MakeTask(IUnknown* self, const Argument* arguments)
 {
     Self(self).AddRef();
     *static_cast<IPolicyTask**>(arguments[0].slot) = reinterpret_cast<IPolicyTask*>(self);
     return S_OK;
 }
 
-HRESULT Pair(IDispatch* self, const Argument* arguments)
+HRESULT Pair(IUnknown* self, const Argument* arguments)
 {
     Self(self);
     Store(arguments[0].slot, u"first");
@@ -73,7 +73,7 @@ HRESULT Pair(IDispatch* self, const Argument* arguments)
     return S_OK;
 }
 
-HRESULT Fail(IDispatch* self, const Argument* arguments)
+HRESULT Fail(IUnknown* self, const Argument* arguments)
 {
     Self(self);
     OLECHAR description[] = u"It failed on purpose.";
@@ -91,7 +91,7 @@ HRESULT Fail(IDispatch* self, const Argument* arguments)
     return arguments[0].number;
 }
 
-HRESULT Plain(IDispatch* self, const Argument* arguments)
+HRESULT Plain(IUnknown* self, const Argument* arguments)
 {
     Toy& toy = Self(self);
     toy.plain->AddRef();
@@ -99,7 +99,7 @@ HRESULT Plain(IDispatch* self, const Argument* arguments)
     return S_OK;
 }
 
-HRESULT FailLate(IDispatch* self, const Argument* arguments)
+HRESULT FailLate(IUnknown* self, const Argument* arguments)
 {
     Toy& toy = Self(self);
     Store(arguments[1].slot, u"written all the same");
@@ -108,19 +108,19 @@ HRESULT FailLate(IDispatch* self, const Argument* arguments)
     return -1201;
 }
 
-HRESULT Nothing(IDispatch* self, const Argument* /*arguments*/)
+HRESULT Nothing(IUnknown* self, const Argument* /*arguments*/)
 {
     Self(self);
     return S_FALSE;
 }
 
-HRESULT Numbers(IDispatch* self, const Argument* arguments)
+HRESULT Numbers(IUnknown* self, const Argument* arguments)
 {
     *static_cast<LONG*>(arguments[0].slot) = ++Self(self).stored;
     return S_OK;
 }
 
-HRESULT PutText(IDispatch* self, const Argument* arguments)
+HRESULT PutText(IUnknown* self, const Argument* arguments)
 {
     Self(self).written = Text(arguments[0].string);
     return S_OK;

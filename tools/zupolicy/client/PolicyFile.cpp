@@ -17,22 +17,6 @@ ComPtr<Interface> QueryFor(IUnknown& object, REFIID iid, const std::string& subj
     return wanted;
 }
 
-/// Takes a list by `list(slot)`, calls `use(name)` for each name, and gives their number.
-template <typename List, typename Use>
-std::size_t ForEachName(const std::string& subject, List list, Use use)
-{
-    ComPtr<IPolicyNames> names;
-    Check(list(names.Put()), subject);
-    LONG count = 0;
-    Check(names->get_Count(&count), subject);
-    for (LONG i = 0; i < count; ++i) {
-        Bstr name;
-        Check(names->get_Item(i, name.Slot()), subject);
-        use(name.Get());
-    }
-    return static_cast<std::size_t>(count);
-}
-
 bool IsFolder(const std::string& path)
 {
     std::error_code ignored;
@@ -172,42 +156,6 @@ Notices PolicyFile::Notices()
     Check(QueryFor<IPolicyFileContents>(*m_file.Get(), IID_IPolicyFileContents, m_path)->get_Notices(list.Put()),
           m_path);
     return {std::move(list), m_path};
-}
-
-Counts PolicyFile::Count()
-{
-    const auto contents = QueryFor<IPolicyFileContents>(*m_file.Get(), IID_IPolicyFileContents, m_path);
-    Counts counts;
-    counts.policies = ForEachName(
-        m_path, [&](IPolicyNames** slot) { return contents->get_PolicyIDs(slot); },
-        [&](BSTR softwareId) {
-            ComPtr<IUnknown> policy;
-            Check(m_file.Get()->GetPolicy(softwareId, policy.Put()), m_path);
-            CountEntry(*policy.Get(), counts);
-        });
-    const auto countTasks = [&](BSTR softwareId) {
-        counts.tasks += ForEachName(
-            m_path, [&](IPolicyNames** slot) { return contents->GetTaskIDs(softwareId, slot); },
-            [&](BSTR taskId) {
-                ComPtr<IUnknown> task;
-                Check(m_file.Get()->GetTask(softwareId, taskId, task.Put()), m_path);
-                CountEntry(*task.Get(), counts);
-            });
-    };
-    ForEachName(
-        m_path, [&](IPolicyNames** slot) { return contents->get_TaskSoftwareIDs(slot); }, countTasks);
-    return counts;
-}
-
-void PolicyFile::CountEntry(IUnknown& entry, Counts& counts)
-{
-    const auto sections = QueryFor<IPolicySections>(entry, IID_IPolicySections, m_path);
-    const auto countSettings = [&](BSTR section) {
-        counts.settings += ForEachName(
-            m_path, [&](IPolicyNames** slot) { return sections->GetSettingNames(section, slot); }, [](BSTR) {});
-    };
-    counts.sections += ForEachName(
-        m_path, [&](IPolicyNames** slot) { return sections->get_SectionNames(slot); }, countSettings);
 }
 
 std::string PolicyFile::SubjectFor(const Target& target) const

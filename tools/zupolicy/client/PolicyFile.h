@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 
-#include "tools/zupolicy/client/Counts.h"
 #include "tools/zupolicy/client/Entry.h"
 #include "tools/zupolicy/client/Notices.h"
 #include "tools/zupolicy/client/Target.h"
@@ -62,13 +61,10 @@ public:
 
     [[nodiscard]] FileVersions Versions();
     [[nodiscard]] tool::Notices Notices();
-    /// Takes out every policy and task to count what is in it.
-    [[nodiscard]] Counts Count();
 
 private:
     [[nodiscard]] std::string SubjectFor(const Target& target) const;
     [[nodiscard]] std::unique_ptr<Entry> FindPolicy(const Target& target);
-    void CountEntry(IUnknown& entry, Counts& counts);
 
     std::string m_path;
     zupm::PolicyFile m_file;

@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/PolicyFile.h"
@@ -26,11 +28,23 @@ std::string_view WithoutName(std::string_view message, const std::string& path)
     return message.starts_with(name) ? message.substr(name.size()) : message;
 }
 
+/// What the component notices about a file; with `counts` also these, which take a reading of its own.
+Notices NoticesOf(const std::string& path, Counts* counts)
+{
+    if (counts == nullptr) {
+        return PolicyFile(path, Access::ReadOnly).Notices();
+    }
+    std::optional<Notices> notices;
+    *counts = CountContents(path, [&](PolicyFile& file) { notices = file.Notices(); });
+    return std::move(*notices);
+}
+
 CheckReport ReportOf(const std::string& path, bool withCounts)
 {
     try {
-        PolicyFile file(path, Access::ReadOnly);
-        return {path, SoundFile{file.Notices(), withCounts ? file.Count() : Counts()}, {}, {}, {}};
+        Counts counts;
+        Notices notices = NoticesOf(path, withCounts ? &counts : nullptr);
+        return {path, SoundFile{std::move(notices), counts}, {}, {}, {}};
     } catch (const CallError& error) {
         return BrokenReport(path, error.Description());
     } catch (const Failure& failure) {

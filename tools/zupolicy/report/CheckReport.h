@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "tools/zupolicy/client/Counts.h"
 #include "tools/zupolicy/client/Notices.h"
+#include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {

@@ -31,18 +31,12 @@ Stamp StampOf(const std::string& path)
     return {fs::file_size(name, ignored), fs::last_write_time(name, ignored)};
 }
 
-FileVersions LoadVersions(const std::string& path)
-{
-    return PolicyFile(path, Access::ReadOnly).Versions();
-}
-
 [[noreturn]] void ThrowChanged(const std::string& path)
 {
     throw Failure(ExitCode::Changed, path + ": another program changed it while it was being read");
 }
 
-}  // namespace
-
+/// The records of a file that the component has accepted already.
 FileContents ReadRecords(const std::string& path)
 {
     const std::optional<std::string> text = DecodeSource(ReadBytes(path));
@@ -53,19 +47,38 @@ FileContents ReadRecords(const std::string& path)
     return std::move(*contents);
 }
 
-FileContents ReadContents(const std::string& path)
+/// Loads the file for `whileLoaded`, and then reads the records.
+FileContents ReadTwice(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded)
 {
     RequireName(path);
     const Stamp before = StampOf(path);
-    FileVersions versions = LoadVersions(path);
+    {
+        PolicyFile file(path, Access::ReadOnly);
+        whileLoaded(file);
+    }
     FileContents contents = ReadRecords(path);
     if (StampOf(path) != before) {
         ThrowChanged(path);
     }
+    return contents;
+}
+
+}  // namespace
+
+FileContents ReadContents(const std::string& path)
+{
+    FileVersions versions;
+    FileContents contents = ReadTwice(path, [&](PolicyFile& file) { versions = file.Versions(); });
     contents.policyVersion = std::move(versions.policy);
     contents.taskVersion = std::move(versions.task);
     contents.assignmentList = std::move(versions.assignmentList);
     return contents;
+}
+
+Counts CountContents(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded)
+{
+    const FileContents contents = ReadTwice(path, whileLoaded);
+    return {contents.policies.size(), contents.tasks.size(), contents.sections.size(), contents.settings.size()};
 }
 
 }  // namespace zupm::tool

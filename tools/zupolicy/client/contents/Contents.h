@@ -1,8 +1,11 @@
 /// What a policy file holds, read through the component and then record by record.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 
+#include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/client/contents/FileContents.h"
 
 namespace zupm::tool {
@@ -12,8 +15,16 @@ namespace zupm::tool {
 /// component refuses the file, Failure (Changed) when another program writes it at the same time.
 [[nodiscard]] FileContents ReadContents(const std::string& path);
 
-/// The same records of a file that the component has accepted already; versions and assignment list stay empty. Throws
-/// Failure (FileError), and Failure (Changed) when the file is no such file any more.
-[[nodiscard]] FileContents ReadRecords(const std::string& path);
+/// What a file has, each policy, task, section and setting once.
+struct Counts {
+    std::size_t policies = 0;
+    std::size_t tasks = 0;
+    std::size_t sections = 0;
+    std::size_t settings = 0;
+};
+
+/// The counts of a file that the component has accepted and that `whileLoaded` may look at before it is released.
+/// Throws as ReadContents does.
+[[nodiscard]] Counts CountContents(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded);
 
 }  // namespace zupm::tool

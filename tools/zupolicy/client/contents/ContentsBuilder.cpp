@@ -15,22 +15,9 @@ std::uint32_t SizeOf(const Records& records)
     return static_cast<std::uint32_t>(records.size());
 }
 
-/// A sign and digits, with or without white space around them.
-bool IsNumber(std::string_view text)
-{
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-    text.remove_prefix(begin);
-    text = text.substr(0, text.find_last_not_of(kBlanks) + 1);
-    if (text.starts_with('-') || text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
 }  // namespace
 
-ContentsBuilder::ContentsBuilder(std::string_view document) : m_positions(document)
+ContentsBuilder::ContentsBuilder(std::string_view document)
 {
     // Decoded, no text gets longer; so this room is never outgrown, and what is not used of it costs nothing.
     m_contents.texts.reserve(document.size() + 1024);
@@ -73,20 +60,8 @@ void ContentsBuilder::Close()
         m_contents.policies.back().endSection = SizeOf(m_contents.sections);
     } else if (place == Place::Task) {
         m_contents.tasks.back().endSection = SizeOf(m_contents.sections);
-    } else if (place == Place::Setting && m_places[m_depth - 2] == Place::Task) {
-        CloseSetting();
     }
     --m_depth;
-}
-
-/// Only now is the value complete. Nothing inside a setting has a warning, so its place is still ahead of all others.
-void ContentsBuilder::CloseSetting()
-{
-    const std::uint32_t setting = SizeOf(m_contents.settings) - 1;
-    if (const std::optional<IniNames::First> first = m_iniNames.Add(setting)) {
-        const Position position = m_positions.At(m_settingAt);
-        m_contents.warnings.push_back({first->kind, position.line, position.column, {}, {}, setting, first->number});
-    }
 }
 
 void ContentsBuilder::Text(const Markup& markup)
@@ -104,7 +79,6 @@ ContentsBuilder::Place ContentsBuilder::PlaceOf(const Markup& tag)
 {
     switch (m_places[m_depth]) {
         case Place::Document:
-            m_root = m_positions.At(tag.offset);
             return Place::Root;
         case Place::Root:
             return OpenRootChild(tag);
@@ -135,7 +109,6 @@ ContentsBuilder::Place ContentsBuilder::OpenRootChild(const Markup& tag)
         return Place::Other;
     }
     (isPolicies ? m_contents.places.policyRoot : m_contents.places.taskRoot) = true;
-    RequireNumber(tag, "version");
     return isPolicies ? Place::PolicyRoot : Place::TaskRoot;
 }
 
@@ -154,7 +127,6 @@ ContentsBuilder::Place ContentsBuilder::OpenPolicy(const Markup& tag)
         return Place::Other;
     }
     m_contents.places.policy = true;
-    RequireNumber(tag, "PolicyVersion");
     // Every product of the policy repeats the version, so a long one, which is no version, is cut.
     m_policyVersion = Keep(Shortened(AttributeOf(tag.attributes, "PolicyVersion").value_or("")));
     return Place::Policy;
@@ -171,7 +143,6 @@ ContentsBuilder::Place ContentsBuilder::OpenProduct(const Markup& tag)
         KeyOf(0, *softwareId), SizeOf(policies),
         [&](std::uint32_t number) { return m_contents.Text(policies[number].softwareId) == *softwareId; });
     if (known != kNone) {
-        Warn(Warning::Kind::PolicyAgain, tag, policies[known].softwareId);
         return Place::Other;
     }
     const std::uint32_t section = SizeOf(m_contents.sections);
@@ -185,7 +156,6 @@ ContentsBuilder::Place ContentsBuilder::OpenTaskGroup(const Markup& tag)
     if (tag.text != "TaskGroup") {
         return Place::Other;
     }
-    RequireNumber(tag, "TaskVersion");
     if (!AttributeOf(tag.attributes, "SoftwareID") || !AttributeOf(tag.attributes, "TaskID")) {
         return Place::Other;
     }
@@ -221,9 +191,7 @@ ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
     if (tag.text != "Task") {
         return Place::Other;
     }
-    RequireNumber(tag, "TaskVersion");
     if (!m_isNewGroup) {
-        Warn(Warning::Kind::TaskAgain, tag, m_group.taskId, m_group.softwareId);
         return Place::Other;
     }
     m_isNewGroup = false;
@@ -233,7 +201,6 @@ ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
     tasks.back().version = KeepAttribute(tag, "TaskVersion");
     tasks.back().firstSection = tasks.back().endSection = SizeOf(m_contents.sections);
     ++m_entry;
-    m_iniNames.OpenTask();
     return Place::Task;
 }
 
@@ -247,14 +214,9 @@ ContentsBuilder::Place ContentsBuilder::OpenSection(const Markup& tag)
     m_section = m_sectionKeys.FindOrAdd(KeyOf(m_entry, *name), SizeOf(sections), [&](std::uint32_t number) {
         return sections[number].entry == m_entry && m_contents.Text(sections[number].name) == *name;
     });
-    if (m_section != kNone) {
-        Warn(Warning::Kind::SectionAgain, tag, sections[m_section].name);
-    } else {
+    if (m_section == kNone) {
         m_section = SizeOf(sections);
         sections.push_back({Keep(*name), m_entry});
-    }
-    if (m_places[m_depth] == Place::Task) {
-        m_iniNames.OpenSection(m_section);
     }
     return Place::Section;
 }
@@ -272,7 +234,6 @@ ContentsBuilder::Place ContentsBuilder::OpenSetting(const Markup& tag)
     });
     Section& section = m_contents.sections[m_section];
     if (known != kNone) {
-        Warn(Warning::Kind::SettingAgain, tag, settings[known].name, section.name);
         return Place::Other;
     }
     const Piece kept = Keep(*name);
@@ -283,7 +244,6 @@ ContentsBuilder::Place ContentsBuilder::OpenSetting(const Markup& tag)
         settings[section.lastSetting].next = number;
     }
     section.lastSetting = number;
-    m_settingAt = tag.offset;
     return Place::Setting;
 }
 
@@ -300,26 +260,8 @@ Piece ContentsBuilder::KeepAttribute(const Markup& tag, std::string_view name)
     return value ? Keep(*value) : Piece();
 }
 
-void ContentsBuilder::RequireNumber(const Markup& tag, std::string_view name)
-{
-    const auto value = AttributeOf(tag.attributes, name);
-    if (value && !IsNumber(*value)) {
-        const Piece kept = Keep(*value);
-        Warn(Warning::Kind::NotANumber, tag, kept, Keep(name));
-    }
-}
-
-void ContentsBuilder::Warn(Warning::Kind kind, const Markup& tag, Piece text, Piece other)
-{
-    const Position position = m_positions.At(tag.offset);
-    m_contents.warnings.push_back({kind, position.line, position.column, text, other});
-}
-
 FileContents ContentsBuilder::Take()
 {
-    if (!m_contents.places.policyRoot && !m_contents.places.taskRoot) {
-        m_contents.warnings.push_front({Warning::Kind::NoRoots, m_root.line, m_root.column, {}, {}});
-    }
     return std::move(m_contents);
 }
 

@@ -7,8 +7,6 @@
 #include <string_view>
 
 #include "tools/zupolicy/client/contents/FileContents.h"
-#include "tools/zupolicy/client/contents/IniNames.h"
-#include "tools/zupolicy/client/contents/PositionCounter.h"
 #include "tools/zupolicy/client/contents/RecordIndex.h"
 #include "tools/zupolicy/client/contents/TagReader.h"
 
@@ -49,7 +47,6 @@ private:
     void Open(const Markup& tag);
     void Close();
     void Text(const Markup& markup);
-    void CloseSetting();
 
     [[nodiscard]] Place PlaceOf(const Markup& tag);
     [[nodiscard]] Place OpenRootChild(const Markup& tag);
@@ -68,12 +65,8 @@ private:
     [[nodiscard]] Piece Keep(std::string_view text);
     /// An attribute's value among the texts; missing when the tag does not have it.
     [[nodiscard]] Piece KeepAttribute(const Markup& tag, std::string_view name);
-    void RequireNumber(const Markup& tag, std::string_view name);
-    void Warn(Warning::Kind kind, const Markup& tag, Piece text, Piece other = {});
 
     FileContents m_contents;
-    PositionCounter m_positions;
-    Position m_root;
 
     /// From the document down to a setting: eight levels. Level 0 is the document itself.
     std::array<Place, 9> m_places{Place::Document};
@@ -84,13 +77,11 @@ private:
     bool m_isNewGroup = false;    ///< no task has the group's key so far
     std::uint32_t m_entry = 0;    ///< counts policies and tasks
     std::uint32_t m_section = 0;  ///< the section that is open
-    std::size_t m_settingAt = 0;  ///< where the setting that is open begins
 
     RecordIndex m_policyKeys;
     RecordIndex m_taskKeys;
     RecordIndex m_sectionKeys;
     RecordIndex m_settingKeys;
-    IniNames m_iniNames{m_contents};
 };
 
 }  // namespace zupm::tool

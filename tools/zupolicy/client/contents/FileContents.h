@@ -62,28 +62,6 @@ struct Task {
     std::uint32_t endSection = 0;
 };
 
-/// What is odd about a file that loads all the same.
-struct Warning {
-    enum class Kind : std::uint8_t {
-        PolicyAgain,   ///< text: software ID; the component never reaches it
-        TaskAgain,     ///< other: software ID, text: task ID
-        SectionAgain,  ///< text: name
-        SettingAgain,  ///< other: section, text: name
-        NoRoots,       ///< neither policies nor tasks: perhaps no policy file at all
-        NotANumber,    ///< other: attribute's name, text: its value
-        SameInIni,     ///< setting and first: two settings of a task that are one in an INI file
-        SameAsField,   ///< setting; first: number of the task's field that it replaces in an INI file
-    };
-
-    Kind kind;
-    std::uint32_t line;  ///< counts from 1, as does the column
-    std::uint32_t column;
-    Piece text;
-    Piece other;
-    std::uint32_t setting = kNone;
-    std::uint32_t first = kNone;
-};
-
 /// The elements that a new entry needs, as far as the file has them.
 struct Places {
     bool policyRoot = false;
@@ -102,7 +80,6 @@ struct FileContents {
     std::deque<Task> tasks;
     std::deque<Section> sections;
     std::deque<Setting> settings;
-    std::deque<Warning> warnings;
     Places places;
 
     [[nodiscard]] std::string_view Text(Piece piece) const

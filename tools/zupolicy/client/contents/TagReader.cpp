@@ -118,14 +118,13 @@ std::optional<Markup> TagReader::TakeText()
 {
     const std::size_t begin = m_at;
     m_at = std::min(m_text.find('<', begin), m_text.size());
-    return Markup{Markup::Kind::Text, m_text.substr(begin, m_at - begin), {}, begin};
+    return Markup{Markup::Kind::Text, m_text.substr(begin, m_at - begin), {}};
 }
 
 std::optional<Markup> TagReader::TakeVerbatim()
 {
-    const std::size_t begin = m_at;
     const auto text = TakeThrough("]]>", kCdataBegin.size());
-    return text ? std::optional(Markup{Markup::Kind::Verbatim, *text, {}, begin}) : std::nullopt;
+    return text ? std::optional(Markup{Markup::Kind::Verbatim, *text, {}}) : std::nullopt;
 }
 
 /// What lies between the next `skip` bytes and `mark`; goes on after the mark.
@@ -188,13 +187,13 @@ std::optional<Markup> TagReader::TakeTag()
     m_at = end + 1;
     std::string_view inside = m_text.substr(begin + 1, end - begin - 1);
     if (inside.starts_with('/')) {
-        return Markup{Markup::Kind::Close, {}, {}, begin};
+        return Markup{Markup::Kind::Close, {}, {}};
     }
     const bool closes = inside.ends_with('/');
     inside.remove_suffix(closes ? 1 : 0);
     const std::size_t length = std::min(inside.find_first_of(kBlanks), inside.size());
     return Markup{closes ? Markup::Kind::OpenAndClose : Markup::Kind::Open, inside.substr(0, length),
-                  inside.substr(length), begin};
+                  inside.substr(length)};
 }
 
 std::optional<std::string> AttributeOf(std::string_view attributes, std::string_view name)

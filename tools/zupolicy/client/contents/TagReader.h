@@ -18,8 +18,6 @@ struct Markup {
     std::string_view text;
     /// Open: what lies between the name and the tag's end.
     std::string_view attributes;
-    /// Where it begins in the document.
-    std::size_t offset;
 };
 
 /// Takes a well-formed document apart without a copy of it. It remembers no open element, so a document of a million
