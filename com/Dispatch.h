@@ -43,11 +43,11 @@ struct Member {
     /// At most kMostParameters.
     std::span<const Parameter> parameters;
     std::string_view help;
-    /// Calls the member of `self` (an interface pointer) with one argument per parameter.
-    HRESULT (*call)(IDispatch* self, const Argument* arguments);
+    /// Calls the member of `self`, a pointer of the very interface that has it, with one argument per parameter.
+    HRESULT (*call)(IUnknown* self, const Argument* arguments);
 };
 
-/// One dual interface; rows are in slot order, after the seven slots of IDispatch.
+/// One interface; rows are in slot order, after the slots of its base: seven of IDispatch, three of IUnknown.
 struct InterfaceDescription {
     const IID& iid;
     std::u16string_view name;
@@ -56,12 +56,13 @@ struct InterfaceDescription {
 
 /// The IDispatch methods of `description` for `self`. Natively the table answers. On Windows the module's type library
 /// does: each interface's type description is read once and kept, under one lock, until ReleaseTypeInformation.
+/// GetTypeInfo wants a dual interface; `self` of Invoke is a pointer of the interface that is described.
 [[nodiscard]] HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept;
 [[nodiscard]] HRESULT DispatchGetTypeInfo(const InterfaceDescription& description, UINT index, LCID locale,
                                           ITypeInfo** info) noexcept;
 [[nodiscard]] HRESULT DispatchGetIDsOfNames(const InterfaceDescription& description, LPOLESTR* names, UINT count,
                                             LCID locale, DISPID* ids) noexcept;
-[[nodiscard]] HRESULT DispatchInvoke(const InterfaceDescription& description, IDispatch* self, DISPID member,
+[[nodiscard]] HRESULT DispatchInvoke(const InterfaceDescription& description, IUnknown* self, DISPID member,
                                      LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                                      EXCEPINFO* exception, UINT* badArgument) noexcept;
 

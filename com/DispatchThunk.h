@@ -86,7 +86,7 @@ struct MemberSignature<HRESULT (Interface::*)(Types...)> {
     static constexpr std::array<const IID*, kCount> kSlotInterfaces{kSlotInterface<Types>...};
 
     template <auto Function>
-    static HRESULT Call(IDispatch* self, const Argument* arguments)
+    static HRESULT Call(IUnknown* self, const Argument* arguments)
     {
         return CallIndexed<Function>(static_cast<Interface*>(self), arguments, std::index_sequence_for<Types...>());
     }

@@ -1,20 +1,23 @@
-/// The base of every class: one dual interface, with calls by name and error information.
+/// The base of every class: one dual interface and any others, with calls by name and error information.
 #pragma once
 
+#include <array>
 #include <string_view>
 #include <utility>
 
 #include "com/ComCall.h"
-#include "com/Dispatch.h"
+#include "com/DispatchTarget.h"
 #include "zuPolicyManager/ComBase.h"
 
 namespace zupm {
 
-/// An interface that the objects of a class have beside their dual one.
-template <class Other, const IID& iid>
+/// An interface that the objects of a class have beside their dual one, and its table. Calls by name reach its members
+/// after those of the dual one.
+template <class Other, const InterfaceDescription& (*Describe)() noexcept>
 struct AlsoImplements {
     using Interface = Other;
-    static const IID& Id() noexcept { return iid; }
+    static const InterfaceDescription& Description() noexcept { return Describe(); }
+    static const IID& Id() noexcept { return Describe().iid; }
 };
 
 /// The base of every class; PlainObject or AggregatedObject (ObjectForms.h) make objects of it.
@@ -42,12 +45,16 @@ public:
     }
     HRESULT GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) noexcept final
     {
-        return DispatchGetIDsOfNames(Class::Description(), names, count, locale, ids);
+        const bool isAsked = names != nullptr && count != 0;
+        return DispatchGetIDsOfNames(*FindTarget(Targets(), isAsked ? names[0] : nullptr).description, names, count,
+                                     locale, ids);
     }
     HRESULT Invoke(DISPID member, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                    EXCEPINFO* exception, UINT* badArgument) noexcept final
     {
-        return DispatchInvoke(Class::Description(), this, member, locale, flags, parameters, result, exception,
+        const auto targets = Targets();
+        const DispatchTarget& target = FindTarget(targets, member);
+        return DispatchInvoke(*target.description, target.self, member, locale, flags, parameters, result, exception,
                               badArgument);
     }
 
@@ -90,6 +97,11 @@ protected:
     }
 
 private:
+    [[nodiscard]] std::array<DispatchTarget, 1 + sizeof...(More)> Targets() noexcept
+    {
+        return {DispatchTarget{&Class::Description(), static_cast<Interface*>(this)},
+                DispatchTarget{&More::Description(), static_cast<typename More::Interface*>(this)}...};
+    }
     [[nodiscard]] void* FindInterface(REFIID iid) noexcept
     {
         if (iid == IID_IUnknown || iid == IID_IDispatch || iid == Class::Description().iid) {

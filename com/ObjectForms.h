@@ -30,6 +30,11 @@ private:
 template <class Class>
 class PlainObject final : private ModuleReference, public Class {
 public:
+    template <class... Arguments>
+    explicit PlainObject(Arguments&... arguments) : Class(arguments...)
+    {
+    }
+
     HRESULT QueryInterface(REFIID iid, void** out) noexcept override { return this->QueryOwnInterface(iid, out); }
     ULONG AddRef() noexcept override { return m_references.Increment(); }
     ULONG Release() noexcept override
@@ -116,13 +121,14 @@ template <class Form, class... Arguments>
     return result;
 }
 
-/// Creates an object for the component's own use, whose class the caller sees; its creation code.
-template <class Class>
-[[nodiscard]] HRESULT CreatePlain(ComPtr<Class>& object) noexcept
+/// Creates an object for the component's own use, whose class the caller sees; its creation code. The arguments are
+/// those of the class.
+template <class Class, class... Arguments>
+[[nodiscard]] HRESULT CreatePlain(ComPtr<Class>& object, Arguments&... arguments) noexcept
 {
     object.Reset();
     ComPtr<PlainObject<Class>> created;
-    const HRESULT result = CreateForm(Class::kCreation, created);
+    const HRESULT result = CreateForm(Class::kCreation, created, arguments...);
     if (SUCCEEDED(result)) {
         object = ComPtr<Class>::Attach(created.Detach());
     }

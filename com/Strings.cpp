@@ -16,6 +16,19 @@ result::Code StoreString(BSTR* slot, std::u16string_view text) noexcept
     return *slot != nullptr ? result::Success : result::AllocationFailed;
 }
 
+result::Code ReplaceString(BSTR* slot, std::u16string_view text) noexcept
+{
+    if (slot == nullptr) {
+        return result::BadArgument;
+    }
+    const BSTR copy = AllocateString(text);
+    if (copy == nullptr) {
+        return result::AllocationFailed;
+    }
+    SysFreeString(std::exchange(*slot, copy));
+    return result::Success;
+}
+
 result::Code StoreUtf8(BSTR* slot, std::span<const std::string_view> pieces) noexcept
 {
     if (slot == nullptr) {

@@ -14,7 +14,9 @@ namespace zupm {
 ///
 /// StoreString frees what the slot holds and stores a copy; AllocationFailed leaves the slot null.
 [[nodiscard]] result::Code StoreString(BSTR* slot, std::u16string_view text) noexcept;
-/// The same for a text in pieces, each of them valid UTF-8.
+/// ReplaceString does the same, but AllocationFailed leaves the slot as it is.
+[[nodiscard]] result::Code ReplaceString(BSTR* slot, std::u16string_view text) noexcept;
+/// StoreString for a text in pieces, each of them valid UTF-8.
 [[nodiscard]] result::Code StoreUtf8(BSTR* slot, std::span<const std::string_view> pieces) noexcept;
 /// As StoreString, but what the slot held is overwritten, not freed.
 [[nodiscard]] result::Code OverwriteString(BSTR* slot, std::u16string_view text) noexcept;

@@ -59,6 +59,7 @@ result::Code CPolicyData::Initialize(const Element& policy, std::u16string_view 
         }
         // Given: see docs/given-oddities.md, "ID of a failed binding".
         m_softwareId = softwareId;
+        m_takenVersion = policy.GetAttribute(schema::kPolicyVersion).GetText();
         // Given: see docs/given-oddities.md, "any element is a product".
         const Element product = known.IsNull() ? FindChildByAttribute(policy, schema::kSoftwareId, softwareId) : known;
         return product.IsNull() ? result::PolicyNotFound : m_copy.Take(product);
@@ -121,6 +122,12 @@ std::u16string CPolicyData::GetSoftwareId() const
     return m_softwareId;
 }
 
+std::u16string CPolicyData::GetTakenVersion() const
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_takenVersion;
+}
+
 result::Code CPolicyData::GetXmlText(std::u16string& text) const
 {
     const CriticalSectionLock lock(m_lock);
@@ -133,6 +140,24 @@ result::Code CPolicyData::GetSectionSetting(std::u16string_view section, std::u1
 {
     const CriticalSectionLock lock(m_lock);
     return m_copy.GetSectionSetting(section, name, value);
+}
+
+result::Code CPolicyData::GetStoredSetting(std::u16string_view section, std::u16string_view name, std::u16string& value)
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_copy.GetStoredSetting(section, name, value);
+}
+
+result::Code CPolicyData::GetSectionNames(NameList& names)
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_copy.GetSectionNames(names);
+}
+
+result::Code CPolicyData::GetSettingNames(std::u16string_view section, NameList& names)
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_copy.GetSettingNames(section, names);
 }
 
 result::Code CPolicyData::PutSectionSetting(std::u16string_view section, std::u16string_view name,

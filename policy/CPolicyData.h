@@ -51,6 +51,8 @@ public:
     /// cannot hold the ID: Unexpected and a log line, with nothing changed.
     [[nodiscard]] result::Code SetSoftwareId(std::u16string_view softwareId);
     [[nodiscard]] std::u16string GetSoftwareId() const;
+    /// The version of the policy that the product was copied from; empty when it had none, and before the first copy.
+    [[nodiscard]] std::u16string GetTakenVersion() const;
 
     /// The whole private document as text. Always Success.
     [[nodiscard]] result::Code GetXmlText(std::u16string& text) const;
@@ -58,6 +60,10 @@ public:
     /// The cursor's operations and codes; NotInitialised.
     [[nodiscard]] result::Code GetSectionSetting(std::u16string_view section, std::u16string_view name,
                                                  std::u16string& value);
+    [[nodiscard]] result::Code GetStoredSetting(std::u16string_view section, std::u16string_view name,
+                                                std::u16string& value);
+    [[nodiscard]] result::Code GetSectionNames(NameList& names);
+    [[nodiscard]] result::Code GetSettingNames(std::u16string_view section, NameList& names);
     [[nodiscard]] result::Code PutSectionSetting(std::u16string_view section, std::u16string_view name,
                                                  std::u16string_view value);
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view name);
@@ -70,6 +76,7 @@ private:
     mutable CCriticalSection m_lock;
     CPrivateCopy m_copy ZUPM_GUARDED_BY(m_lock);
     std::u16string m_softwareId ZUPM_GUARDED_BY(m_lock);
+    std::u16string m_takenVersion ZUPM_GUARDED_BY(m_lock);
 };
 
 }  // namespace zupm

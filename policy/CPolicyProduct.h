@@ -21,7 +21,8 @@ namespace zupm {
 /// Threads   The object's lock serialises every member except `Section` put (the current section is replaced whole) and
 ///           PutSectionSetting (CPolicyData's own lock serves).
 /// Errors    The data's codes as they are; NotInitialised after a binding failed. BadArgument for a null slot.
-class CPolicyProduct : public DualObject<CPolicyProduct, IPolicyProduct> {
+class CPolicyProduct
+    : public DualObject<CPolicyProduct, IPolicyProduct, AlsoImplements<IPolicySections, &PolicySectionsInterface>> {
 public:
     static constexpr std::u16string_view kCoclass = u"PolicyProduct";
     static constexpr std::u16string_view kCreation = u"CPolicyProduct::FinalConstruct()";
@@ -42,6 +43,11 @@ public:
     HRESULT PutSectionSetting(BSTR strSectionName, BSTR strName, BSTR strValue) noexcept override;
     HRESULT RemoveSetting(BSTR strSectionName, BSTR strName) noexcept override;
     HRESULT RemoveSection(BSTR strSectionName) noexcept override;
+
+    HRESULT get_SectionNames(IPolicyNames** pVal) noexcept override;
+    HRESULT GetSettingNames(BSTR strSection, IPolicyNames** pNames) noexcept override;
+    HRESULT GetStoredSetting(BSTR strSection, BSTR strName, BSTR* pstrValue) noexcept override;
+    HRESULT get_TakenVersion(BSTR* pVal) noexcept override;
 
     /// For the policy file: CPolicyData's Initialize, its two forms, and its WriteBack, under the object's lock.
     [[nodiscard]] result::Code BindToFileElement(const AdvXMLParser::Element& policy, std::u16string_view softwareId,

@@ -30,7 +30,9 @@ class CTaskInfo;
 ///           finds the object between two steps of an edit, but never freed memory; if it loads a file, the edit ends.
 /// Errors    An edit checks read-only first. It empties its index before it changes the document and rebuilds the index
 ///           last. After a failure in between the index stays empty; nothing is rolled back.
-class CPolicyFile : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, IID_IPolicyFileEdit>> {
+class CPolicyFile
+    : public DualObject<CPolicyFile, IPolicyFile, AlsoImplements<IPolicyFileEdit, &PolicyFileEditInterface>,
+                        AlsoImplements<IPolicyFileContents, &PolicyFileContentsInterface>> {
 public:
     static constexpr std::u16string_view kCoclass = u"PolicyFile";
     static constexpr std::u16string_view kCreation = u"CPolicyFile::FinalConstruct()";
@@ -62,6 +64,10 @@ public:
     HRESULT RehearseCommit(LONG bForce) noexcept override;
     HRESULT CommitEdit(LONG bForce) noexcept override;
     HRESULT EndEdit() noexcept override;
+
+    HRESULT get_PolicyIDs(IPolicyNames** pVal) noexcept override;
+    HRESULT get_TaskSoftwareIDs(IPolicyNames** pVal) noexcept override;
+    HRESULT GetTaskIDs(BSTR strSoftwareID, IPolicyNames** pNames) noexcept override;
 
 protected:
     ~CPolicyFile() = default;
@@ -113,6 +119,10 @@ private:
                                             std::u16string& detail) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code WriteTask(std::u16string_view xml, const AdvXMLParser::Element& group,
                                          std::u16string& detail) ZUPM_REQUIRES(m_lock);
+
+    /// Hands out the names that `names(data)` gives; NotInitialised.
+    template <class Names>
+    [[nodiscard]] HRESULT ListNames(std::u16string_view operation, IPolicyNames** slot, Names names) noexcept;
 
     [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)

@@ -11,6 +11,7 @@
 #include "policyfile/PolicyFileProperties.h"
 #include "settings/CElementRef.h"
 #include "settings/NameIndex.h"
+#include "settings/NameList.h"
 #include "xml/Document.h"
 #include "xml/TextRuns.h"
 #include "xml/UtfEncodings.h"
@@ -73,6 +74,12 @@ public:
     /// NotInitialised, TaskNotFound, NotCreated (a software ID without a map); `found` is null then.
     [[nodiscard]] result::Code FindTaskRef(std::u16string_view softwareId, std::u16string_view taskId,
                                            const CTaskRef*& found) const noexcept;
+
+    /// What the two lookups find, in the order of the file: software IDs of policies, software IDs that have tasks, and
+    /// the task IDs of one of them (none when it has no tasks).
+    [[nodiscard]] NameList PolicyIds() const;
+    [[nodiscard]] NameList TaskSoftwareIds() const;
+    [[nodiscard]] NameList TaskIds(std::u16string_view softwareId) const;
 
     /// Appends an empty "TaskGroup" with a "Task" to the first "TaskRoot". ElementMissing, NotCreated,
     /// AllocationFailed. The index is the caller's to rebuild.

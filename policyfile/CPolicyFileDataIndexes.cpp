@@ -119,4 +119,21 @@ result::Code CPolicyFileData::FindTaskRef(std::u16string_view softwareId, std::u
     return found == nullptr ? result::TaskNotFound : result::Success;
 }
 
+NameList CPolicyFileData::PolicyIds() const
+{
+    return NamesOf(m_policies, [](const CPolicyRef&) { return true; });
+}
+
+NameList CPolicyFileData::TaskSoftwareIds() const
+{
+    // A map is empty when memory ran out before its first task was added.
+    return NamesOf(m_tasks, [](const std::unique_ptr<TaskMap>& tasks) { return tasks && tasks->Size() != 0; });
+}
+
+NameList CPolicyFileData::TaskIds(std::u16string_view softwareId) const
+{
+    const std::unique_ptr<TaskMap>* const tasks = m_tasks.Find(softwareId);
+    return tasks != nullptr && *tasks ? NamesOf(**tasks, [](const CTaskRef&) { return true; }) : NameList();
+}
+
 }  // namespace zupm

@@ -64,6 +64,25 @@ result::Code CPrivateCopy::GetSectionSetting(std::u16string_view section, std::u
     return code < 0 ? code : m_cursor->GetSettingValue(section, name, value);
 }
 
+result::Code CPrivateCopy::GetStoredSetting(std::u16string_view section, std::u16string_view name,
+                                            std::u16string& value) const noexcept
+{
+    const result::Code code = CheckCursor();
+    return code < 0 ? code : m_cursor->GetStoredValue(section, name, value);
+}
+
+result::Code CPrivateCopy::GetSectionNames(NameList& names) const noexcept
+{
+    const result::Code code = CheckCursor();
+    return code < 0 ? code : m_cursor->GetSectionNames(names);
+}
+
+result::Code CPrivateCopy::GetSettingNames(std::u16string_view section, NameList& names) const noexcept
+{
+    const result::Code code = CheckCursor();
+    return code < 0 ? code : m_cursor->GetSettingNames(section, names);
+}
+
 result::Code CPrivateCopy::PutSectionSetting(std::u16string_view section, std::u16string_view name,
                                              std::u16string_view value)
 {

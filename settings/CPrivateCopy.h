@@ -53,6 +53,10 @@ public:
     /// The cursor's operations and codes; NotInitialised.
     [[nodiscard]] result::Code GetSectionSetting(std::u16string_view section, std::u16string_view name,
                                                  std::u16string& value);
+    [[nodiscard]] result::Code GetStoredSetting(std::u16string_view section, std::u16string_view name,
+                                                std::u16string& value) const noexcept;
+    [[nodiscard]] result::Code GetSectionNames(NameList& names) const noexcept;
+    [[nodiscard]] result::Code GetSettingNames(std::u16string_view section, NameList& names) const noexcept;
     [[nodiscard]] result::Code PutSectionSetting(std::u16string_view section, std::u16string_view name,
                                                  std::u16string_view value);
     [[nodiscard]] result::Code RemoveSetting(std::u16string_view section, std::u16string_view name);

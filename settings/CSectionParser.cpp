@@ -69,16 +69,32 @@ result::Code CSectionParser::GetSettingValue(std::u16string_view section, std::u
                                              std::u16string& value)
 {
     const CriticalSectionLock lock(m_lock);
-    if (!m_initialised) {
-        return result::CursorNotInitialised;
-    }
     std::u16string raw;
-    if (const result::Code code = m_store->GetSettingValue(section, setting, raw); code < 0) {
+    if (const result::Code code = GetStoredValue(section, setting, raw); code < 0) {
         return code;
     }
     int flags = 1;
     value = cmnlib_ExpandMacro(raw, u"<", u">", flags, kMacroContext);
     return result::Success;
+}
+
+result::Code CSectionParser::GetStoredValue(std::u16string_view section, std::u16string_view setting,
+                                            std::u16string& value) noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised ? m_store->GetSettingValue(section, setting, value) : result::CursorNotInitialised;
+}
+
+result::Code CSectionParser::GetSectionNames(NameList& names) noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised ? m_store->GetSectionNames(names) : result::CursorNotInitialised;
+}
+
+result::Code CSectionParser::GetSettingNames(std::u16string_view section, NameList& names) noexcept
+{
+    const CriticalSectionLock lock(m_lock);
+    return m_initialised ? m_store->GetSettingNames(section, names) : result::CursorNotInitialised;
 }
 
 result::Code CSectionParser::SetSettingValue(std::u16string_view section, std::u16string_view setting,

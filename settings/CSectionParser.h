@@ -8,6 +8,7 @@
 
 #include "platform/CriticalSection.h"
 #include "settings/CXMLDataObject.h"
+#include "settings/NameList.h"
 #include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
@@ -40,6 +41,13 @@ public:
     /// Gives a setting's value with its macros expanded; `value` is untouched on failure.
     [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string& value);
+    /// Gives a setting's value as it is stored; `value` is untouched on failure.
+    [[nodiscard]] result::Code GetStoredValue(std::u16string_view section, std::u16string_view setting,
+                                              std::u16string& value) noexcept;
+    /// The names of the sections, and of the settings of one, in the order of the document; `names` is untouched on
+    /// failure.
+    [[nodiscard]] result::Code GetSectionNames(NameList& names) noexcept;
+    [[nodiscard]] result::Code GetSettingNames(std::u16string_view section, NameList& names) noexcept;
     /// Stores a value as it is; creates a missing section and setting.
     [[nodiscard]] result::Code SetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string_view value) noexcept;

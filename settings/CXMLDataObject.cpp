@@ -94,20 +94,29 @@ Element CXMLDataObject::GetSetting(std::u16string_view section, std::u16string_v
     return code < 0 ? Element() : Find(section, setting, code);
 }
 
-Element CXMLDataObject::Find(std::u16string_view section, std::u16string_view setting,
-                             result::Code& code) const noexcept
+const CElementMap::Index* CXMLDataObject::FindSection(std::u16string_view section, result::Code& code) const noexcept
 {
     const std::unique_ptr<CElementMap>* const settings = m_sections.Find(section);
     if (settings == nullptr) {
         code = result::SectionNotFound;
-        return {};
+        return nullptr;
     }
     // Given: see docs/given-oddities.md, "null entries".
     if (!*settings) {
         code = result::NotCreated;
+        return nullptr;
+    }
+    return &(*settings)->Settings();
+}
+
+Element CXMLDataObject::Find(std::u16string_view section, std::u16string_view setting,
+                             result::Code& code) const noexcept
+{
+    const CElementMap::Index* const settings = FindSection(section, code);
+    if (settings == nullptr) {
         return {};
     }
-    const std::optional<CElementRef>* const reference = (*settings)->Settings().Find(setting);
+    const std::optional<CElementRef>* const reference = settings->Find(setting);
     if (reference == nullptr) {
         code = result::SettingNotFound;
         return {};
@@ -133,6 +142,31 @@ result::Code CXMLDataObject::GetSettingValue(std::u16string_view section, std::u
         }
         value = element.GetText();
         return result::Success;
+    });
+}
+
+result::Code CXMLDataObject::GetSectionNames(NameList& names) noexcept
+{
+    return CatchAll(u"CXMLDataObject::GetSectionNames()", [&]() -> result::Code {
+        if (const result::Code code = Refresh(); code < 0) {
+            return code;
+        }
+        names = NamesOf(m_sections, [](const std::unique_ptr<CElementMap>& settings) { return settings != nullptr; });
+        return result::Success;
+    });
+}
+
+result::Code CXMLDataObject::GetSettingNames(std::u16string_view section, NameList& names) noexcept
+{
+    return CatchAll(u"CXMLDataObject::GetSettingNames()", [&]() -> result::Code {
+        if (const result::Code code = Refresh(); code < 0) {
+            return code;
+        }
+        result::Code code = result::Success;
+        if (const CElementMap::Index* const settings = FindSection(section, code); settings != nullptr) {
+            names = NamesOf(*settings, [](const std::optional<CElementRef>& setting) { return setting.has_value(); });
+        }
+        return code;
     });
 }
 

@@ -10,6 +10,7 @@
 #include "settings/CElementMap.h"
 #include "settings/CIniNames.h"
 #include "settings/NameIndex.h"
+#include "settings/NameList.h"
 #include "xml/Node.h"
 #include "zuPolicyManager/Results.h"
 
@@ -49,6 +50,11 @@ public:
     [[nodiscard]] result::Code GetSettingValue(std::u16string_view section, std::u16string_view setting,
                                                std::u16string& value) noexcept;
 
+    /// The sections, and the settings of one, that GetSetting finds, in the order of the document. NotCreated and
+    /// SectionNotFound as GetSetting gives them; `names` is untouched on failure.
+    [[nodiscard]] result::Code GetSectionNames(NameList& names) noexcept;
+    [[nodiscard]] result::Code GetSettingNames(std::u16string_view section, NameList& names) noexcept;
+
     /// Replaces a setting's content by a text. When the setting or its section is missing: creates them if `create` is
     /// not 0, otherwise gives SettingNotFound. Unexpected, with the document as it was, when XML cannot hold the
     /// value or a name; the codes of AddSetting.
@@ -81,6 +87,9 @@ protected:
     [[nodiscard]] Index& Sections() noexcept { return m_sections; }
 
 private:
+    /// The settings of a section in indexes that are up to date. Null with SectionNotFound or NotCreated in `code`,
+    /// which is untouched on success.
+    [[nodiscard]] const CElementMap::Index* FindSection(std::u16string_view section, result::Code& code) const noexcept;
     /// GetSetting over indexes that are up to date; `code` is untouched on success.
     [[nodiscard]] AdvXMLParser::Element Find(std::u16string_view section, std::u16string_view setting,
                                              result::Code& code) const noexcept;

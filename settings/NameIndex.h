@@ -20,7 +20,7 @@ namespace zupm {
 ///
 /// Lifetime  A pointer to a value is valid until the next Insert, Sort or Clear.
 /// Threads   None of its own. The const operations may run at the same time.
-/// Errors    Insert and InOrder throw std::bad_alloc and then have changed nothing.
+/// Errors    Insert, AsInserted and InOrder throw std::bad_alloc and then have changed nothing.
 template <class Value>
 class NameIndex {
 public:
@@ -81,19 +81,19 @@ public:
         return std::u16string_view(m_names).substr(entry.begin, entry.length);
     }
 
+    /// The entries in the order in which they were inserted, also after Sort; an Insert after a Sort may lose it.
+    [[nodiscard]] std::vector<const Entry*> AsInserted() const
+    {
+        // Names are appended to the buffer one after the other. Only an empty one lies where the next one begins.
+        return Ordered([](const Entry* one, const Entry* other) {
+            return one->begin != other->begin ? one->begin < other->begin : one->length < other->length;
+        });
+    }
+
     /// The entries in code-unit order of their names.
     [[nodiscard]] std::vector<const Entry*> InOrder() const
     {
-        std::vector<const Entry*> order;
-        order.reserve(m_live);
-        for (const Entry& entry : m_entries) {
-            if (!entry.isErased) {
-                order.push_back(&entry);
-            }
-        }
-        std::sort(order.begin(), order.end(),
-                  [this](const Entry* one, const Entry* other) { return NameOf(*one) < NameOf(*other); });
-        return order;
+        return Ordered([this](const Entry* one, const Entry* other) { return NameOf(*one) < NameOf(*other); });
     }
 
     /// The entries in the same order, which the index then keeps until an entry is inserted: it costs little again.
@@ -109,6 +109,22 @@ public:
     }
 
 private:
+    template <class IsBefore>
+    [[nodiscard]] std::vector<const Entry*> Ordered(IsBefore isBefore) const
+    {
+        std::vector<const Entry*> order;
+        order.reserve(m_live);
+        for (const Entry& entry : m_entries) {
+            if (!entry.isErased) {
+                order.push_back(&entry);
+            }
+        }
+        if (!std::is_sorted(order.begin(), order.end(), isBefore)) {
+            std::sort(order.begin(), order.end(), isBefore);
+        }
+        return order;
+    }
+
     static constexpr std::size_t kWithoutTable = 8;  ///< so few entries are searched one by one
 
     [[nodiscard]] bool Matches(const Entry& entry, std::u16string_view name, std::uint32_t hash) const noexcept

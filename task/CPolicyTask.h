@@ -19,7 +19,8 @@ namespace zupm {
 /// Lifetime  Counted; holds no reference into a policy file.
 /// Threads   The object's lock serialises every member.
 /// Errors    The data's codes as they are; NotInitialised after a binding failed. BadArgument for a null slot.
-class CPolicyTask : public DualObject<CPolicyTask, IPolicyTask> {
+class CPolicyTask
+    : public DualObject<CPolicyTask, IPolicyTask, AlsoImplements<IPolicySections, &PolicySectionsInterface>> {
 public:
     static constexpr std::u16string_view kCoclass = u"PolicyTask";
     static constexpr std::u16string_view kCreation = u"CPolicyTask::FinalConstruct()";
@@ -54,6 +55,11 @@ public:
     HRESULT RemoveSection(BSTR strName) noexcept override;
     HRESULT WriteTaskDataToIniFile(BSTR bstrFileName) noexcept override;
     HRESULT get_Version(BSTR* pstrValue) noexcept override;
+
+    HRESULT get_SectionNames(IPolicyNames** pVal) noexcept override;
+    HRESULT GetSettingNames(BSTR strSection, IPolicyNames** pNames) noexcept override;
+    HRESULT GetStoredSetting(BSTR strSection, BSTR strName, BSTR* pstrValue) noexcept override;
+    HRESULT get_TakenVersion(BSTR* pVal) noexcept override;
 
     /// For the policy file: CTaskData's Initialize, its two forms, and its CopyData, under the object's lock.
     [[nodiscard]] result::Code BindFromElements(const AdvXMLParser::Element& group, const AdvXMLParser::Element& task);

@@ -61,6 +61,21 @@ result::Code CTaskData::GetSectionSetting(std::u16string_view section, std::u16s
     return m_copy.GetSectionSetting(section, name, value);
 }
 
+result::Code CTaskData::GetStoredSetting(std::u16string_view section, std::u16string_view name, std::u16string& value)
+{
+    return m_copy.GetStoredSetting(section, name, value);
+}
+
+result::Code CTaskData::GetSectionNames(NameList& names)
+{
+    return m_copy.GetSectionNames(names);
+}
+
+result::Code CTaskData::GetSettingNames(std::u16string_view section, NameList& names)
+{
+    return m_copy.GetSettingNames(section, names);
+}
+
 result::Code CTaskData::PutSectionSetting(std::u16string_view section, std::u16string_view name,
                                           std::u16string_view value)
 {

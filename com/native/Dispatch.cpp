@@ -79,7 +79,7 @@ void FillException(HRESULT failure, EXCEPINFO& exception)
     static_cast<void>(info->GetHelpContext(&exception.dwHelpContext));
 }
 
-HRESULT CallMember(const Member& row, IDispatch* self, const DispatchArguments& arguments, EXCEPINFO* exception)
+HRESULT CallMember(const Member& row, IUnknown* self, const DispatchArguments& arguments, EXCEPINFO* exception)
 {
     // Error information of an earlier call must not be taken for this one's.
     static_cast<void>(SetErrorInfo(0, nullptr));
@@ -91,7 +91,7 @@ HRESULT CallMember(const Member& row, IDispatch* self, const DispatchArguments& 
     return DISP_E_EXCEPTION;
 }
 
-HRESULT CallRow(const Member& row, IDispatch* self, const DISPPARAMS& parameters, VARIANT* result, EXCEPINFO* exception,
+HRESULT CallRow(const Member& row, IUnknown* self, const DISPPARAMS& parameters, VARIANT* result, EXCEPINFO* exception,
                 UINT& badArgument)
 {
     DispatchArguments arguments;
@@ -143,7 +143,7 @@ HRESULT DispatchGetIDsOfNames(const InterfaceDescription& description, LPOLESTR*
     return unknown ? DISP_E_UNKNOWNNAME : S_OK;
 }
 
-HRESULT DispatchInvoke(const InterfaceDescription& description, IDispatch* self, DISPID member, LCID /*locale*/,
+HRESULT DispatchInvoke(const InterfaceDescription& description, IUnknown* self, DISPID member, LCID /*locale*/,
                        WORD flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                        UINT* badArgument) noexcept
 {

@@ -86,7 +86,7 @@ HRESULT DispatchGetIDsOfNames(const InterfaceDescription& description, LPOLESTR*
     return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
 }
 
-HRESULT DispatchInvoke(const InterfaceDescription& description, IDispatch* self, DISPID member, LCID /*locale*/,
+HRESULT DispatchInvoke(const InterfaceDescription& description, IUnknown* self, DISPID member, LCID /*locale*/,
                        WORD flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                        UINT* badArgument) noexcept
 {

@@ -26,6 +26,10 @@ struct InterfaceTraits<IDispatch> {
     static constexpr const IID& Id() { return IID_IDispatch; }
 };
 template <>
+struct InterfaceTraits<IEnumVARIANT> {
+    static constexpr const IID& Id() { return IID_IEnumVARIANT; }
+};
+template <>
 struct InterfaceTraits<IClassFactory> {
     static constexpr const IID& Id() { return IID_IClassFactory; }
 };

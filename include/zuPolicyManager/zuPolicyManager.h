@@ -1,15 +1,23 @@
 /// The policy manager component: four classes that read and edit the policy file of a management agent.
 ///
-///     class           interface         an object is
-///     PolicyFile      IPolicyFile       a policy file in memory: load it, edit it, write it
-///                     IPolicyFileEdit   the same object, for a file that others edit too
-///     PolicyProduct   IPolicyProduct    a private copy of one product's policy
-///     PolicyTask      IPolicyTask       a private copy of one task
-///     TaskInfo        ITaskInfo         an enumerator over the tasks of a file
+///     class           interface             an object is
+///     PolicyFile      IPolicyFile           a policy file in memory: load it, edit it, write it
+///                     IPolicyFileEdit       the same object, for a file that others edit too
+///                     IPolicyFileContents   the same object, to list what the file has
+///     PolicyProduct   IPolicyProduct        a private copy of one product's policy
+///                     IPolicySections       the same object, to list its sections and settings
+///     PolicyTask      IPolicyTask           a private copy of one task
+///                     IPolicySections       the same object, as for a product
+///     TaskInfo        ITaskInfo             an enumerator over the tasks of a file
+///     -               IPolicyNames          a list of names that one of the others handed out
 ///
 /// A client creates a policy file object with CoCreateInstance and gets the other objects from it. It calls the methods
 /// directly or by name (IDispatch); the number in brackets before each method is its dispatch number. Owners.h has C++
 /// owners for references and strings.
+///
+/// The first interface of each class is the one that coclasses list, and the one that IDispatch describes. The others
+/// are found by QueryInterface. The IDispatch of the same object calls their members too: after its own, whose names
+/// and numbers they do not use.
 ///
 /// Results     Every method returns a signed 32-bit result: 0 is success, a negative code is failure. Results.h lists
 ///             every code with a sentence. A method that lists its codes may also fail for lack of memory: with
@@ -48,6 +56,11 @@ inline constexpr IID IID_IPolicyProduct{0xC7FDCCDA, 0xFD1D, 0x4A9A, {0xA9, 0xB0,
 inline constexpr IID IID_IPolicyFile{0x9F576BE8, 0xB305, 0x4494, {0x93, 0xD8, 0xA7, 0xA6, 0x23, 0xBD, 0xFB, 0x9C}};
 
 inline constexpr IID IID_IPolicyFileEdit{0xBCFAFCBC, 0x1EDB, 0x483E, {0x81, 0x96, 0xC2, 0xEB, 0x68, 0x5A, 0x95, 0x21}};
+
+inline constexpr IID IID_IPolicyFileContents{
+    0x41583961, 0x2B96, 0x427D, {0xB6, 0xBA, 0x1A, 0x0D, 0x1B, 0xB3, 0xA3, 0x8D}};
+inline constexpr IID IID_IPolicySections{0x0139F444, 0x35AA, 0x4C9F, {0xA4, 0x59, 0xAF, 0xFD, 0xCB, 0x26, 0xF8, 0xAD}};
+inline constexpr IID IID_IPolicyNames{0xD6582BDA, 0xFE76, 0x418E, {0xB0, 0x32, 0x0B, 0x1E, 0xF3, 0x25, 0xC8, 0x1D}};
 
 inline constexpr GUID LIBID_ZUPOLICYMANAGERLib{
     0x7DB1286A, 0xCBEF, 0x4823, {0x96, 0xAA, 0x27, 0x09, 0x3A, 0x54, 0x67, 0x41}};
@@ -278,36 +291,83 @@ struct IPolicyFile : IDispatch {
 /// Ends     A CommitEdit that succeeds, EndEdit, InitializeFile, the next OpenForEdit and the end of the object each
 ///          end the edit.
 struct IPolicyFileEdit : IUnknown {
-    /// Ends an edit, opens `strPolicyFile` with its folder, waits up to `lTimeout` milliseconds (0 or less: not at all)
-    /// for whoever is editing it, locks it and loads it, writable, from what was opened. The call keeps the object's
-    /// lock all the time.
-    /// -1301 another process was editing the file all the time; 0x80070032 it is no regular file, or its file system
-    /// has no locks; 0x80070005 it may not be read and written; and every code of IPolicyFile::InitializeFile. After a
-    /// failure nothing is loaded and nothing is locked.
+    /// [1011] Ends an edit, opens `strPolicyFile` with its folder, waits up to `lTimeout` milliseconds (0 or less: not
+    /// at all) for whoever is editing it, locks it and loads it, writable, from what was opened. The call keeps the
+    /// object's lock all the time. -1301 another process was editing the file all the time; 0x80070032 it is no regular
+    /// file, or its file system has no locks; 0x80070005 it may not be read and written; and every code of
+    /// IPolicyFile::InitializeFile. After a failure nothing is loaded and nothing is locked.
     virtual HRESULT OpenForEdit(BSTR strPolicyFile, LONG lTimeout) = 0;
 
-    /// Sets `*plChanged` to 1 when the file is no longer the one that was loaded (other bytes, another file of that
-    /// name, or none), otherwise to 0. The slot is written on success only. -4 no edit is open; -13 the slot is null; a
-    /// file code when the answer cannot be found out.
+    /// [1012] Sets `*plChanged` to 1 when the file is no longer the one that was loaded (other bytes, another file of
+    /// that name, or none), otherwise to 0. The slot is written on success only. -4 no edit is open; -13 the slot is
+    /// null; a file code when the answer cannot be found out.
     virtual HRESULT HasFileChanged(LONG* plChanged) = 0;
 
-    /// Answers whether CommitEdit(bForce) would be refused, and leaves no trace. It cannot foresee a full disk, or what
-    /// only the replacement itself meets.
-    /// -1302 the file was changed by something else; 0x80070005 the folder takes no new file; -1304 the file's owner or
-    /// group cannot be kept; -4 no edit is open or nothing is loaded.
+    /// [1013] Answers whether CommitEdit(bForce) would be refused, and leaves no trace. It cannot foresee a full disk,
+    /// or what only the replacement itself meets. -1302 the file was changed by something else; 0x80070005 the folder
+    /// takes no new file; -1304 the file's owner or group cannot be kept; -4 no edit is open or nothing is loaded.
     virtual HRESULT RehearseCommit(LONG bForce) = 0;
 
-    /// Brings the version attributes up to date and replaces the file as IPolicyFile::WriteFile does, through what was
-    /// opened. After 0 and -1303 the edit is over and the file unlocked; after any other code the edit stays open and
-    /// the file is as it was. A change in the moment between the last check and the replacement is not noticed.
-    /// -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is not 0;
-    /// -1303 the new file is in place, but its folder could not be flushed; -4 no edit is open or nothing is loaded;
-    /// -1304 the file's owner or group cannot be kept; -1301 (on a share that cannot rename over an open file) another
-    /// machine took the lock in the moment of the replacement; and every code of IPolicyFile::WriteFile.
+    /// [1014] Brings the version attributes up to date and replaces the file as IPolicyFile::WriteFile does, through
+    /// what was opened. After 0 and -1303 the edit is over and the file unlocked; after any other code the edit stays
+    /// open and the file is as it was. A change in the moment between the last check and the replacement is not
+    /// noticed. -1302 the file was changed by something else since it was loaded and is left alone, unless `bForce` is
+    /// not 0; -1303 the new file is in place, but its folder could not be flushed; -4 no edit is open or nothing is
+    /// loaded; -1304 the file's owner or group cannot be kept; -1301 (on a share that cannot rename over an open file)
+    /// another machine took the lock in the moment of the replacement; and every code of IPolicyFile::WriteFile.
     virtual HRESULT CommitEdit(LONG bForce) = 0;
 
-    /// Ends the edit without writing; the document stays loaded. Always 0.
+    /// [1015] Ends the edit without writing; the document stays loaded. Always 0.
     virtual HRESULT EndEdit() = 0;
+};
+
+/// A list of names: a snapshot that never changes and that the client keeps as long as it likes, whatever becomes of
+/// the object that handed it out. Scripts go over it with "for each", or by index.
+struct IPolicyNames : IDispatch {
+    /// [0] The name at a place, counted from 0. -13 there is no such place; -3 the string could not be allocated.
+    virtual HRESULT get_Item(LONG lIndex, BSTR* pVal) = 0;
+
+    /// [1] The number of names.
+    virtual HRESULT get_Count(LONG* pVal) = 0;
+
+    /// [-4] An enumerator (IEnumVARIANT) at the first name; each value is a string. Its Next gives E_OUTOFMEMORY when a
+    /// string could not be allocated.
+    virtual HRESULT get__NewEnum(IUnknown** pVal) = 0;
+};
+
+/// What a policy file has: a second interface of every policy file object, found by QueryInterface. It lists what
+/// IPolicyFile::GetPolicy and GetTask find at the moment of the call, in the order of the file; of equal IDs the first.
+/// While an edit has failed half way, that may be nothing (see IPolicyFile::AddTask).
+struct IPolicyFileContents : IUnknown {
+    /// [1001] The software IDs of the product policies. -4 nothing is loaded.
+    virtual HRESULT get_PolicyIDs(IPolicyNames** pVal) = 0;
+
+    /// [1002] The software IDs that have tasks, each in the place of its first task. -4 nothing is loaded.
+    virtual HRESULT get_TaskSoftwareIDs(IPolicyNames** pVal) = 0;
+
+    /// [1003] The task IDs of one software ID; an empty list when it has no tasks. -4 nothing is loaded.
+    virtual HRESULT GetTaskIDs(BSTR strSoftwareID, IPolicyNames** pNames) = 0;
+};
+
+/// The sections of a product policy or task: a second interface of every such object, found by QueryInterface. It lists
+/// what GetSectionSetting of the same object finds at the moment of the call, in the order of the XML text; of equal
+/// names the first. Sections of one name count as one.
+struct IPolicySections : IUnknown {
+    /// [1001] The names of the sections, those without settings included. -4 no policy or task is bound.
+    virtual HRESULT get_SectionNames(IPolicyNames** pVal) = 0;
+
+    /// [1002] The names of the settings of a section. -4 no policy or task is bound; -1200 no such section.
+    virtual HRESULT GetSettingNames(BSTR strSection, IPolicyNames** pNames) = 0;
+
+    /// [1003] The value of a setting as it is stored: macros are not expanded. -4 no policy or task is bound; -1200 no
+    /// such section; -1201 no such setting; -3 the string could not be allocated (the slot holds what it held).
+    virtual HRESULT GetStoredSetting(BSTR strSection, BSTR strName, BSTR* pstrValue) = 0;
+
+    /// [1004] The version that the entry had when it was taken out of a file: the "PolicyVersion" of a product's
+    /// policy, the time stamp of a task (as IPolicyTask's Version). Empty for a new object, and for an entry without
+    /// one. It stays the same whatever is done with the object. -3 the string could not be allocated (the slot holds
+    /// what it held).
+    virtual HRESULT get_TakenVersion(BSTR* pVal) = 0;
 };
 
 namespace zupm {
@@ -335,6 +395,18 @@ struct InterfaceTraits<IPolicyFile> {
 template <>
 struct InterfaceTraits<IPolicyFileEdit> {
     static constexpr const IID& Id() { return IID_IPolicyFileEdit; }
+};
+template <>
+struct InterfaceTraits<IPolicyFileContents> {
+    static constexpr const IID& Id() { return IID_IPolicyFileContents; }
+};
+template <>
+struct InterfaceTraits<IPolicySections> {
+    static constexpr const IID& Id() { return IID_IPolicySections; }
+};
+template <>
+struct InterfaceTraits<IPolicyNames> {
+    static constexpr const IID& Id() { return IID_IPolicyNames; }
 };
 
 }  // namespace zupm

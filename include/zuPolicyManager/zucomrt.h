@@ -90,6 +90,7 @@ inline constexpr IID IID_NULL{};
 inline constexpr IID IID_IUnknown{0x00000000, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 inline constexpr IID IID_IClassFactory{0x00000001, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 inline constexpr IID IID_IDispatch{0x00020400, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+inline constexpr IID IID_IEnumVARIANT{0x00020404, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 inline constexpr IID IID_IErrorInfo{0x1CF2B120, 0x547D, 0x101B, {0x8E, 0x65, 0x08, 0x00, 0x2B, 0x2B, 0xD1, 0x19}};
 inline constexpr IID IID_ICreateErrorInfo{0x22F03340, 0x547D, 0x101B, {0x8E, 0x65, 0x08, 0x00, 0x2B, 0x2B, 0xD1, 0x19}};
 inline constexpr IID IID_ISupportErrorInfo{
@@ -198,6 +199,7 @@ inline constexpr WORD DISPATCH_PROPERTYPUTREF = 8;
 inline constexpr DISPID DISPID_UNKNOWN = -1;
 inline constexpr DISPID DISPID_VALUE = 0;
 inline constexpr DISPID DISPID_PROPERTYPUT = -3;
+inline constexpr DISPID DISPID_NEWENUM = -4;
 
 /// Type descriptions are not available natively; the slot keeps the interface's layout.
 struct ITypeInfo;
@@ -211,6 +213,19 @@ struct IDispatch : IUnknown {
     /// without `exception` it is the member's code.
     virtual HRESULT Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
+};
+
+/// Goes over the values of a collection once.
+struct IEnumVARIANT : IUnknown {
+    /// Hands out the next `count` values and goes on after them. S_FALSE fewer are left: those are handed out.
+    /// `fetched` gets their number; it may be null when `count` is 1. What `values` held is overwritten. After a
+    /// failure nothing is handed out and the place is the same.
+    virtual HRESULT Next(ULONG count, VARIANT* values, ULONG* fetched) = 0;
+    /// Passes over `count` values. S_FALSE fewer were left: the place is the end.
+    virtual HRESULT Skip(ULONG count) = 0;
+    virtual HRESULT Reset() = 0;
+    /// Hands out another one at the same place.
+    virtual HRESULT Clone(IEnumVARIANT** copy) = 0;
 };
 
 struct IErrorInfo : IUnknown {

@@ -117,6 +117,11 @@ MemberCall& MemberCall::Out(OutObject<IPolicyProduct>& slot)
     return ByReference(VT_DISPATCH, slot.Slot());
 }
 
+MemberCall& MemberCall::Out(OutObject<IPolicyNames>& slot)
+{
+    return ByReference(VT_DISPATCH, slot.Slot());
+}
+
 CallOutcome MemberCall::Call()
 {
     return Invoke(DISPATCH_METHOD, false);

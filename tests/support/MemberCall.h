@@ -44,6 +44,7 @@ public:
     MemberCall& Out(OutObject<IUnknown>& slot);
     MemberCall& Out(OutObject<IPolicyTask>& slot);
     MemberCall& Out(OutObject<IPolicyProduct>& slot);
+    MemberCall& Out(OutObject<IPolicyNames>& slot);
     /// An argument as it is; what it holds stays the caller's.
     MemberCall& Raw(const VARIANT& argument);
 

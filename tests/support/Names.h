@@ -1,0 +1,56 @@
+/// Lists of names as tests read them.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "tests/support/Outs.h"
+#include "zuPolicyManager/zuPolicyManager.h"
+
+namespace zupm::test {
+
+using Names = std::vector<std::u16string>;
+
+/// What a call that lists something gave: its code, and the names. Those of a call that left the slot alone are
+/// "(untouched)".
+struct Listed {
+    HRESULT code;
+    Names names;
+
+    friend bool operator==(const Listed&, const Listed&) = default;
+};
+void PrintTo(const Listed& listed, std::ostream* out);
+
+/// A list that was handed out.
+[[nodiscard]] inline Listed AllOf(Names names)
+{
+    return {0, std::move(names)};
+}
+/// A call that failed and left the slot alone.
+[[nodiscard]] inline Listed NoneFor(HRESULT code)
+{
+    return {code, {u"(untouched)"}};
+}
+
+/// The names by index; the enumerator must give the same.
+[[nodiscard]] Names Read(IPolicyNames& names);
+/// The names that the enumerator still has, all at once.
+[[nodiscard]] Names ReadRest(IEnumVARIANT& names);
+/// The enumerator of a list.
+[[nodiscard]] ComPtr<IEnumVARIANT> EnumeratorOf(IPolicyNames& names);
+
+/// Calls `list(IPolicyNames** slot)` and reads what it handed out.
+template <class List>
+[[nodiscard]] Listed ListOf(List list)
+{
+    OutObject<IPolicyNames> slot;
+    const HRESULT code = list(slot.Slot());
+    if (slot.Untouched()) {
+        return NoneFor(code);
+    }
+    const ComPtr<IPolicyNames> names = slot.Take();
+    return {code, names ? Read(*names) : Names{u"(null)"}};
+}
+
+}  // namespace zupm::test
