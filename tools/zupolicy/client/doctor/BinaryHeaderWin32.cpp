@@ -37,8 +37,8 @@ bool IsWhole(const std::filesystem::path& path)
     std::ifstream file(path, std::ios::binary);
     const std::streamoff place = PlaceOfHeader(file);
     const auto header = StructureAt<IMAGE_NT_HEADERS64>(file, place);
-    const std::streamoff sections =
-        place + offsetof(IMAGE_NT_HEADERS64, OptionalHeader) + header.FileHeader.SizeOfOptionalHeader;
+    constexpr auto kFixedPart = static_cast<std::streamoff>(offsetof(IMAGE_NT_HEADERS64, OptionalHeader));
+    const std::streamoff sections = place + kFixedPart + header.FileHeader.SizeOfOptionalHeader;
     std::error_code failed;
     const std::uint64_t size = std::filesystem::file_size(path, failed);
     for (unsigned i = 0; i < header.FileHeader.NumberOfSections; ++i) {
