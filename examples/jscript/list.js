@@ -25,9 +25,9 @@ function member(name, text) {
 
 // The results of a function for each name of a collection, as a JSON array.
 function arrayOf(names, toJson) {
-    var items = [], all = new Enumerator(names);
-    for (; !all.atEnd(); all.moveNext()) {
-        items.push(toJson(all.item()));
+    var items = [], i;
+    for (i = 0; i < names.Count; ++i) {
+        items.push(toJson(names.Item(i)));
     }
     return "[" + items.join(",\n") + "]";
 }
@@ -62,11 +62,11 @@ function taskToJson(file, softwareID, taskID) {
 
 // The tasks in one array: a collection holds those of one product.
 function tasksToJson(file) {
-    var items = [], products = new Enumerator(file.TaskSoftwareIDs), tasks;
-    for (; !products.atEnd(); products.moveNext()) {
-        tasks = new Enumerator(file.GetTaskIDs(products.item()));
-        for (; !tasks.atEnd(); tasks.moveNext()) {
-            items.push(taskToJson(file, products.item(), tasks.item()));
+    var items = [], products = file.TaskSoftwareIDs, tasks, i, j;
+    for (i = 0; i < products.Count; ++i) {
+        tasks = file.GetTaskIDs(products.Item(i));
+        for (j = 0; j < tasks.Count; ++j) {
+            items.push(taskToJson(file, products.Item(i), tasks.Item(j)));
         }
     }
     return "[" + items.join(",\n") + "]";

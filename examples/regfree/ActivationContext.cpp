@@ -19,13 +19,14 @@ namespace {
 /// every call through a proxy needs it.
 class ActivationContext {
 public:
-    ActivationContext(const wchar_t* manifest, const wchar_t* folder)
+    /// `folder` ends with a backslash.
+    ActivationContext(const wchar_t* manifest, const std::wstring& folder)
     {
         ACTCTXW description{};
         description.cbSize = sizeof description;
         description.dwFlags = ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
         description.lpSource = manifest;
-        description.lpAssemblyDirectory = folder;
+        description.lpAssemblyDirectory = folder.c_str();
         m_context = CreateActCtxW(&description);
         if (m_context == INVALID_HANDLE_VALUE) {
             throw std::runtime_error("CreateActCtx failed: " + std::to_string(GetLastError()));
@@ -50,7 +51,7 @@ private:
 
 void Use(wchar_t** arguments)
 {
-    const ActivationContext context(arguments[1], arguments[2]);
+    const ActivationContext context(arguments[1], std::wstring(arguments[2]) + L"\\");
     Show(arguments[3]);
 }
 

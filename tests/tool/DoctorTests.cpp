@@ -59,6 +59,12 @@ protected:
         return {};
     }
 
+    /// Copies a file over another (copy_file of the cross compiler's library does not overwrite).
+    static void Replace(const fs::path& from, const fs::path& to)
+    {
+        fs::remove(to);
+        fs::copy_file(from, to);
+    }
     void Write(const fs::path& path, const std::string& bytes) const { WriteBytes(path.u16string(), bytes); }
     void Remove(const char* name) const { fs::remove(m_installed.Folder() / name); }
 
@@ -139,7 +145,7 @@ TEST_F(Doctor, AModuleThatIsCutOff_DoesNotLoad)
 
 TEST_F(Doctor, AnotherLibraryInPlaceOfTheModule_HasNoEntry)
 {
-    fs::copy_file(ZUPM_OTHER_LIBRARY, m_installed.Module(), fs::copy_options::overwrite_existing);
+    Replace(ZUPM_OTHER_LIBRARY, m_installed.Module());
     const json report = Report(4);
     EXPECT_EQ(Steps(report, "zupolicy"), (List{"found ok", "word size ok", "resource module ok", "loads failed"}));
     EXPECT_THAT(Failure(report), HasSubstr("it has no function DllGetClassObject"));
@@ -163,7 +169,7 @@ TEST_F(Doctor, ARegisteredModuleThatIsGone_IsNamed)
     report = Report(4);
     EXPECT_EQ(Steps(report, "registered"), (List{"registered ok", "found ok", "word size failed"}));
 
-    fs::copy_file(m_installed.Module(), gone, fs::copy_options::overwrite_existing);
+    Replace(m_installed.Module(), gone);
     report = Report(4);
     EXPECT_EQ(Steps(report, "registered"),
               (List{"registered ok", "found ok", "word size ok", "resource module failed"}));
@@ -174,8 +180,7 @@ TEST_F(Doctor, ARegisteredModuleThatIsGone_IsNamed)
     EXPECT_EQ(Steps(report, "registered"), (List{"registered ok", "found ok", "word size ok", "resource module ok",
                                                  "names ok", "PolicyFile failed"}));
 
-    fs::copy_file(m_installed.Folder() / "AgentRes.dll", other.Folder() / "AgentRes.dll",
-                  fs::copy_options::overwrite_existing);
+    Replace(m_installed.Folder() / "AgentRes.dll", other.Folder() / "AgentRes.dll");
     EXPECT_EQ(Steps(Report(0), "registered"), kSoundRegistration);
 }
 
