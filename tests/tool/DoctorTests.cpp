@@ -107,7 +107,7 @@ TEST_F(Doctor, AModuleThatIsNoLibrary_FailsAtTheWordSize)
     Write(m_installed.Module(), "no library at all");
     const json report = Report(4);
     EXPECT_EQ(Steps(report, "zupolicy"), (List{"found ok", "word size failed"}));
-    EXPECT_THAT(Failure(report), HasSubstr("is no library of this system"));
+    EXPECT_THAT(Failure(report), HasSubstr("cannot be read, or is no library of this system"));
 }
 
 TEST_F(Doctor, AModuleOf32Bits_FailsAtTheWordSize)

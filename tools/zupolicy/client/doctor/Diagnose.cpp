@@ -11,18 +11,18 @@ namespace fs = std::filesystem;
 
 struct ClassRow {
     const char* name;
-    const CLSID& clsid;
+    const CLSID* clsid;
     const OLECHAR* progId;
 };
 
-const ClassRow kClasses[] = {
-    {"PolicyFile", CLSID_PolicyFile, kProgIdPolicyFile.c_str()},
-    {"PolicyProduct", CLSID_PolicyProduct, kProgIdPolicyProduct.c_str()},
-    {"PolicyTask", CLSID_PolicyTask, kProgIdPolicyTask.c_str()},
-    {"TaskInfo", CLSID_TaskInfo, kProgIdTaskInfo.c_str()},
+constexpr ClassRow kClasses[] = {
+    {"PolicyFile", &CLSID_PolicyFile, kProgIdPolicyFile.c_str()},
+    {"PolicyProduct", &CLSID_PolicyProduct, kProgIdPolicyProduct.c_str()},
+    {"PolicyTask", &CLSID_PolicyTask, kProgIdPolicyTask.c_str()},
+    {"TaskInfo", &CLSID_TaskInfo, kProgIdTaskInfo.c_str()},
 };
 
-const std::string kReinstall = "Install the package again, or put the file of the same version there.";
+constexpr const char* kReinstall = "Install the package again, or put the file of the same version there.";
 
 std::string Name(const fs::path& path)
 {
@@ -73,7 +73,7 @@ void CheckWordSize(const fs::path& module, Steps& steps)
     const auto own = ReadBinaryHeader(OwnProgram());
     const auto header = ReadBinaryHeader(module);
     if (!header) {
-        steps.Fail("word size", Name(module) + " is no library of this system", kReinstall);
+        steps.Fail("word size", Name(module) + " cannot be read, or is no library of this system", kReinstall);
     } else if (own && *header != *own) {
         steps.Fail("word size",
                    Name(module) + " is for another processor: " + std::to_string(header->bits) + " bits, machine " +
@@ -128,8 +128,9 @@ template <class CreateClass>
 void CheckClasses(const CreateClass& create, Steps& steps)
 {
     for (const ClassRow& row : kClasses) {
-        if (const std::string problem = ProblemOf(create(row.clsid), row.name); !problem.empty()) {
-            steps.Fail(row.name, problem, "The module or AgentRes.dll is damaged or of another version. " + kReinstall);
+        if (const std::string problem = ProblemOf(create(*row.clsid), row.name); !problem.empty()) {
+            steps.Fail(row.name, problem,
+                       std::string("The module or AgentRes.dll is damaged or of another version. ") + kReinstall);
             return;
         }
         steps.Ok(row.name, "an object was created");
@@ -185,7 +186,7 @@ fs::path CheckRegistration(const fs::path& ownModule, Steps& steps)
     fs::path module;
     std::string missing;
     for (const ClassRow& row : kClasses) {
-        const RegisteredClass found = ReadRegistration(row.clsid);
+        const RegisteredClass found = ReadRegistration(*row.clsid);
         if (!found.problem.empty()) {
             steps.Fail("registered", RegistryName() + " cannot be read: " + found.problem,
                        "Restore it from a copy, or remove it and register the module again.");
@@ -218,7 +219,7 @@ void CheckProgIds(const fs::path& ownModule, Steps& steps)
     for (const ClassRow& row : kClasses) {
         CLSID clsid{};
         const HRESULT read = CLSIDFromProgID(row.progId, &clsid);
-        if (read < 0 || clsid != row.clsid) {
+        if (read < 0 || clsid != *row.clsid) {
             steps.Fail("names",
                        ToUtf8(std::u16string(row.progId, row.progId + std::char_traits<OLECHAR>::length(row.progId))) +
                            " does not name its class",

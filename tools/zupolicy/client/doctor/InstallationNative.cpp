@@ -67,7 +67,7 @@ ModuleEntry LoadModule(const fs::path& path)
 {
     void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (module == nullptr) {
-        return {nullptr, dlerror()};
+        return {nullptr, dlerror()};  // NOLINT(concurrency-mt-unsafe): each thread has its own
     }
     const auto entry = reinterpret_cast<ModuleEntry::GetClassObject>(dlsym(module, "DllGetClassObject"));
     return {entry, entry == nullptr ? "it has no function DllGetClassObject" : ""};

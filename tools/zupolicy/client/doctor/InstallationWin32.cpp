@@ -76,7 +76,8 @@ RegisteredClass ReadRegistration(REFCLSID clsid)
     if (read != ERROR_SUCCESS) {
         return {{}, SystemMessage(static_cast<DWORD>(read))};
     }
-    return {value.c_str(), {}};
+    value.resize(value.find(L'\0'));
+    return {fs::path(value), {}};
 }
 
 std::string RegistryName()
