@@ -202,6 +202,18 @@ TEST_F(Doctor, ClassesOfTwoModules_AreNamed)
     EXPECT_THAT(Failure(report), HasSubstr("names two modules: "));
 }
 
+TEST_F(Doctor, IsNamedByCommandsThatDoNotFindTheModuleOrItsTexts)
+{
+    Write(m_installed.Folder() / "policy.xml", "<F><PolicyRoot/></F>");
+    for (const char* const name : {"AgentRes.dll", kModuleFileName}) {
+        Remove(name);
+        const ToolRun run = m_installed.Tool({"get", "policy.xml", "P", "S", "N"});
+        EXPECT_EQ(run.exitCode, 4) << name;
+        EXPECT_THAT(run.messages,
+                    testing::AllOf(HasSubstr("the component "), HasSubstr("; zupolicy doctor says more\n")));
+    }
+}
+
 TEST_F(Doctor, ATextOfAPathCannotDisturbTheTerminal)
 {
     m_installed.Register();

@@ -4,6 +4,15 @@
 
 namespace zupm::tool {
 
+void CheckCreation(HRESULT result)
+{
+    try {
+        Check(result, "the component zuPolicyManager64");
+    } catch (const CallError& error) {
+        throw error.With("; zupolicy doctor says more");
+    }
+}
+
 Runtime::Runtime()
 {
     Check(CoInitializeEx(nullptr, COINIT_MULTITHREADED), "the component runtime");

@@ -1,7 +1,7 @@
 #include <dlfcn.h>
 
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Component.h"
+#include "tools/zupolicy/client/Failure.h"
 
 namespace zupm::tool {
 namespace {
@@ -13,7 +13,7 @@ void LoadComponent()
     static const bool isLoaded = dlopen("libzuPolicyManager64.so", RTLD_NOW | RTLD_LOCAL) != nullptr;
     if (!isLoaded) {
         throw Failure(ExitCode::Other,
-                      "the component libzuPolicyManager64.so cannot be loaded; zupolicy doctor says why");
+                      "the component libzuPolicyManager64.so cannot be loaded; zupolicy doctor says more");
     }
 }
 
@@ -22,7 +22,7 @@ void LoadComponent()
 void CreateObject(REFCLSID clsid, REFIID iid, void** out)
 {
     LoadComponent();
-    Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out), "the component zuPolicyManager64");
+    CheckCreation(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out));
 }
 
 }  // namespace zupm::tool
