@@ -10,13 +10,14 @@ target_compile_features(zuPolicyManager INTERFACE cxx_std_17)
 if(WIN32)
     # Clients reach the component through the system's runtime and never link it.
     target_link_libraries(zuPolicyManager INTERFACE ole32 oleaut32)
-    set(moduleFolder ${CMAKE_INSTALL_BINDIR})
+    set(resourceFolder ${CMAKE_INSTALL_BINDIR})
 else()
     # A client calls no function of the component by name. But the component must be in its process, where it announces
     # its classes.
     target_link_libraries(zuPolicyManager INTERFACE
         -Wl,--push-state,--no-as-needed zuPolicyManager64 -Wl,--pop-state zucomrt)
-    set(moduleFolder ${CMAKE_INSTALL_LIBDIR})
+    # The system's folder of libraries belongs to all packages, so the resource modules have a folder of their own in it.
+    set(resourceFolder ${CMAKE_INSTALL_LIBDIR}/zuPolicyManager)
     install(TARGETS zucomrt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
     # The run paths are the same in the build tree and installed. For a run path that it must replace, CMake reserves
     # room with ':' at the end. The loader takes an empty entry for the current folder, where anybody may have planted a
@@ -31,9 +32,9 @@ install(TARGETS zuPolicyManager64
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zupolicy RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# The component loads its texts from its own folder only.
-install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/AgentRes.dll DESTINATION ${moduleFolder})
-install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/0407/AgentRes.dll DESTINATION ${moduleFolder}/0407)
+# The component loads its texts from its own folder only: from that folder itself, natively also from a folder in it.
+install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/AgentRes.dll DESTINATION ${resourceFolder})
+install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/0407/AgentRes.dll DESTINATION ${resourceFolder}/0407)
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/zuPolicyManager DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <utility>
 
+#include "common/LogSettings.h"
 #include "common/TimeStamp.h"
 #include "platform/LogOutput.h"
 #include "text/Decimal.h"
@@ -27,27 +28,6 @@ constinit CzuLogger::Sink* g_sink = nullptr;
 constinit std::int32_t g_level = kLevelNotRead;
 constinit std::array<char, kFileCapacity> g_file{};
 
-std::int32_t ReadEnvironment()
-{
-    const std::string variable = TrustedEnvironmentVariable("ZUPOLICY_LOG").value_or(std::string());
-    const std::size_t colon = std::min(variable.find(':'), variable.size());
-    const std::string file = variable.substr(std::min(colon + 1, variable.size()));
-    if (file.size() >= g_file.size()) {
-        return kLevelOff;
-    }
-    std::copy(file.begin(), file.end(), g_file.begin());
-    return std::max(kLevelOff, ParseInt32(ToUtf16Lossy(variable.substr(0, colon))));
-}
-
-/// Whether the environment asks for messages of that level. Must be called under the lock.
-bool IsWanted(std::int32_t level)
-{
-    if (g_level == kLevelNotRead) {
-        g_level = ReadEnvironment();
-    }
-    return g_level != kLevelOff && level <= g_level;
-}
-
 bool IsControl(char16_t unit)
 {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
@@ -67,6 +47,38 @@ std::u16string OneLine(std::u16string_view text)
         }
     }
     return out;
+}
+
+/// A value in another form is reported once, because nobody would see why nothing is logged.
+void ReportRefusedValue(const std::string& value)
+{
+    const std::u16string line = u"zuPolicyManager: ZUPOLICY_LOG is not <level>[:<file>], so nothing is logged: " +
+                                OneLine(ToUtf16Lossy(value)) + u"\n";
+    AppendLogLine("", ToUtf8Lossy(line));
+}
+
+std::int32_t ReadEnvironment()
+{
+    const std::string variable = TrustedEnvironmentVariable("ZUPOLICY_LOG").value_or(std::string());
+    const std::optional<LogSettings> settings = ParseLogSettings(variable);
+    if (!settings) {
+        ReportRefusedValue(variable);
+        return kLevelOff;
+    }
+    if (settings->file.size() >= g_file.size()) {
+        return kLevelOff;
+    }
+    std::ranges::copy(settings->file, g_file.begin());
+    return settings->level;
+}
+
+/// Whether the environment asks for messages of that level. Must be called under the lock.
+bool IsWanted(std::int32_t level)
+{
+    if (g_level == kLevelNotRead) {
+        g_level = ReadEnvironment();
+    }
+    return g_level != kLevelOff && level <= g_level;
 }
 
 void WriteLine(const LogMessage& message)

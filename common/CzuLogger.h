@@ -34,7 +34,8 @@ struct LogMessage {
 /// Errors    Never throws: a message that cannot be formatted or written is dropped.
 /// Output    The sink that the process set; without one, `ZUPOLICY_LOG=<level>[:<file>]` (read once; off when unset)
 ///           writes messages up to that level as one line each: time, level, subsystem, text. Control characters in the
-///           text are written as \xNN, so one message stays one line. Without a file they go to standard error.
+///           text are written as \xNN, so one message stays one line. Without a file they go to standard error. A value
+///           in another form is reported there once, with the first message, and nothing is logged.
 class CzuLogger {
 public:
     using Sink = std::function<void(const LogMessage&)>;

@@ -31,21 +31,33 @@ std::u16string LanguageFolder(std::uint16_t language)
     return name;
 }
 
+/// The resource module of one folder: that of the language, or the one for all languages.
+std::shared_ptr<const ResourceModule> LoadFrom(const std::u16string& folder, std::u16string_view fileName,
+                                               std::uint16_t language)
+{
+    std::u16string path = folder + LanguageFolder(language) + kSeparator;
+    if (auto module = LoadResourceModule(path.append(fileName))) {
+        return module;
+    }
+    path = folder;
+    return LoadResourceModule(path.append(fileName));
+}
+
 }  // namespace
 
 std::shared_ptr<const ResourceModule> LoadResourceDLLW(std::u16string_view fileName, std::uint16_t language)
 {
-    const std::u16string folder = ResourceFolder();
+    std::u16string folder = ResourceFolder();
     // Without a folder, or with a name that leads out of it, anybody's file could be found.
     if (folder.empty() || fileName.empty() || fileName.find_first_of(u"/\\:") != fileName.npos) {
         return nullptr;
     }
-    std::u16string path = folder + kSeparator + LanguageFolder(language) + kSeparator;
-    if (auto module = LoadResourceModule(path.append(fileName))) {
+    folder += kSeparator;
+    auto module = LoadFrom(folder, fileName, language);
+    if (module != nullptr || PackageFolder().empty()) {
         return module;
     }
-    path = folder + kSeparator;
-    return LoadResourceModule(path.append(fileName));
+    return LoadFrom(folder.append(PackageFolder()) + kSeparator, fileName, language);
 }
 
 void SetResourceFolder(std::u16string folder)

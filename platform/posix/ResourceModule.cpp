@@ -68,6 +68,11 @@ std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view ful
     return texts.empty() ? nullptr : std::make_shared<const TextResourceModule>(std::move(texts));
 }
 
+std::u16string_view PackageFolder() noexcept
+{
+    return u"zuPolicyManager";
+}
+
 std::u16string OwnModuleFolder()
 {
     std::u16string path = OwnModulePath();

@@ -108,6 +108,11 @@ std::u16string OwnModuleFolder()
     return path;
 }
 
+std::u16string_view PackageFolder() noexcept
+{
+    return {};
+}
+
 std::uint16_t GetUserDefaultLangID() noexcept
 {
     return ::GetUserDefaultLangID();

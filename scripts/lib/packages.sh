@@ -93,9 +93,39 @@ shared_libraries() {
     work=$(mktemp -d)
     mkdir "$work/debian"
     printf 'Source: zupolicymanager\n\nPackage: zupolicymanager\nArchitecture: any\n' >"$work/debian/control"
-    mapfile -t programs < <(find "$1/usr/bin" "$1/usr/lib" -type f \( -name '*.so' -o -path '*/bin/*' \) | sort)
-    (cd "$work" && dpkg-shlibdeps --warnings=0 -O -S"$1" "${programs[@]}") | sed -n 's/^shlibs:Depends=//p'
+    mapfile -t programs < <(find "$1/usr/bin" "$1/usr/lib" -type f \( -name '*.so*' -o -path '*/bin/*' \) | sort)
+    # Its own runtime is no dependency.
+    echo 'libzucomrt 1 zupolicymanager' >"$work/debian/shlibs.local"
+    (cd "$work" && dpkg-shlibdeps --warnings=0 -O -xzupolicymanager -S"$1" "${programs[@]}") |
+        sed -n 's/^shlibs:Depends=//p'
     rm -rf "$work"
+}
+
+# library_symbols FOLDER PACKAGE VERSION: the functions that its libraries export, for packages that link them. Fails when
+# they differ from those listed in packaging/debian: a function that goes breaks programs, a new one needs its version.
+library_symbols() {
+    local folder=$1 work libraries code=0
+    work=$(mktemp -d)
+    mkdir "$work/debian"
+    printf 'Source: %s\n\nPackage: %s\nArchitecture: any\n' "$2" "$2" >"$work/debian/control"
+    mapfile -t libraries < <(find "$folder/usr/lib" -type f -name '*.so*' | sort)
+    (cd "$work" && dpkg-gensymbols -c4 -p"$2" -v"$3" -I"$packaging/debian/symbols" -P"$folder" \
+        "${libraries[@]/#/-e}" -O"$folder/DEBIAN/symbols") || code=$?
+    rm -rf "$work"
+    ((code == 0)) || return "$code"
+    # The program above forgives a function that is missing in the version that is said to have it first.
+    diff <(grep -o '^ [^ ]*' "$packaging/debian/symbols") <(grep -o '^ [^ ]*' "$folder/DEBIAN/symbols") || return 1
+    chmod 644 "$folder/DEBIAN/symbols"
+    # The same for packages that know no symbols: the libraries whose names carry a version.
+    printf 'libzucomrt 1 %s (>= 1.0.0)\n' "$2" >"$folder/DEBIAN/shlibs"
+}
+
+# debian_overrides FOLDER PACKAGE: what the package checker reports and what stays, each with its reason.
+debian_overrides() {
+    local overrides=$packaging/debian/$2.lintian-overrides
+    if [[ -e $overrides ]]; then
+        install -D -m 644 "$overrides" "$1/usr/share/lintian/overrides/$2"
+    fi
 }
 
 # make_deb FOLDER CONTROL-TEMPLATE VERSION OUTPUT-FOLDER: packs the folder as it is installed below /. The template has
@@ -106,6 +136,7 @@ make_deb() {
     architecture=$(sed -n 's/^Architecture: //p' "$2")
     [[ $architecture != @ARCHITECTURE@ ]] || architecture=$(dpkg --print-architecture)
     debian_documents "$folder" "$package" "$version"
+    debian_overrides "$folder" "$package"
     depends=
     if grep -q '@DEPENDS@' "$2"; then
         depends=$(shared_libraries "$folder")
@@ -113,8 +144,9 @@ make_deb() {
     fi
 
     mkdir "$folder/DEBIAN"
-    if find "$folder" -name '*.so' | grep -q .; then
+    if find "$folder" -type f -name '*.so*' | grep -q .; then
         echo 'activate-noawait ldconfig' >"$folder/DEBIAN/triggers"
+        library_symbols "$folder" "$package" "$version" || return 1
     fi
     (cd "$folder" && find usr -type f | sort | xargs md5sum) >"$folder/DEBIAN/md5sums"
     fill "$2" "VERSION=$version" "ARCHITECTURE=$architecture" "SIZE=$(kilobytes "$folder/usr")" \

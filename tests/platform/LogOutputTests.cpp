@@ -46,8 +46,17 @@ TEST_F(LogOutput, Unset_WritesNothing)
     Log("", "1 text");
     Log("ZUPOLICY_LOG=", "1 text");
     Log("ZUPOLICY_LOG=0", "0 text");
-    Log("ZUPOLICY_LOG=off", "1 text");
     EXPECT_EQ(m_folder.Read("err"), "");
+}
+
+TEST_F(LogOutput, AValueInAnotherForm_IsReportedOnceAndNothingIsLogged)
+{
+    // Three messages, one report.
+    Log("ZUPOLICY_LOG=off", "1 text 3");
+    Log("ZUPOLICY_LOG=\"$(printf 'a\\033[1mb')\"", "1 text");
+    EXPECT_EQ(m_folder.Read("err"),
+              "zuPolicyManager: ZUPOLICY_LOG is not <level>[:<file>], so nothing is logged: off\n"
+              "zuPolicyManager: ZUPOLICY_LOG is not <level>[:<file>], so nothing is logged: a\\x1B[1mb\n");
 }
 
 TEST_F(LogOutput, LevelAlone_WritesToStandardError)

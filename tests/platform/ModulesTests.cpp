@@ -105,6 +105,19 @@ TEST_F(Modules, ResourceFolder_TheLanguagesFolderComesFirst)
     EXPECT_EQ(LoadResourceDLLW(u"Other.dll", 0x0407), nullptr);
 }
 
+TEST_F(Modules, ResourceFolder_TheFolderOfThePackageComesLast)
+{
+    ASSERT_EQ(::mkdir(m_folder.Path("zuPolicyManager").c_str(), 0700), 0);
+    ASSERT_EQ(::mkdir(m_folder.Path("zuPolicyManager/0407").c_str(), 0700), 0);
+    m_folder.Write("zuPolicyManager/AgentRes.dll", "1\tpackage\n");
+    m_folder.Write("zuPolicyManager/0407/AgentRes.dll", "1\tGerman\n");
+    SetResourceFolder(m_folder.Wide("").substr(0, m_folder.Wide("").size() - 1));
+    EXPECT_EQ(GetResString(LoadResourceDLLW(u"AgentRes.dll", 0x0407).get(), 1), u"German");
+    EXPECT_EQ(GetResString(LoadResourceDLLW(u"AgentRes.dll", 0x0409).get(), 1), u"package");
+    m_folder.Write("AgentRes.dll", "1\tbeside\n");
+    EXPECT_EQ(GetResString(LoadResourceDLLW(u"AgentRes.dll", 0x0407).get(), 1), u"beside");
+}
+
 TEST_F(Modules, ResourceModuleInTheCurrentFolder_IsNotFound)
 {
     // A name of its own: the folder of the programs, where the module's own one may lie, is a rightful place.

@@ -10,6 +10,9 @@ namespace zupm::tool {
 /// Throws CallError when the component is not there or cannot create the object.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out);
 
+/// Throws CallError for the result of a failed creation, with a hint at what says more.
+void CheckCreation(HRESULT result);
+
 /// A new object of the class that implements an interface.
 template <typename Interface>
 [[nodiscard]] ComPtr<Interface> Create()

@@ -1,13 +1,28 @@
-#include "tools/zupolicy/client/CallError.h"
+#include <dlfcn.h>
+
 #include "tools/zupolicy/client/Component.h"
+#include "tools/zupolicy/client/Failure.h"
 
 namespace zupm::tool {
+namespace {
 
-// The tool is linked with the component, which announced its classes when the process loaded it: no registration is
-// needed, and none could lead to another copy of the component.
+/// Loads the component from where the program's libraries are, for the rest of the process's life. It announces its
+/// classes then, so no registration is needed, and none can lead to another copy of the component.
+void LoadComponent()
+{
+    static const bool isLoaded = dlopen("libzuPolicyManager64.so", RTLD_NOW | RTLD_LOCAL) != nullptr;
+    if (!isLoaded) {
+        throw Failure(ExitCode::Other,
+                      "the component libzuPolicyManager64.so cannot be loaded; zupolicy doctor says more");
+    }
+}
+
+}  // namespace
+
 void CreateObject(REFCLSID clsid, REFIID iid, void** out)
 {
-    Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out), "the component zuPolicyManager64");
+    LoadComponent();
+    CheckCreation(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out));
 }
 
 }  // namespace zupm::tool

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Component.h"
 
 namespace zupm::tool {
@@ -47,7 +46,7 @@ void CreateObject(REFCLSID clsid, REFIID iid, void** out)
     const GetClassObject entry = FindEntry();
     const HRESULT result = entry != nullptr ? CreateThrough(entry, clsid, iid, out)
                                             : CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, out);
-    Check(result, "the component zuPolicyManager64");
+    CheckCreation(result);
 }
 
 }  // namespace zupm::tool

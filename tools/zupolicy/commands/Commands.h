@@ -33,8 +33,9 @@ extern const Command kSet;
 extern const Command kRemove;
 extern const Command kExportIni;
 extern const Command kCheck;
+extern const Command kDoctor;
 
 /// In the order in which the help lists them.
-inline constexpr const Command* kCommands[] = {&kShow, &kGet, &kSet, &kRemove, &kExportIni, &kCheck};
+inline constexpr const Command* kCommands[] = {&kShow, &kGet, &kSet, &kRemove, &kExportIni, &kCheck, &kDoctor};
 
 }  // namespace zupm::tool
