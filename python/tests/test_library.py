@@ -45,7 +45,7 @@ def libraries(tmp_path: pathlib.Path) -> pathlib.Path:
 
 
 def _is_needed(name: str) -> bool:
-    return name in ("libzuPolicyManager64.so", "libzucomrt.so", "AgentRes.dll")
+    return name in ("libzuPolicyManager64.so", "libzucomrt.so.1", "AgentRes.dll")
 
 
 def test_the_variable_names_the_folder(policy_path: pathlib.Path, libraries: pathlib.Path) -> None:
@@ -70,7 +70,7 @@ def test_a_folder_that_is_not_absolute_is_refused(policy_path: pathlib.Path) -> 
     assert "no absolute path" in _run(policy_path, ZUPOLICY_LIBRARIES="libraries")
 
 
-@pytest.mark.parametrize("name", ["libzuPolicyManager64.so", "libzucomrt.so"])
+@pytest.mark.parametrize("name", ["libzuPolicyManager64.so", "libzucomrt.so.1"])
 def test_root_loads_only_what_root_alone_may_write(
     policy_path: pathlib.Path, libraries: pathlib.Path, name: str
 ) -> None:
@@ -92,7 +92,7 @@ def test_libraries_in_the_current_folder_are_not_found(
 
 
 def test_a_library_that_is_no_component_is_refused(policy_path: pathlib.Path, libraries: pathlib.Path) -> None:
-    shutil.copyfile(libraries / "libzucomrt.so", libraries / "libzuPolicyManager64.so")
+    shutil.copyfile(libraries / "libzucomrt.so.1", libraries / "libzuPolicyManager64.so")
     text = _run(policy_path, ZUPOLICY_LIBRARIES=str(libraries), ZUREGISTRY="/nonexistent/registry")
     assert "cannot create a policy file object" in text
 

@@ -109,7 +109,7 @@ def _declared_codes() -> Dict[str, int]:
 
 def test_the_result_codes_are_those_of_the_header() -> None:
     codes = _declared_codes()
-    rows = re.findall(r"\{(\w+),\s*((?:u\"[^\"]*\"\s*)+)\}", _header("Results.h"))
+    rows = re.findall(r"\{(\w+),\s*\"\w+\",\s*((?:u\"[^\"]*\"\s*)+)\}", _header("Results.h"))
     declared = {codes[name]: (name, "".join(re.findall(r'u"([^"]*)"', sentence))) for name, sentence in rows}
     assert len(declared) == len(codes) > 30
     assert {code: tuple(meaning) for code, meaning in _results.MEANINGS.items()} == declared

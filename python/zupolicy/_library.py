@@ -25,7 +25,7 @@ from ._errors import LibraryNotFound
 from ._interfaces import CLSID_POLICY_FILE, POLICY_FILE
 
 MODULE = "libzuPolicyManager64.so"
-RUNTIME = "libzucomrt.so"
+RUNTIME = "libzucomrt.so.1"
 VARIABLE = "ZUPOLICY_LIBRARIES"
 
 _IN_PROCESS = 1  # CLSCTX_INPROC_SERVER
