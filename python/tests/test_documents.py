@@ -51,8 +51,9 @@ def test_the_first_example_is_the_same_everywhere() -> None:
     assert zupolicy.__doc__ is not None
     in_docstring = re.search(r"^    with .*?(?=^\S)", zupolicy.__doc__, re.MULTILINE | re.DOTALL)
     assert in_docstring is not None
-    (in_readme,) = _examples("python/README.md")
-    assert in_readme.code == GUIDE[0].code
+    for readme in ("README.md", "python/README.md"):
+        (in_readme,) = _examples(readme)
+        assert in_readme.code == GUIDE[0].code
     assert textwrap.dedent(in_docstring.group()).strip() == GUIDE[0].code.partition("\n\n")[2].strip()
 
 
