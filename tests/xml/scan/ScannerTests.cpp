@@ -90,8 +90,8 @@ TEST(Scanner, GoesOnAfterTheStartTagOfTheRoot)
 
 TEST(Scanner, AfterTheStartTagOfTheRootItIsAsStrict)
 {
-    const std::string rows[] = {"<a></b>",    "<a></a>x", "<a></a><b/>", "<a>&e;</a>",
-                                "<a><b></a>", "<a>",      "<a></a>\xC3", "<a>\x01</a>"};
+    const std::string rows[] = {"<a></b>", "<a></a>x",    "<a></a><b/>", "<a>&e;</a>",        "<a><b></a>",
+                                "<a>",     "<a></a>\xC3", "<a>\x01</a>", "<a></a><!-- -- -->"};
     for (const std::string& text : rows) {
         Notes notes;
         EXPECT_FALSE(ScanAfterRootTag(text, {0, 3}, notes)) << text;
