@@ -137,6 +137,23 @@ TEST(Scanner, ComparesManyAttributes)
     }
 }
 
+/// Names of many attributes are sorted. The tag that follows begins like theirs.
+TEST(Scanner, KnowsTheFirstAttributeAmongMany)
+{
+    const std::string many = "<b z='' a='' b='' c='' d='' e='' f='' g='' h='' i='' j='' k='' l='' m=''/>";
+    const std::string lastIsLeast = "<b z='' b='' c='' d='' e='' f='' g='' h='' i='' j='' k='' l='' m='' a=''/>";
+    for (const std::string& first : {many, lastIsLeast}) {
+        for (const char* second : {"<b z='' y=''/>", "<b z=' a' a=''/>", "<b z='1' z1='2' y='3'/>", "<b z='1'/>"}) {
+            const Agreement agreement = CompareWithGate("<r>" + first + second + "</r>");
+            EXPECT_TRUE(agreement.isAcceptedByScanner) << first << second;
+            EXPECT_EQ(agreement.difference, "") << first << second;
+        }
+        for (const char* second : {"<b z='' z=''/>", "<b z='1' z='2'/>", "<b z='1' y='' z='2'/>"}) {
+            EXPECT_FALSE(IsAccepted("<r>" + first + second + "</r>")) << first << second;
+        }
+    }
+}
+
 TEST(Scanner, TakesAsManyAttributesAsTheGateDoes)
 {
     constexpr std::size_t kMost = 500'000;
