@@ -67,6 +67,17 @@ constexpr const char* kTexts[] = {
     "<!DOCTYPE a>",
 };
 
+TEST(BuildTree, AnOnlyChildIsTheFirstAndTheLast)
+{
+    for (const char* text : {"<a/>", "<a></a>", "<a><b/></a>"}) {
+        const std::unique_ptr<SpanTree> tree = BuildTree(XmlText(text, UTF_ENCODINGS::Utf8), kAllLevels);
+        for (std::uint32_t parent = SpanTree::kDocument; tree->FirstChild(parent) != SpanTree::kNone;
+             parent = tree->FirstChild(parent)) {
+            EXPECT_EQ(tree->LastChild(parent), tree->FirstChild(parent)) << text;
+        }
+    }
+}
+
 TEST(BuildTree, FindsWhatTheGateFindsAlone)
 {
     for (const char* text : kTexts) {

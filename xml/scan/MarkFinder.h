@@ -31,6 +31,7 @@ struct MarkFinder {
 /// What a processor can do beyond what every processor of its kind can.
 struct Processor {
     bool hasAvx2 = false;
+    bool hasBmi = false;
 };
 
 [[nodiscard]] Processor ThisProcessor() noexcept;

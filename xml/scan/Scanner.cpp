@@ -207,12 +207,11 @@ void Scanner::Report(const Tag& tag, std::uint32_t level)
     }
 }
 
+/// Stage one has looked at every token, because their marks were taken. Only white space follows the last one.
 bool Scanner::EndOfText()
 {
-    // Stage one has to look at the last bytes, too.
-    const bool isAtEnd = m_at == m_tokens.Text().size() && m_tokens.Marks().Next() == m_at;
     m_queue.Flush();
-    return isAtEnd && m_tokens.Marks().IsValid();
+    return m_at == m_tokens.Text().size() && m_tokens.Marks().IsValid();
 }
 
 }  // namespace

@@ -40,9 +40,12 @@ std::uint32_t StartTags::EndOfOther(std::uint32_t tag, Last& last)
     last.prefix = m_tokens.Marks().Peek() + 1 - tag;
     m_names.clear();
     const std::uint32_t end = EndAfter(tag + 1 + last.nameLength);
-    if (!m_names.empty()) {
-        last.attribute = m_names.front().begin - tag;
-        last.attributeLength = m_names.front().length;
+    // Comparing many names has sorted them.
+    const auto first = std::min_element(m_names.begin(), m_names.end(),
+                                        [](const Name& left, const Name& right) { return left.begin < right.begin; });
+    if (first != m_names.end()) {
+        last.attribute = first->begin - tag;
+        last.attributeLength = first->length;
     }
     return end;
 }

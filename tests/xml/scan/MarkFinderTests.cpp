@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <random>
 
@@ -68,11 +69,19 @@ TEST(MarkFinder, EveryProcessorHasThePlainForm)
     EXPECT_EQ(MarkFindersFor(ThisProcessor()).front().name, "plain");
 }
 
-TEST(MarkFinder, AProcessorWithoutAvx2IsNotGivenIt)
+bool IsGivenAvx2(const Processor& processor)
 {
-    for (const MarkFinder& finder : MarkFindersFor({.hasAvx2 = false})) {
-        EXPECT_NE(finder.name, "AVX2");
-    }
+    const std::span<const MarkFinder> finders = MarkFindersFor(processor);
+    return std::any_of(finders.begin(), finders.end(), [](const MarkFinder& finder) { return finder.name == "AVX2"; });
+}
+
+TEST(MarkFinder, TheFormForAvx2NeedsBmiToo)
+{
+    EXPECT_FALSE(IsGivenAvx2({.hasAvx2 = false, .hasBmi = false}));
+    EXPECT_FALSE(IsGivenAvx2({.hasAvx2 = false, .hasBmi = true}));
+    EXPECT_FALSE(IsGivenAvx2({.hasAvx2 = true, .hasBmi = false}));
+    const bool hasFormsWithVectors = MarkFindersFor({}).size() > 1;
+    EXPECT_EQ(IsGivenAvx2({.hasAvx2 = true, .hasBmi = true}), hasFormsWithVectors);
 }
 
 TEST(MarkFinder, TheFastestIsTheLastThatTheProcessorHas)

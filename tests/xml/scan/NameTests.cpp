@@ -58,8 +58,8 @@ TEST(Names, HaveNoCharacterBeyondTheFirstPlane)
 
 TEST(Names, EndWhereBytesAreNoUtf8)
 {
-    for (const char* rest :
-         {"\xC3", "\xC3(", "\xE4\xB8", "\xE4\xB8(", "\xE4", "\x80", "\xC1\x81", "\xE0\x81\x81", "\xFF"}) {
+    for (const char* rest : {"\xC3", "\xC3(", "\xE4\xB8", "\xE4\xB8(", "\xE4", "\x80", "\xC1\x81", "\xE0\x81\x81",
+                             "\xE0\x83\x80", "\xFF"}) {
         EXPECT_EQ(NameLengthAt(("a" + std::string(rest)).c_str()), 1u) << rest;
         EXPECT_EQ(NameLengthAt(rest), 0u) << rest;
     }

@@ -90,8 +90,8 @@ TEST(Scanner, GoesOnAfterTheStartTagOfTheRoot)
 
 TEST(Scanner, AfterTheStartTagOfTheRootItIsAsStrict)
 {
-    const std::string rows[] = {"<a></b>",    "<a></a>x", "<a></a><b/>", "<a>&e;</a>",
-                                "<a><b></a>", "<a>",      "<a></a>\xC3", "<a>\x01</a>"};
+    const std::string rows[] = {"<a></b>", "<a></a>x",    "<a></a><b/>", "<a>&e;</a>",        "<a><b></a>",
+                                "<a>",     "<a></a>\xC3", "<a>\x01</a>", "<a></a><!-- -- -->"};
     for (const std::string& text : rows) {
         Notes notes;
         EXPECT_FALSE(ScanAfterRootTag(text, {0, 3}, notes)) << text;
@@ -134,6 +134,23 @@ TEST(Scanner, ComparesManyAttributes)
         EXPECT_TRUE(IsAccepted(Attributes(count))) << count;
         EXPECT_FALSE(IsAccepted(Attributes(count, " n0=''"))) << count;
         EXPECT_FALSE(IsAccepted(Attributes(count, " n" + std::to_string(count - 1) + "=''"))) << count;
+    }
+}
+
+/// Names of many attributes are sorted. The tag that follows begins like theirs.
+TEST(Scanner, KnowsTheFirstAttributeAmongMany)
+{
+    const std::string many = "<b z='' a='' b='' c='' d='' e='' f='' g='' h='' i='' j='' k='' l='' m=''/>";
+    const std::string lastIsLeast = "<b z='' b='' c='' d='' e='' f='' g='' h='' i='' j='' k='' l='' m='' a=''/>";
+    for (const std::string& first : {many, lastIsLeast}) {
+        for (const char* second : {"<b z='' y=''/>", "<b z=' a' a=''/>", "<b z='1' z1='2' y='3'/>", "<b z='1'/>"}) {
+            const Agreement agreement = CompareWithGate("<r>" + first + second + "</r>");
+            EXPECT_TRUE(agreement.isAcceptedByScanner) << first << second;
+            EXPECT_EQ(agreement.difference, "") << first << second;
+        }
+        for (const char* second : {"<b z='' z=''/>", "<b z='1' z='2'/>", "<b z='1' y='' z='2'/>"}) {
+            EXPECT_FALSE(IsAccepted("<r>" + first + second + "</r>")) << first << second;
+        }
     }
 }
 

@@ -14,13 +14,13 @@ constexpr MarkFinder kFinders[] = {
 
 Processor ThisProcessor() noexcept
 {
-    return {.hasAvx2 = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0};
+    return {.hasAvx2 = __builtin_cpu_supports("avx2") != 0, .hasBmi = __builtin_cpu_supports("bmi") != 0};
 }
 
 std::span<const MarkFinder> MarkFindersFor(const Processor& processor) noexcept
 {
     const std::span<const MarkFinder> all(kFinders);
-    return processor.hasAvx2 ? all : all.first(all.size() - 1);
+    return processor.hasAvx2 && processor.hasBmi ? all : all.first(all.size() - 1);
 }
 
 }  // namespace AdvXMLParser
