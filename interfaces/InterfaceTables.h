@@ -13,5 +13,6 @@ namespace zupm {
 [[nodiscard]] const InterfaceDescription& PolicyFileContentsInterface() noexcept;
 [[nodiscard]] const InterfaceDescription& PolicySectionsInterface() noexcept;
 [[nodiscard]] const InterfaceDescription& PolicyNamesInterface() noexcept;
+[[nodiscard]] const InterfaceDescription& PolicyNoticesInterface() noexcept;
 
 }  // namespace zupm

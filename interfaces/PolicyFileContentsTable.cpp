@@ -13,6 +13,11 @@ constexpr Member kPolicyFileContentsMembers[] = {
                                                                "The software IDs that have tasks"),
     MethodRow<&IPolicyFileContents::GetTaskIDs, u"strSoftwareID", u"pNames">(1003, u"GetTaskIDs",
                                                                              "Returns the task IDs of one software ID"),
+    GetRow<&IPolicyFileContents::get_HasChangedOnDisk, u"pVal">(
+        1004, u"HasChangedOnDisk", "Whether the file is no longer the one that was loaded"),
+    MethodRow<&IPolicyFileContents::WriteIfUnchanged, u"lTimeout">(
+        1005, u"WriteIfUnchanged", "Replaces the loaded file if it is still the one that was loaded"),
+    GetRow<&IPolicyFileContents::get_Notices, u"pVal">(1006, u"Notices", "What is odd in the loaded document"),
 };
 
 constexpr InterfaceDescription kPolicyFileContentsDescription{IID_IPolicyFileContents, u"IPolicyFileContents",

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string_view>
-#include <utility>
 
 namespace zupm {
 
@@ -20,14 +19,31 @@ protected:
     ~ByteSource() = default;
 };
 
-/// Bytes that are in memory already.
-class OnePiece final : public ByteSource {
+/// Bytes that can be given more than once: a file is compared with them before it is replaced.
+class RepeatableBytes : public ByteSource {
 public:
-    explicit OnePiece(std::string_view bytes) noexcept : m_bytes(bytes) {}
-    [[nodiscard]] std::string_view Next() override { return std::exchange(m_bytes, {}); }
+    /// Makes the next call of Next give the first piece.
+    virtual void Rewind() noexcept = 0;
+
+protected:
+    ~RepeatableBytes() = default;
+};
+
+/// Bytes that are in memory already.
+class OnePiece final : public RepeatableBytes {
+public:
+    explicit OnePiece(std::string_view bytes) noexcept : m_bytes(bytes), m_rest(bytes) {}
+    [[nodiscard]] std::string_view Next() override
+    {
+        const std::string_view piece = m_rest;
+        m_rest = {};
+        return piece;
+    }
+    void Rewind() noexcept override { m_rest = m_bytes; }
 
 private:
     std::string_view m_bytes;
+    std::string_view m_rest;
 };
 
 }  // namespace zupm

@@ -24,6 +24,15 @@ enum class Durability { Flushed, LeftToTheSystem };
 /// InputOutputError, OutOfMemory.
 [[nodiscard]] result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcept;
 
+/// Whether a regular file holds the expected bytes and no more: Success or FileChanged, otherwise the codes of
+/// ReadWholeFile. The file is read in pieces, without its lock. OutOfMemory when the bytes throw.
+[[nodiscard]] result::Code CompareFile(std::u16string_view path, RepeatableBytes& expected) noexcept;
+
+/// The path as it means the same file after the process went to another folder. Links in it stay as they are. A path
+/// that cannot be completed is returned as it is: one that names nothing, or a relative one when the name of the
+/// current folder is unknown or no text. Throws std::bad_alloc.
+[[nodiscard]] std::u16string AbsolutePath(std::u16string_view path);
+
 /// Replaces the file at `path` by `bytes` in one step, or creates it.
 ///
 /// A temporary file beside the target (exclusive, unguessable name, readable by its owner alone until it has the

@@ -45,9 +45,15 @@ public:
     /// InputOutputError, OutOfMemory.
     [[nodiscard]] result::Code Read(std::string& bytes) noexcept;
 
-    /// Success when the name in the folder still means this file and the file holds `bytes`; FileChanged otherwise, or
-    /// the code of the failed call.
-    [[nodiscard]] result::Code CheckUnchanged(std::string_view bytes) noexcept;
+    /// Success when the name in the folder still means this file and the file holds the expected bytes and no more;
+    /// FileChanged otherwise, or the code of the failed call. The file is read in pieces. OutOfMemory when the bytes
+    /// throw.
+    [[nodiscard]] result::Code CheckUnchanged(RepeatableBytes& expected) noexcept;
+    [[nodiscard]] result::Code CheckUnchanged(std::string_view expected) noexcept
+    {
+        OnePiece piece(expected);
+        return CheckUnchanged(piece);
+    }
 
     /// Does as much of Replace as can be done without a trace: the code that Replace would fail with when the folder
     /// takes no new file, or the file's owner and rights cannot be kept. Not foreseen are a full disk and what only
@@ -58,13 +64,14 @@ public:
     /// the new bytes are on the disk: FileChanged otherwise. Without, whatever has the name by then is replaced.
     /// The codes of ReplaceFileAtomically, with the file as it was; WrittenNotFlushed when the new file is in place and
     /// the folder could not be flushed; OwnerNotKept when its owner or group may not be given to a new file.
-    [[nodiscard]] result::Code Replace(ByteSource& bytes, const std::string* expected,
+    [[nodiscard]] result::Code Replace(ByteSource& bytes, RepeatableBytes* expected,
                                        Durability durability = Durability::Flushed) noexcept;
     [[nodiscard]] result::Code Replace(std::string_view bytes, const std::string* expected,
                                        Durability durability = Durability::Flushed) noexcept
     {
         OnePiece piece(bytes);
-        return Replace(piece, expected, durability);
+        OnePiece old(expected == nullptr ? std::string_view() : *expected);
+        return Replace(piece, expected == nullptr ? nullptr : &old, durability);
     }
 
 private:

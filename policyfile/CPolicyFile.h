@@ -68,6 +68,9 @@ public:
     HRESULT get_PolicyIDs(IPolicyNames** pVal) noexcept override;
     HRESULT get_TaskSoftwareIDs(IPolicyNames** pVal) noexcept override;
     HRESULT GetTaskIDs(BSTR strSoftwareID, IPolicyNames** pNames) noexcept override;
+    HRESULT get_HasChangedOnDisk(LONG* pVal) noexcept override;
+    HRESULT WriteIfUnchanged(LONG lTimeout) noexcept override;
+    HRESULT get_Notices(IPolicyNotices** pVal) noexcept override;
 
 protected:
     ~CPolicyFile() = default;
@@ -91,6 +94,17 @@ private:
     [[nodiscard]] result::Code CheckEditOpen() const noexcept ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code LoadEdited(const std::u16string& path, std::chrono::milliseconds patience,
                                           std::u16string& detail) ZUPM_REQUIRES(m_lock);
+
+    /// CommitEdit.
+    [[nodiscard]] result::Code CommitOpenEdit(bool force) ZUPM_REQUIRES(m_lock);
+    /// Replaces a locked file by the document. Without `force` only if it is the one that was loaded. What was written
+    /// counts as loaded from then on.
+    [[nodiscard]] result::Code Commit(EditedFile& file, bool force) ZUPM_REQUIRES(m_lock);
+
+    /// Success, FileChanged, or the code with which the comparison of the loaded file failed.
+    [[nodiscard]] result::Code CompareWithDisk() ZUPM_REQUIRES(m_lock);
+    /// WriteIfUnchanged without an open edit.
+    [[nodiscard]] result::Code WriteLoadedFile(std::chrono::milliseconds patience) ZUPM_REQUIRES(m_lock);
 
     /// NotInitialised, with the reason in `detail`, when these are no longer the documents. An incoming object may load
     /// another file here while it answers, and the edit was meant for the document before.

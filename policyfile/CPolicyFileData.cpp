@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "com/Log.h"
+#include "notices/NoticeFinder.h"
+#include "platform/Files.h"
 #include "settings/ParseFailure.h"
 #include "settings/Schema.h"
 #include "text/Decimal.h"
@@ -62,6 +64,7 @@ result::Code CPolicyFileData::DeinitializeFile() noexcept
 {
     static_cast<void>(DeinitializeTaskMap());
     static_cast<void>(DeinitializePolicyMap());
+    m_loaded = {};
     m_document.reset();
     m_retired.clear();
     m_initialised = false;
@@ -95,6 +98,7 @@ result::Code CPolicyFileData::Initialize(const ReadText& read, std::u16string& d
 
 result::Code CPolicyFileData::LoadDocument(const ReadText& read)
 {
+    m_absolutePath = AbsolutePath(m_path);
     AdvXMLParser::XmlText buffer;
     read(buffer, m_encoding);
     std::unique_ptr<Document> document = AdvXMLParser::Parser().Parse(std::move(buffer), schema::kLevelsOfFile);
@@ -102,9 +106,14 @@ result::Code CPolicyFileData::LoadDocument(const ReadText& read)
         return result::AllocationFailed;
     }
     ReadProperties(document->GetRoot());
+    AdvXMLParser::TextSnapshot loaded = document->Snapshot();
     m_document = std::move(document);
-    const result::Code code = InitializePolicyMap();
-    return code < 0 ? code : InitializeTaskMap();
+    result::Code code = InitializePolicyMap();
+    code = code < 0 ? code : InitializeTaskMap();
+    if (code >= 0) {
+        m_loaded = std::move(loaded);
+    }
+    return code;
 }
 
 // Given: see docs/given-oddities.md, "entries of a failed load".
@@ -127,6 +136,16 @@ void CPolicyFileData::ReadProperties(const Element& root)
             ReadVersion(child, m_properties.taskVersion);
         }
     }
+}
+
+Notices CPolicyFileData::FindNotices() const
+{
+    const AdvXMLParser::TextRuns runs = m_document->Runs();
+    if (runs.size() == 1) {
+        return NoticeFinder(runs.front()).Find();
+    }
+    const std::string text = AdvXMLParser::Joined(runs);
+    return NoticeFinder(text).Find();
 }
 
 Element CPolicyFileData::Root() const noexcept

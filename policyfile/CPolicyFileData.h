@@ -6,14 +6,18 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "notices/Notices.h"
 #include "policyfile/PolicyFileProperties.h"
 #include "settings/CElementRef.h"
 #include "settings/NameIndex.h"
 #include "settings/NameList.h"
 #include "xml/Document.h"
+#include "xml/FileBytes.h"
 #include "xml/TextRuns.h"
+#include "xml/TextSnapshot.h"
 #include "xml/UtfEncodings.h"
 #include "xml/XmlText.h"
 #include "zuPolicyManager/Results.h"
@@ -96,6 +100,19 @@ public:
 
     /// The document's text, in pieces that are valid until the next edit; there must be a document.
     [[nodiscard]] AdvXMLParser::TextRuns Runs() const { return m_document->Runs(); }
+    /// The bytes of the file that was loaded, as they were then, without a second copy of them; empty when nothing is
+    /// loaded. Valid until the next load; throws std::bad_alloc.
+    [[nodiscard]] AdvXMLParser::FileBytes LoadedBytes() const { return {m_loaded.Runs(), m_encoding, true}; }
+    /// The document's text as it is now. The document must be there, and outlives the snapshot.
+    [[nodiscard]] AdvXMLParser::TextSnapshot Snapshot() const { return m_document->Snapshot(); }
+    /// Makes the text that a snapshot holds the one of LoadedBytes: it was written where the file was loaded from.
+    void KeepAsLoaded(AdvXMLParser::TextSnapshot written) noexcept { m_loaded = std::move(written); }
+    /// The path that was loaded, as it is found from every folder.
+    [[nodiscard]] const std::u16string& LoadedPath() const noexcept { return m_absolutePath; }
+
+    /// What is odd in the document as it is now; there must be a document. Throws std::bad_alloc.
+    [[nodiscard]] Notices FindNotices() const;
+
     /// The encoding of the last file whose bytes could be read as text, even if that text could not be parsed. It is
     /// the encoding of the document, if there is one.
     [[nodiscard]] AdvXMLParser::UTF_ENCODINGS Encoding() const noexcept { return m_encoding; }
@@ -118,8 +135,10 @@ private:
     [[nodiscard]] bool InsertTask(std::u16string_view softwareId, std::u16string_view taskId, const CTaskRef& task);
 
     std::shared_ptr<AdvXMLParser::Document> m_document;
-    Documents m_retired;  ///< documents of failed loads, which entries of the indexes still point into
+    AdvXMLParser::TextSnapshot m_loaded;  ///< of `m_document`; empty unless the load succeeded
+    Documents m_retired;                  ///< documents of failed loads, which entries of the indexes still point into
     std::u16string m_path;
+    std::u16string m_absolutePath;
     bool m_initialised = false;
     PolicyFileProperties& m_properties;
     AdvXMLParser::UTF_ENCODINGS m_encoding = AdvXMLParser::UTF_ENCODINGS::Utf8;

@@ -1,5 +1,6 @@
 // Editing the file where it lies: IPolicyFileEdit.
 #include <algorithm>
+#include <utility>
 
 #include "com/Strings.h"
 #include "policyfile/CPolicyFile.h"
@@ -7,6 +8,9 @@
 #include "xml/FileBytes.h"
 
 namespace zupm {
+
+using AdvXMLParser::FileBytes;
+using AdvXMLParser::TextSnapshot;
 
 namespace {
 
@@ -72,7 +76,8 @@ HRESULT CPolicyFile::HasFileChanged(LONG* plChanged) noexcept
         if (!m_edited.IsOpen()) {
             return result::NotInitialised;
         }
-        const result::Code code = m_edited.CheckUnchanged();
+        FileBytes loaded = m_data.LoadedBytes();
+        const result::Code code = m_edited.CheckUnchanged(loaded);
         if (code != result::Success && code != result::FileChanged) {
             return code;
         }
@@ -85,8 +90,11 @@ HRESULT CPolicyFile::RehearseCommit(LONG bForce) noexcept
 {
     return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::RehearseCommit()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        const result::Code code = CheckEditOpen();
-        return code < 0 ? code : m_edited.Rehearse(bForce != 0);
+        if (const result::Code code = CheckEditOpen(); code < 0) {
+            return code;
+        }
+        FileBytes loaded = m_data.LoadedBytes();
+        return m_edited.Rehearse(bForce != 0 ? nullptr : &loaded);
     });
 }
 
@@ -94,17 +102,31 @@ HRESULT CPolicyFile::CommitEdit(LONG bForce) noexcept
 {
     return CallOf(IID_IPolicyFileEdit, u"CPolicyFile::CommitEdit()", [&]() -> result::Code {
         const CriticalSectionLock lock(m_lock);
-        if (const result::Code code = CheckEditOpen(); code < 0) {
-            return code;
-        }
-        try {
-            m_data.StampVersions();
-            AdvXMLParser::FileBytes bytes(m_data.Runs(), m_data.Encoding(), true);
-            return m_edited.Commit(bytes, bForce != 0);
-        } catch (const AdvXMLParser::ReadWriteException& error) {
-            return error.GetErrorCode();
-        }
+        return CommitOpenEdit(bForce != 0);
     });
+}
+
+result::Code CPolicyFile::CommitOpenEdit(bool force)
+{
+    const result::Code code = CheckEditOpen();
+    return code < 0 ? code : Commit(m_edited, force);
+}
+
+result::Code CPolicyFile::Commit(EditedFile& file, bool force)
+{
+    try {
+        m_data.StampVersions();
+        TextSnapshot written = m_data.Snapshot();
+        FileBytes bytes(written.Runs(), m_data.Encoding(), true);
+        FileBytes loaded = m_data.LoadedBytes();
+        const result::Code code = file.Commit(bytes, force ? nullptr : &loaded);
+        if (code == result::Success || code == result::WrittenNotFlushed) {
+            m_data.KeepAsLoaded(std::move(written));
+        }
+        return code;
+    } catch (const AdvXMLParser::ReadWriteException& error) {
+        return error.GetErrorCode();
+    }
 }
 
 HRESULT CPolicyFile::EndEdit() noexcept

@@ -1,17 +1,17 @@
 #include "policyfile/EditedFile.h"
 
+#include <string>
+#include <utility>
+
 #include "xml/Exceptions.h"
 #include "xml/FileBuffer.h"
 
 namespace zupm {
 
-result::Code EditedFile::Open(std::u16string_view path, std::chrono::milliseconds patience)
+result::Code EditedFile::Open(std::u16string_view path, std::chrono::milliseconds patience) noexcept
 {
     Close();
-    result::Code code = OpenLocked(path, patience, m_file);
-    if (code == result::Success) {
-        code = m_file.Read(m_bytes);
-    }
+    const result::Code code = OpenLocked(path, patience, m_file);
     if (code != result::Success) {
         Close();
     }
@@ -21,27 +21,24 @@ result::Code EditedFile::Open(std::u16string_view path, std::chrono::millisecond
 void EditedFile::ReadText(std::u16string_view path, std::chrono::milliseconds patience, AdvXMLParser::XmlText& buffer,
                           AdvXMLParser::UTF_ENCODINGS& encoding)
 {
-    if (const result::Code code = Open(path, patience); code < 0) {
+    std::string bytes;
+    result::Code code = Open(path, patience);
+    code = code < 0 ? code : m_file.Read(bytes);
+    if (code < 0) {
         throw AdvXMLParser::ReadWriteException(code);
     }
-    AdvXMLParser::DecodeBuffer(m_bytes, buffer, encoding, true);
+    AdvXMLParser::DecodeBuffer(std::move(bytes), buffer, encoding, true);
 }
 
-void EditedFile::Close() noexcept
+result::Code EditedFile::Rehearse(RepeatableBytes* loaded) noexcept
 {
-    m_file.Close();
-    m_bytes = std::string();
-}
-
-result::Code EditedFile::Rehearse(bool force) noexcept
-{
-    const result::Code code = force ? result::Success : CheckUnchanged();
+    const result::Code code = loaded == nullptr ? result::Success : CheckUnchanged(*loaded);
     return code == result::Success ? m_file.RehearseReplace() : code;
 }
 
-result::Code EditedFile::Commit(ByteSource& bytes, bool force) noexcept
+result::Code EditedFile::Commit(ByteSource& bytes, RepeatableBytes* loaded) noexcept
 {
-    const result::Code code = m_file.Replace(bytes, force ? nullptr : &m_bytes);
+    const result::Code code = m_file.Replace(bytes, loaded);
     if (code == result::Success || code == result::WrittenNotFlushed) {
         Close();
     }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <chrono>
-#include <string>
 #include <string_view>
 
 #include "platform/ByteSource.h"
@@ -13,36 +12,39 @@
 
 namespace zupm {
 
-/// A locked file and the bytes that it held when it was loaded.
+/// A locked file. The bytes that it held when it was loaded are the caller's, who gives them to each comparison.
 ///
 /// Lifetime  The lock ends with Close and with the object.
 /// Threads   None of its own; the owning CPolicyFile holds its lock around every call.
-/// Errors    Result codes. All operations but Open and Close need an open edit.
+/// Errors    Result codes. All operations but the opening and Close need an open edit.
 class EditedFile {
 public:
     [[nodiscard]] bool IsOpen() const noexcept { return m_file.IsOpen(); }
 
-    /// Ends an edit, waits up to `patience` for the file's lock and reads the file. The codes of HeldFile; FileLocked
-    /// when the lock was never free. Nothing is open after a failure.
-    [[nodiscard]] result::Code Open(std::u16string_view path, std::chrono::milliseconds patience);
-    void Close() noexcept;
+    /// Ends an edit and waits up to `patience` for the file's lock. The codes of HeldFile; FileLocked when the lock was
+    /// never free. Nothing is open after a failure.
+    [[nodiscard]] result::Code Open(std::u16string_view path, std::chrono::milliseconds patience) noexcept;
+    void Close() noexcept { m_file.Close(); }
 
-    /// Opens the file and gives its text, as ReadBufferFromFile does. Throws ReadWriteException with a code of Open, or
-    /// 0x80070459.
+    /// Opens the file and gives its text, as ReadBufferFromFile does. Throws ReadWriteException with a code of Open or
+    /// of reading, or 0x80070459.
     void ReadText(std::u16string_view path, std::chrono::milliseconds patience, AdvXMLParser::XmlText& buffer,
                   AdvXMLParser::UTF_ENCODINGS& encoding);
 
     /// Success, FileChanged, or the code with which the comparison failed.
-    [[nodiscard]] result::Code CheckUnchanged() noexcept { return m_file.CheckUnchanged(m_bytes); }
-    /// The code that Commit would fail with, as far as it can be known without leaving a trace; FileChanged.
-    [[nodiscard]] result::Code Rehearse(bool force) noexcept;
-    /// Replaces the file; with `force` even one that was changed. Ends the edit when the new file is in place (Success,
-    /// WrittenNotFlushed); after any other code the file is as it was.
-    [[nodiscard]] result::Code Commit(ByteSource& bytes, bool force) noexcept;
+    [[nodiscard]] result::Code CheckUnchanged(RepeatableBytes& loaded) noexcept
+    {
+        return m_file.CheckUnchanged(loaded);
+    }
+    /// The code that Commit would fail with, as far as it can be known without leaving a trace; FileChanged. Without
+    /// `loaded` a changed file is replaced, too.
+    [[nodiscard]] result::Code Rehearse(RepeatableBytes* loaded) noexcept;
+    /// Replaces the file; without `loaded` even one that was changed. Ends the edit when the new file is in place
+    /// (Success, WrittenNotFlushed); after any other code the file is as it was.
+    [[nodiscard]] result::Code Commit(ByteSource& bytes, RepeatableBytes* loaded) noexcept;
 
 private:
     HeldFile m_file;
-    std::string m_bytes;
 };
 
 }  // namespace zupm

@@ -28,23 +28,34 @@ std::uint64_t Mix(std::uint64_t one, std::uint64_t other) noexcept
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-}  // namespace
-
-std::uint32_t NameHash(std::u16string_view name) noexcept
+template <class Character>
+std::uint32_t HashOf(std::basic_string_view<Character> name) noexcept
 {
     static const std::uint64_t seed = Seed();
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
-    constexpr std::size_t kBlock = 8;
     std::uint64_t hash = seed ^ name.size();
     std::uint64_t words[2];
+    constexpr std::size_t kBlock = 16 / sizeof(Character);
     for (; name.size() > kBlock; name.remove_prefix(kBlock)) {
         std::memcpy(words, name.data(), sizeof(words));
         hash = Mix(words[0] ^ seed ^ kSpread, words[1] ^ hash);
     }
     words[0] = words[1] = 0;
-    std::memcpy(words, name.data(), name.size() * sizeof(char16_t));
+    std::memcpy(words, name.data(), name.size() * sizeof(Character));
     hash = Mix(words[0] ^ seed ^ kSpread, words[1] ^ hash);
     return static_cast<std::uint32_t>(Mix(hash, kSpread));
+}
+
+}  // namespace
+
+std::uint32_t NameHash(std::u16string_view name) noexcept
+{
+    return HashOf(name);
+}
+
+std::uint32_t NameHash(std::string_view name) noexcept
+{
+    return HashOf(name);
 }
 
 }  // namespace zupm

@@ -294,6 +294,25 @@ char* ConvertLatin1(std::string_view bytes, char* out)
     return out;
 }
 
+/// Converts valid UTF-8 whose characters ISO-8859-1 has.
+char* ConvertToLatin1(std::string_view utf8, char* out)
+{
+    const char* at = utf8.data();
+    for (const char* const end = at + utf8.size(); at < end;) {
+        const auto left = static_cast<std::size_t>(end - at);
+        if (left >= kRun && IsAsciiBlock(at)) {
+            std::memcpy(out, at, kRun);
+            at += kRun;
+            out += kRun;
+            continue;
+        }
+        for (const char* const stop = at + std::min(left, kRun); at < stop; ++out) {
+            *out = static_cast<char>(TakeCodePoint(at));
+        }
+    }
+    return out;
+}
+
 }  // namespace
 
 std::size_t AppendUtf8OfUtf16(std::string_view bytes, ByteOrder order, std::string& utf8)
@@ -310,6 +329,24 @@ void AppendUtf8OfLatin1(std::string_view bytes, std::string& utf8)
         const char* const out = ConvertLatin1(piece, buffer);
         utf8.append(buffer, static_cast<std::size_t>(out - buffer));
         bytes.remove_prefix(piece.size());
+    }
+}
+
+bool FitsLatin1(std::string_view utf8) noexcept
+{
+    // The lead byte of U+00FF.
+    constexpr std::uint8_t kLargestLead = 0xC3;
+    return std::all_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<std::uint8_t>(c) <= kLargestLead; });
+}
+
+void AppendLatin1OfUtf8(std::string_view utf8, std::string& bytes)
+{
+    char buffer[kBuffered];
+    while (!utf8.empty()) {
+        const std::string_view piece = PieceOfUtf8(utf8, kBuffered);
+        const char* const out = ConvertToLatin1(piece, buffer);
+        bytes.append(buffer, static_cast<std::size_t>(out - buffer));
+        utf8.remove_prefix(piece.size());
     }
 }
 

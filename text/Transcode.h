@@ -21,6 +21,12 @@ inline constexpr ByteOrder kOwnByteOrder = ByteOrder::LittleEndian;
 /// Appends ISO-8859-1, in which every byte is a character, as UTF-8.
 void AppendUtf8OfLatin1(std::string_view bytes, std::string& utf8);
 
+/// Whether ISO-8859-1 has every character of valid UTF-8.
+[[nodiscard]] bool FitsLatin1(std::string_view utf8) noexcept;
+
+/// Appends valid UTF-8 as ISO-8859-1, which has all of its characters.
+void AppendLatin1OfUtf8(std::string_view utf8, std::string& bytes);
+
 /// Appends valid UTF-8 as UTF-16.
 void AppendUtf16OfUtf8(std::string_view utf8, ByteOrder order, std::string& bytes);
 

@@ -48,4 +48,9 @@ TextRuns Document::Runs() const
     return m_tree->Runs();
 }
 
+TextSnapshot Document::Snapshot() const
+{
+    return {m_tree->Runs(), m_tree->ParsedText()};
+}
+
 }  // namespace AdvXMLParser

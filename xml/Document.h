@@ -6,6 +6,7 @@
 
 #include "xml/Node.h"
 #include "xml/TextRuns.h"
+#include "xml/TextSnapshot.h"
 #include "xml/XmlText.h"
 
 namespace AdvXMLParser {
@@ -33,6 +34,9 @@ public:
 
     /// The same in pieces, which lie in the document.
     [[nodiscard]] TextRuns Runs() const;
+
+    /// The text as it is now, unchanged by later edits.
+    [[nodiscard]] TextSnapshot Snapshot() const;
 
 private:
     std::unique_ptr<SpanTree> m_tree;

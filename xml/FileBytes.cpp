@@ -1,5 +1,6 @@
 #include "xml/FileBytes.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -42,7 +43,10 @@ FileBytes::FileBytes(TextRuns runs, UTF_ENCODINGS encoding, bool writeSignature)
 {
     ThrowUnlessLoadable(SizeOf(m_runs));
     if (!HoldsEveryCharacter(encoding)) {
-        ConvertWhole(encoding);
+        m_isLatin1 = std::all_of(m_runs.begin(), m_runs.end(), zupm::FitsLatin1);
+        if (!m_isLatin1) {
+            ConvertWhole(encoding);
+        }
     }
     ThrowUnlessLoadable(m_signature.size() + (m_order ? SizeInUtf16(m_runs) : SizeOf(m_runs)));
 }
@@ -59,10 +63,11 @@ void FileBytes::ConvertWhole(UTF_ENCODINGS encoding)
 
 std::string_view FileBytes::Next()
 {
-    m_buffer.assign(std::exchange(m_signature, {}));
+    m_buffer.assign(m_isBegun ? std::string_view{} : m_signature);
+    m_isBegun = true;
     while (m_run < m_runs.size() && m_buffer.size() < kPiece) {
-        std::string_view& run = m_runs[m_run];
-        if (!m_order && run.size() >= kPiece) {
+        const std::string_view run = m_runs[m_run].substr(m_at);
+        if (!IsConverted() && run.size() >= kPiece) {
             if (!m_buffer.empty()) {
                 break;
             }
@@ -70,17 +75,32 @@ std::string_view FileBytes::Next()
             return run;
         }
         const std::string_view piece = zupm::PieceOfUtf8(run, kPiece);
-        if (m_order) {
-            zupm::AppendUtf16OfUtf8(piece, *m_order, m_buffer);
-        } else {
-            m_buffer.append(piece);
-        }
-        run.remove_prefix(piece.size());
-        if (run.empty()) {
+        AppendConverted(piece);
+        m_at += piece.size();
+        if (piece.size() == run.size()) {
             ++m_run;
+            m_at = 0;
         }
     }
     return m_buffer;
+}
+
+void FileBytes::Rewind() noexcept
+{
+    m_isBegun = false;
+    m_run = 0;
+    m_at = 0;
+}
+
+void FileBytes::AppendConverted(std::string_view piece)
+{
+    if (m_order) {
+        zupm::AppendUtf16OfUtf8(piece, *m_order, m_buffer);
+    } else if (m_isLatin1) {
+        zupm::AppendLatin1OfUtf8(piece, m_buffer);
+    } else {
+        m_buffer.append(piece);
+    }
 }
 
 void LimitWrittenFiles(std::size_t bytes) noexcept

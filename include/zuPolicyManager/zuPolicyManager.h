@@ -10,6 +10,7 @@
 ///                     IPolicySections       the same object, as for a product
 ///     TaskInfo        ITaskInfo             an enumerator over the tasks of a file
 ///     -               IPolicyNames          a list of names that one of the others handed out
+///     -               IPolicyNotices        what is odd in a policy file, handed out by it
 ///
 /// A client creates a policy file object with CoCreateInstance and gets the other objects from it. It calls the methods
 /// directly or by name (IDispatch); the number in brackets before each method is its dispatch number. Owners.h has C++
@@ -61,6 +62,7 @@ inline constexpr IID IID_IPolicyFileContents{
     0x41583961, 0x2B96, 0x427D, {0xB6, 0xBA, 0x1A, 0x0D, 0x1B, 0xB3, 0xA3, 0x8D}};
 inline constexpr IID IID_IPolicySections{0x0139F444, 0x35AA, 0x4C9F, {0xA4, 0x59, 0xAF, 0xFD, 0xCB, 0x26, 0xF8, 0xAD}};
 inline constexpr IID IID_IPolicyNames{0xD6582BDA, 0xFE76, 0x418E, {0xB0, 0x32, 0x0B, 0x1E, 0xF3, 0x25, 0xC8, 0x1D}};
+inline constexpr IID IID_IPolicyNotices{0x509EE37F, 0x9974, 0x4DDF, {0x94, 0xA3, 0x80, 0xFD, 0x65, 0x27, 0xB1, 0x81}};
 
 inline constexpr GUID LIBID_ZUPOLICYMANAGERLib{
     0x7DB1286A, 0xCBEF, 0x4823, {0x96, 0xAA, 0x27, 0x09, 0x3A, 0x54, 0x67, 0x41}};
@@ -335,9 +337,45 @@ struct IPolicyNames : IDispatch {
     virtual HRESULT get__NewEnum(IUnknown** pVal) = 0;
 };
 
-/// What a policy file has: a second interface of every policy file object, found by QueryInterface. It lists what
-/// IPolicyFile::GetPolicy and GetTask find at the moment of the call, in the order of the file; of equal IDs the first.
-/// While an edit has failed half way, that may be nothing (see IPolicyFile::AddTask).
+/// What is odd in a policy file that loads all the same, in the order of the file: a snapshot that never changes and
+/// that the client keeps as long as it likes. Every notice has a place, counted from 0; -13 there is no such place.
+///
+///     kind   what is odd                                                        its start tag
+///     1      a policy whose software ID occurred before: only the first is used  "Product"
+///     2      a task whose IDs occurred before, likewise                          "Task"
+///     3      a section whose name occurred before: both are read as one          the section's
+///     4      a setting whose name occurred before: only the first is used        the setting's
+///     5      neither "PolicyRoot" nor "TaskRoot": perhaps no policy file         the document element's
+///     6      a version that is no number                                         the one with that attribute
+///     7      a task's setting that an INI file takes for an earlier one          the setting's
+///     8      a task's setting that an INI file takes for a field of the task     the setting's
+///
+/// Later versions may know more kinds.
+struct IPolicyNotices : IDispatch {
+    /// [1] The number of notices.
+    virtual HRESULT get_Count(LONG* pVal) = 0;
+
+    /// [2] The kind: a row of the table above.
+    virtual HRESULT get_Kind(LONG lIndex, LONG* pVal) = 0;
+
+    /// [3] [4] Where the start tag begins, in the document's text; both count from 1. A column counts characters, as in
+    /// the error information of a file that cannot be parsed.
+    virtual HRESULT get_Line(LONG lIndex, LONG* pVal) = 0;
+    virtual HRESULT get_Column(LONG lIndex, LONG* pVal) = 0;
+
+    /// [5] [6] The IDs of the policy or task that the notice is about; empty when there is none. A policy has no task
+    /// ID. -3 the string could not be allocated.
+    virtual HRESULT get_SoftwareID(LONG lIndex, BSTR* pVal) = 0;
+    virtual HRESULT get_TaskID(LONG lIndex, BSTR* pVal) = 0;
+
+    /// [0] The notice as an English sentence for people. Names in it are as in the file, which may mean control
+    /// characters, and cut when they are very long. -3 the string could not be allocated.
+    virtual HRESULT get_Text(LONG lIndex, BSTR* pVal) = 0;
+};
+
+/// What a policy file has, and the file on disk: a second interface of every policy file object, found by
+/// QueryInterface. It lists what IPolicyFile::GetPolicy and GetTask find at the moment of the call, in the order of the
+/// file; of equal IDs the first. While an edit has failed half way, that may be nothing (see IPolicyFile::AddTask).
 struct IPolicyFileContents : IUnknown {
     /// [1001] The software IDs of the product policies. -4 nothing is loaded.
     virtual HRESULT get_PolicyIDs(IPolicyNames** pVal) = 0;
@@ -347,6 +385,28 @@ struct IPolicyFileContents : IUnknown {
 
     /// [1003] The task IDs of one software ID; an empty list when it has no tasks. -4 nothing is loaded.
     virtual HRESULT GetTaskIDs(BSTR strSoftwareID, IPolicyNames** pNames) = 0;
+
+    /// [1004] 1 when the file is no longer the one that was loaded (other bytes, or none), otherwise 0; edits of the
+    /// object are no change of the file. The file is the one at the path that was loaded, taken as it was in the folder
+    /// that was the current one then; links in it are followed anew. While an edit is open it is
+    /// IPolicyFileEdit::HasFileChanged, for which another file with the same bytes is a change, too. -4 nothing is
+    /// loaded; a file code when the answer cannot be found out.
+    virtual HRESULT get_HasChangedOnDisk(LONG* pVal) = 0;
+
+    /// [1005] Writes the document to where it was loaded from, unless somebody else changed the file meanwhile: takes
+    /// the lock of IPolicyFileEdit, waiting up to `lTimeout` milliseconds (0 or less: not at all) for whoever has it,
+    /// compares as HasChangedOnDisk does, brings the version attributes up to date, replaces the file and unlocks it.
+    /// After 0 and -1303 the file that was written counts as the one that was loaded, so the call can be repeated;
+    /// after any other code the file is as it was. While an edit is open this is IPolicyFileEdit::CommitEdit(0).
+    /// -1302 the file was changed by something else or is gone, and nothing was written; -1301 another process was
+    /// editing the file all the time; -5 the document was loaded read-only; -4 nothing is loaded; and every code of
+    /// OpenForEdit for opening and of CommitEdit. A change in the moment between the last check and the replacement is
+    /// not noticed. A file that IPolicyFile::WriteFile wrote does not count as loaded.
+    virtual HRESULT WriteIfUnchanged(LONG lTimeout) = 0;
+
+    /// [1006] What is odd in the document, as it is at the moment of the call. Nothing is read from the disk: the call
+    /// goes over the whole text in memory. -4 nothing is loaded.
+    virtual HRESULT get_Notices(IPolicyNotices** pVal) = 0;
 };
 
 /// The sections of a product policy or task: a second interface of every such object, found by QueryInterface. It lists
@@ -403,6 +463,10 @@ struct InterfaceTraits<IPolicyFileContents> {
 template <>
 struct InterfaceTraits<IPolicySections> {
     static constexpr const IID& Id() { return IID_IPolicySections; }
+};
+template <>
+struct InterfaceTraits<IPolicyNotices> {
+    static constexpr const IID& Id() { return IID_IPolicyNotices; }
 };
 template <>
 struct InterfaceTraits<IPolicyNames> {

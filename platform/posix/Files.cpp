@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "platform/posix/FileReading.h"
 #include "platform/posix/NativePath.h"
 #include "platform/posix/Replacement.h"
+#include "text/Utf.h"
 
 namespace zupm {
 
@@ -16,17 +18,35 @@ namespace {
 
 using namespace native;
 
-result::Code Read(std::u16string_view path, std::string& bytes)
+result::Code OpenToRead(std::u16string_view path, FileHandle& file)
 {
     const std::optional<std::string> name = ToNativePath(path);
     if (!name) {
         return result::InvalidName;
     }
-    const FileHandle file = OpenBelow(AT_FDCWD, name->c_str(), O_RDONLY);
-    if (!file) {
-        return CodeOfMissing(*name, errno);
+    file = OpenBelow(AT_FDCWD, name->c_str(), O_RDONLY);
+    return file ? result::Success : CodeOfMissing(*name, errno);
+}
+
+result::Code Read(std::u16string_view path, std::string& bytes)
+{
+    FileHandle file;
+    const result::Code code = OpenToRead(path, file);
+    return code == result::Success ? ReadRegularFile(file, bytes) : code;
+}
+
+/// The current folder with a separator; empty when its name is unknown.
+std::string CurrentFolder()
+{
+    std::string folder(256, '\0');
+    while (::getcwd(folder.data(), folder.size()) == nullptr) {
+        if (errno != ERANGE) {
+            return {};
+        }
+        folder.resize(folder.size() * 2);
     }
-    return ReadRegularFile(file, bytes);
+    folder.resize(folder.find('\0'));
+    return folder + '/';
 }
 
 result::Code Replace(std::u16string_view path, ByteSource& bytes, Durability durability)
@@ -64,6 +84,26 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
         // Only memory that runs out throws here.
         return result::OutOfMemory;
     }
+}
+
+result::Code CompareFile(std::u16string_view path, RepeatableBytes& expected) noexcept
+{
+    try {
+        FileHandle file;
+        const result::Code code = OpenToRead(path, file);
+        return code == result::Success ? CompareRegularFile(file, expected) : code;
+    } catch (...) {
+        return result::OutOfMemory;
+    }
+}
+
+std::u16string AbsolutePath(std::u16string_view path)
+{
+    std::u16string absolute(path);
+    if (!path.empty() && path.front() != u'/') {
+        absolute.insert(0, ToUtf16(CurrentFolder()).value_or(std::u16string()));
+    }
+    return absolute;
 }
 
 result::Code ReplaceFileAtomically(std::u16string_view path, ByteSource& bytes, Durability durability) noexcept

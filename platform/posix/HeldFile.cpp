@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -23,27 +22,6 @@ struct HeldFile::Handles {
 };
 
 namespace {
-
-/// Whether the file holds the bytes and no more. Success, FileChanged, or the code of the failed read.
-result::Code CompareBytes(const FileHandle& file, std::string_view bytes) noexcept
-{
-    constexpr std::size_t kPiece = std::size_t{64} << 10;
-    char piece[kPiece];
-    for (std::size_t at = 0;;) {
-        const ssize_t count = Retry([&] { return Calls().pread(file.Get(), piece, kPiece, static_cast<off_t>(at)); });
-        if (count < 0) {
-            return LastError();
-        }
-        if (count == 0) {
-            return at == bytes.size() ? result::Success : result::FileChanged;
-        }
-        const auto length = static_cast<std::size_t>(count);
-        if (bytes.substr(at, length) != std::string_view(piece, length)) {
-            return result::FileChanged;
-        }
-        at += length;
-    }
-}
 
 /// Whether the folder takes a new file, with the rights that the target has. Where the
 /// file system has no files without a name, only the right to write is asked for.
@@ -134,10 +112,12 @@ result::Code HeldFile::Read(std::string& bytes) noexcept
     });
 }
 
-result::Code HeldFile::CheckUnchanged(std::string_view bytes) noexcept
+result::Code HeldFile::CheckUnchanged(RepeatableBytes& expected) noexcept
 {
-    const result::Code code = CheckSameFile(m_handles->place);
-    return code == result::Success ? CompareBytes(m_handles->place.file, bytes) : code;
+    return Guarded([&]() -> result::Code {
+        const result::Code code = CheckSameFile(m_handles->place);
+        return code == result::Success ? CompareOpenFile(m_handles->place.file, expected) : code;
+    });
 }
 
 result::Code HeldFile::RehearseReplace() noexcept
@@ -149,7 +129,7 @@ result::Code HeldFile::RehearseReplace() noexcept
     });
 }
 
-result::Code HeldFile::Replace(ByteSource& bytes, const std::string* expected, Durability durability) noexcept
+result::Code HeldFile::Replace(ByteSource& bytes, RepeatableBytes* expected, Durability durability) noexcept
 {
     return Guarded([&]() -> result::Code {
         Replacement replacement(m_handles->place, bytes, durability);

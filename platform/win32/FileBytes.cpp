@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
+#include "platform/Comparison.h"
 #include "platform/Files.h"
 #include "platform/win32/Errors.h"
 
@@ -73,33 +75,25 @@ result::Code ReadAll(HANDLE file, std::string& bytes)
     return ReadToEnd(file, bytes);
 }
 
-result::Code Compare(HANDLE file, std::string_view bytes, bool& isSame)
+result::Code Compare(HANDLE file, RepeatableBytes& expected)
 {
-    isSame = false;
-    LARGE_INTEGER size{};
-    if (GetFileSizeEx(file, &size) == 0) {
-        return CodeFromLastError();
-    }
-    if (static_cast<std::uint64_t>(size.QuadPart) != bytes.size()) {
-        return result::Success;
-    }
     if (const result::Code code = GoToStart(file); code < 0) {
         return code;
     }
-    std::vector<char> piece(std::min(bytes.size(), kComparedPiece));
-    while (!bytes.empty()) {
+    std::vector<char> piece(kComparedPiece);
+    Comparison comparison(expected);
+    for (;;) {
         DWORD got = 0;
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), piece.size()));
-        if (ReadFile(file, piece.data(), wanted, &got, nullptr) == 0) {
+        if (ReadFile(file, piece.data(), static_cast<DWORD>(piece.size()), &got, nullptr) == 0) {
             return CodeFromLastError();
         }
-        if (got == 0 || !bytes.starts_with(std::string_view(piece.data(), got))) {
-            return result::Success;
+        if (got == 0) {
+            return comparison.IsAtEnd() ? result::Success : result::FileChanged;
         }
-        bytes.remove_prefix(got);
+        if (!comparison.GoesOnWith(std::string_view(piece.data(), got))) {
+            return result::FileChanged;
+        }
     }
-    isSame = true;
-    return result::Success;
 }
 
 }  // namespace zupm::win32

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 
+#include "platform/ByteSource.h"
 #include "zuPolicyManager/Results.h"
 
 namespace zupm::win32 {
@@ -21,8 +21,8 @@ namespace zupm::win32 {
 /// Reads a whole file from its first byte, the size asked before. May throw std::bad_alloc.
 [[nodiscard]] result::Code ReadAll(HANDLE file, std::string& bytes);
 
-/// Compares a whole file with a text, a piece at a time: `isSame`, or the code of the failed call. May throw
-/// std::bad_alloc.
-[[nodiscard]] result::Code Compare(HANDLE file, std::string_view bytes, bool& isSame);
+/// Reads a file from its first byte, in pieces: Success when it holds the expected bytes and no more, FileChanged
+/// otherwise, or the code of the failed call. May throw std::bad_alloc.
+[[nodiscard]] result::Code Compare(HANDLE file, RepeatableBytes& expected);
 
 }  // namespace zupm::win32

@@ -36,7 +36,8 @@ result::Code OpenForReading(const std::u16string& full, Handle& file) noexcept
     }
 }
 
-result::Code Read(std::u16string_view path, std::string& bytes)
+/// Opens an existing file of a disk.
+result::Code OpenToRead(std::u16string_view path, Handle& file)
 {
     std::u16string full;
     if (const result::Code code = win32::FullPath(path, full); code < 0) {
@@ -45,14 +46,17 @@ result::Code Read(std::u16string_view path, std::string& bytes)
     if (win32::NamesDevice(full)) {
         return result::NotSupported;
     }
-    Handle file;
     if (const result::Code code = OpenForReading(full, file); code < 0) {
         return code;
     }
-    if (GetFileType(file.get()) != FILE_TYPE_DISK) {
-        return result::NotSupported;
-    }
-    return win32::ReadAll(file.get(), bytes);
+    return GetFileType(file.get()) == FILE_TYPE_DISK ? result::Success : result::NotSupported;
+}
+
+result::Code Read(std::u16string_view path, std::string& bytes)
+{
+    Handle file;
+    const result::Code code = OpenToRead(path, file);
+    return code < 0 ? code : win32::ReadAll(file.get(), bytes);
 }
 
 }  // namespace
@@ -72,6 +76,25 @@ result::Code ReadWholeFile(std::u16string_view path, std::string& bytes) noexcep
         bytes.clear();
     }
     return code;
+}
+
+result::Code CompareFile(std::u16string_view path, RepeatableBytes& expected) noexcept
+{
+    try {
+        Handle file;
+        const result::Code code = OpenToRead(path, file);
+        return code < 0 ? code : win32::Compare(file.get(), expected);
+    } catch (const std::bad_alloc&) {
+        return result::OutOfMemory;
+    } catch (...) {
+        return result::InputOutputError;
+    }
+}
+
+std::u16string AbsolutePath(std::u16string_view path)
+{
+    std::u16string full;
+    return win32::FullPath(path, full) < 0 ? std::u16string(path) : full;
 }
 
 // The move is written through and the folder flushed whichever durability is asked for.

@@ -65,9 +65,9 @@ result::Code HeldFile::Read(std::string& bytes) noexcept
     return code;
 }
 
-result::Code HeldFile::CheckUnchanged(std::string_view bytes) noexcept
+result::Code HeldFile::CheckUnchanged(RepeatableBytes& expected) noexcept
 {
-    return Guarded([&] { return m_handles->file.CheckUnchanged(bytes); });
+    return Guarded([&] { return m_handles->file.CheckUnchanged(expected); });
 }
 
 result::Code HeldFile::RehearseReplace() noexcept
@@ -76,7 +76,7 @@ result::Code HeldFile::RehearseReplace() noexcept
 }
 
 // The move is written through and the folder flushed whichever durability is asked for.
-result::Code HeldFile::Replace(ByteSource& bytes, const std::string* expected, Durability) noexcept
+result::Code HeldFile::Replace(ByteSource& bytes, RepeatableBytes* expected, Durability) noexcept
 {
     return Guarded([&] { return m_handles->file.Replace(bytes, expected); });
 }

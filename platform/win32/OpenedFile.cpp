@@ -305,19 +305,13 @@ result::Code OpenedFile::Read(std::string& bytes)
     return code < 0 ? code : ReadAll(m_file.get(), bytes);
 }
 
-result::Code OpenedFile::CheckUnchanged(std::string_view bytes)
+result::Code OpenedFile::CheckUnchanged(RepeatableBytes& expected)
 {
     if (const result::Code code = Reopen(); code < 0) {
         return code;
     }
-    if (const result::Code code = CheckName(); code < 0) {
-        return code;
-    }
-    bool isSame = false;
-    if (const result::Code code = Compare(m_file.get(), bytes, isSame); code < 0) {
-        return code;
-    }
-    return isSame ? result::Success : result::FileChanged;
+    const result::Code code = CheckName();
+    return code < 0 ? code : Compare(m_file.get(), expected);
 }
 
 /// Inspects what the new file takes over from the held one. AccessDenied when it may not be written by now.
@@ -378,7 +372,7 @@ result::Code OpenedFile::PrepareTarget()
     return code < 0 || m_file == nullptr ? code : InspectTarget();
 }
 
-result::Code OpenedFile::Replace(ByteSource& bytes, const std::string* expected)
+result::Code OpenedFile::Replace(ByteSource& bytes, RepeatableBytes* expected)
 {
     m_expected = expected;
     // Also before anything is written: a new file that cannot be moved into place is useless.

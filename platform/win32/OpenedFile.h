@@ -38,9 +38,9 @@ public:
     [[nodiscard]] result::Code Open(std::u16string_view path);
     [[nodiscard]] result::Code TryLock();
     [[nodiscard]] result::Code Read(std::string& bytes);
-    [[nodiscard]] result::Code CheckUnchanged(std::string_view bytes);
+    [[nodiscard]] result::Code CheckUnchanged(RepeatableBytes& expected);
     [[nodiscard]] result::Code RehearseReplace();
-    [[nodiscard]] result::Code Replace(ByteSource& bytes, const std::string* expected);
+    [[nodiscard]] result::Code Replace(ByteSource& bytes, RepeatableBytes* expected);
 
 private:
     [[nodiscard]] result::Code HoldOpened();
@@ -64,7 +64,7 @@ private:
     /// Entered from the moment that the file is let go until it is held again or replaced.
     ReplacementGate m_gate;
     /// What the current replacement expects; null when it replaces whatever it finds.
-    const std::string* m_expected = nullptr;
+    RepeatableBytes* m_expected = nullptr;
     /// The file as it was last inspected; its path is the held folder's with the file's name.
     Target m_target;
 };

@@ -51,6 +51,18 @@ TEST(Strings, StoreString_MayCopyFromTheSlotItReplaces)
     ClearString(&slot);
 }
 
+TEST(Strings, ReplaceString_KeepsWhatTheSlotHoldsWhenTheTextIsTooLong)
+{
+    EXPECT_EQ(ReplaceString(nullptr, u"x"), result::BadArgument);
+    const std::u16string_view tooLong(u"x", std::size_t{0x80000000});
+    Bstr slot(u"old");
+    const BSTR before = slot.Get();
+    EXPECT_EQ(ReplaceString(slot.Slot(), tooLong), result::AllocationFailed);
+    EXPECT_EQ(slot.Get(), before);
+    EXPECT_EQ(ReplaceString(slot.Slot(), u"new"), result::Success);
+    EXPECT_EQ(slot.Text(), u"new");
+}
+
 TEST(Strings, StoreString_MakesTheSlotNullWhenTheTextIsTooLong)
 {
     const std::u16string_view tooLong(u"x", std::size_t{0x80000000});

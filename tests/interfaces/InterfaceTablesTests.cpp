@@ -24,6 +24,10 @@ const Expectation kExpectations[] = {
     {PolicyTaskInterface(), IID_IPolicyTask, u"IPolicyTask"},
     {PolicyProductInterface(), IID_IPolicyProduct, u"IPolicyProduct"},
     {PolicyFileInterface(), IID_IPolicyFile, u"IPolicyFile"},
+    {PolicyFileEditInterface(), IID_IPolicyFileEdit, u"IPolicyFileEdit"},
+    {PolicyFileContentsInterface(), IID_IPolicyFileContents, u"IPolicyFileContents"},
+    {PolicySectionsInterface(), IID_IPolicySections, u"IPolicySections"},
+    {PolicyNamesInterface(), IID_IPolicyNames, u"IPolicyNames"},
 };
 
 TEST(InterfaceTables, Interfaces_HaveTheirIdentifiersAndNames)
@@ -50,10 +54,11 @@ TEST(InterfaceTables, Kinds_FitTheirParameters)
     for (const Expectation& row : kExpectations) {
         for (const Member& member : row.described.members) {
             EXPECT_FALSE(member.help.empty());
-            EXPECT_FALSE(member.parameters.empty());
             if (member.kind == MemberKind::PropertyGet) {
-                ASSERT_EQ(member.parameters.size(), 1U);
-                EXPECT_TRUE(member.parameters[0].isResult);
+                // The value comes last, after what picks one of several.
+                ASSERT_EQ(member.parameters.size(), member.name == u"Item" ? 2U : 1U);
+                EXPECT_TRUE(member.parameters.back().isResult);
+                EXPECT_EQ(std::ranges::count_if(member.parameters, IsSlot, &Parameter::type), 1);
             } else if (member.kind == MemberKind::PropertyPut) {
                 ASSERT_EQ(member.parameters.size(), 1U);
                 EXPECT_FALSE(IsSlot(member.parameters[0].type));
@@ -79,6 +84,9 @@ TEST(InterfaceTables, Parameters_HaveTheTypesOfTheSignature)
     const Parameter& taskInfo = PolicyFileInterface().members[8].parameters[0];
     EXPECT_EQ(taskInfo.type, ParameterType::ObjectSlot);
     EXPECT_EQ(taskInfo.slotInterface, nullptr);
+    const Parameter& names = PolicyFileContentsInterface().members[0].parameters[0];
+    EXPECT_EQ(names.type, ParameterType::DispatchSlot);
+    EXPECT_EQ(names.slotInterface, &IID_IPolicyNames);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "tests/module/Classes.h"
 #include "tests/support/Bstr.h"
 #include "tests/support/MemberCall.h"
+#include "tests/support/Names.h"
 #include "tests/support/OuterObject.h"
 
 namespace zupm::test {
@@ -39,17 +40,45 @@ TEST(Aggregation, InterfacesOfTheInnerObjectHaveTheOutersIdentity)
     }
 }
 
-TEST(Aggregation, EditInterfaceOfAnInnerPolicyFileHasTheOutersIdentity)
+TEST(Aggregation, OtherInterfacesOfAnInnerObjectHaveTheOutersIdentity)
 {
-    const auto row = std::ranges::find_if(kClasses, [](const ClassRow& entry) { return entry.iid == IID_IPolicyFile; });
-    ASSERT_NE(row, std::end(kClasses));
-    OuterOf outer(*row);
-    ComPtr<IPolicyFileEdit> edit;
-    ASSERT_EQ(outer.QueryInterface(IID_IPolicyFileEdit, edit.PutVoid()), S_OK);
-    EXPECT_EQ(outer.references, 2U);
-    ComPtr<IUnknown> identity;
-    ASSERT_EQ(edit->QueryInterface(IID_IUnknown, identity.PutVoid()), S_OK);
-    EXPECT_EQ(identity.Get(), static_cast<IUnknown*>(&outer));
+    struct Row {
+        const IID& classInterface;
+        const IID& other;
+    };
+    const Row rows[] = {
+        {IID_IPolicyFile, IID_IPolicyFileEdit},
+        {IID_IPolicyFile, IID_IPolicyFileContents},
+        {IID_IPolicyProduct, IID_IPolicySections},
+        {IID_IPolicyTask, IID_IPolicySections},
+    };
+    for (const Row& row : rows) {
+        const auto theClass =
+            std::ranges::find_if(kClasses, [&](const ClassRow& entry) { return entry.iid == row.classInterface; });
+        ASSERT_NE(theClass, std::end(kClasses));
+        OuterOf outer(*theClass);
+        ComPtr<IUnknown> part;
+        ASSERT_EQ(outer.QueryInterface(row.other, part.PutVoid()), S_OK) << theClass->label;
+        EXPECT_EQ(outer.references, 2U) << theClass->label;
+        ComPtr<IUnknown> identity;
+        ASSERT_EQ(part->QueryInterface(IID_IUnknown, identity.PutVoid()), S_OK);
+        EXPECT_EQ(identity.Get(), static_cast<IUnknown*>(&outer)) << theClass->label;
+    }
+}
+
+TEST(Aggregation, AnInnerProductListsItsSectionsThroughSlotsAndByName)
+{
+    OuterOf outer(kClasses[2]);
+    ASSERT_EQ(outer.created, S_OK);
+    ComPtr<IPolicyProduct> product;
+    ASSERT_EQ(outer.QueryInterface(IID_IPolicyProduct, product.PutVoid()), S_OK);
+    const Bstr name(u"S");
+    ASSERT_EQ(product->PutSectionSetting(name.Get(), name.Get(), name.Get()), 0);
+    const auto names = MemberCall(product.Get(), u"SectionNames").Get().object.Query<IPolicyNames>();
+    ASSERT_TRUE(names);
+    EXPECT_EQ(ReadNames(*names), (Names{u"S"}));
+    EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return product.Query<IPolicySections>()->get_SectionNames(slot); }),
+              AllOf({u"S"}));
 }
 
 TEST(Aggregation, ReferencesToInnerInterfacesAreCountedByTheOuterObject)

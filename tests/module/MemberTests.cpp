@@ -2,6 +2,7 @@
 // place that has every number; the type library is compared with the tables (tests/windows/TypeLibraryTests.cpp).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <span>
 
@@ -94,6 +95,47 @@ const MemberRow kPolicyFileMembers[] = {
     {15, u"PolicyAssignmentList", MemberKind::PropertyGet, SlotOf(&IPolicyFile::get_PolicyAssignmentList)},
 };
 
+const MemberRow kPolicyFileEditMembers[] = {
+    {1011, u"OpenForEdit", MemberKind::Method, SlotOf(&IPolicyFileEdit::OpenForEdit)},
+    {1012, u"HasFileChanged", MemberKind::Method, SlotOf(&IPolicyFileEdit::HasFileChanged)},
+    {1013, u"RehearseCommit", MemberKind::Method, SlotOf(&IPolicyFileEdit::RehearseCommit)},
+    {1014, u"CommitEdit", MemberKind::Method, SlotOf(&IPolicyFileEdit::CommitEdit)},
+    {1015, u"EndEdit", MemberKind::Method, SlotOf(&IPolicyFileEdit::EndEdit)},
+};
+
+const MemberRow kPolicyFileContentsMembers[] = {
+    {1001, u"PolicyIDs", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_PolicyIDs)},
+    {1002, u"TaskSoftwareIDs", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_TaskSoftwareIDs)},
+    {1003, u"GetTaskIDs", MemberKind::Method, SlotOf(&IPolicyFileContents::GetTaskIDs)},
+};
+
+const MemberRow kPolicySectionsMembers[] = {
+    {1001, u"SectionNames", MemberKind::PropertyGet, SlotOf(&IPolicySections::get_SectionNames)},
+    {1002, u"GetSettingNames", MemberKind::Method, SlotOf(&IPolicySections::GetSettingNames)},
+    {1003, u"GetStoredSetting", MemberKind::Method, SlotOf(&IPolicySections::GetStoredSetting)},
+    {1004, u"TakenVersion", MemberKind::PropertyGet, SlotOf(&IPolicySections::get_TakenVersion)},
+};
+
+const MemberRow kPolicyNamesMembers[] = {
+    {0, u"Item", MemberKind::PropertyGet, SlotOf(&IPolicyNames::get_Item)},
+    {1, u"Count", MemberKind::PropertyGet, SlotOf(&IPolicyNames::get_Count)},
+    {-4, u"_NewEnum", MemberKind::PropertyGet, SlotOf(&IPolicyNames::get__NewEnum)},
+};
+
+/// An interface that is no class's dual one.
+struct OtherInterfaceRow {
+    const InterfaceDescription& table;
+    std::span<const MemberRow> members;
+    std::size_t firstSlot;
+};
+
+const OtherInterfaceRow kOtherInterfaces[] = {
+    {PolicyFileEditInterface(), kPolicyFileEditMembers, 3},
+    {PolicyFileContentsInterface(), kPolicyFileContentsMembers, 3},
+    {PolicySectionsInterface(), kPolicySectionsMembers, 3},
+    {PolicyNamesInterface(), kPolicyNamesMembers, 7},
+};
+
 struct InterfaceRow {
     const ClassRow& theClass;
     const InterfaceDescription& table;
@@ -106,6 +148,30 @@ const InterfaceRow kInterfaces[] = {
     {kClasses[2], PolicyProductInterface(), kPolicyProductMembers},
     {kClasses[3], PolicyFileInterface(), kPolicyFileMembers},
 };
+
+/// A class, and an interface that its objects have beside their dual one.
+struct BesideRow {
+    const InterfaceRow& dual;
+    const OtherInterfaceRow& other;
+};
+
+const BesideRow kBeside[] = {
+    {kInterfaces[3], kOtherInterfaces[0]},
+    {kInterfaces[3], kOtherInterfaces[1]},
+    {kInterfaces[2], kOtherInterfaces[2]},
+    {kInterfaces[1], kOtherInterfaces[2]},
+};
+
+void ExpectTable(const InterfaceDescription& table, std::span<const MemberRow> members)
+{
+    ASSERT_EQ(table.members.size(), members.size()) << Utf8(table.name);
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const Member& inTable = table.members[i];
+        EXPECT_EQ(inTable.name, members[i].name);
+        EXPECT_EQ(inTable.id, members[i].id) << Utf8(inTable.name);
+        EXPECT_EQ(inTable.kind, members[i].kind) << Utf8(inTable.name);
+    }
+}
 
 ComPtr<IDispatch> ObjectOf(const InterfaceRow& row)
 {
@@ -136,27 +202,23 @@ TEST(Members, LieInConsecutiveSlotsAfterTheSevenOfIDispatch)
     }
 }
 
-TEST(Members, OfTheInterfaceForEditingLieInConsecutiveSlotsAfterTheThreeOfIUnknown)
+TEST(Members, OfTheOtherInterfacesLieInConsecutiveSlotsAfterThoseOfTheirBase)
 {
-    const std::size_t slots[] = {SlotOf(&IPolicyFileEdit::OpenForEdit), SlotOf(&IPolicyFileEdit::HasFileChanged),
-                                 SlotOf(&IPolicyFileEdit::RehearseCommit), SlotOf(&IPolicyFileEdit::CommitEdit),
-                                 SlotOf(&IPolicyFileEdit::EndEdit)};
-    std::size_t expected = 3;
-    for (const std::size_t slot : slots) {
-        EXPECT_EQ(slot, expected++);
+    for (const OtherInterfaceRow& row : kOtherInterfaces) {
+        std::size_t expected = row.firstSlot;
+        for (const MemberRow& member : row.members) {
+            EXPECT_EQ(member.slot, expected++) << Utf8(row.table.name) << " " << Utf8(member.name);
+        }
     }
 }
 
 TEST(Members, AreInTheTableInSlotOrderWithTheirNumbersAndKinds)
 {
     for (const InterfaceRow& row : kInterfaces) {
-        ASSERT_EQ(row.table.members.size(), row.members.size()) << row.theClass.label;
-        for (std::size_t i = 0; i < row.members.size(); ++i) {
-            const Member& inTable = row.table.members[i];
-            EXPECT_EQ(inTable.name, row.members[i].name);
-            EXPECT_EQ(inTable.id, row.members[i].id) << Utf8(inTable.name);
-            EXPECT_EQ(inTable.kind, row.members[i].kind) << Utf8(inTable.name);
-        }
+        ExpectTable(row.table, row.members);
+    }
+    for (const OtherInterfaceRow& row : kOtherInterfaces) {
+        ExpectTable(row.table, row.members);
     }
 }
 
@@ -170,6 +232,65 @@ TEST(Members, AreFoundByNameInAnyCaseUnderTheirNumbers)
             EXPECT_EQ(MemberCall::IdOf(object.Get(), InCase(member.name, false)), member.id) << Utf8(member.name);
         }
     }
+}
+
+TEST(Members, OfInterfacesBesideTheDualOneAreFoundByNameOnTheSameObject)
+{
+    for (const BesideRow& row : kBeside) {
+        const ComPtr<IDispatch> object = ObjectOf(row.dual);
+        for (const MemberRow& member : row.other.members) {
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), member.name), member.id) << Utf8(member.name);
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), InCase(member.name, true)), member.id) << Utf8(member.name);
+            EXPECT_EQ(MemberCall::IdOf(object.Get(), InCase(member.name, false)), member.id) << Utf8(member.name);
+        }
+    }
+}
+
+TEST(Members, OfInterfacesBesideTheDualOneHaveNamesAndNumbersOfTheirOwn)
+{
+    for (const BesideRow& row : kBeside) {
+        for (const BesideRow& second : kBeside) {
+            const bool isSame = &row.other == &second.other;
+            for (const MemberRow& member : row.other.members) {
+                const auto clashes = [&](const MemberRow& known) {
+                    return InCase(known.name, true) == InCase(member.name, true) || known.id == member.id;
+                };
+                EXPECT_TRUE(std::ranges::none_of(row.dual.members, clashes)) << Utf8(member.name);
+                EXPECT_TRUE(isSame || &row.dual != &second.dual || std::ranges::none_of(second.other.members, clashes))
+                    << Utf8(member.name);
+            }
+        }
+    }
+}
+
+TEST(Members, OfAnInterfaceThatTheClassLacksDoNotExist)
+{
+    const ComPtr<IDispatch> tasks = ObjectOf(kInterfaces[0]);
+    const ComPtr<IDispatch> file = ObjectOf(kInterfaces[3]);
+    EXPECT_EQ(MemberCall::IdOf(tasks.Get(), u"PolicyIDs"), DISPID_UNKNOWN);
+    EXPECT_EQ(MemberCall::IdOf(file.Get(), u"SectionNames"), DISPID_UNKNOWN);
+    EXPECT_EQ(MemberCall::IdOf(file.Get(), u"Item"), DISPID_UNKNOWN);
+}
+
+TEST(Members, OfInterfacesBesideTheDualOneHaveNumberedParameters)
+{
+    const ComPtr<IDispatch> file = ObjectOf(kInterfaces[3]);
+    const Bstr member(u"GetTaskIDs");
+    const Bstr parameter(u"strSoftwareID");
+    LPOLESTR names[] = {member.Get(), parameter.Get()};
+    DISPID ids[] = {77, 77};
+    EXPECT_EQ(file->GetIDsOfNames(IID_NULL, names, 2, 0x0409, ids), S_OK);
+    EXPECT_EQ(ids[0], 1003);
+    EXPECT_EQ(ids[1], 0);
+}
+
+TEST(Members, CalledInAKindThatTheyAreNotCannotBeCalled)
+{
+    const ComPtr<IDispatch> product = ObjectOf(kInterfaces[2]);
+    DISPPARAMS none{nullptr, nullptr, 0, 0};
+    EXPECT_EQ(product->Invoke(1001, IID_NULL, 0x0409, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+              DISP_E_MEMBERNOTFOUND)
+        << "SectionNames is a property";
 }
 
 TEST(Members, OfOtherNamesDoNotExist)
@@ -208,6 +329,8 @@ TEST(Members, CalledWithTheWrongNumberOfArgumentsAreNotReached)
     EXPECT_EQ(MemberCall(product.Get(), u"RemoveSection").Call().code, DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(MemberCall(product.Get(), u"RemoveSection").In(u"S").In(u"S").Call().code, DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(MemberCall(product.Get(), u"SoftwareID").Put().code, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(MemberCall(product.Get(), u"GetStoredSetting").In(u"S").ForResult().code, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(MemberCall(product.Get(), u"SectionNames").In(u"S").In(u"S").Get().code, DISP_E_BADPARAMCOUNT);
 }
 
 }  // namespace zupm::test

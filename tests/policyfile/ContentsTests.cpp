@@ -41,7 +41,7 @@ protected:
     [[nodiscard]] static Listed NamesIn(const CallOutcome& outcome)
     {
         const auto names = outcome.object.Query<IPolicyNames>();
-        return {outcome.code, names ? Read(*names) : Names{u"(none)"}};
+        return {outcome.code, names ? ReadNames(*names) : Names{u"(none)"}};
     }
 };
 
@@ -147,7 +147,7 @@ TEST_F(PolicyFileContents, ListThatWasHandedOutStaysAsItIs)
     ASSERT_EQ(m_file.RemovePolicy(u"Zeta"), 0);
     ASSERT_EQ(LoadText("<R/>"), 0);
     m_file = PolicyFileClient();
-    EXPECT_EQ(Read(*names), (Names{u"Zeta", u"alpha", u"Alpha"}));
+    EXPECT_EQ(ReadNames(*names), (Names{u"Zeta", u"alpha", u"Alpha"}));
 }
 
 TEST_F(PolicyFileContents, FailsWhileNothingIsLoaded)
@@ -207,7 +207,7 @@ TEST_F(PolicyFileContents, IsCalledByNameOnThePolicyFile)
     EXPECT_EQ(NamesIn(Member(u"GetTaskIDs").In(u"Zeta").ForResult()), AllOf({u"9", u"10"}));
     OutObject<IPolicyNames> slot;
     EXPECT_EQ(Member(u"GetTaskIDs").In(u"Zeta").Out(slot).Call().code, 0);
-    EXPECT_EQ(Read(*slot.Take()), (Names{u"9", u"10"}));
+    EXPECT_EQ(ReadNames(*slot.Take()), (Names{u"9", u"10"}));
 }
 
 TEST_F(PolicyFileContents, FailureByNameRaisesItsCodeWithItsSentence)

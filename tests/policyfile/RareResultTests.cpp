@@ -8,6 +8,7 @@
 #include "policyfile/CPolicyFile.h"
 #include "policyfile/CTaskInfo.h"
 #include "tests/support/ComponentHost.h"
+#include "tests/support/Names.h"
 #include "zuPolicyManager/Owners.h"
 
 namespace zupm::test {
@@ -28,6 +29,13 @@ public:
     void LoseMapOf(const std::u16string& softwareId)
     {
         ChangeData([&](CPolicyFileData& data) { data.Tasks().Insert(softwareId, [] { return nullptr; }); });
+    }
+
+    void EmptyMapOf(const std::u16string& softwareId)
+    {
+        ChangeData([&](CPolicyFileData& data) {
+            data.Tasks().Insert(softwareId, [] { return std::make_unique<CPolicyFileData::TaskMap>(); });
+        });
     }
 
 protected:
@@ -137,6 +145,21 @@ TEST_F(RareResults, SoftwareIDWithoutAMap_IsNotCreatedForGetTaskAndNotFoundForRe
     EXPECT_EQ(m_odd->RemoveTask(software.Get(), task.Get()), result::TaskNotFound);
     EXPECT_EQ(m_odd->GetTask(software.Get(), task.Get(), slot.Slot()), result::NotCreated)
         << "a removal that fails so leaves the index as it is";
+}
+
+TEST_F(RareResults, SoftwareIDWithoutAMap_IsNotListed)
+{
+    m_odd->LoseMapOf(u"Lost");
+    m_odd->LoseMapOf(u"A2");
+    EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return m_odd->get_TaskSoftwareIDs(slot); }), AllOf({u"A"}));
+    EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return m_odd->GetTaskIDs(Bstr(u"Lost").Get(), slot); }), AllOf({}));
+}
+
+TEST_F(RareResults, SoftwareIDWithoutATask_IsNotListed)
+{
+    m_odd->EmptyMapOf(u"Empty");
+    EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return m_odd->get_TaskSoftwareIDs(slot); }), AllOf({u"A"}));
+    EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return m_odd->GetTaskIDs(Bstr(u"Empty").Get(), slot); }), AllOf({}));
 }
 
 TEST_F(RareResults, SoftwareIDWithoutAMap_IsANewTaskForAddTask)

@@ -1,11 +1,15 @@
-// The index against a std::map that gets the same names.
+// The index against a std::map that gets the same names; lists of its names.
 #include "settings/NameIndex.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <string>
+#include <vector>
+
+#include "settings/NameList.h"
 
 namespace zupm::test {
 namespace {
@@ -101,6 +105,75 @@ TEST(NameIndex, ANameThatComesAndGoesTakesNoMoreRoom)
     index.Insert(u"z", [] { return 3; });
     ASSERT_EQ(index.InOrder().size(), 2U);
     EXPECT_LT(index.InOrder().back()->begin, 1000U) << "where the last name begins";
+}
+
+TEST(NameIndex, KnowsTheOrderOfInsertionAfterItWasSorted)
+{
+    Index index;
+    const auto inserted = [&] {
+        std::vector<std::u16string> names;
+        for (const Index::Entry* entry : index.AsInserted()) {
+            names.emplace_back(index.NameOf(*entry));
+        }
+        return names;
+    };
+    std::vector<std::u16string> expected;
+    for (const char16_t* name : {u"z", u"b", u"", u"m", u"a", u"q", u"zz", u"c", u"bb", u"k", u"l"}) {
+        index.Insert(name, [] { return 0; });
+        expected.emplace_back(name);
+        EXPECT_EQ(inserted(), expected);
+    }
+    static_cast<void>(index.Sort());
+    EXPECT_EQ(inserted(), expected);
+    index.Erase(u"m");
+    std::erase(expected, u"m");
+    EXPECT_EQ(inserted(), expected);
+    static_cast<void>(index.Sort());
+    EXPECT_EQ(inserted(), expected);
+}
+
+TEST(NameIndex, PutsANameThatComesBackLast)
+{
+    Index index;
+    for (const char16_t* name : {u"a", u"", u"b"}) {
+        index.Insert(name, [] { return 0; });
+    }
+    index.Erase(u"");
+    index.Insert(u"", [] { return 0; });
+    ASSERT_EQ(index.AsInserted().size(), 3U);
+    EXPECT_EQ(index.NameOf(*index.AsInserted().back()), u"");
+}
+
+TEST(NameList, HoldsNamesOneAfterTheOther)
+{
+    NameList list;
+    EXPECT_EQ(list.Size(), 0U);
+    for (const std::u16string_view name : {u"a", u"", u"long name", u""}) {
+        list.Append(name);
+    }
+    ASSERT_EQ(list.Size(), 4U);
+    EXPECT_EQ(list.At(0), u"a");
+    EXPECT_EQ(list.At(1), u"");
+    EXPECT_EQ(list.At(2), u"long name");
+    EXPECT_EQ(list.At(3), u"");
+}
+
+TEST(NameList, HasTheNamesOfAnIndexWhoseValuesCount)
+{
+    Index index;
+    for (const int value : {3, 1, 4, 15, 9, 2, 6, 53, 58, 97}) {
+        index.Insert(NameOf(static_cast<unsigned>(value)), [&] { return value; });
+    }
+    const NameList odd = NamesOf(index, [](int value) { return value % 2 != 0; });
+    std::vector<std::u16string_view> names;
+    for (std::size_t i = 0; i < odd.Size(); ++i) {
+        names.push_back(odd.At(i));
+    }
+    std::vector<std::u16string> expected;
+    for (const unsigned value : {3U, 1U, 15U, 9U, 53U, 97U}) {
+        expected.push_back(NameOf(value));
+    }
+    EXPECT_TRUE(std::ranges::equal(names, expected));
 }
 
 }  // namespace zupm::test

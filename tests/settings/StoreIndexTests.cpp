@@ -42,6 +42,22 @@ TEST_F(StoreIndex, EmptyEntries_ReadAsNotCreated)
     EXPECT_EQ(Text(), "<P/>");
 }
 
+TEST_F(StoreIndex, EmptyEntries_AreNotListed)
+{
+    Load("<P/>");
+    HollowStore store(Root());
+    NameList names;
+    ASSERT_EQ(store.GetSectionNames(names), result::Success);
+    ASSERT_EQ(names.Size(), 1U);
+    EXPECT_EQ(names.At(0), u"Hollow");
+    ASSERT_EQ(store.GetSettingNames(u"Hollow", names), result::Success);
+    EXPECT_EQ(names.Size(), 0U);
+    names.Append(u"untouched");
+    EXPECT_EQ(store.GetSettingNames(u"Lost", names), result::NotCreated);
+    EXPECT_EQ(store.GetSettingNames(u"None", names), result::SectionNotFound);
+    EXPECT_EQ(names.Size(), 1U);
+}
+
 TEST_F(StoreIndex, ANewStoreFindsNothingUntilItIsInitialised)
 {
     Load(R"(<P><Section name="S"><Setting name="A">1</Setting></Section></P>)");

@@ -34,7 +34,7 @@ Names ReadRest(IEnumVARIANT& names)
     return all;
 }
 
-Names Read(IPolicyNames& names)
+Names ReadNames(IPolicyNames& names)
 {
     LONG count = -1;
     if (names.get_Count(&count) != S_OK || count < 0) {
@@ -52,6 +52,15 @@ Names Read(IPolicyNames& names)
         throw std::runtime_error("the enumerator gives other names");
     }
     return all;
+}
+
+Listed Taken(HRESULT code, OutObject<IPolicyNames>& slot)
+{
+    if (slot.Untouched()) {
+        return NoneFor(code);
+    }
+    const ComPtr<IPolicyNames> names = slot.Take();
+    return {code, names ? ReadNames(*names) : Names{u"(null)"}};
 }
 
 }  // namespace zupm::test

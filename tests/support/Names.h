@@ -34,11 +34,14 @@ void PrintTo(const Listed& listed, std::ostream* out);
 }
 
 /// The names by index; the enumerator must give the same.
-[[nodiscard]] Names Read(IPolicyNames& names);
+[[nodiscard]] Names ReadNames(IPolicyNames& names);
 /// The names that the enumerator still has, all at once.
 [[nodiscard]] Names ReadRest(IEnumVARIANT& names);
 /// The enumerator of a list.
 [[nodiscard]] ComPtr<IEnumVARIANT> EnumeratorOf(IPolicyNames& names);
+
+/// What a call that gave `code` left in the slot.
+[[nodiscard]] Listed Taken(HRESULT code, OutObject<IPolicyNames>& slot);
 
 /// Calls `list(IPolicyNames** slot)` and reads what it handed out.
 template <class List>
@@ -46,11 +49,7 @@ template <class List>
 {
     OutObject<IPolicyNames> slot;
     const HRESULT code = list(slot.Slot());
-    if (slot.Untouched()) {
-        return NoneFor(code);
-    }
-    const ComPtr<IPolicyNames> names = slot.Take();
-    return {code, names ? Read(*names) : Names{u"(null)"}};
+    return Taken(code, slot);
 }
 
 }  // namespace zupm::test

@@ -189,6 +189,23 @@ TEST(Transcode, RandomTexts_ConvertAsByThePlainRule)
     }
 }
 
+void ExpectBackAsLatin1(const std::string& utf8, const std::string& bytes)
+{
+    std::string back;
+    AppendLatin1OfUtf8(utf8, back);
+    ASSERT_EQ(back, bytes);
+    ASSERT_TRUE(FitsLatin1(utf8));
+}
+
+TEST(Transcode, CharactersBeyondLatin1_DoNotFitInIt)
+{
+    for (const std::string_view beyond : {"\xC4\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xF0\x90\x80\x80"}) {
+        for (std::size_t at = 0; at <= 40; ++at) {
+            EXPECT_FALSE(FitsLatin1(std::string(40, 'x').insert(at, beyond)));
+        }
+    }
+}
+
 TEST(Transcode, EveryByteOfLatin1AtEveryPlace_BecomesItsCharacter)
 {
     for (std::size_t at = 0; at <= 70; ++at) {
@@ -200,6 +217,7 @@ TEST(Transcode, EveryByteOfLatin1AtEveryPlace_BecomesItsCharacter)
             expected.append(70 - at, 'x');
             std::string utf8;
             AppendUtf8OfLatin1(bytes, utf8);
+            ExpectBackAsLatin1(utf8, bytes);
             ASSERT_EQ(utf8, expected);
         }
     }
@@ -214,6 +232,7 @@ TEST(Transcode, LongLatin1_BecomesItsCharacters)
     }
     std::string utf8;
     AppendUtf8OfLatin1(bytes, utf8);
+    ExpectBackAsLatin1(utf8, bytes);
     EXPECT_EQ(utf8, expected);
 }
 

@@ -168,12 +168,62 @@ TEST(FileBytes, PairsAtTheEndOfAPiece_StayWhole)
     }
 }
 
+TEST(FileBytes, Rewound_GiveEverythingAgain)
+{
+    const std::string first = std::string(200'000, 'x') + "\xC3\xA4";
+    const TextRuns runs = {first, "<a/>"};
+    for (const UTF_ENCODINGS encoding : kAllEncodings) {
+        FileBytes source(runs, encoding, true);
+        for (const int pieces : {0, 1, 2, 1'000}) {
+            for (int i = 0; i < pieces; ++i) {
+                (void)source.Next();
+            }
+            source.Rewind();
+            std::string bytes;
+            for (std::string_view piece = source.Next(); !piece.empty(); piece = source.Next()) {
+                bytes += piece;
+            }
+            EXPECT_EQ(bytes, Encode(Joined(runs), encoding, true)) << static_cast<int>(encoding) << " " << pieces;
+            source.Rewind();
+        }
+    }
+}
+
 TEST(FileBytes, LargeRunOfUtf8_IsNotCopied)
 {
     const std::string text(1 << 20, 'x');
     FileBytes source({text}, UTF_ENCODINGS::Utf8Signed, true);
     EXPECT_EQ(source.Next(), "\xEF\xBB\xBF");
     EXPECT_EQ(source.Next().data(), text.data());
+}
+
+TEST(TextSnapshot, KeepsTheTextOfItsMoment)
+{
+    const std::unique_ptr<Document> document = Parsed("<a><b>1</b><b>2</b><b>3</b></a>");
+    const TextSnapshot parsed = document->Snapshot();
+    Child(document->GetRoot(), 1).SetText(u"new");
+    TextSnapshot edited = document->Snapshot();
+    for (int i = 0; i < 1'000; ++i) {
+        Child(document->GetRoot(), 1).SetText(std::u16string(1'000, u'x'));
+    }
+    const TextSnapshot moved = std::move(edited);
+    EXPECT_EQ(Joined(parsed.Runs()), "<a><b>1</b><b>2</b><b>3</b></a>");
+    EXPECT_EQ(Joined(moved.Runs()), "<a><b>1</b><b>new</b><b>3</b></a>");
+    EXPECT_EQ(Joined(TextSnapshot().Runs()), "");
+}
+
+TEST(TextSnapshot, CopiesOnlyWhatWasEdited)
+{
+    const std::unique_ptr<Document> document = Parsed("<a><b>1</b><b>2</b><b>3</b></a>");
+    const char* const parsed = document->Runs().front().data();
+    EXPECT_EQ(document->Snapshot().Runs().front().data(), parsed);
+    Child(document->GetRoot(), 1).SetText(u"new");
+    const TextRuns runs = document->Runs();
+    const TextSnapshot snapshot = document->Snapshot();
+    ASSERT_EQ(snapshot.Runs().size(), 3U);
+    EXPECT_EQ(snapshot.Runs()[0].data(), runs[0].data());
+    EXPECT_NE(snapshot.Runs()[1].data(), runs[1].data());
+    EXPECT_EQ(snapshot.Runs()[2].data(), runs[2].data());
 }
 
 }  // namespace

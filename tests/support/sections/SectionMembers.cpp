@@ -45,9 +45,23 @@ public:
         return Note(m_object->RemoveSetting(section.Get(), name.Get()));
     }
     HRESULT RemoveSection(const Bstr& section) override { return Note(m_object->RemoveSection(section.Get())); }
+    HRESULT GetSectionNames(OutObject<IPolicyNames>& names) override
+    {
+        return Note(Sections()->get_SectionNames(names.Slot()));
+    }
+    HRESULT GetSettingNames(const Bstr& section, OutObject<IPolicyNames>& names) override
+    {
+        return Note(Sections()->GetSettingNames(section.Get(), names.Slot()));
+    }
+    HRESULT GetStoredSetting(const Bstr& section, const Bstr& name, OutText& value) override
+    {
+        return Note(Sections()->GetStoredSetting(section.Get(), name.Get(), value.Slot()));
+    }
+    HRESULT GetTakenVersion(OutText& value) override { return Note(Sections()->get_TakenVersion(value.Slot())); }
     HRESULT GetData(OutText& value) override { return Note(GetDataOf(*m_object.Get(), value.Slot())); }
 
 private:
+    [[nodiscard]] ComPtr<IPolicySections> Sections() const { return m_object.template Query<IPolicySections>(); }
     HRESULT Note(HRESULT code)
     {
         m_failure = TakeErrorInformation().description;
@@ -95,6 +109,25 @@ public:
     {
         return Note(MemberCall(m_object.Get(), u"RemoveSection").In(section).Call());
     }
+    HRESULT GetSectionNames(OutObject<IPolicyNames>& names) override
+    {
+        return Take(MemberCall(m_object.Get(), u"SectionNames").Get(), names);
+    }
+    HRESULT GetSettingNames(const Bstr& section, OutObject<IPolicyNames>& names) override
+    {
+        MemberCall call(m_object.Get(), u"GetSettingNames");
+        call.In(section);
+        return m_byReference ? Note(call.Out(names).Call()) : Take(call.ForResult(), names);
+    }
+    HRESULT GetStoredSetting(const Bstr& section, const Bstr& name, OutText& value) override
+    {
+        MemberCall call(m_object.Get(), u"GetStoredSetting");
+        return Fetch(call.In(section).In(name), value);
+    }
+    HRESULT GetTakenVersion(OutText& value) override
+    {
+        return Take(MemberCall(m_object.Get(), u"TakenVersion").Get(), value);
+    }
     HRESULT GetData(OutText& value) override
     {
         MemberCall call(m_object.Get(), m_kind == ObjectKind::Product ? u"PolicyData" : u"TaskData");
@@ -112,6 +145,13 @@ private:
             value.Assign(outcome.text);
         }
         return outcome.code == S_OK && outcome.type != VT_BSTR ? DISP_E_TYPEMISMATCH : Note(outcome);
+    }
+    HRESULT Take(const CallOutcome& outcome, OutObject<IPolicyNames>& names)
+    {
+        if (outcome.code == S_OK) {
+            names.Store(outcome.object.Query<IPolicyNames>().Detach());
+        }
+        return outcome.code == S_OK && outcome.type != VT_DISPATCH ? DISP_E_TYPEMISMATCH : Note(outcome);
     }
     HRESULT Note(const CallOutcome& outcome)
     {

@@ -28,6 +28,10 @@ public:
     virtual HRESULT PutSectionSetting(const Bstr& section, const Bstr& name, const Bstr& value) = 0;
     virtual HRESULT RemoveSetting(const Bstr& section, const Bstr& name) = 0;
     virtual HRESULT RemoveSection(const Bstr& section) = 0;
+    virtual HRESULT GetSectionNames(OutObject<IPolicyNames>& names) = 0;
+    virtual HRESULT GetSettingNames(const Bstr& section, OutObject<IPolicyNames>& names) = 0;
+    virtual HRESULT GetStoredSetting(const Bstr& section, const Bstr& name, OutText& value) = 0;
+    virtual HRESULT GetTakenVersion(OutText& value) = 0;
     /// PolicyData or TaskData.
     virtual HRESULT GetData(OutText& value) = 0;
 

@@ -107,6 +107,32 @@ Read SectionTest::GetCurrent(const Bstr& name)
     return {code, value.Untouched() ? u"(untouched)" : value.Text()};
 }
 
+Read SectionTest::GetStored(const Bstr& section, const Bstr& name)
+{
+    OutText value;
+    const HRESULT code = m_object->GetStoredSetting(section, name, value);
+    return {code, value.Untouched() ? u"(untouched)" : value.Text()};
+}
+
+Read SectionTest::TakenVersion()
+{
+    OutText value;
+    const HRESULT code = m_object->GetTakenVersion(value);
+    return {code, value.Untouched() ? u"(untouched)" : value.Text()};
+}
+
+Listed SectionTest::SectionNames()
+{
+    OutObject<IPolicyNames> slot;
+    return Taken(m_object->GetSectionNames(slot), slot);
+}
+
+Listed SectionTest::SettingNames(const Bstr& section)
+{
+    OutObject<IPolicyNames> slot;
+    return Taken(m_object->GetSettingNames(section, slot), slot);
+}
+
 std::string SectionTest::Data()
 {
     OutText value;

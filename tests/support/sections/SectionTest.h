@@ -11,6 +11,7 @@
 
 #include "tests/support/FixedClock.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/Names.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/sections/SectionMembers.h"
 
@@ -51,6 +52,10 @@ protected:
 
     [[nodiscard]] Read Get(const Bstr& section, const Bstr& name);
     [[nodiscard]] Read GetCurrent(const Bstr& name);
+    [[nodiscard]] Read GetStored(const Bstr& section, const Bstr& name);
+    [[nodiscard]] Read TakenVersion();
+    [[nodiscard]] Listed SectionNames();
+    [[nodiscard]] Listed SettingNames(const Bstr& section);
     /// The object's XML text, as UTF-8.
     [[nodiscard]] std::string Data();
     /// Everything that is written between an element's start and end tag, or "(none)".
