@@ -33,8 +33,12 @@ extern const Command kSet;
 extern const Command kRemove;
 extern const Command kExportIni;
 extern const Command kCheck;
+extern const Command kDiff;
+extern const Command kQuery;
+extern const Command kApply;
 
 /// In the order in which the help lists them.
-inline constexpr const Command* kCommands[] = {&kShow, &kGet, &kSet, &kRemove, &kExportIni, &kCheck};
+inline constexpr const Command* kCommands[] = {&kShow,  &kGet,  &kSet,   &kRemove, &kExportIni,
+                                               &kCheck, &kDiff, &kQuery, &kApply};
 
 }  // namespace zupm::tool
