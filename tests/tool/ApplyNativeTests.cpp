@@ -294,7 +294,7 @@ TEST_F(Git, ExternalDiff_PrintsWhatTheFilesMean)
     EXPECT_THAT(out, testing::StartsWith("policy.xml\n"));
     // A file that is new, or gone, has nothing to compare with.
     EXPECT_EQ(Shell("cp policy.xml other.xml && git add other.xml && git rm -q --cached policy.xml"), 0);
-    EXPECT_THAT(AfterBlock("### Differences as edits", "git diff --cached"),
+    EXPECT_THAT(AfterBlock("### Differences as edits", "git diff --cached --no-renames"),
                 testing::AllOf(HasSubstr("other.xml\nthe file is new\n"), HasSubstr("policy.xml\nthe file is gone\n")));
 }
 

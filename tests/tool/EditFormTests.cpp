@@ -85,7 +85,7 @@ constexpr BadEdit kBadEdits[] = {
      "1:53: \"name\" holds a character that XML cannot hold"},
     {R"({"edit":"set","softwareId":"P","section":"S","name":"n","value":"\uffff"})",
      "1:65: \"value\" holds a character that XML cannot hold"},
-    {R"({"edit":"absent","softwareId":"\ufffe"})", "1:32: \"softwareId\" holds a character that XML cannot hold"},
+    {R"({"edit":"absent","softwareId":"\ufffe"})", "1:31: \"softwareId\" holds a character that XML cannot hold"},
 };
 
 TEST_F(EditForm, EachFault_IsRefusedAtItsPlaceBeforeAnyFileIsTouched)

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <atomic>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -30,6 +31,11 @@ struct ApplyOptions {
     unsigned lockTimeoutSeconds = 10;
 };
 
+ProblemFailure Unreadable(const std::string& name)
+{
+    return ProblemFailure({{}, ExitCode::FileError, name, 0, 0, "the edits cannot be read", {}});
+}
+
 std::vector<model::EditRequest> ReadStream(std::istream& in, const std::string& name)
 {
     try {
@@ -43,19 +49,24 @@ std::vector<model::EditRequest> ReadStream(std::istream& in, const std::string& 
                               complaint.message,
                               {}});
     } catch (const std::ios_base::failure&) {
-        throw ProblemFailure({{}, ExitCode::FileError, name, 0, 0, "the edits cannot be read", {}});
+        throw Unreadable(name);
     }
 }
 
 std::vector<model::EditRequest> ReadEditsOf(const ApplyOptions& options)
 {
     if (options.edits == "-") {
-        return ReadStream(std::cin, "-");
+        std::vector<model::EditRequest> edits = ReadStream(std::cin, "-");
+        // The stream takes an error for the end, and half of the edits must not pass for all of them.
+        if (std::ferror(stdin) != 0) {
+            throw Unreadable("-");
+        }
+        return edits;
     }
     std::ifstream file(std::filesystem::path(std::u8string(options.edits.begin(), options.edits.end())),
                        std::ios::binary);
     if (!file) {
-        throw ProblemFailure({{}, ExitCode::FileError, options.edits, 0, 0, "the edits cannot be read", {}});
+        throw Unreadable(options.edits);
     }
     return ReadStream(file, options.edits);
 }
