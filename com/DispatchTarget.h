@@ -18,4 +18,12 @@ struct DispatchTarget {
 [[nodiscard]] const DispatchTarget& FindTarget(std::span<const DispatchTarget> targets, LPCOLESTR name) noexcept;
 [[nodiscard]] const DispatchTarget& FindTarget(std::span<const DispatchTarget> targets, DISPID member) noexcept;
 
+/// The kinds of member that a call may mean. Some script engines ask for an enumerator, which is a property, as for a
+/// method.
+[[nodiscard]] constexpr WORD KindsOf(DISPID member, WORD flags) noexcept
+{
+    const bool isProperty = member == DISPID_NEWENUM && (flags & DISPATCH_METHOD) != 0;
+    return isProperty ? static_cast<WORD>(flags | DISPATCH_PROPERTYGET) : flags;
+}
+
 }  // namespace zupm

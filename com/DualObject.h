@@ -54,8 +54,8 @@ public:
     {
         const auto targets = Targets();
         const DispatchTarget& target = FindTarget(targets, member);
-        return DispatchInvoke(*target.description, target.self, member, locale, flags, parameters, result, exception,
-                              badArgument);
+        return DispatchInvoke(*target.description, target.self, member, locale, KindsOf(member, flags), parameters,
+                              result, exception, badArgument);
     }
 
     HRESULT InterfaceSupportsErrorInfo(REFIID iid) noexcept final

@@ -22,7 +22,7 @@ public:
     static constexpr std::u16string_view kCreation = u"CPolicyNotices::FinalConstruct()";
     static const InterfaceDescription& Description() noexcept { return PolicyNoticesInterface(); }
 
-    explicit CPolicyNotices(Notices& notices) noexcept : m_notices(std::move(notices)) {}
+    explicit CPolicyNotices(Notices& notices) : m_notices(std::move(notices)) {}
     CPolicyNotices(const CPolicyNotices&) = delete;
     CPolicyNotices& operator=(const CPolicyNotices&) = delete;
 

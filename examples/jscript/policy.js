@@ -1,5 +1,5 @@
-// Loads a policy file, changes a product policy and a task, adds a new task, looks through the tasks, dumps one into an
-// INI file, writes the policy file and reads it back.
+// Loads a policy file, lists everything that it has, changes a product policy and a task, adds a new task, looks through
+// the tasks, dumps one into an INI file, writes the policy file and reads it back.
 //
 //   cscript //nologo policy.js <policy file> <file to write> <INI file to write>
 //
@@ -32,6 +32,48 @@ function failureOf(call) {
         return { number: e.number, message: e.message };
     }
     return { number: 0, message: "" };
+}
+
+// Calls `visit` with each name of a list.
+function forEach(names, visit) {
+    for (var all = new Enumerator(names); !all.atEnd(); all.moveNext()) {
+        visit(all.item());
+    }
+}
+
+// Every section of a product policy or task with its settings. Without macros, a value is read as it is stored.
+function listSettings(entry) {
+    var list = "";
+    forEach(entry.SectionNames, function (section) {
+        list += "[" + section + "] ";
+        forEach(entry.GetSettingNames(section), function (name) {
+            list += name + " ";
+            if (entry.GetStoredSetting(section, name) !== entry.GetSectionSetting(section, name)) {
+                list += "differs! ";
+            }
+        });
+    });
+    return list;
+}
+
+// The whole file: the product policies, then the tasks.
+function listFile(file) {
+    var list = "";
+    forEach(file.PolicyIDs, function (softwareID) {
+        list += softwareID + ": " + listSettings(file.GetPolicy(softwareID));
+    });
+    forEach(file.TaskSoftwareIDs, function (softwareID) {
+        forEach(file.GetTaskIDs(softwareID), function (taskID) {
+            list += softwareID + taskID + ": " + listSettings(file.GetTask(softwareID, taskID));
+        });
+    });
+    return list;
+}
+
+function showNames(names) {
+    expect("the number of policies", names.Count, 3);
+    expect("a policy by its place", names(1), names.Item(1));
+    expect("a place that the list does not have", failureOf(function () { return names.Item(3); }).number, -13);
 }
 
 function changePolicy(file) {
@@ -88,6 +130,13 @@ function checkIni(path) {
 }
 
 var file = openFile(source);
+showNames(file.PolicyIDs);
+expect("everything that the file has", listFile(file),
+    "PRODUCTA1000: [General] Enabled ScanInterval Greeting GreetingJa [Exclusions] Count Path0 Path1 " +
+    "[Notify] Message Recipients PRODUCTB2000: [General] Enabled LogLevel [Proxy] PRODUCTC3000: [Limits] MaxThreads " +
+    "Comment PRODUCTA1000{task-1}: [Schedule] Hour Minute [Scope] Targets PRODUCTA1000{task-2}: [Schedule] Weekday " +
+    "PRODUCTB2000{task-1}: [Schedule] AtStart ");
+expect("the version of a policy", file.GetPolicy("PRODUCTC3000").TakenVersion, "20231120174210");
 changePolicy(file);
 changeTask(file);
 addNewTask(file);

@@ -1,5 +1,5 @@
-' Loads a policy file, changes a product policy and a task, adds a new task, lists the tasks, dumps one into an INI file,
-' writes the policy file and reads it back.
+' Loads a policy file, lists everything that it has, changes a product policy and a task, adds a new task, lists the tasks,
+' dumps one into an INI file, writes the policy file and reads it back.
 '
 '   cscript //nologo policy.vbs <policy file> <file to write> <INI file to write>
 '
@@ -25,6 +25,44 @@ Function OpenFile(path)
     Set OpenFile = CreateObject("ZuPolicyManager.PolicyFile")
     OpenFile.InitializeFile path, 0
 End Function
+
+' Every section of a product policy or task with its settings. Without macros, a value is read as it is stored.
+Function ListSettings(entry)
+    Dim section, name, list
+    For Each section In entry.SectionNames
+        list = list & "[" & section & "] "
+        For Each name In entry.GetSettingNames(section)
+            list = list & name & " "
+            If entry.GetStoredSetting(section, name) <> entry.GetSectionSetting(section, name) Then list = list & "differs! "
+        Next
+    Next
+    ListSettings = list
+End Function
+
+' The whole file: the product policies, then the tasks.
+Function ListFile(file)
+    Dim softwareID, taskID, list
+    For Each softwareID In file.PolicyIDs
+        list = list & softwareID & ": " & ListSettings(file.GetPolicy(softwareID))
+    Next
+    For Each softwareID In file.TaskSoftwareIDs
+        For Each taskID In file.GetTaskIDs(softwareID)
+            list = list & softwareID & taskID & ": " & ListSettings(file.GetTask(softwareID, taskID))
+        Next
+    Next
+    ListFile = list
+End Function
+
+Sub ShowNames(names)
+    Expect "the number of policies", names.Count, 3
+    Expect "a policy by its place", names(1), names.Item(1)
+    Dim number
+    On Error Resume Next
+    number = names.Item(3)
+    number = Err.Number
+    On Error GoTo 0
+    Expect "a place that the list does not have", number, -13
+End Sub
 
 Sub ChangePolicy(file)
     Dim policy
@@ -115,6 +153,13 @@ End Sub
 
 Dim file
 Set file = OpenFile(source)
+ShowNames file.PolicyIDs
+Expect "everything that the file has", ListFile(file), _
+    "PRODUCTA1000: [General] Enabled ScanInterval Greeting GreetingJa [Exclusions] Count Path0 Path1 " & _
+    "[Notify] Message Recipients PRODUCTB2000: [General] Enabled LogLevel [Proxy] PRODUCTC3000: [Limits] MaxThreads " & _
+    "Comment PRODUCTA1000{task-1}: [Schedule] Hour Minute [Scope] Targets PRODUCTA1000{task-2}: [Schedule] Weekday " & _
+    "PRODUCTB2000{task-1}: [Schedule] AtStart "
+Expect "the version of a policy", file.GetPolicy("PRODUCTC3000").TakenVersion, "20231120174210"
 ChangePolicy file
 ChangeTask file
 AddNewTask file

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/MemberCall.h"
+#include "tests/support/Names.h"
 
 namespace zupm::test {
 
@@ -27,6 +30,7 @@ std::vector<MixStep> MixEntries::Steps()
         {"file: get own task", 4, [this] { GetTask(*m_file, AnyId()); }},
         {"file: remove own task", 2, [this] { RemoveTask(); }},
         {"file: enumerate", 2, [this] { CheckTaskInfo(*m_file); }},
+        {"file: list policies and tasks", 2, [this] { CheckLists(*m_file); }},
         {"file: add the shared product or task", 2, [this] { AddShared(); }},
         {"file: write to an own file and load it", 1, [this] { WriteAndLoad(); }},
         {"file: write over the others' file", 1, [this] { WriteOverOthers(); }},
@@ -110,6 +114,27 @@ void MixEntries::CheckTaskInfo(const PolicyFileClient& file) const
     EXPECT_EQ(own, expected);
 }
 
+void MixEntries::CheckLists(const PolicyFileClient& file) const
+{
+    const auto contents = ComPtr<IPolicyFile>(file.Object()).Query<IPolicyFileContents>();
+    Names policies = ListOf([&](IPolicyNames** slot) { return contents->get_PolicyIDs(slot); }).names;
+    std::erase_if(policies, [&](const std::u16string& id) { return !id.starts_with(m_owner + u"-"); });
+    EXPECT_EQ(policies.size(), m_policies.size());
+    for (const std::u16string& id : policies) {
+        EXPECT_TRUE(m_policies.contains(id)) << Utf8(id);
+    }
+    const Names software = ListOf([&](IPolicyNames** slot) { return contents->get_TaskSoftwareIDs(slot); }).names;
+    EXPECT_EQ(std::ranges::count(software, m_owner), m_tasks.empty() ? 0 : 1);
+    const Bstr owner(m_owner);
+    Names tasks = ListOf([&](IPolicyNames** slot) { return contents->GetTaskIDs(owner.Get(), slot); }).names;
+    std::ranges::sort(tasks);
+    Names expected;
+    for (const auto& [id, value] : m_tasks) {
+        expected.push_back(id);
+    }
+    EXPECT_EQ(tasks, expected);
+}
+
 void MixEntries::AddShared()
 {
     const HRESULT code = Pick(*m_random, 2) == 0 ? m_file->Add(m_product) : m_file->Add(m_task);
@@ -160,6 +185,7 @@ void MixEntries::Check(const PolicyFileClient& file)
         GetTask(file, id);
     }
     CheckTaskInfo(file);
+    CheckLists(file);
 }
 
 }  // namespace zupm::test

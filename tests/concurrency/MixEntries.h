@@ -28,6 +28,7 @@ private:
     void GetTask(const PolicyFileClient& file, const std::u16string& id) const;
     void RemoveTask();
     void CheckTaskInfo(const PolicyFileClient& file) const;
+    void CheckLists(const PolicyFileClient& file) const;
     void AddShared();
     void WriteAndLoad();
     void WriteOverOthers();

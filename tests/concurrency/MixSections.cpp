@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "tests/support/Names.h"
+
 namespace zupm::test {
 
 namespace {
@@ -41,6 +45,7 @@ std::vector<MixStep> MixSections::Steps()
         {object + "put in chosen section", 2, [this] { PutCurrent(); }},
         {object + "get from chosen section", 2, [this] { GetCurrent(); }},
         {object + "data", 1, [this] { GetData(); }},
+        {object + "list sections and settings", 3, [this] { List(); }},
     };
 }
 
@@ -146,6 +151,28 @@ void MixSections::GetData()
     const std::u16string root = m_kind == ObjectKind::Product ? u"PolicyData>" : u"TaskData>";
     EXPECT_TRUE(data.Text().starts_with(u"<" + root) && data.Text().ends_with(u"</" + root));
     EXPECT_TRUE(IsAllIn(data.Text()));
+}
+
+void MixSections::List()
+{
+    OutObject<IPolicyNames> sections;
+    EXPECT_EQ(In([&](SectionMembers& members) { return members.GetSectionNames(sections); }), 0);
+    const Names all = ReadNames(*sections.Take());
+    for (const std::u16string& section : m_sections) {
+        EXPECT_EQ(std::ranges::count(all, section), m_own.contains(section) ? 1 : 0) << Utf8(section);
+        OutObject<IPolicyNames> settings;
+        const HRESULT code = In([&](SectionMembers& members) { return members.GetSettingNames(section, settings); });
+        EXPECT_EQ(code, m_own.contains(section) ? 0 : result::SectionNotFound) << Utf8(section);
+        if (code == 0) {
+            Names names = ReadNames(*settings.Take());
+            std::ranges::sort(names);
+            Names expected;
+            for (const auto& [name, value] : m_own[section]) {
+                expected.push_back(name);
+            }
+            EXPECT_EQ(names, expected) << Utf8(section);
+        }
+    }
 }
 
 bool MixSections::IsAllIn(std::u16string_view text) const

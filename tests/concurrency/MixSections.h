@@ -36,6 +36,7 @@ private:
     void PutCurrent();
     void GetCurrent();
     void GetData();
+    void List();
 
     /// The calls in a form of the dice's choice; a failure must leave its sentence and a success none.
     template <class Call>

@@ -1,4 +1,4 @@
-// Every operation of the four interfaces at once, by 16 threads on objects that they share, each checking what it gets.
+// Every operation of the interfaces at once, by 16 threads on objects that they share, each checking what it gets.
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 

@@ -122,6 +122,98 @@ void TheEditIsStillOpen(World& world, const Sight& before)
 
 void NothingIsDifferent(World&) {}
 
+// --- the file on disk ------------------------------------------------------------------------------------------------
+
+ComPtr<IPolicyFileContents> ContentsOf(const PolicyFileClient& file)
+{
+    return ComPtr<IPolicyFile>(file.Object()).Query<IPolicyFileContents>();
+}
+
+HRESULT HasChangedOnDisk(World& world)
+{
+    return ContentsOf(world.file)->get_HasChangedOnDisk(world.number.Slot());
+}
+
+void TheFileHasNotChanged(World& world)
+{
+    EXPECT_EQ(world.number.Value(), 0);
+}
+
+HRESULT WriteIfUnchanged(World& world)
+{
+    return ContentsOf(world.file)->WriteIfUnchanged(0);
+}
+
+/// The file is as it was and still counts as the one that was loaded; it is not locked.
+void TheFileCanStillBeWritten(World& world, const Sight& before)
+{
+    TheFolderIsAsBefore(world, before);
+    EXPECT_EQ(HasChangedOnDisk(world), S_OK);
+    EXPECT_EQ(world.number.Value(), 0);
+    EXPECT_EQ(EditOf(PolicyFileClient())->OpenForEdit(world.path.Get(), 0), S_OK);
+}
+
+void TheFileIsWrittenAndCounts(World& world)
+{
+    TheDocumentIsInTheFile<false>(world);
+    EXPECT_EQ(WriteIfUnchanged(world), S_OK);
+}
+
+// --- notices ---------------------------------------------------------------------------------------------------------
+
+/// Two of each kind that a name or an ID can be the reason of, under names that are no short strings.
+constexpr char kOddFile[] =
+    "<R><PolicyRoot version='a'><PolicyGroup><Policy><Product SoftwareID='a software ID that is &#108;ong'>"
+    "<S name='a section with a l&#111;ng name'><V name='a setting with a l&#111;ng name'/>"
+    "<V name='a setting with a l&#111;ng name'/></S><S name='a section with a l&#111;ng name'/></Product>"
+    "<Product SoftwareID='a software ID that is &#108;ong'/></Policy></PolicyGroup></PolicyRoot><TaskRoot>"
+    "<TaskGroup SoftwareID='a software ID that is &#108;ong' TaskID='a task ID that is &#108;ong'><Task><S name='Task'>"
+    "<V name='a setting with a l&#111;ng name'>a value that is &#108;ong</V>"
+    "<V name='A SETTING WITH A L&#111;NG NAME'>another value that is &#108;ong</V>"
+    "<V name='CreatorSoftwareID'>a value that is &#108;ong</V></S></Task><Task/></TaskGroup></TaskRoot></R>";
+constexpr LONG kOddities = 7;
+
+void LoadTheOddFile(World& world)
+{
+    ASSERT_EQ(world.file.Load(world.folder.Write(u"odd.xml", kOddFile)), 0);
+}
+
+HRESULT TakeNotices(World& world)
+{
+    ComPtr<IPolicyNotices> notices;
+    const HRESULT code = ContentsOf(world.file)->get_Notices(notices.Put());
+    LONG count = 0;
+    EXPECT_EQ(code == S_OK ? notices->get_Count(&count) : S_OK, S_OK);
+    EXPECT_EQ(count, code == S_OK ? kOddities : 0);
+    return code;
+}
+
+void TheOddFileIsStillLoaded(World& world, const Sight&)
+{
+    EXPECT_EQ(world.file.FindPolicy(u"a software ID that is long"), S_OK);
+    EXPECT_EQ(TakeNotices(world), S_OK);
+}
+
+ComPtr<IPolicyNotices> g_notices;
+
+void KeepNotices(World& world)
+{
+    LoadTheOddFile(world);
+    ASSERT_EQ(ContentsOf(world.file)->get_Notices(g_notices.Put()), S_OK);
+}
+
+HRESULT TextOfTheLastNotice(World& world)
+{
+    return g_notices->get_Text(kOddities - 1, world.text.Slot());
+}
+
+void TheSentenceIsThere(World& world)
+{
+    EXPECT_EQ(world.text.Text(),
+              u"task a software ID that is long a task ID that is long occurs again; only the first "
+              u"is used");
+}
+
 // --- properties ------------------------------------------------------------------------------------------------------
 
 template <auto getter>
@@ -267,6 +359,31 @@ const std::vector<Operation> kOperations = {
      .afterSuccess = TheDocumentIsInTheFile<false>,
      .prepare = OpenTheEdit,
      .fewestFailures = 10},
+    {.name = "HasChangedOnDisk",
+     .run = HasChangedOnDisk,
+     .codes = {result::OutOfMemory},
+     .afterFailure = EverythingIsAsBefore,
+     .afterSuccess = TheFileHasNotChanged},
+    {.name = "WriteIfUnchanged",
+     .run = WriteIfUnchanged,
+     .codes = {result::OutOfMemory},
+     .afterFailure = TheFileCanStillBeWritten,
+     .afterSuccess = TheFileIsWrittenAndCounts,
+     .fewestFailures = 10},
+    {.name = "Notices",
+     .run = TakeNotices,
+     .codes = {result::OutOfMemory},
+     .afterFailure = TheOddFileIsStillLoaded,
+     .afterSuccess = NothingIsDifferent,
+     .prepare = LoadTheOddFile,
+     .fewestFailures = 20},
+    {.name = "Notices_Text",
+     .run = TextOfTheLastNotice,
+     .codes = {result::OutOfMemory, result::AllocationFailed},
+     .afterFailure = EverythingIsAsBefore,
+     .afterSuccess = TheSentenceIsThere,
+     .prepare = KeepNotices,
+     .fewestFailures = 3},
     {.name = "WriteFileBuffer",
      .run = WriteBuffer,
      .codes = {},

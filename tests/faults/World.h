@@ -78,6 +78,9 @@ struct World {
     OutObject<IUnknown> object;
     OutObject<IPolicyTask> newTask;
     OutObject<IPolicyProduct> newPolicy;
+    OutObject<IPolicyNames> names;
+    ComPtr<IPolicyNames> list;        ///< null until an operation prepares it
+    ComPtr<IEnumVARIANT> enumerator;  ///< likewise
 };
 
 }  // namespace zupm::test

@@ -24,6 +24,21 @@ constexpr CursorRow kRows[] = {
          std::u16string value;
          return c.GetSettingValue(u"S", u"A", value);
      }},
+    {"GetStoredValue",
+     [](CSectionParser& c) {
+         std::u16string value;
+         return c.GetStoredValue(u"S", u"A", value);
+     }},
+    {"GetSectionNames",
+     [](CSectionParser& c) {
+         NameList names;
+         return c.GetSectionNames(names);
+     }},
+    {"GetSettingNames",
+     [](CSectionParser& c) {
+         NameList names;
+         return c.GetSettingNames(u"S", names);
+     }},
     {"RemoveSetting", [](CSectionParser& c) { return c.RemoveSetting(u"S", u"A"); }},
     {"Deinitialize", [](CSectionParser& c) { return c.Deinitialize(); }},
 };

@@ -33,7 +33,10 @@ public:
         static_cast<void>(object.Take());
         static_cast<void>(newTask.Take());
         static_cast<void>(newPolicy.Take());
+        static_cast<void>(names.Take());
     }
+    [[nodiscard]] ComPtr<IPolicyFileContents> Contents() const { return file.Query<IPolicyFileContents>(); }
+    [[nodiscard]] ComPtr<IPolicyFileEdit> Edit() const { return file.Query<IPolicyFileEdit>(); }
 
     TempFolder folder;
     Bstr path{folder.Write(u"policy.xml", kFile)};
@@ -50,6 +53,7 @@ public:
     OutObject<IUnknown> object;
     OutObject<IPolicyTask> newTask;
     OutObject<IPolicyProduct> newPolicy;
+    OutObject<IPolicyNames> names;
 };
 
 /// Runs `call` and returns the outermost section that it enters; null when it enters none.
@@ -77,6 +81,12 @@ struct MemberRow {
     HRESULT (*call)(World& world);
 };
 
+template <class Interface>
+ComPtr<IPolicySections> SectionsOf(const ComPtr<Interface>& object)
+{
+    return object.template Query<IPolicySections>();
+}
+
 constexpr MemberRow kFileMembers[] = {
     {"InitializeFile", ObjectLock::Taken, [](World& w) { return w.file->InitializeFile(w.path.Get(), 0); }},
     {"GetPolicy", ObjectLock::Taken, [](World& w) { return w.file->GetPolicy(w.a.Get(), w.object.Slot()); }},
@@ -94,6 +104,37 @@ constexpr MemberRow kFileMembers[] = {
     {"CreatePolicy", ObjectLock::NotTaken, [](World& w) { return w.file->CreatePolicy(w.newPolicy.Slot()); }},
     {"RemovePolicy", ObjectLock::Taken, [](World& w) { return w.file->RemovePolicy(w.a.Get()); }},
     {"RemoveTask", ObjectLock::Taken, [](World& w) { return w.file->RemoveTask(w.a.Get(), w.one.Get()); }},
+};
+
+constexpr MemberRow kFileContentsMembers[] = {
+    {"PolicyIDs", ObjectLock::Taken, [](World& w) { return w.Contents()->get_PolicyIDs(w.names.Slot()); }},
+    {"TaskSoftwareIDs", ObjectLock::Taken, [](World& w) { return w.Contents()->get_TaskSoftwareIDs(w.names.Slot()); }},
+    {"GetTaskIDs", ObjectLock::Taken, [](World& w) { return w.Contents()->GetTaskIDs(w.a.Get(), w.names.Slot()); }},
+    {"HasChangedOnDisk", ObjectLock::Taken,
+     [](World& w) { return w.Contents()->get_HasChangedOnDisk(w.number.Slot()); }},
+    {"WriteIfUnchanged", ObjectLock::Taken, [](World& w) { return w.Contents()->WriteIfUnchanged(0); }},
+    {"Notices", ObjectLock::Taken, [](World& w) { return w.Contents()->get_Notices(ComPtr<IPolicyNotices>().Put()); }},
+};
+
+constexpr MemberRow kFileEditMembers[] = {
+    {"OpenForEdit", ObjectLock::Taken, [](World& w) { return w.Edit()->OpenForEdit(w.path.Get(), 0); }},
+    {"HasFileChanged", ObjectLock::Taken, [](World& w) { return w.Edit()->HasFileChanged(w.number.Slot()); }},
+    {"RehearseCommit", ObjectLock::Taken, [](World& w) { return w.Edit()->RehearseCommit(0); }},
+    {"CommitEdit", ObjectLock::Taken, [](World& w) { return w.Edit()->CommitEdit(0); }},
+    {"EndEdit", ObjectLock::Taken, [](World& w) { return w.Edit()->EndEdit(); }},
+};
+
+/// Of a product or task: &World::product or &World::task, which has a section S with a setting N.
+template <auto object>
+constexpr MemberRow kSectionsMembers[] = {
+    {"SectionNames", ObjectLock::Taken,
+     [](World& w) { return SectionsOf(w.*object)->get_SectionNames(w.names.Slot()); }},
+    {"GetSettingNames", ObjectLock::Taken,
+     [](World& w) { return SectionsOf(w.*object)->GetSettingNames(w.section.Get(), w.names.Slot()); }},
+    {"GetStoredSetting", ObjectLock::Taken,
+     [](World& w) { return SectionsOf(w.*object)->GetStoredSetting(w.section.Get(), w.name.Get(), w.text.Slot()); }},
+    {"TakenVersion", ObjectLock::Taken,
+     [](World& w) { return SectionsOf(w.*object)->get_TakenVersion(w.text.Slot()); }},
 };
 
 constexpr MemberRow kProductMembers[] = {
@@ -172,6 +213,9 @@ TEST(ObjectLocks, HaveARowForEveryMember)
     EXPECT_EQ(std::size(kFileMembers), PolicyFileInterface().members.size());
     EXPECT_EQ(std::size(kProductMembers), PolicyProductInterface().members.size());
     EXPECT_EQ(std::size(kTaskMembers), PolicyTaskInterface().members.size());
+    EXPECT_EQ(std::size(kFileContentsMembers), PolicyFileContentsInterface().members.size());
+    EXPECT_EQ(std::size(kFileEditMembers), PolicyFileEditInterface().members.size());
+    EXPECT_EQ(std::size(kSectionsMembers<&World::product>), PolicySectionsInterface().members.size());
 }
 
 TEST(ObjectLocks, OfAPolicyFile_AreTakenByEverythingButPropertiesAndBlankObjects)
@@ -191,6 +235,19 @@ TEST(ObjectLocks, OfATask_AreTakenByEverything)
 {
     World world;
     ExpectLockUse(world, kTaskMembers, OutermostOf([&] { EXPECT_EQ(world.task->get_TaskID(world.text.Slot()), 0); }));
+}
+
+TEST(ObjectLocks, AreTakenByEveryMemberOfTheOtherInterfaces)
+{
+    World world;
+    ExpectLockUse(world, kFileContentsMembers, LockOf(world));
+    ExpectLockUse(world, kFileEditMembers, LockOf(world));
+    ASSERT_EQ(world.product->PutSectionSetting(world.section.Get(), world.name.Get(), world.a.Get()), 0);
+    ASSERT_EQ(world.task->PutSectionSetting(world.section.Get(), world.name.Get(), world.a.Get()), 0);
+    ExpectLockUse(world, kSectionsMembers<&World::product>,
+                  OutermostOf([&] { EXPECT_EQ(world.product->get_SoftwareID(world.text.Slot()), 0); }));
+    ExpectLockUse(world, kSectionsMembers<&World::task>,
+                  OutermostOf([&] { EXPECT_EQ(world.task->get_TaskID(world.text.Slot()), 0); }));
 }
 
 TEST(ObjectLocks, PutSectionSettingOfAProduct_StillTakesTheLocksOfWhatItWrites)

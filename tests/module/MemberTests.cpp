@@ -107,6 +107,9 @@ const MemberRow kPolicyFileContentsMembers[] = {
     {1001, u"PolicyIDs", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_PolicyIDs)},
     {1002, u"TaskSoftwareIDs", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_TaskSoftwareIDs)},
     {1003, u"GetTaskIDs", MemberKind::Method, SlotOf(&IPolicyFileContents::GetTaskIDs)},
+    {1004, u"HasChangedOnDisk", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_HasChangedOnDisk)},
+    {1005, u"WriteIfUnchanged", MemberKind::Method, SlotOf(&IPolicyFileContents::WriteIfUnchanged)},
+    {1006, u"Notices", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_Notices)},
 };
 
 const MemberRow kPolicySectionsMembers[] = {
@@ -122,6 +125,16 @@ const MemberRow kPolicyNamesMembers[] = {
     {-4, u"_NewEnum", MemberKind::PropertyGet, SlotOf(&IPolicyNames::get__NewEnum)},
 };
 
+const MemberRow kPolicyNoticesMembers[] = {
+    {1, u"Count", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_Count)},
+    {2, u"Kind", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_Kind)},
+    {3, u"Line", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_Line)},
+    {4, u"Column", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_Column)},
+    {5, u"SoftwareID", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_SoftwareID)},
+    {6, u"TaskID", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_TaskID)},
+    {0, u"Text", MemberKind::PropertyGet, SlotOf(&IPolicyNotices::get_Text)},
+};
+
 /// An interface that is no class's dual one.
 struct OtherInterfaceRow {
     const InterfaceDescription& table;
@@ -134,6 +147,7 @@ const OtherInterfaceRow kOtherInterfaces[] = {
     {PolicyFileContentsInterface(), kPolicyFileContentsMembers, 3},
     {PolicySectionsInterface(), kPolicySectionsMembers, 3},
     {PolicyNamesInterface(), kPolicyNamesMembers, 7},
+    {PolicyNoticesInterface(), kPolicyNoticesMembers, 7},
 };
 
 struct InterfaceRow {

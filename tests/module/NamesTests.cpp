@@ -161,14 +161,20 @@ TEST(NameList, GivesItsEnumeratorByNumberAsScriptEnginesAsk)
 {
     const auto names = ListOfNames({u"one", u"two"});
     DISPPARAMS none{nullptr, nullptr, 0, 0};
-    VARIANT value{};
-    ASSERT_EQ(names->Invoke(DISPID_NEWENUM, IID_NULL, kLocale, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, &value,
-                            nullptr, nullptr),
-              S_OK);
-    ASSERT_EQ(value.vt, VT_UNKNOWN);
-    const auto enumerator = ComPtr<IUnknown>::Attach(value.punkVal).Query<IEnumVARIANT>();
-    ASSERT_TRUE(enumerator);
-    EXPECT_EQ(ReadRest(*enumerator), (Names{u"one", u"two"}));
+    for (const WORD kinds :
+         std::initializer_list<WORD>{DISPATCH_PROPERTYGET, DISPATCH_METHOD, DISPATCH_METHOD | DISPATCH_PROPERTYGET}) {
+        VARIANT value{};
+        ASSERT_EQ(names->Invoke(DISPID_NEWENUM, IID_NULL, kLocale, kinds, &none, &value, nullptr, nullptr), S_OK);
+        ASSERT_EQ(value.vt, VT_UNKNOWN);
+        const auto enumerator = ComPtr<IUnknown>::Attach(value.punkVal).Query<IEnumVARIANT>();
+        ASSERT_TRUE(enumerator);
+        EXPECT_EQ(ReadRest(*enumerator), (Names{u"one", u"two"}));
+    }
+    EXPECT_EQ(names->Invoke(DISPID_NEWENUM, IID_NULL, kLocale, DISPATCH_PROPERTYPUT, &none, nullptr, nullptr, nullptr),
+              DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(names->Invoke(1, IID_NULL, kLocale, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+              DISP_E_MEMBERNOTFOUND)
+        << "any other property is none";
 }
 
 TEST(NameEnumerator, HandsOutAsManyAsAreAskedFor)

@@ -12,6 +12,8 @@
 
 #include "tests/support/Bstr.h"
 #include "tests/support/ComPtr.h"
+#include "tests/support/MemberCall.h"
+#include "tests/support/Names.h"
 #include "tests/support/OuterObject.h"
 #include "tests/support/TempFolder.h"
 #include "tests/windows/Registration.h"
@@ -58,6 +60,14 @@ void UseProduct(IPolicyProduct& product)
     EXPECT_EQ(read.Text(), value.Text());
     EXPECT_EQ(product.GetSectionSetting(name.Get(), name.Get(), read.Slot()), result::SectionNotFound);
 }
+
+/// Two policies, two tasks of one of them, a section with a setting in each.
+constexpr char kListedFile[] =
+    "<R><PolicyRoot><PolicyGroup><Policy PolicyVersion='7'><Product SoftwareID='B'><Section name='S'>"
+    "<Setting name='x'>1</Setting></Section><Section name='E'/></Product><Product SoftwareID='A'/></Policy>"
+    "</PolicyGroup></PolicyRoot><TaskRoot><TaskGroup SoftwareID='A' TaskID='2'><Task TaskVersion='7'>"
+    "<Section name='S'><Setting name='x'>1</Setting></Section><Section name='E'/></Task></TaskGroup>"
+    "<TaskGroup SoftwareID='A' TaskID='1'><Task/></TaskGroup></TaskRoot></R>";
 
 class ActivationTest : public testing::Test {
 protected:
@@ -191,6 +201,150 @@ TEST_F(ActivationTest, EditInterface_PassesFromOneApartmentToAnother)
             EXPECT_EQ(proxy->OpenForEdit(Bstr(path).Get(), 0), S_OK);
         });
         EXPECT_EQ(edit->CommitEdit(0), S_OK) << "the edit that the other thread opened";
+    });
+}
+
+TEST_F(ActivationTest, FileOnDiskAndNotices_AreMarshalledByTheTypeLibrary)
+{
+    const TempFolder folder;
+    const Bstr path(folder.Write(u"policy.xml", "<R/>"));
+    InApartment(COINIT_APARTMENTTHREADED, [&] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        ASSERT_EQ(file->InitializeFile(path.Get(), 0), S_OK);
+        const ComPtr<IPolicyFileContents> contents = file.Query<IPolicyFileContents>();
+        ComPtr<IPolicyNotices> notices;
+        ASSERT_EQ(contents->get_Notices(notices.Put()), S_OK);
+        EXPECT_TRUE(IsProxy(notices.Get()));
+        LONG number = 0;
+        EXPECT_EQ(notices->get_Count(&number), S_OK);
+        EXPECT_EQ(number, 1);
+        EXPECT_EQ(notices->get_Line(0, &number), S_OK);
+        EXPECT_EQ(number, 1);
+        EXPECT_EQ(notices->get_Line(1, &number), result::BadArgument);
+        EXPECT_EQ(MemberCall(notices.Get(), u"Text").In(LONG{0}).Get().text,
+                  u"the file has neither a PolicyRoot nor a TaskRoot element; it may not be a policy file");
+        EXPECT_EQ(contents->WriteIfUnchanged(0), S_OK);
+        EXPECT_EQ(contents->get_HasChangedOnDisk(&number), S_OK);
+        EXPECT_EQ(number, 0);
+        static_cast<void>(folder.Write(u"policy.xml", "<Other/>"));
+        EXPECT_EQ(contents->get_HasChangedOnDisk(&number), S_OK);
+        EXPECT_EQ(number, 1);
+        EXPECT_EQ(contents->WriteIfUnchanged(0), result::FileChanged);
+    });
+}
+
+TEST_F(ActivationTest, ListingInterfaces_AreMarshalledByTheTypeLibrary)
+{
+    const TempFolder folder;
+    const Bstr path(folder.Write(u"policy.xml", kListedFile));
+    InApartment(COINIT_APARTMENTTHREADED, [&] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        const ComPtr<IPolicyFileContents> contents = file.Query<IPolicyFileContents>();
+        ASSERT_TRUE(contents);
+        EXPECT_TRUE(IsProxy(contents.Get()));
+        EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return contents->get_PolicyIDs(slot); }).code,
+                  result::NotInitialised);
+        ASSERT_EQ(file->InitializeFile(path.Get(), 1), S_OK);
+        ComPtr<IPolicyNames> policies;
+        ASSERT_EQ(contents->get_PolicyIDs(policies.Put()), S_OK);
+        EXPECT_TRUE(IsProxy(policies.Get()));
+        EXPECT_EQ(ReadNames(*policies), (Names{u"B", u"A"}));
+        const ComPtr<IEnumVARIANT> enumerator = EnumeratorOf(*policies);
+        EXPECT_TRUE(IsProxy(enumerator.Get()));
+        VARIANT values[3]{};
+        ULONG fetched = 77;
+        EXPECT_EQ(enumerator->Next(3, values, &fetched), S_FALSE);
+        ASSERT_EQ(fetched, 2u);
+        EXPECT_EQ(Text(values[0].bstrVal) + Text(values[1].bstrVal), u"BA");
+        VariantClear(&values[0]);
+        VariantClear(&values[1]);
+        ComPtr<IEnumVARIANT> copy;
+        EXPECT_EQ(enumerator->Reset(), S_OK);
+        EXPECT_EQ(enumerator->Skip(1), S_OK);
+        ASSERT_EQ(enumerator->Clone(copy.Put()), S_OK);
+        EXPECT_EQ(ReadRest(*copy), (Names{u"A"}));
+        EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return contents->get_TaskSoftwareIDs(slot); }), AllOf({u"A"}));
+        EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return contents->GetTaskIDs(Bstr(u"A").Get(), slot); }),
+                  AllOf({u"2", u"1"}));
+        OutText name;
+        EXPECT_EQ(policies->get_Item(2, name.Slot()), result::BadArgument);
+    });
+}
+
+TEST_F(ActivationTest, SectionsOfAProductAndATask_AreMarshalledByTheTypeLibrary)
+{
+    const TempFolder folder;
+    const Bstr path(folder.Write(u"policy.xml", kListedFile));
+    InApartment(COINIT_APARTMENTTHREADED, [&] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        ASSERT_EQ(file->InitializeFile(path.Get(), 1), S_OK);
+        ComPtr<IUnknown> product;
+        ComPtr<IUnknown> task;
+        ASSERT_EQ(file->GetPolicy(Bstr(u"B").Get(), product.Put()), S_OK);
+        ASSERT_EQ(file->GetTask(Bstr(u"A").Get(), Bstr(u"2").Get(), task.Put()), S_OK);
+        for (const ComPtr<IUnknown>& object : {product, task}) {
+            const ComPtr<IPolicySections> sections = object.Query<IPolicySections>();
+            ASSERT_TRUE(sections);
+            EXPECT_TRUE(IsProxy(sections.Get()));
+            const Bstr section(u"S");
+            const Bstr setting(u"x");
+            EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return sections->get_SectionNames(slot); }),
+                      AllOf({u"S", u"E"}));
+            EXPECT_EQ(ListOf([&](IPolicyNames** slot) { return sections->GetSettingNames(section.Get(), slot); }),
+                      AllOf({u"x"}));
+            Bstr value;
+            EXPECT_EQ(sections->GetStoredSetting(section.Get(), setting.Get(), value.Slot()), S_OK);
+            EXPECT_EQ(value.Text(), u"1");
+            Bstr version;
+            EXPECT_EQ(sections->get_TakenVersion(version.Slot()), S_OK);
+            EXPECT_EQ(version.Text(), u"7");
+            ComPtr<IPolicyNames> none;
+            EXPECT_EQ(sections->GetSettingNames(setting.Get(), none.Put()), result::SectionNotFound);
+            EXPECT_FALSE(none);
+        }
+    });
+}
+
+TEST_F(ActivationTest, MembersOfOtherInterfaces_AreCalledByNameThroughAProxy)
+{
+    const TempFolder folder;
+    const std::u16string path = folder.Write(u"policy.xml", kListedFile);
+    InApartment(COINIT_APARTMENTTHREADED, [&] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        ASSERT_TRUE(IsProxy(file.Get()));
+        EXPECT_EQ(MemberCall(file.Get(), u"PolicyIDs").Get().code, result::NotInitialised);
+        EXPECT_EQ(MemberCall(file.Get(), u"OpenForEdit").In(path).In(LONG{0}).Call().code, S_OK);
+        EXPECT_EQ(MemberCall(file.Get(), u"HasFileChanged").ForResult().number, 0);
+        const auto names = MemberCall(file.Get(), u"PolicyIDs").Get().object.Query<IPolicyNames>();
+        ASSERT_TRUE(names);
+        EXPECT_EQ(ReadNames(*names), (Names{u"B", u"A"}));
+        EXPECT_EQ(MemberCall(file.Get(), u"EndEdit").Call().code, S_OK);
+    });
+}
+
+TEST_F(ActivationTest, TypeInformationOfAnObject_IsThatOfItsDualInterface)
+{
+    InApartment(COINIT_MULTITHREADED, [] {
+        ComPtr<IPolicyFile> file;
+        ASSERT_EQ(CreateIn(file), S_OK);
+        UINT count = 0;
+        EXPECT_EQ(file->GetTypeInfoCount(&count), S_OK);
+        EXPECT_EQ(count, 1u);
+        ComPtr<ITypeInfo> info;
+        ASSERT_EQ(file->GetTypeInfo(0, LOCALE_NEUTRAL, info.Put()), S_OK);
+        TYPEATTR* attributes = nullptr;
+        ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
+        EXPECT_TRUE(attributes->guid == IID_IPolicyFile);
+        info->ReleaseTypeAttr(attributes);
+        for (const wchar_t* other : {L"PolicyIDs", L"OpenForEdit"}) {
+            LPOLESTR name = const_cast<LPOLESTR>(other);
+            DISPID id = 0;
+            EXPECT_EQ(info->GetIDsOfNames(&name, 1, &id), DISP_E_UNKNOWNNAME) << Narrow(other);
+        }
     });
 }
 

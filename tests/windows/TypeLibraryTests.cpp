@@ -16,6 +16,7 @@ namespace zupm::test {
 
 namespace {
 
+constexpr int kUnknownSlots = 3;
 constexpr int kDispatchSlots = 7;
 
 /// One parameter as either side describes it.
@@ -49,11 +50,11 @@ void PrintTo(const MemberText& member, std::ostream* out)
     *out << ")";
 }
 
-/// The name of one of the four interfaces.
+/// The name of one of the interfaces that objects are handed out by.
 std::string NameOf(REFIID iid)
 {
-    for (const auto described :
-         {&TaskInfoInterface, &PolicyTaskInterface, &PolicyProductInterface, &PolicyFileInterface}) {
+    for (const auto described : {&TaskInfoInterface, &PolicyTaskInterface, &PolicyProductInterface,
+                                 &PolicyFileInterface, &PolicyNamesInterface, &PolicyNoticesInterface}) {
         if (described().iid == iid) {
             return Utf8(described().name);
         }
@@ -82,12 +83,13 @@ std::string TypeName(const Parameter& parameter)
     return "?";
 }
 
-std::vector<MemberText> FromTable(const InterfaceDescription& description)
+/// `baseSlots`: how many slots the interface has from its base.
+std::vector<MemberText> FromTable(const InterfaceDescription& description, int baseSlots)
 {
     std::vector<MemberText> members;
     for (const Member& row : description.members) {
         MemberText member{std::u16string(row.name),   row.id,
-                          static_cast<int>(row.kind), kDispatchSlots + static_cast<int>(members.size()),
+                          static_cast<int>(row.kind), baseSlots + static_cast<int>(members.size()),
                           std::string(row.help),      {}};
         for (const Parameter& parameter : row.parameters) {
             member.parameters.push_back({std::u16string(parameter.name), TypeName(parameter), parameter.isResult});
@@ -129,7 +131,7 @@ ParameterText FromElement(ITypeInfo& info, const ELEMDESC& element, const std::u
     return {name, (isOut ? "out " : "") + TypeName(info, element.tdesc), (flags & PARAMFLAG_FRETVAL) != 0};
 }
 
-MemberText FromLibrary(ITypeInfo& info, UINT index)
+MemberText MemberOf(ITypeInfo& info, UINT index)
 {
     FUNCDESC* function = nullptr;
     EXPECT_EQ(info.GetFuncDesc(index, &function), S_OK);
@@ -157,21 +159,28 @@ MemberText FromLibrary(ITypeInfo& info, UINT index)
     return member;
 }
 
-/// The members of the interface as direct callers see it, without those of IDispatch.
-std::vector<MemberText> FromLibrary(ITypeInfo& dispatch)
+/// A dual interface as direct callers see it, without the members of IDispatch.
+ComPtr<ITypeInfo> DirectOf(ITypeInfo& dispatch)
 {
     HREFTYPE reference = 0;
     EXPECT_EQ(dispatch.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
     ComPtr<ITypeInfo> direct;
     EXPECT_EQ(dispatch.GetRefTypeInfo(reference, direct.Put()), S_OK);
+    return direct;
+}
+
+/// The members of an interface; all of `flags` must be set.
+std::vector<MemberText> FromLibrary(ITypeInfo& info, WORD flags)
+{
     TYPEATTR* attributes = nullptr;
-    EXPECT_EQ(direct->GetTypeAttr(&attributes), S_OK);
-    EXPECT_NE(attributes->wTypeFlags & TYPEFLAG_FDUAL, 0);
+    EXPECT_EQ(info.GetTypeAttr(&attributes), S_OK);
+    EXPECT_EQ(attributes->typekind, TKIND_INTERFACE);
+    EXPECT_EQ(attributes->wTypeFlags & flags, flags);
     std::vector<MemberText> members;
     for (UINT i = 0; i < attributes->cFuncs; ++i) {
-        members.push_back(FromLibrary(*direct.Get(), i));
+        members.push_back(MemberOf(info, i));
     }
-    direct->ReleaseTypeAttr(attributes);
+    info.ReleaseTypeAttr(attributes);
     return members;
 }
 
@@ -207,7 +216,18 @@ UINT InterfacesOf(ITypeInfo& coclass)
     return count;
 }
 
-class TypeLibraryInterfaceTest : public testing::TestWithParam<const InterfaceDescription& (*)() noexcept> {};
+using Describe = const InterfaceDescription& (*)() noexcept;
+
+class TypeLibraryInterfaceTest : public testing::TestWithParam<Describe> {};
+class TypeLibraryDirectInterfaceTest : public testing::TestWithParam<Describe> {};
+
+void ExpectMembers(const std::vector<MemberText>& library, const std::vector<MemberText>& table)
+{
+    ASSERT_EQ(library.size(), table.size());
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        EXPECT_EQ(library[i], table[i]);
+    }
+}
 
 }  // namespace
 
@@ -228,48 +248,21 @@ TEST(TypeLibraryTest, Library_HasItsIdentifierVersionNameAndHelp)
     EXPECT_EQ(help.Text(), u"zuPolicyManager 1.0 Type Library");
 }
 
-TEST(TypeLibraryTest, Library_DescribesFiveInterfacesAndFourClasses)
+TEST(TypeLibraryTest, Library_DescribesNineInterfacesAndFourClasses)
 {
-    EXPECT_EQ(Library()->GetTypeInfoCount(), 9u);
+    EXPECT_EQ(Library()->GetTypeInfoCount(), 13u);
 }
 
-TEST(TypeLibraryTest, EditInterface_HasItsFiveMembersAfterThoseOfIUnknown)
+TEST(TypeLibraryTest, Enumerator_IsHiddenFromMacroLanguages)
 {
-    constexpr int kUnknownSlots = 3;
-    const auto member = [](std::u16string name, int index, std::string help, std::vector<ParameterText> parameters) {
-        // Numbers that the library makes up for members without one: of a direct interface, by their place.
-        const DISPID id = 0x60010000 + index;
-        return MemberText{std::move(name),      id, INVOKE_FUNC, kUnknownSlots + index, std::move(help),
-                          std::move(parameters)};
-    };
-    const MemberText expected[] = {
-        member(u"OpenForEdit", 0, "Opens, locks and loads a policy file that is going to be replaced",
-               {{u"strPolicyFile", "BSTR", false}, {u"lTimeout", "LONG", false}}),
-        member(u"HasFileChanged", 1, "Whether the file is no longer the one that was loaded",
-               {{u"plChanged", "out LONG*", true}}),
-        member(u"RehearseCommit", 2, "Answers whether CommitEdit would be refused", {{u"bForce", "LONG", false}}),
-        member(u"CommitEdit", 3, "Replaces the file if it is still the one that was loaded",
-               {{u"bForce", "LONG", false}}),
-        member(u"EndEdit", 4, "Ends the edit without writing", {}),
-    };
     ComPtr<ITypeInfo> info;
-    ASSERT_EQ(Library()->GetTypeInfoOfGuid(IID_IPolicyFileEdit, info.Put()), S_OK);
-    EXPECT_EQ(DocumentationOf(*info.Get()), (Documentation{u"IPolicyFileEdit", u"IPolicyFileEdit Interface"}));
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
-    const UINT count = attributes->cFuncs;
-    EXPECT_EQ(attributes->typekind, TKIND_INTERFACE);
-    EXPECT_NE(attributes->wTypeFlags & TYPEFLAG_FOLEAUTOMATION, 0) << "what the type library's marshaller asks for";
-    info->ReleaseTypeAttr(attributes);
-    ASSERT_EQ(count, std::size(expected));
-    for (UINT i = 0; i < count; ++i) {
-        EXPECT_EQ(FromLibrary(*info.Get(), i), expected[i]);
-    }
-    HREFTYPE reference = 0;
-    ASSERT_EQ(info->GetRefTypeOfImplType(0, &reference), S_OK);
-    ComPtr<ITypeInfo> base;
-    ASSERT_EQ(info->GetRefTypeInfo(reference, base.Put()), S_OK);
-    EXPECT_EQ(DocumentationOf(*base.Get()).name, u"IUnknown");
+    ASSERT_EQ(Library()->GetTypeInfoOfGuid(IID_IPolicyNames, info.Put()), S_OK);
+    const ComPtr<ITypeInfo> direct = DirectOf(*info);
+    FUNCDESC* function = nullptr;
+    ASSERT_EQ(direct->GetFuncDesc(2, &function), S_OK);
+    EXPECT_EQ(function->memid, DISPID_NEWENUM);
+    EXPECT_NE(function->wFuncFlags & FUNCFLAG_FRESTRICTED, 0);
+    direct->ReleaseFuncDesc(function);
 }
 
 TEST(TypeLibraryTest, Classes_HaveTheirDescriptionAndOneInterface)
@@ -308,16 +301,30 @@ TEST_P(TypeLibraryInterfaceTest, Members_AreThoseOfTheDispatchTable)
     ComPtr<ITypeInfo> info;
     ASSERT_EQ(Library()->GetTypeInfoOfGuid(description.iid, info.Put()), S_OK);
     EXPECT_EQ(DocumentationOf(*info.Get()).name, description.name);
-    const std::vector<MemberText> library = FromLibrary(*info.Get());
-    const std::vector<MemberText> table = FromTable(description);
-    ASSERT_EQ(library.size(), table.size());
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        EXPECT_EQ(library[i], table[i]);
-    }
+    ExpectMembers(FromLibrary(*DirectOf(*info), TYPEFLAG_FDUAL), FromTable(description, kDispatchSlots));
+}
+
+TEST_P(TypeLibraryDirectInterfaceTest, Members_AreThoseOfTheTableAfterThoseOfIUnknown)
+{
+    const InterfaceDescription& description = GetParam()();
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(Library()->GetTypeInfoOfGuid(description.iid, info.Put()), S_OK);
+    EXPECT_EQ(DocumentationOf(*info),
+              (Documentation{std::u16string(description.name), std::u16string(description.name) + u" Interface"}));
+    // The flag is what the type library's marshaller asks for.
+    ExpectMembers(FromLibrary(*info, TYPEFLAG_FOLEAUTOMATION), FromTable(description, kUnknownSlots));
+    HREFTYPE reference = 0;
+    ASSERT_EQ(info->GetRefTypeOfImplType(0, &reference), S_OK);
+    ComPtr<ITypeInfo> base;
+    ASSERT_EQ(info->GetRefTypeInfo(reference, base.Put()), S_OK);
+    EXPECT_EQ(DocumentationOf(*base).name, u"IUnknown");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, TypeLibraryInterfaceTest,
                          testing::Values(&TaskInfoInterface, &PolicyTaskInterface, &PolicyProductInterface,
-                                         &PolicyFileInterface));
+                                         &PolicyFileInterface, &PolicyNamesInterface, &PolicyNoticesInterface));
+INSTANTIATE_TEST_SUITE_P(All, TypeLibraryDirectInterfaceTest,
+                         testing::Values(&PolicyFileEditInterface, &PolicyFileContentsInterface,
+                                         &PolicySectionsInterface));
 
 }  // namespace zupm::test

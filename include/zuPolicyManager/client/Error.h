@@ -184,37 +184,37 @@ struct Place {
 }
 
 /// Throws the class of exceptions that the code belongs to.
-[[noreturn]] inline void Throw(Failure failure)
+[[noreturn]] inline void Throw(const Failure& failure)
 {
     switch (failure.code) {
         case result::PolicyNotFound:
         case result::TaskNotFound:
         case result::SectionNotFound:
         case result::SettingNotFound:
-            throw NotFound(std::move(failure));
+            throw NotFound(failure);
         case result::FileChanged:
-            throw Changed(std::move(failure));
+            throw Changed(failure);
         case result::FileLocked:
-            throw Locked(std::move(failure));
+            throw Locked(failure);
         case result::ReadOnly:
-            throw ReadOnly(std::move(failure));
+            throw ReadOnly(failure);
         case result::WrittenNotFlushed:
-            throw NotFlushed(std::move(failure));
+            throw NotFlushed(failure);
         case result::SyntaxError:
-            throw SyntaxError(std::move(failure));
+            throw SyntaxError(failure);
         case result::NotValidInItsEncoding:
-            throw InvalidText(std::move(failure));
+            throw InvalidText(failure);
         case result::OutOfMemory:
-            throw Error(std::move(failure));
+            throw Error(failure);
         default:
             break;
     }
     // Codes of file operations carry the system's facility; the component's other codes never do.
     constexpr std::uint32_t kSystemFacility = 0x80070000u;
     if ((static_cast<std::uint32_t>(failure.code) & 0xFFFF0000u) == kSystemFacility) {
-        throw FileError(std::move(failure));
+        throw FileError(failure);
     }
-    throw Error(std::move(failure));
+    throw Error(failure);
 }
 
 /// The sentence of a code, also of the few codes of the component runtime that a client meets.
@@ -262,7 +262,7 @@ struct Place {
         failure.line = place->line;
         failure.column = place->column;
     }
-    Throw(std::move(failure));
+    Throw(failure);
 }
 
 }  // namespace client

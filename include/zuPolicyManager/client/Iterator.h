@@ -83,6 +83,8 @@ public:
 
     [[nodiscard]] iterator begin() const { return m_source ? iterator(m_source) : iterator(); }
     [[nodiscard]] iterator end() const noexcept { return {}; }
+    /// The length of the list when it was made; a walk may pass over rows.
+    [[nodiscard]] std::size_t Count() const noexcept { return m_source ? m_source->Count() : 0; }
 
 private:
     std::shared_ptr<const Source> m_source;

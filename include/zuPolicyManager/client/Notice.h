@@ -1,13 +1,17 @@
 /// What is odd in a policy file.
 #pragma once
 
+#include <zuPolicyManager/client/File.h>
+#include <zuPolicyManager/client/Iterator.h>
 #include <zuPolicyManager/client/Text.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace zupm {
 
@@ -35,32 +39,52 @@ struct Notice {
 
 namespace client {
 
-/// Every notice of a list. `check` throws for a result that is negative.
-template <class Check>
-[[nodiscard]] std::vector<Notice> NoticesOf(IPolicyNotices& list, const Check& check)
-{
-    const auto number = [&](auto get, LONG index) {
-        LONG value = 0;
-        check((list.*get)(index, &value));
-        return static_cast<std::int32_t>(value);
-    };
-    const auto text = [&](auto get, LONG index) {
-        Bstr value;
-        check((list.*get)(index, value.Slot()));
-        return ToText(value);
-    };
-    LONG count = 0;
-    check(list.get_Count(&count));
-    std::vector<Notice> notices;
-    notices.reserve(static_cast<std::size_t>(count));
-    for (LONG index = 0; index < count; ++index) {
-        notices.push_back({NoticeKind{number(&IPolicyNotices::get_Kind, index)},
-                           number(&IPolicyNotices::get_Line, index), number(&IPolicyNotices::get_Column, index),
-                           text(&IPolicyNotices::get_SoftwareID, index), text(&IPolicyNotices::get_TaskID, index),
-                           text(&IPolicyNotices::get_Text, index)});
+/// A list of notices, as rows.
+class NoticeRows {
+public:
+    using value_type = Notice;
+
+    NoticeRows(ComPtr<IPolicyNotices> list, std::shared_ptr<const File> file)
+        : m_list(std::move(list)), m_file(std::move(file))
+    {
+        m_file->Check(m_list->get_Count(&m_count));
     }
-    return notices;
-}
+
+    [[nodiscard]] std::size_t Count() const noexcept { return static_cast<std::size_t>(m_count); }
+    [[nodiscard]] std::optional<Notice> Make(std::size_t row) const
+    {
+        const auto index = static_cast<LONG>(row);
+        return Notice{NoticeKind{Number(&IPolicyNotices::get_Kind, index)},
+                      Number(&IPolicyNotices::get_Line, index),
+                      Number(&IPolicyNotices::get_Column, index),
+                      Text(&IPolicyNotices::get_SoftwareID, index),
+                      Text(&IPolicyNotices::get_TaskID, index),
+                      Text(&IPolicyNotices::get_Text, index)};
+    }
+
+private:
+    [[nodiscard]] std::int32_t Number(HRESULT (IPolicyNotices::*get)(LONG, LONG*), LONG index) const
+    {
+        LONG value = 0;
+        m_file->Check(((*m_list).*get)(index, &value));
+        return static_cast<std::int32_t>(value);
+    }
+    [[nodiscard]] std::string Text(HRESULT (IPolicyNotices::*get)(LONG, BSTR*), LONG index) const
+    {
+        Bstr value;
+        m_file->Check(((*m_list).*get)(index, value.Slot()));
+        return ToText(value);
+    }
+
+    ComPtr<IPolicyNotices> m_list;
+    std::shared_ptr<const File> m_file;
+    LONG m_count = 0;
+};
 
 }  // namespace client
+
+/// A range of notices, in the order of the file: a snapshot. They are read one by one, because a hostile file may have
+/// a million.
+using Notices = client::Range<client::NoticeRows>;
+
 }  // namespace zupm

@@ -250,12 +250,12 @@ public:
         }
         return client::ToText(text);
     }
-    /// What is odd in the document as it was loaded.
-    [[nodiscard]] std::vector<Notice> Notices() const
+    /// What is odd in the document as it is now.
+    [[nodiscard]] zupm::Notices Notices() const
     {
         ComPtr<IPolicyNotices> notices;
         Shared().Check(Shared().As<IPolicyFileContents>()->get_Notices(notices.Put()));
-        return client::NoticesOf(*notices, [this](HRESULT result) { Shared().Check(result); });
+        return zupm::Notices({std::move(notices), m_file});
     }
 
     /// Whether the file at the path is no longer the one that was loaded.

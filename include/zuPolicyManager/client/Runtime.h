@@ -57,22 +57,25 @@ template <class Interface>
     return object;
 }
 
+/// An object that was moved from, or an empty interface.
+[[noreturn]] inline void ThrowEmpty()
+{
+    Throw({result::NotInitialised, {}, "The object is empty: it was moved from.", {}});
+}
+
 /// Another interface of an object. Throws Error: an older component lacks the newer interfaces.
 template <class Interface, class From>
 [[nodiscard]] ComPtr<Interface> Require(const ComPtr<From>& object)
 {
+    if (!object) {
+        ThrowEmpty();
+    }
     ComPtr<Interface> wanted;
     const HRESULT result = object->QueryInterface(InterfaceTraits<Interface>::Id(), wanted.PutVoid());
     if (result < 0) {
         ThrowCode(static_cast<result::Code>(result), "the component zuPolicyManager64");
     }
     return wanted;
-}
-
-/// An object that was moved from, or an empty interface.
-[[noreturn]] inline void ThrowEmpty()
-{
-    Throw({result::NotInitialised, {}, "The object is empty: it was moved from.", {}});
 }
 
 }  // namespace client

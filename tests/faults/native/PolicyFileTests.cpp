@@ -182,6 +182,16 @@ HRESULT EditInPlace(World& world)
     return code;
 }
 
+/// The same without an edit.
+HRESULT CompareAndWrite(World& world)
+{
+    const auto contents = ComPtr<IPolicyFile>(world.file.Object()).Query<IPolicyFileContents>();
+    LONG changed = 0;
+    const HRESULT code = contents->get_HasChangedOnDisk(&changed);
+    EXPECT_EQ(changed, 0);
+    return code == S_OK ? contents->WriteIfUnchanged(0) : code;
+}
+
 /// The file has its old bytes or the document's, and says which; it can be loaded again.
 void IsOldOrNewAndCanBeLoaded(World& world, const Sight& before, const Outcome& outcome)
 {
@@ -214,6 +224,7 @@ const FileOperation kOperations[] = {
      .prepare = MakeLink,
      .errors = 7},
     {.name = "EditInPlace", .run = EditInPlace, .check = IsOldOrNewAndCanBeLoaded},
+    {.name = "CompareAndWrite", .run = CompareAndWrite, .check = IsOldOrNewAndCanBeLoaded},
     {.name = "WriteFile_IntoAPipe",
      .run = [](World& world) { return WriteTo(world, world.newPath); },
      .check = IsInThePipeOrReported,

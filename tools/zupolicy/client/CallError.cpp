@@ -1,8 +1,8 @@
 #include "tools/zupolicy/client/CallError.h"
 
-#include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/Results.h>
 
+#include <cstdint>
 #include <string_view>
 
 #include "tools/zupolicy/client/Utf8.h"
@@ -57,24 +57,24 @@ std::string MessageFor(result::Code code, const std::string& subject, const std:
     return (hasSubject ? description : subject + ": " + description) + " [" + name + ", " + Hex(code) + "]";
 }
 
-/// The sentence that the failed call left for this thread, or the sentence of its code.
-std::string TakeDescription(result::Code code)
+std::string DescriptionOf(const Error& error)
 {
-    ComPtr<IErrorInfo> info;
-    Bstr description;
-    if (GetErrorInfo(0, info.Put()) == S_OK && info && info->GetDescription(description.Put()) >= 0) {
-        if (std::string text = ToUtf8(description.Text()); !text.empty()) {
-            return text;
-        }
+    if (error.Line() == 0) {
+        return error.Sentence();
     }
-    const std::u16string_view sentence = result::SentenceFor(code);
-    return sentence.empty() ? "The call failed." : ToUtf8(sentence);
+    return error.File() + ":" + std::to_string(error.Line()) + ":" + std::to_string(error.Column()) + ": " +
+           error.Sentence();
 }
 
 }  // namespace
 
 CallError::CallError(result::Code code, const std::string& subject, const std::string& description)
     : Failure(ExitCodeFor(code), MessageFor(code, subject, description)), m_result(code), m_description(description)
+{
+}
+
+CallError::CallError(const Error& error, const std::string& subject)
+    : CallError(error.Code(), subject, DescriptionOf(error))
 {
 }
 
@@ -88,13 +88,16 @@ CallError CallError::With(const std::string& more) const
     return {*this, what() + more};
 }
 
-result::Code Check(HRESULT result, const std::string& subject)
+void Check(HRESULT result, const std::string& subject)
 {
     const auto code = static_cast<result::Code>(result);
-    if (code < 0) {
-        throw CallError(code, subject, TakeDescription(code));
+    if (code >= 0) {
+        return;
     }
-    return code;
+    const std::string description = client::TakeDescription();
+    const std::u16string_view sentence = result::SentenceFor(code);
+    const std::string otherwise = sentence.empty() ? "The call failed." : ToUtf8(sentence);
+    throw CallError(code, subject, description.empty() ? otherwise : description);
 }
 
 }  // namespace zupm::tool

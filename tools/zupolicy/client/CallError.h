@@ -1,7 +1,7 @@
 /// Failed calls of the component, as messages for people.
 #pragma once
 
-#include <zuPolicyManager/zuPolicyManager.h>
+#include <zuPolicyManager/client/Error.h>
 
 #include <string>
 
@@ -12,8 +12,10 @@ namespace zupm::tool {
 /// A call of the component that failed: "subject: sentence [Name, 0xFFFFFB49]".
 class CallError : public Failure {
 public:
-    /// `description` is the thread's error information for the call.
+    /// `description` is what the component says about the failure: a sentence, or "file:line:column: reason".
     CallError(result::Code code, const std::string& subject, const std::string& description);
+    /// The failure of a call, about the tool's own subject.
+    CallError(const Error& error, const std::string& subject);
 
     /// The same failure with more to its message.
     [[nodiscard]] CallError With(const std::string& more) const;
@@ -29,8 +31,19 @@ private:
     std::string m_description;
 };
 
-/// Throws CallError for a negative result, with the thread's error information; returns the result otherwise.
-/// `subject` names what the call was about, such as the file's name.
-result::Code Check(HRESULT result, const std::string& subject);
+/// Throws CallError for a negative result of an interface, with the thread's error information.
+void Check(HRESULT result, const std::string& subject);
+
+/// Calls `call`; what the component refuses leaves it as a CallError. `subject` names what the call is about, such as
+/// the file's name.
+template <typename Call>
+decltype(auto) Calling(const std::string& subject, const Call& call)
+{
+    try {
+        return call();
+    } catch (const Error& error) {
+        throw CallError(error, subject);
+    }
+}
 
 }  // namespace zupm::tool

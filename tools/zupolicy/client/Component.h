@@ -1,4 +1,4 @@
-/// The component in this process: its runtime, and its objects.
+/// The making of the component's objects.
 #pragma once
 
 #include <zuPolicyManager/Owners.h>
@@ -10,24 +10,13 @@ namespace zupm::tool {
 /// Throws CallError when the component is not there or cannot create the object.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out);
 
+/// A new object of the class that implements an interface.
 template <typename Interface>
-[[nodiscard]] ComPtr<Interface> Create(REFCLSID clsid, REFIID iid)
+[[nodiscard]] ComPtr<Interface> Create()
 {
     ComPtr<Interface> object;
-    CreateObject(clsid, iid, object.PutVoid());
+    CreateObject(InterfaceTraits<Interface>::Class(), InterfaceTraits<Interface>::Id(), object.PutVoid());
     return object;
 }
-
-/// Keeps the component runtime started.
-///
-/// Lifetime  Outlives every object of the component.
-/// Errors    The constructor throws Failure when the runtime cannot be started.
-class Runtime {
-public:
-    Runtime();
-    Runtime(const Runtime&) = delete;
-    Runtime& operator=(const Runtime&) = delete;
-    ~Runtime();
-};
 
 }  // namespace zupm::tool

@@ -1,69 +1,58 @@
 #include "tools/zupolicy/client/Entry.h"
 
+#include <string_view>
 #include <utility>
-
-#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 
-std::optional<std::u16string> Entry::Find(std::u16string_view section, std::u16string_view name)
+void TaskEntry::PutIds(const std::string& softwareId, const std::string& taskId)
 {
-    try {
-        return Get(section, name);
-    } catch (const CallError& error) {
-        if (error.Code() == ExitCode::NotFound) {
-            return std::nullopt;
-        }
-        throw;
-    }
-}
-
-void TaskEntry::PutIds(std::u16string_view softwareId, std::u16string_view taskId)
-{
-    Check(Object()->put_SoftwareID(Bstr(softwareId).Get()), Subject());
-    Check(Object()->put_TaskID(Bstr(taskId).Get()), Subject());
+    Calling(Subject(), [&] { Own().SetSoftwareId(softwareId).SetTaskId(taskId); });
 }
 
 std::vector<FieldChange> TaskEntry::PutFields(const TaskFields& fields)
 {
+    using Getter = std::string (zupm::Task::*)() const;
+    using Setter = zupm::Task& (zupm::Task::*)(std::string_view)&;
     std::vector<FieldChange> changes;
-    const auto put = [&](const char* name, const std::optional<std::string>& value, auto getter, auto setter) {
+    const auto put = [&](const char* name, const std::optional<std::string>& value, Getter getter, Setter setter) {
         if (!value) {
             return;
         }
-        Bstr slot;
-        Check((Object()->*getter)(slot.Slot()), Subject());
-        if (std::string before = ToUtf8(slot.Text()); before != *value) {
-            Check((Object()->*setter)(Bstr(FromUtf8(*value)).Get()), Subject());
-            changes.push_back({name, std::move(before), *value});
-        }
+        Calling(Subject(), [&] {
+            if (std::string before = (Own().*getter)(); before != *value) {
+                static_cast<void>((Own().*setter)(Valid(*value)));
+                changes.push_back({name, std::move(before), *value});
+            }
+        });
     };
-    put("displayName", fields.displayName, &IPolicyTask::get_DisplayName, &IPolicyTask::put_DisplayName);
-    put("type", fields.type, &IPolicyTask::get_TaskType, &IPolicyTask::put_TaskType);
-    put("platforms", fields.platforms, &IPolicyTask::get_PlatformsSupported, &IPolicyTask::put_PlatformsSupported);
-    put("creator", fields.creator, &IPolicyTask::get_CreatorID, &IPolicyTask::put_CreatorID);
+    put("displayName", fields.displayName, &zupm::Task::DisplayName, &zupm::Task::SetDisplayName);
+    put("type", fields.type, &zupm::Task::Type, &zupm::Task::SetType);
+    put("platforms", fields.platforms, &zupm::Task::Platforms, &zupm::Task::SetPlatforms);
+    put("creator", fields.creator, &zupm::Task::Creator, &zupm::Task::SetCreator);
     PutPriority(fields.priority, changes);
     return changes;
 }
 
 void TaskEntry::PutPriority(std::optional<std::int32_t> priority, std::vector<FieldChange>& changes)
 {
-    LONG before = 0;
-    Check(Object()->get_Priority(&before), Subject());
-    if (priority && *priority != before) {
-        Check(Object()->put_Priority(*priority), Subject());
-        changes.push_back({"priority", std::to_string(before), std::to_string(*priority)});
-    }
+    Calling(Subject(), [&] {
+        const std::int32_t before = Own().Priority();
+        if (priority && *priority != before) {
+            Own().SetPriority(*priority);
+            changes.push_back({"priority", std::to_string(before), std::to_string(*priority)});
+        }
+    });
 }
 
-void TaskEntry::PutDefaults(std::u16string_view taskId)
+void TaskEntry::PutDefaults(const std::string& taskId)
 {
-    static_cast<void>(PutFields({ToUtf8(taskId), "", "", "", 0}));
+    static_cast<void>(PutFields({taskId, "", "", "", 0}));
 }
 
-void TaskEntry::WriteIni(std::u16string_view path)
+void TaskEntry::WriteIni(const std::string& path)
 {
-    Check(Object()->WriteTaskDataToIniFile(Bstr(path).Get()), Subject());
+    Calling(Subject(), [&] { Own().WriteIni(path); });
 }
 
 }  // namespace zupm::tool

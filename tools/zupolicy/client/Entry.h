@@ -1,23 +1,23 @@
 /// Policies and tasks, as the component hands them out.
 #pragma once
 
-#include <zuPolicyManager/Owners.h>
-#include <zuPolicyManager/zuPolicyManager.h>
+#include <zuPolicyManager/client/PolicyFile.h>
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 
 /// The sections of settings of one policy or task: a private copy, which goes back into the file with HandBack.
 ///
-/// Errors  Every call that fails throws CallError; its message begins with the subject given at construction.
+/// Errors  Every call that fails throws CallError; its message begins with the subject given at construction. An
+///         argument that is not valid UTF-8 throws Failure.
 class Entry {
 public:
     explicit Entry(std::string subject) : m_subject(std::move(subject)) {}
@@ -26,16 +26,15 @@ public:
     virtual ~Entry() = default;
 
     /// A setting's value; throws when the section or the setting is missing.
-    [[nodiscard]] virtual std::u16string Get(std::u16string_view section, std::u16string_view name) = 0;
-    /// Creates a missing section and setting.
-    virtual void Put(std::u16string_view section, std::u16string_view name, std::u16string_view value) = 0;
-    virtual void RemoveSetting(std::u16string_view section, std::u16string_view name) = 0;
-    virtual void RemoveSection(std::u16string_view section) = 0;
-    /// Puts a copy into the file's document.
-    virtual void HandBack(IPolicyFile& file) = 0;
-
+    [[nodiscard]] virtual std::string Get(const std::string& section, const std::string& name) = 0;
     /// As Get; nothing when the section or the setting is missing.
-    [[nodiscard]] std::optional<std::u16string> Find(std::u16string_view section, std::u16string_view name);
+    [[nodiscard]] virtual std::optional<std::string> Find(const std::string& section, const std::string& name) = 0;
+    /// Creates a missing section and setting.
+    virtual void Put(const std::string& section, const std::string& name, const std::string& value) = 0;
+    virtual void RemoveSetting(const std::string& section, const std::string& name) = 0;
+    virtual void RemoveSection(const std::string& section) = 0;
+    /// Puts a copy into the file's document.
+    virtual void HandBack(const zupm::PolicyFile& file) = 0;
 
 protected:
     [[nodiscard]] const std::string& Subject() const noexcept { return m_subject; }
@@ -44,63 +43,58 @@ private:
     std::string m_subject;
 };
 
-/// What policies and tasks have in common, member for member.
-template <typename Interface>
+/// What policies and tasks have in common; `Copy` is zupm::Policy or zupm::Task.
+template <typename Copy>
 class EntryOf : public Entry {
 public:
-    EntryOf(ComPtr<Interface> object, std::string subject) : Entry(std::move(subject)), m_object(std::move(object)) {}
+    EntryOf(Copy copy, std::string subject) : Entry(std::move(subject)), m_copy(std::move(copy)) {}
 
-    [[nodiscard]] std::u16string Get(std::u16string_view section, std::u16string_view name) override
+    [[nodiscard]] std::string Get(const std::string& section, const std::string& name) override
     {
-        Bstr value;
-        Check(m_object->GetSectionSetting(Bstr(section).Get(), Bstr(name).Get(), value.Slot()), Subject());
-        return value.Text();
+        return Calling(Subject(), [&] { return m_copy.Value(Valid(section), Valid(name)); });
     }
-    void Put(std::u16string_view section, std::u16string_view name, std::u16string_view value) override
+    [[nodiscard]] std::optional<std::string> Find(const std::string& section, const std::string& name) override
     {
-        Check(m_object->PutSectionSetting(Bstr(section).Get(), Bstr(name).Get(), Bstr(value).Get()), Subject());
+        return Calling(Subject(), [&] { return m_copy.Find(Valid(section), Valid(name)); });
     }
-    void RemoveSetting(std::u16string_view section, std::u16string_view name) override
+    void Put(const std::string& section, const std::string& name, const std::string& value) override
     {
-        Check(m_object->RemoveSetting(Bstr(section).Get(), Bstr(name).Get()), Subject());
+        Calling(Subject(), [&] { m_copy.Set(Valid(section), Valid(name), Valid(value)); });
     }
-    void RemoveSection(std::u16string_view section) override
+    void RemoveSetting(const std::string& section, const std::string& name) override
     {
-        Check(m_object->RemoveSection(Bstr(section).Get()), Subject());
+        Calling(Subject(), [&] { m_copy.Remove(Valid(section), Valid(name)); });
+    }
+    void RemoveSection(const std::string& section) override
+    {
+        Calling(Subject(), [&] { m_copy.Remove(Valid(section)); });
+    }
+    void HandBack(const zupm::PolicyFile& file) override
+    {
+        Calling(Subject(), [&] { file.Add(m_copy); });
     }
 
 protected:
-    [[nodiscard]] Interface* Object() const noexcept { return m_object.Get(); }
+    [[nodiscard]] Copy& Own() noexcept { return m_copy; }
 
 private:
-    ComPtr<Interface> m_object;
+    Copy m_copy;
 };
 
-/// One product's policy.
-class PolicyEntry final : public EntryOf<IPolicyProduct> {
-public:
-    using EntryOf::EntryOf;
-
-    void HandBack(IPolicyFile& file) override { Check(file.AddPolicy(Object(), 1), Subject()); }
-    void PutSoftwareId(std::u16string_view softwareId)
-    {
-        Check(Object()->put_SoftwareID(Bstr(softwareId).Get()), Subject());
-    }
-};
+using PolicyEntry = EntryOf<zupm::Policy>;
 
 /// One task, with its identity fields.
-class TaskEntry final : public EntryOf<IPolicyTask> {
+class TaskEntry final : public EntryOf<zupm::Task> {
 public:
     using EntryOf::EntryOf;
 
-    void HandBack(IPolicyFile& file) override { Check(file.AddTask(Object(), 1), Subject()); }
-    void PutIds(std::u16string_view softwareId, std::u16string_view taskId);
+    void PutIds(const std::string& softwareId, const std::string& taskId);
     /// Sets each given field whose value differs; returns those that changed.
     std::vector<FieldChange> PutFields(const TaskFields& fields);
     /// Fills in what a new task must not leave as the component's placeholder: the display name becomes the task ID,
     /// the other texts empty.
-    void PutDefaults(std::u16string_view taskId);
-    void WriteIni(std::u16string_view path);
+    void PutDefaults(const std::string& taskId);
+    void WriteIni(const std::string& path);
 
 private:
     void PutPriority(std::optional<std::int32_t> priority, std::vector<FieldChange>& changes);

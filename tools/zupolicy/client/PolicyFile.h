@@ -1,14 +1,17 @@
 /// A policy file that is open in this process.
 #pragma once
 
-#include <zuPolicyManager/Owners.h>
-#include <zuPolicyManager/zuPolicyManager.h>
+#include <zuPolicyManager/client/Edit.h>
+#include <zuPolicyManager/client/PolicyFile.h>
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "tools/zupolicy/client/Counts.h"
 #include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/Notices.h"
 #include "tools/zupolicy/client/Target.h"
 
 namespace zupm::tool {
@@ -26,7 +29,7 @@ struct FileVersions {
 /// Throws Failure (FileError) for a file name that is not valid UTF-8: the component takes no other.
 void RequireName(const std::string& path);
 
-/// The component's policy file object, with results turned into exceptions.
+/// A policy file of the component, with the tool's own messages.
 ///
 /// Lifetime  Entries taken from it are private copies and may outlive it.
 /// Errors    Every call that fails throws CallError; its message begins with the file's name.
@@ -47,7 +50,7 @@ public:
     /// A new policy or task with the target's IDs; the file has it only after Add.
     [[nodiscard]] std::unique_ptr<Entry> Create(const Target& target, const TaskFields& fields);
 
-    void Add(Entry& entry) { entry.HandBack(*m_file.Get()); }
+    void Add(Entry& entry) { entry.HandBack(m_file); }
     void Remove(const Target& target);
     /// Writes the document to any path, and replaces a file that is there.
     void Write(const std::string& path);
@@ -58,14 +61,18 @@ public:
     void RehearseCommit(bool force);
 
     [[nodiscard]] FileVersions Versions();
+    [[nodiscard]] tool::Notices Notices();
+    /// Takes out every policy and task to count what is in it.
+    [[nodiscard]] Counts Count();
 
 private:
     [[nodiscard]] std::string SubjectFor(const Target& target) const;
     [[nodiscard]] std::unique_ptr<Entry> FindPolicy(const Target& target);
+    void CountEntry(IUnknown& entry, Counts& counts);
 
-    ComPtr<IPolicyFile> m_file;
-    ComPtr<IPolicyFileEdit> m_edit;
     std::string m_path;
+    zupm::PolicyFile m_file;
+    std::optional<zupm::Edit> m_edit;
 };
 
 }  // namespace zupm::tool

@@ -38,6 +38,11 @@ bool IsSurrogate(char32_t character)
     return character >= 0xD800 && character < 0xE000;
 }
 
+[[noreturn]] void ThrowInvalid(std::string_view argument)
+{
+    throw Failure(ExitCode::Usage, "an argument is not valid UTF-8: " + std::string(argument.substr(0, 200)));
+}
+
 }  // namespace
 
 std::optional<char32_t> TakeCharacter(std::string_view& text)
@@ -65,9 +70,17 @@ std::u16string FromUtf8(std::string_view argument)
 {
     std::optional<std::u16string> text = ToUtf16(argument);
     if (!text) {
-        throw Failure(ExitCode::Usage, "an argument is not valid UTF-8: " + std::string(argument.substr(0, 200)));
+        ThrowInvalid(argument);
     }
     return std::move(*text);
+}
+
+const std::string& Valid(const std::string& argument)
+{
+    if (!IsUtf8(argument)) {
+        ThrowInvalid(argument);
+    }
+    return argument;
 }
 
 }  // namespace zupm::tool

@@ -17,6 +17,9 @@ namespace zupm::tool {
 /// UTF-16 of an argument. Throws Failure (Usage) when it is not valid UTF-8.
 [[nodiscard]] std::u16string FromUtf8(std::string_view argument);
 
+/// The argument itself. Throws as FromUtf8.
+[[nodiscard]] const std::string& Valid(const std::string& argument);
+
 /// UTF-8 of a UTF-16 text; a lone surrogate becomes U+FFFD.
 [[nodiscard]] inline std::string ToUtf8(std::u16string_view text)
 {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "tools/zupolicy/client/CallError.h"
-#include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/CheckReport.h"
@@ -26,10 +26,11 @@ std::string_view WithoutName(std::string_view message, const std::string& path)
     return message.starts_with(name) ? message.substr(name.size()) : message;
 }
 
-CheckReport ReportOf(const std::string& path)
+CheckReport ReportOf(const std::string& path, bool withCounts)
 {
     try {
-        return {path, ReadContents(path), {}, {}, {}};
+        PolicyFile file(path, Access::ReadOnly);
+        return {path, SoundFile{file.Notices(), withCounts ? file.Count() : Counts()}, {}, {}, {}};
     } catch (const CallError& error) {
         return BrokenReport(path, error.Description());
     } catch (const Failure& failure) {
@@ -40,7 +41,7 @@ CheckReport ReportOf(const std::string& path)
 /// Whether the file is good enough for `check` to end with 0.
 bool Passes(const CheckReport& report, const CheckOptions& options)
 {
-    return report.contents && (!options.strict || report.contents->warnings.empty());
+    return report.sound && (!options.strict || report.sound->notices.Count() == 0);
 }
 
 // Each report is printed and dropped before the next file is read.
@@ -52,10 +53,10 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
     }
     bool allPass = true;
     for (const std::string& path : options.files) {
-        const CheckReport report = ReportOf(path);
+        const CheckReport report = ReportOf(path, options.verbose || options.json);
         allPass = Passes(report, options) && allPass;
         PrintReport(streams.messages, report);
-        if (options.verbose && report.contents) {
+        if (options.verbose && report.sound) {
             PrintCounts(streams.messages, report);
         }
         if (options.json) {

@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <ostream>
@@ -9,7 +8,6 @@
 #include "tools/zupolicy/client/Files.h"
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/client/Utf8.h"
-#include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/CheckReport.h"
@@ -28,7 +26,7 @@ constexpr const char* kStandardOutput = "-";
 void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesystem::path& ini)
 {
     try {
-        file.FindTask(options.target)->WriteIni(ini.u16string());
+        file.FindTask(options.target)->WriteIni(ToUtf8(ini.u16string()));
     } catch (const CallError& error) {
         if (error.Result() == result::GeneralFailure) {
             throw Failure(ExitCode::FileError, options.iniFile + ": the INI file cannot be written");
@@ -73,9 +71,8 @@ void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostr
     }
 }
 
-void Export(const ExportIniOptions& options, std::ostream& data)
+void Export(PolicyFile& file, const ExportIniOptions& options, std::ostream& data)
 {
-    PolicyFile file(options.file, Access::ReadOnly);
     if (options.iniFile == kStandardOutput) {
         ExportToStream(file, options, data);
     } else {
@@ -83,38 +80,22 @@ void Export(const ExportIniOptions& options, std::ostream& data)
     }
 }
 
-/// Whether the warning is about a setting of the task that is lost in its INI file.
-bool IsLossOf(const Task& task, const FileContents& contents, const Warning& warning)
+void PrintLosses(Messages& messages, PolicyFile& file, const Target& task)
 {
-    if (warning.setting == kNone) {
-        return false;
-    }
-    const std::uint32_t section = contents.settings[warning.setting].section;
-    return section >= task.firstSection && section < task.endSection;
-}
-
-void PrintLosses(Messages& messages, const std::string& file, const FileContents& contents, const Target& target)
-{
-    const auto task = std::ranges::find_if(contents.tasks, [&](const Task& candidate) {
-        return contents.Text(candidate.softwareId) == target.softwareId &&
-               contents.Text(candidate.taskId) == *target.taskId;
-    });
-    if (task == contents.tasks.end()) {
-        return;
-    }
-    for (const Warning& warning : contents.warnings) {
-        if (IsLossOf(*task, contents, warning)) {
-            PrintWarning(messages, file, contents, warning);
+    const Notices notices = file.Notices();
+    for (LONG i = 0; i < notices.Count(); ++i) {
+        if (notices.IsLossOf(task, i)) {
+            PrintWarning(messages, file.Path(), notices.At(i));
         }
     }
 }
 
-// The component's document is released before the records are made, so both are never in memory together.
 ExitCode RunExportIni(const ExportIniOptions& options, Streams streams)
 {
-    Export(options, streams.data);
+    PolicyFile file(options.file, Access::ReadOnly);
+    Export(file, options, streams.data);
     try {
-        PrintLosses(streams.messages, options.file, ReadRecords(options.file), options.target);
+        PrintLosses(streams.messages, file, options.target);
     } catch (const Failure& failure) {
         throw Failure(ExitCode::Written, std::string("the export was written, but: ") + failure.what());
     }

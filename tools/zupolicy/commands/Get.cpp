@@ -4,7 +4,6 @@
 #include <ostream>
 
 #include "tools/zupolicy/client/PolicyFile.h"
-#include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/Explain.h"
@@ -26,7 +25,7 @@ ExitCode RunGet(const GetOptions& options, Streams streams)
     const Sought sought{options.file, options.target, options.section, options.name};
     const std::string value = Explaining(sought, [&] {
         PolicyFile file(options.file, Access::ReadOnly);
-        return ToUtf8(file.Find(options.target)->Get(FromUtf8(options.section), FromUtf8(options.name)));
+        return file.Find(options.target)->Get(options.section, options.name);
     });
     if (options.json) {
         WriteValueAsJson(streams.data, options.target, options.section, options.name, value);

@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "tools/zupolicy/client/PolicyFile.h"
-#include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"
 #include "tools/zupolicy/commands/Options.h"
@@ -24,14 +23,12 @@ struct RemoveOptions {
 /// Removes the section or the setting; returns the value of a removed setting.
 std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& options)
 {
-    const std::u16string section = FromUtf8(*options.section);
     if (!options.name) {
-        entry.RemoveSection(section);
+        entry.RemoveSection(*options.section);
         return std::nullopt;
     }
-    const std::u16string name = FromUtf8(*options.name);
-    std::string before = ToUtf8(entry.Get(section, name));
-    entry.RemoveSetting(section, name);
+    std::string before = entry.Get(*options.section, *options.name);
+    entry.RemoveSetting(*options.section, *options.name);
     return before;
 }
 

@@ -1,12 +1,13 @@
 #include "tools/zupolicy/commands/Run.h"
 
+#include <zuPolicyManager/client/Runtime.h>
+
 #include <exception>
 #include <new>
 #include <ostream>
 #include <string>
 #include <string_view>
 
-#include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/CommandLine.h"
 

@@ -80,8 +80,8 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
 /// there would be lost without a message.
 void RequireKept(PolicyFile& file, const SetOptions& options)
 {
-    const auto kept = file.Find(options.target)->Find(FromUtf8(options.section), FromUtf8(options.name));
-    if (kept != FromUtf8(options.value)) {
+    const auto kept = file.Find(options.target)->Find(options.section, options.name);
+    if (kept != options.value) {
         throw Failure(ExitCode::Other, options.file + ": " + Describe(options.target) + ": setting " +
                                            Shortened(options.name) + " of section " + Shortened(options.section) +
                                            " repeats a field of the task and cannot be set on its own; use " +
@@ -92,7 +92,7 @@ void RequireKept(PolicyFile& file, const SetOptions& options)
 /// Puts the value into the entry and the entry into the file.
 void Put(PolicyFile& file, Entry& entry, const SetOptions& options)
 {
-    entry.Put(FromUtf8(options.section), FromUtf8(options.name), FromUtf8(options.value));
+    entry.Put(options.section, options.name, options.value);
     try {
         file.Add(entry);
     } catch (const CallError& error) {
@@ -103,10 +103,10 @@ void Put(PolicyFile& file, Entry& entry, const SetOptions& options)
 
 ExitCode RunSet(const SetOptions& options, Streams streams)
 {
-    const std::u16string value = FromUtf8(options.value);
+    const std::string& value = Valid(options.value);
     PolicyFile file = OpenToEdit(options.file, options.edit);
     Found found = FindOrCreate(file, options);
-    const auto before = found.entry->Find(FromUtf8(options.section), FromUtf8(options.name));
+    const auto before = found.entry->Find(options.section, options.name);
     const bool changed = found.isNew || before != value || !found.fields.empty();
     if (changed) {
         Put(file, *found.entry, options);
@@ -115,7 +115,7 @@ ExitCode RunSet(const SetOptions& options, Streams streams)
     Change change{options.target, found.isNew, options.section, options.name, {}, options.value, {}, changed, {}};
     change.fields = std::move(found.fields);
     if (before) {
-        change.before = ToUtf8(*before);
+        change.before = *before;
     }
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;

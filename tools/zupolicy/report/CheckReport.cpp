@@ -2,9 +2,6 @@
 
 #include <charconv>
 
-#include "tools/zupolicy/client/contents/IniName.h"
-#include "tools/zupolicy/report/Visible.h"
-
 namespace zupm::tool {
 namespace {
 
@@ -19,18 +16,6 @@ std::optional<std::uint64_t> TakeNumber(std::string_view& text)
     }
     text.remove_prefix(length + 1);
     return number;
-}
-
-std::string NameOf(const FileContents& contents, std::uint32_t number)
-{
-    const Setting& setting = contents.settings[number];
-    return "setting " + Shortened(contents.Text(setting.name)) + " of section " +
-           Shortened(contents.Text(contents.sections[setting.section].name));
-}
-
-std::string TextOfTwo(const std::string& later, const std::string& first)
-{
-    return later + " and " + first + " have the same name in an INI file; only one is kept";
 }
 
 std::string Place(const std::string& file, std::uint64_t line, std::uint64_t column)
@@ -56,48 +41,23 @@ CheckReport BrokenReport(const std::string& file, std::string_view description)
     return {file, std::nullopt, line, column, std::string(description)};
 }
 
-std::string WarningText(const FileContents& contents, const Warning& warning)
-{
-    const std::string text = Shortened(contents.Text(warning.text));
-    const std::string other = Shortened(contents.Text(warning.other));
-    switch (warning.kind) {
-        case Warning::Kind::PolicyAgain:
-            return "policy " + text + " occurs again; only the first is used";
-        case Warning::Kind::TaskAgain:
-            return "task " + other + " " + text + " occurs again; only the first is used";
-        case Warning::Kind::SectionAgain:
-            return "section " + text + " occurs again; both are read as one";
-        case Warning::Kind::SettingAgain:
-            return "setting " + text + " of section " + other + " occurs again; only the first is used";
-        case Warning::Kind::NoRoots:
-            return "the file has neither a PolicyRoot nor a TaskRoot element; it may not be a policy file";
-        case Warning::Kind::NotANumber:
-            return "attribute " + other + " is not a number: \"" + text + "\"";
-        case Warning::Kind::SameInIni:
-            return TextOfTwo(NameOf(contents, warning.setting), NameOf(contents, warning.first));
-        case Warning::Kind::SameAsField:
-            return TextOfTwo(NameOf(contents, warning.setting),
-                             "the task's field " + std::string(kIniFields[warning.first]));
-    }
-    return {};
-}
-
 void PrintReport(Messages& messages, const CheckReport& report)
 {
-    if (!report.contents) {
+    if (!report.sound) {
         const std::string place =
             report.line ? Place(report.file, *report.line, report.column.value_or(1)) : report.file + ": ";
         messages.Line(place + report.message);
         return;
     }
-    for (const Warning& warning : report.contents->warnings) {
-        PrintWarning(messages, report.file, *report.contents, warning);
+    const Notices& notices = report.sound->notices;
+    for (LONG i = 0; i < notices.Count(); ++i) {
+        PrintWarning(messages, report.file, notices.At(i));
     }
 }
 
-void PrintWarning(Messages& messages, const std::string& file, const FileContents& contents, const Warning& warning)
+void PrintWarning(Messages& messages, const std::string& file, const Notice& notice)
 {
-    messages.Line(Place(file, warning.line, warning.column) + "warning: " + WarningText(contents, warning));
+    messages.Line(Place(file, notice.line, notice.column) + "warning: " + notice.text);
 }
 
 void PrintCounts(Messages& messages, const CheckReport& report)
@@ -105,11 +65,10 @@ void PrintCounts(Messages& messages, const CheckReport& report)
     const auto count = [](std::size_t number, const std::string& one, const std::string& many) {
         return std::to_string(number) + " " + (number == 1 ? one : many);
     };
-    const FileContents& contents = *report.contents;
-    messages.Line(report.file + ": ok: " + count(contents.policies.size(), "policy", "policies") + ", " +
-                  count(contents.tasks.size(), "task", "tasks") + ", " +
-                  count(contents.sections.size(), "section", "sections") + ", " +
-                  count(contents.settings.size(), "setting", "settings"));
+    const Counts& counts = report.sound->counts;
+    messages.Line(report.file + ": ok: " + count(counts.policies, "policy", "policies") + ", " +
+                  count(counts.tasks, "task", "tasks") + ", " + count(counts.sections, "section", "sections") + ", " +
+                  count(counts.settings, "setting", "settings"));
 }
 
 }  // namespace zupm::tool

@@ -6,15 +6,22 @@
 #include <string>
 #include <string_view>
 
-#include "tools/zupolicy/client/contents/FileContents.h"
+#include "tools/zupolicy/client/Counts.h"
+#include "tools/zupolicy/client/Notices.h"
 #include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {
 
-/// A sound file has contents; a broken one has a message, and a position where the breakage has one.
+/// What there is to say about a file that loads.
+struct SoundFile {
+    Notices notices;
+    Counts counts;  ///< 0 where nobody asks for them
+};
+
+/// A broken file has a message, and a position where the breakage has one.
 struct CheckReport {
     std::string file;
-    std::optional<FileContents> contents;
+    std::optional<SoundFile> sound;
     std::optional<std::uint64_t> line;
     std::optional<std::uint64_t> column;
     std::string message;
@@ -23,15 +30,12 @@ struct CheckReport {
 /// A report on a file that the component refuses, from "file:line:column: message" or a message without a position.
 [[nodiscard]] CheckReport BrokenReport(const std::string& file, std::string_view description);
 
-/// The sentence of a warning.
-[[nodiscard]] std::string WarningText(const FileContents& contents, const Warning& warning);
-
 /// "file:line:column: message" for a broken file, one "file:line:column: warning: message" for each warning about a
 /// sound one; nothing else for a sound file.
 void PrintReport(Messages& messages, const CheckReport& report);
 
 /// "file:line:column: warning: message".
-void PrintWarning(Messages& messages, const std::string& file, const FileContents& contents, const Warning& warning);
+void PrintWarning(Messages& messages, const std::string& file, const Notice& notice);
 
 /// "file: ok: 3 policies, ...". The file is sound.
 void PrintCounts(Messages& messages, const CheckReport& report);

@@ -87,18 +87,19 @@ void WriteNumberOrNull(JsonWriter& json, const std::optional<std::uint64_t>& num
     }
 }
 
-void WriteSoundReport(JsonWriter& json, const FileContents& contents)
+void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
 {
-    json.Key("policies").Number(contents.policies.size());
-    json.Key("tasks").Number(contents.tasks.size());
-    json.Key("sections").Number(contents.sections.size());
-    json.Key("settings").Number(contents.settings.size());
+    json.Key("policies").Number(sound.counts.policies);
+    json.Key("tasks").Number(sound.counts.tasks);
+    json.Key("sections").Number(sound.counts.sections);
+    json.Key("settings").Number(sound.counts.settings);
     json.Key("warnings").BeginArray();
-    for (const Warning& warning : contents.warnings) {
+    for (LONG i = 0; i < sound.notices.Count(); ++i) {
+        const Notice notice = sound.notices.At(i);
         json.BeginObject();
-        json.Key("line").Number(warning.line);
-        json.Key("column").Number(warning.column);
-        json.Member("message", WarningText(contents, warning));
+        json.Key("line").Number(notice.line);
+        json.Key("column").Number(notice.column);
+        json.Member("message", notice.text);
         json.EndObject();
     }
     json.EndArray();
@@ -169,9 +170,9 @@ void WriteReportAsJson(JsonWriter& json, const CheckReport& report)
 {
     json.BeginObject();
     json.Member("file", report.file);
-    json.Key("ok").Boolean(report.contents.has_value());
-    if (report.contents) {
-        WriteSoundReport(json, *report.contents);
+    json.Key("ok").Boolean(report.sound.has_value());
+    if (report.sound) {
+        WriteSoundReport(json, *report.sound);
     } else {
         json.Key("line");
         WriteNumberOrNull(json, report.line);

@@ -1,0 +1,41 @@
+/// What the component finds odd in a file.
+#pragma once
+
+#include <zuPolicyManager/Owners.h>
+#include <zuPolicyManager/zuPolicyManager.h>
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "tools/zupolicy/client/Target.h"
+
+namespace zupm::tool {
+
+/// One notice: the place in the file, and the sentence. Names in it may be anything.
+struct Notice {
+    std::uint64_t line = 0;
+    std::uint64_t column = 0;
+    std::string text;
+};
+
+/// The notices on one file, read one by one: a hostile file may have a million.
+///
+/// Lifetime  Does not need the file any more.
+/// Errors    Every call that fails throws CallError; its message begins with the subject given at construction.
+class Notices {
+public:
+    Notices(ComPtr<IPolicyNotices> list, std::string subject);
+
+    [[nodiscard]] LONG Count() const noexcept { return m_count; }
+    [[nodiscard]] Notice At(LONG index) const;
+    /// Whether it is about a setting of that task that is lost in an INI file.
+    [[nodiscard]] bool IsLossOf(const Target& task, LONG index) const;
+
+private:
+    ComPtr<IPolicyNotices> m_list;
+    std::string m_subject;
+    LONG m_count = 0;
+};
+
+}  // namespace zupm::tool
