@@ -423,6 +423,13 @@ TEST_F(ApplyEdits, FiftyThousandEdits_AreOneWrite)
     EXPECT_THAT(Apply(bad), Fails(3, HasSubstr("edits.jsonl:50001:1: an edit needs the member \"edit\"")));
 }
 
+TEST_F(ApplyEdits, InvisibleCharactersOfFileNames_AreEscaped)
+{
+    Folder().Write(u"a\u202E.xml", Bytes());
+    EXPECT_EQ(ApplyTo({"a\xE2\x80\xAE.xml"}, "").out,
+              "a\\u202e.xml: unchanged\n0 changed, 1 unchanged, 0 failed, 0 not done\n");
+}
+
 TEST_F(ApplyEdits, UsageErrors)
 {
     EXPECT_THAT(Tool({"apply", "policy.xml"}), Fails(2, HasSubstr("--edits")));

@@ -136,12 +136,6 @@ TEST_F(Diff, OrderIsThatOfTheOldFile_ThenOfTheNew)
               "~ policy P A/n: \"1\" -> \"2\"\n+ policy P D/n: \"1\"\n+ policy P C/n: \"1\"\n");
 }
 
-TEST_F(Diff, Macros_AreNotExpanded)
-{
-    EXPECT_EQ(BetweenPolicies("<S name='A'><s name='n'>%PATH%</s></S>", "<S name='A'><s name='n'>%HOME%</s></S>"),
-              "~ policy P A/n: \"%PATH%\" -> \"%HOME%\"\n");
-}
-
 TEST_F(Diff, VersionsAndTheAssignmentList_AreDifferencesThatNoEditMakes)
 {
     Folder().Write(u"old.xml", "<F><PolicyRoot version='1' AssignmentList='a'/><TaskRoot version='2'/></F>");

@@ -72,13 +72,14 @@ void ApplyReport::AddText(const ApplyResult& result)
     if (result.state == State::Failed) {
         return;  // the problem is its line
     }
-    m_streams.data << Visible(result.file) << ": " << (m_isDryRun && result.state == State::Changed ? "would be " : "")
-                   << NameOf(result.state);
+    WriteVisible(m_streams.data, result.file, Backslash::Kept);
+    m_streams.data << ": " << (m_isDryRun && result.state == State::Changed ? "would be " : "") << NameOf(result.state);
     if (result.state == State::Changed) {
         m_streams.data << " (" << result.edits << (result.edits == 1 ? " edit" : " edits") << ')';
     }
     if (result.backup) {
-        m_streams.data << ", backup " << Visible(*result.backup);
+        m_streams.data << ", backup ";
+        WriteVisible(m_streams.data, *result.backup, Backslash::Kept);
     }
     m_streams.data << '\n' << result.differences;
 }

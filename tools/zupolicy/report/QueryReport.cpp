@@ -20,10 +20,10 @@ std::string Files(std::size_t count)
 
 void QueryText::Add(const QueryResult& result)
 {
-    const std::string file = Visible(result.file);
     for (const model::Match& match : result.matches) {
-        m_out << file << ": " << Visible(Describe(match.id)) << ' ' << Visible(match.section) << '/'
-              << Visible(match.name) << ": \"" << Visible(match.value) << "\"\n";
+        WriteVisible(m_out, result.file, Backslash::Kept);
+        m_out << ": " << Visible(Describe(match.id)) << ' ' << Visible(match.section) << '/' << Visible(match.name)
+              << ": \"" << Visible(match.value) << "\"\n";
     }
 }
 
