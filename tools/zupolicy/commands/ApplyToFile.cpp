@@ -9,6 +9,7 @@
 
 #include "tools/zupolicy/commands/Backup.h"
 #include "tools/zupolicy/commands/Interrupt.h"
+#include "tools/zupolicy/model/MakeObjects.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/model/WriteEntry.h"
 #include "tools/zupolicy/report/ChangeReport.h"
@@ -40,6 +41,7 @@ private:
     };
 
     [[nodiscard]] State& StateOf(const EntryId& id);
+    void WriteEntry(const model::EntryChange& change, const std::optional<model::Entry>& after) const;
     [[noreturn]] void Refuse(const model::EditRequest& edit, const model::Refusal& refusal) const;
     [[nodiscard]] std::string SimilarTo(const EntryId& id) const;
 
@@ -97,9 +99,23 @@ bool States::Write(std::ostream& differences) const
         }
         differs = true;
         WriteAsText(differences, change);
-        model::Write(m_file, change, state.after);
+        WriteEntry(change, state.after);
     }
     return differs;
+}
+
+/// As model::Write; a failure names the policy or task.
+void States::WriteEntry(const model::EntryChange& change, const std::optional<model::Entry>& after) const
+{
+    try {
+        model::Write(m_file, change, after);
+    } catch (const Error&) {
+        Problem problem = CurrentProblem(m_file.Path());
+        if (const std::string about = Describe(change.id) + ": "; !problem.message.starts_with(about)) {
+            problem.message = about + problem.message;
+        }
+        throw ProblemFailure(problem);
+    }
 }
 
 std::string States::SimilarTo(const EntryId& id) const

@@ -2,9 +2,7 @@
 
 #include <utility>
 
-#include "tools/zupolicy/client/Component.h"
-#include "tools/zupolicy/client/Failure.h"
-#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/model/MakeObjects.h"
 
 namespace zupm::model {
 namespace {
@@ -21,16 +19,6 @@ void ReadSections(const Source& source, Entry& entry)
 }
 
 }  // namespace
-
-PolicyFile MakeFile(const std::string& path)
-{
-    if (!tool::IsUtf8(path)) {
-        throw tool::Failure(tool::ExitCode::FileError, path + ": the file name is not valid UTF-8");
-    }
-    ComPtr<IPolicyFile> object;
-    tool::CreateObject(InterfaceTraits<IPolicyFile>::Class(), InterfaceTraits<IPolicyFile>::Id(), object.PutVoid());
-    return PolicyFile(std::move(object), path);
-}
 
 PolicyFile OpenToRead(const std::string& path)
 {

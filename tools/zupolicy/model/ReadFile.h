@@ -11,10 +11,6 @@
 
 namespace zupm::model {
 
-/// A file object without a file, made by the component beside this program when there is one. Throws Error, or
-/// tool::Failure.
-[[nodiscard]] PolicyFile MakeFile(const std::string& path);
-
 /// Loads a file to be read only. Throws Error; tool::Failure for a path that is not valid UTF-8.
 [[nodiscard]] PolicyFile OpenToRead(const std::string& path);
 

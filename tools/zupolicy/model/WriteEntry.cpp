@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "tools/zupolicy/model/MakeObjects.h"
 #include "tools/zupolicy/model/ReadFile.h"
 
 namespace zupm::model {
@@ -81,13 +82,13 @@ void PutFields(Task& task, const EntryChange& change)
 }
 
 template <class Target>
-void HandBackWith(Target target, const EntryChange& change)
+void AddWith(const PolicyFile& file, Target target, const EntryChange& change)
 {
     PutFields(target, change);
     for (const EntryChange::Step& step : change.steps) {
         MakeStep(target, step);
     }
-    target.HandBack();
+    file.Add(target);
 }
 
 void Remove(const PolicyFile& file, const EntryId& id)
@@ -131,9 +132,9 @@ void Write(const PolicyFile& file, const EntryChange& change, const std::optiona
     const EntryChange steps = isNew ? Compare(&empty, &*after) : change;
     const EntryId& id = change.id;
     if (id.taskId) {
-        HandBackWith(isNew ? file.CreateTask(id.softwareId, *id.taskId) : file.Task(id.softwareId, *id.taskId), steps);
+        AddWith(file, isNew ? MakeTask(id) : file.Task(id.softwareId, *id.taskId), steps);
     } else {
-        HandBackWith(isNew ? file.CreatePolicy(id.softwareId) : file.Policy(id.softwareId), steps);
+        AddWith(file, isNew ? MakePolicy(id) : file.Policy(id.softwareId), steps);
     }
     RemoveWhatHides(file, *after);
 }
