@@ -58,7 +58,7 @@ protected:
                                      dup2(open("messages", O_WRONLY | O_CREAT, 0600), STDERR_FILENO) >= 0;
                 if (isReady) {
                     execl(ZUPM_TOOL, "zupolicy", "apply", "1.xml", "2.xml", "3.xml", "--edits", "edits.jsonl",
-                          "--lock-timeout", "60", static_cast<char*>(nullptr));
+                          "--lock-timeout", "40", static_cast<char*>(nullptr));
                 }
                 _exit(127);
             }
