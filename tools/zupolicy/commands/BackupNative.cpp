@@ -64,9 +64,10 @@ OwnedDescriptor OpenOriginal(const std::string& file)
 /// A new file that only its owner may read as long as it is not complete; nothing when the name is taken.
 std::optional<std::pair<std::string, OwnedDescriptor>> CreateBackup(const std::string& name)
 {
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own
+    // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own
     OwnedDescriptor created(
         open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    // NOLINTEND(cppcoreguidelines-pro-type-vararg)
     if (created.Get() >= 0) {
         return std::pair(name, std::move(created));
     }

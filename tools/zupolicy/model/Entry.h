@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "tools/zupolicy/model/Named.h"
 
@@ -17,7 +18,10 @@ struct EntryId {
     std::optional<std::string> taskId;
 
     friend bool operator==(const EntryId&, const EntryId&) = default;
-    friend auto operator<=>(const EntryId&, const EntryId&) = default;
+    friend bool operator<(const EntryId& left, const EntryId& right)
+    {
+        return std::tie(left.softwareId, left.taskId) < std::tie(right.softwareId, right.taskId);
+    }
 };
 
 /// "policy PRODUCTA1000", or "task PRODUCTA1000 {task-1}".

@@ -65,7 +65,7 @@ void ReadSection(const JsonValue& value, EditRequest& edit)
 void ReadFieldsObject(const JsonValue& value, const Members& members, EditRequest& edit)
 {
     if (!edit.id.taskId) {
-        members.Refuse("only a task has fields: the member \"taskId\" is missing");
+        members.Refuse(R"(only a task has fields: the member "taskId" is missing)");
     }
     Members fields(value, "\"fields\"");
     if (!ReadFields(fields, edit)) {
@@ -88,7 +88,7 @@ void ReadSet(Members& members, EditRequest& edit)
     const std::optional<std::string> name = members.FindText("name");
     const std::optional<std::string> value = members.FindText("value");
     if (name.has_value() != value.has_value()) {
-        members.Refuse("\"name\" and \"value\" belong together");
+        members.Refuse(R"("name" and "value" belong together)");
     }
     if (name) {
         edit.kind = EditRequest::Kind::Setting;
@@ -104,7 +104,7 @@ void ReadAbsent(Members& members, EditRequest& edit)
     const std::optional<std::string> section = members.FindText("section");
     const std::optional<std::string> name = members.FindText("name");
     if (name && !section) {
-        members.Refuse("\"name\" needs the member \"section\"");
+        members.Refuse(R"("name" needs the member "section")");
     }
     edit.section = section.value_or("");
     edit.name = name.value_or("");
@@ -118,7 +118,7 @@ void ReadCreate(Members& members, EditRequest& edit)
     edit.kind = EditRequest::Kind::Entry;
     ReadId(members, edit);
     if (ReadFields(members, edit) && !edit.id.taskId) {
-        members.Refuse("only a task has fields: the member \"taskId\" is missing");
+        members.Refuse(R"(only a task has fields: the member "taskId" is missing)");
     }
     if (const JsonValue* const sections = members.Find("sections"); sections != nullptr) {
         for (const JsonValue& section : ItemsOf(*sections, "sections")) {
