@@ -20,7 +20,7 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "\nExit codes:\n"
     "  0  done\n"
-    "  1  the policy, task, section or setting is not in the file\n"
+    "  1  the policy, task, section or setting is not in the file; diff: the files differ\n"
     "  2  the command line is wrong\n"
     "  3  a file cannot be read, parsed or written\n"
     "  4  anything else that failed\n"

@@ -34,8 +34,12 @@ extern const Command kRemove;
 extern const Command kExportIni;
 extern const Command kCheck;
 extern const Command kDoctor;
+extern const Command kDiff;
+extern const Command kQuery;
+extern const Command kApply;
 
 /// In the order in which the help lists them.
-inline constexpr const Command* kCommands[] = {&kShow, &kGet, &kSet, &kRemove, &kExportIni, &kCheck, &kDoctor};
+inline constexpr const Command* kCommands[] = {&kShow,  &kGet,  &kSet,   &kRemove, &kExportIni,
+                                               &kCheck, &kDiff, &kQuery, &kApply,  &kDoctor};
 
 }  // namespace zupm::tool

@@ -34,6 +34,8 @@ int main(int count, char** arguments)
     }
     // A reader that closes the output is a failure to report, not the end of the process: the edit is complete.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    // Likewise a file that may not become as large as it has to.
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
     return zupm::tool::Run(texts, std::cout, std::cerr);
 }

@@ -34,6 +34,19 @@ void AddJson(CLI::App& line, bool& json)
     line.add_flag("--json", json, "Print JSON");
 }
 
+void AddJobs(CLI::App& line, unsigned& jobs, const char* description)
+{
+    line.add_option("--jobs", jobs, description)->type_name("N")->check(CLI::Range(1, 64));
+}
+
+void AddLockTimeout(CLI::App& line, unsigned& seconds)
+{
+    line.add_option("--lock-timeout", seconds,
+                    "How long to wait for another process that is editing FILE (default: 10)")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0, 86'400));
+}
+
 void AddEdit(CLI::App& line, EditOptions& edit)
 {
     line.add_option("--output", edit.output,
@@ -43,10 +56,7 @@ void AddEdit(CLI::App& line, EditOptions& edit)
     line.add_flag("--dry-run", edit.dryRun, "Print what would change and write nothing");
     line.add_flag("--force", edit.force, "Write the file even when another program changed it in the meantime");
     line.add_flag("--json", edit.json, "Print the change as JSON");
-    line.add_option("--lock-timeout", edit.lockTimeoutSeconds,
-                    "How long to wait for another process that is editing FILE (default: 10)")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0, 86'400));
+    AddLockTimeout(line, edit.lockTimeoutSeconds);
     line.callback([&edit] { RequireOneUseOfStandardOutput(edit); });
 }
 

@@ -28,6 +28,9 @@ struct EditOptions {
 void AddFile(CLI::App& line, std::string& file);
 void AddTarget(CLI::App& line, Target& target);
 void AddJson(CLI::App& line, bool& json);
+/// The number of threads, whose default stays when the option is missing.
+void AddJobs(CLI::App& line, unsigned& jobs, const char* description);
+void AddLockTimeout(CLI::App& line, unsigned& seconds);
 /// The parser refuses options that exclude each other.
 void AddEdit(CLI::App& line, EditOptions& edit);
 

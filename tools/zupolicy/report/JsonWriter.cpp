@@ -100,7 +100,7 @@ void JsonWriter::BeginValue()
         return;
     }
     if (m_hasValues.back()) {
-        m_out << ',';
+        m_out << (m_form == Form::OneLine ? ", " : ",");
     }
     m_hasValues.back() = true;
     BeginLine();
@@ -108,6 +108,9 @@ void JsonWriter::BeginValue()
 
 void JsonWriter::BeginLine()
 {
+    if (m_form == Form::OneLine) {
+        return;
+    }
     m_out << '\n';
     for (std::size_t level = 0; level < m_hasValues.size(); ++level) {
         m_out << "  ";

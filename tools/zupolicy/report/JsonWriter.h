@@ -9,13 +9,15 @@
 
 namespace zupm::tool {
 
-/// Writes one document, indented by two blanks a level; it ends with a line break. In an object each value follows the
-/// Key that it belongs to.
+/// Writes documents, each indented by two blanks a level or on one line; each ends with a line break. In an object each
+/// value follows the Key that it belongs to.
 ///
 /// Errors    The caller closes what it opened. The stream keeps its own errors.
 class JsonWriter {
 public:
-    explicit JsonWriter(std::ostream& out) : m_out(out) {}
+    enum class Form { Indented, OneLine };
+
+    explicit JsonWriter(std::ostream& out, Form form = Form::Indented) : m_out(out), m_form(form) {}
 
     void BeginObject() { Begin('{'); }
     void EndObject() { End('}'); }
@@ -45,6 +47,7 @@ private:
     void Quote(std::string_view text);
 
     std::ostream& m_out;
+    Form m_form;
     std::vector<bool> m_hasValues;  ///< one for each open bracket
     bool m_afterKey = false;
 };

@@ -1,0 +1,28 @@
+/// Many edits in one file, as one write.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/zupolicy/model/EditRequest.h"
+#include "tools/zupolicy/report/ApplyReport.h"
+
+namespace zupm::tool {
+
+/// What is done to each file.
+struct ApplyTask {
+    std::string editsName;  ///< for messages
+    std::vector<model::EditRequest> edits;
+    std::optional<std::string> backupSuffix;
+    bool dryRun = false;
+    bool force = false;
+    std::chrono::milliseconds patience{};
+};
+
+/// Makes all edits in a file, or none: a file that is not reported as changed has the bytes that it had. A failure is
+/// part of the result. Call it on a thread with a Runtime.
+[[nodiscard]] ApplyResult ApplyToFile(const std::string& file, const ApplyTask& task);
+
+}  // namespace zupm::tool

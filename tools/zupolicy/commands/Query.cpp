@@ -1,0 +1,109 @@
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <thread>
+
+#include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/InOrder.h"
+#include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/model/ReadFile.h"
+#include "tools/zupolicy/model/Search.h"
+#include "tools/zupolicy/report/QueryReport.h"
+
+namespace zupm::tool {
+namespace {
+
+struct QueryOptions {
+    std::vector<std::string> files;
+    model::Patterns patterns;
+    bool json = false;
+    bool table = false;
+    bool count = false;
+    unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+};
+
+QueryResult ResultOf(const std::string& file, const model::Patterns& patterns)
+{
+    try {
+        const zupm::Runtime runtime;
+        return {file, model::Search(model::OpenToRead(file), patterns), {}};
+    } catch (const std::exception&) {
+        return {file, {}, CurrentProblem(file)};
+    }
+}
+
+std::unique_ptr<QueryReport> MakeReport(const QueryOptions& options, std::ostream& out)
+{
+    if (options.json) {
+        return std::make_unique<QueryJson>(out);
+    }
+    if (options.table) {
+        return std::make_unique<QueryTable>(out);
+    }
+    if (options.count) {
+        return std::make_unique<QueryCount>(out);
+    }
+    return std::make_unique<QueryText>(out);
+}
+
+ExitCode RunQuery(const QueryOptions& options, Streams streams)
+{
+    const std::unique_ptr<QueryReport> report = MakeReport(options, streams.data);
+    bool hasMatch = false;
+    bool hasProblem = false;
+    const auto search = [&](std::size_t number) { return ResultOf(options.files[number], options.patterns); };
+    const auto print = [&](std::size_t /*number*/, const QueryResult& result) {
+        hasMatch = hasMatch || !result.matches.empty();
+        hasProblem = hasProblem || result.problem;
+        report->Add(result);
+        if (result.problem) {
+            streams.messages.Line(LineOf(*result.problem));
+        }
+    };
+    InOrder(options.files.size(), options.jobs, search, print).Run();
+    report->End();
+    if (hasProblem) {
+        return ExitCode::FileError;
+    }
+    return hasMatch ? ExitCode::Ok : ExitCode::NotFound;
+}
+
+Action DeclareQuery(CLI::App& line)
+{
+    const auto options = std::make_shared<QueryOptions>();
+    line.add_option("FILE", options->files, "The policy files")->required();
+    const auto add = [&](const char* name, auto& pattern, const char* description, const char* type) {
+        line.add_option(name, pattern, description)->group("What to find (* and ? are wildcards)")->type_name(type);
+    };
+    add("--software", options->patterns.softwareId, "Only settings of these products", "ID");
+    add("--task", options->patterns.taskId, "Only settings of these tasks, and none of policies", "ID");
+    add("--section", options->patterns.section, "Only settings of these sections", "SECTION");
+    add("--name", options->patterns.name, "Only settings of these names", "NAME");
+    add("--value", options->patterns.value, "Only settings with these values", "VALUE");
+    CLI::Option* const json = line.add_flag("--json", options->json, "Print JSON");
+    CLI::Option* const table =
+        line.add_flag("--tsv", options->table, "Print columns, separated by tabs")->excludes(json);
+    line.add_flag("--count", options->count, "Print each value with the number of files that have it")
+        ->excludes(json)
+        ->excludes(table);
+    AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
+    return [options](Streams streams) { return RunQuery(*options, streams); };
+}
+
+}  // namespace
+
+constinit const Command kQuery{
+    .name = "query",
+    .description =
+        "Find settings in many policy files. Exit code 1: nothing was found; 3: a file cannot be read, the others "
+        "were searched",
+    .examples =
+        "  zupolicy query policy.xml --section General --name ScanInterval\n"
+        "  zupolicy query *.xml --software 'PRODUCTA*' --name Enabled --value 0\n"
+        "  zupolicy query *.xml --section General --name ScanInterval --count\n"
+        "  zupolicy query *.xml --task '*' --tsv",
+    .declare = DeclareQuery,
+};
+
+}  // namespace zupm::tool

@@ -1,0 +1,23 @@
+/// Edits written as JSON, one object a line.
+#pragma once
+
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "tools/zupolicy/model/EditRequest.h"
+
+namespace zupm::model {
+
+/// What is wrong with a text of edits, and where.
+struct EditsComplaint {
+    EditPlace place;
+    std::string message;
+};
+
+/// Reads all edits; blank lines are passed over. Refused are, besides what is not JSON, a member that no edit or not
+/// this edit has, a member that is missing or of another type, and a text that XML cannot hold. Throws EditsComplaint;
+/// std::ios_base::failure when the stream cannot be read.
+[[nodiscard]] std::vector<EditRequest> ReadEdits(std::istream& in);
+
+}  // namespace zupm::model

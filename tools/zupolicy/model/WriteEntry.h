@@ -1,0 +1,16 @@
+/// Brings a policy or task of a loaded file from one state into another.
+#pragma once
+
+#include <zuPolicyManager/Client.h>
+
+#include <optional>
+
+#include "tools/zupolicy/model/Change.h"
+
+namespace zupm::model {
+
+/// Makes this change in the document. Afterwards a lookup finds `after`, also in a file that holds the entry twice.
+/// Nothing is written to disk. Throws Error; the document is of no use then.
+void Write(const PolicyFile& file, const EntryChange& change, const std::optional<Entry>& after);
+
+}  // namespace zupm::model

@@ -1,0 +1,157 @@
+#include "tools/zupolicy/report/Problem.h"
+
+#include <zuPolicyManager/client/Error.h>
+
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace zupm::tool {
+namespace {
+
+ExitCode ExitCodeOf(const Error& error)
+{
+    if (dynamic_cast<const NotFound*>(&error) != nullptr) {
+        return ExitCode::NotFound;
+    }
+    if (dynamic_cast<const Changed*>(&error) != nullptr) {
+        return ExitCode::Changed;
+    }
+    if (dynamic_cast<const Locked*>(&error) != nullptr) {
+        return ExitCode::Locked;
+    }
+    if (dynamic_cast<const NotFlushed*>(&error) != nullptr) {
+        return ExitCode::Written;
+    }
+    const bool isAboutFile =
+        dynamic_cast<const FileError*>(&error) != nullptr || dynamic_cast<const SyntaxError*>(&error) != nullptr ||
+        dynamic_cast<const InvalidText*>(&error) != nullptr || error.Code() == result::OwnerNotKept;
+    return isAboutFile ? ExitCode::FileError : ExitCode::Other;
+}
+
+/// A text without "file: " in front: a problem names its file itself.
+std::string WithoutFile(std::string_view text, std::string_view file)
+{
+    if (!file.empty() && text.starts_with(file)) {
+        const std::string_view rest = text.substr(file.size());
+        if (rest.empty()) {
+            return {};
+        }
+        if (rest.starts_with(": ")) {
+            return std::string(rest.substr(2));
+        }
+    }
+    return std::string(text);
+}
+
+std::string HintFor(const Error& error)
+{
+    switch (error.Code()) {
+        case result::ElementMissing:
+            return "a policy goes into PolicyRoot/PolicyGroup/Policy, a task into TaskRoot";
+        case result::FileChanged:
+            return "--force overwrites it";
+        case result::FileLocked:
+            return "--lock-timeout sets how long to wait";
+        default:
+            return {};
+    }
+}
+
+Problem ProblemOf(const Error& error, const std::string& file)
+{
+    Problem problem{error.Code(),  ExitCodeOf(error), error.File().empty() ? file : error.File(),
+                    error.Line(),  error.Column(),    error.Sentence(),
+                    HintFor(error)};
+    if (const std::string about = WithoutFile(error.Subject(), problem.file); error.Line() == 0 && !about.empty()) {
+        problem.message = about + ": " + problem.message;
+    }
+    return problem;
+}
+
+std::string CodeOf(result::Code code)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (unsigned int shift = 32; shift > 0; shift -= 4) {
+        text += kDigits[(static_cast<std::uint32_t>(code) >> (shift - 4)) & 0xFu];
+    }
+    return text;
+}
+
+void NumberOrNull(JsonWriter& json, std::uint32_t number)
+{
+    if (number == 0) {
+        json.Null();
+    } else {
+        json.Number(number);
+    }
+}
+
+void TextOrNull(JsonWriter& json, std::string_view text)
+{
+    if (text.empty()) {
+        json.Null();
+    } else {
+        json.Text(text);
+    }
+}
+
+}  // namespace
+
+ProblemFailure::ProblemFailure(Problem problem) : Failure(problem.exit, LineOf(problem)), m_problem(std::move(problem))
+{
+}
+
+Problem CurrentProblem(const std::string& file)
+{
+    try {
+        throw;
+    } catch (const ProblemFailure& failure) {
+        return failure.What();
+    } catch (const Failure& failure) {
+        return {{}, failure.Code(), file, 0, 0, WithoutFile(failure.what(), file), {}};
+    } catch (const Error& error) {
+        return ProblemOf(error, file);
+    } catch (const std::bad_alloc&) {
+        return {result::OutOfMemory, ExitCode::Other, file, 0, 0, "out of memory", {}};
+    } catch (const std::exception& error) {
+        return {{}, ExitCode::Other, file, 0, 0, error.what(), {}};
+    }
+}
+
+std::string LineOf(const Problem& problem)
+{
+    std::string line = problem.file;
+    if (problem.line != 0) {
+        line += ":" + std::to_string(problem.line) + ":" + std::to_string(problem.column);
+    }
+    line += (line.empty() ? "" : ": ") + problem.message;
+    if (problem.code) {
+        const std::string_view name = result::NameFor(*problem.code);
+        line += " [" + std::string(name.empty() ? "unknown code" : name) + ", 0x" + CodeOf(*problem.code) + "]";
+    }
+    return problem.hint.empty() ? line : line + "; " + problem.hint;
+}
+
+void WriteProblem(JsonWriter& json, const Problem& problem)
+{
+    json.Key("error").BeginObject();
+    json.Key("code");
+    TextOrNull(json, problem.code ? CodeOf(*problem.code) : std::string());
+    json.Key("name");
+    TextOrNull(json, problem.code ? result::NameFor(*problem.code) : std::string_view());
+    json.Key("exit").Number(static_cast<std::uint64_t>(problem.exit));
+    json.Key("file");
+    TextOrNull(json, problem.file);
+    json.Key("line");
+    NumberOrNull(json, problem.line);
+    json.Key("column");
+    NumberOrNull(json, problem.column);
+    json.Member("message", problem.message);
+    json.Key("hint");
+    TextOrNull(json, problem.hint);
+    json.EndObject();
+}
+
+}  // namespace zupm::tool
