@@ -31,8 +31,9 @@ std::span<const Interfaces> AllKinds()
     static const InterfaceDescription* const file[] = {&PolicyFileInterface(), &PolicyFileContentsInterface(),
                                                        &PolicyFileEditInterface()};
     static const InterfaceDescription* const names[] = {&PolicyNamesInterface()};
-    static const Interfaces all[] = {tasks, task, product, file, names};
-    static_assert(std::size(all) == std::size(kClasses) + 1);
+    static const InterfaceDescription* const notices[] = {&PolicyNoticesInterface()};
+    static const Interfaces all[] = {tasks, task, product, file, names, notices};
+    static_assert(std::size(all) == std::size(kClasses) + 2);
     return all;
 }
 

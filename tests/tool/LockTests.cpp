@@ -182,8 +182,10 @@ protected:
         return file.Open(Folder().Path(u"large.xml")) == result::Success && file.TryLock() == result::FileLocked;
     }
 
-    /// Runs `set` and overwrites the file once the tool has locked it; the run, or nothing when it was done too soon.
-    [[nodiscard]] std::optional<ToolRun> SetWhileTheFileChanges(const std::vector<std::string>& options)
+    /// Runs `set` and overwrites the file some time after the tool has locked it; the run, or nothing when it was done
+    /// too soon.
+    [[nodiscard]] std::optional<ToolRun> SetWhileTheFileChanges(const std::vector<std::string>& options,
+                                                                std::chrono::milliseconds wait)
     {
         (void)Folder().Write(u"large.xml", m_text);
         std::vector<std::string> arguments = {"set", "large.xml", "P0", "S", "N", "1"};
@@ -194,20 +196,24 @@ protected:
                 return std::nullopt;
             }
         }
-        std::this_thread::sleep_for(30ms);
+        std::this_thread::sleep_for(wait);
         (void)Folder().Write(u"large.xml", "other");
         return run.get();
     }
+
+    /// From 15 ms to half a second: a sanitized tool on a busy machine takes long to read the file.
+    static std::chrono::milliseconds MomentOf(int tries) { return 15ms * (1 << (tries % 6)); }
 
     std::string m_text;
 };
 
 TEST_F(ChangedMeanwhile, IsNotOverwritten)
 {
-    // On a busy machine the change may happen before the tool has read the file, or after it has finished.
+    // On a busy machine the change may happen before the tool has read the file, or after it has finished. So it is
+    // tried at several moments.
     std::optional<ToolRun> run;
     for (int tries = 0; tries < 20 && !(run && run->exitCode == 5); ++tries) {
-        run = SetWhileTheFileChanges({});
+        run = SetWhileTheFileChanges({}, MomentOf(tries));
     }
     ASSERT_TRUE(run);
     EXPECT_THAT(*run, Fails(5,
@@ -220,7 +226,7 @@ TEST_F(ChangedMeanwhile, IsOverwrittenWhenForced)
 {
     std::optional<ToolRun> run;
     for (int tries = 0; tries < 20 && !(run && run->exitCode == 0 && Bytes(u"large.xml") != "other"); ++tries) {
-        run = SetWhileTheFileChanges({"--force"});
+        run = SetWhileTheFileChanges({"--force"}, MomentOf(tries));
     }
     ASSERT_TRUE(run);
     EXPECT_EQ(run->exitCode, 0) << run->messages;

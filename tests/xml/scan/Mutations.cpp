@@ -228,6 +228,12 @@ std::vector<std::string> BuiltInSeeds()
     for (int i = 0; i < 20; ++i) {
         attributes.append(" b").append(std::to_string(i)).append("='").append(std::to_string(i)).append("'");
     }
+    // More names than are compared with each other, out of order, in tags that begin alike.
+    std::string many = "<r><b z=''";
+    for (int i = 15; i > 0; --i) {
+        many.append(" a").append(std::to_string(i)).append("=''");
+    }
+    many += "/><b z='1' c='2'/><b z='1' z='2'/></r>";
     std::string policy = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<PolicyFile>\r\n";
     for (int i = 0; i < 6; ++i) {
         policy += "  <Product SoftwareID=\"P" + std::to_string(i) + "\">\r\n    <Section name=\"General\">\r\n";
@@ -242,6 +248,7 @@ std::vector<std::string> BuiltInSeeds()
             "\xE2\x82\xAC</\xC3\xA4\xE4\xB8\x80>",
             "<a:b xmlns:a='u' a:c=''><a:d><e><f><g><h><i/></h></g></f></e></a:d></a:b>",
             attributes + "/>",
+            many,
             policy + "</PolicyFile>\r\n"};
 }
 
