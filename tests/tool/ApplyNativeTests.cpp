@@ -231,7 +231,8 @@ TEST_F(NativeApply, FileThatChangesMeanwhile_IsNotOverwrittenAndHasNoBackup)
         return file.Open(Folder().Path(u"large.xml")) == result::Success && file.TryLock() == result::FileLocked;
     };
     int code = 0;
-    // On a busy machine the change may happen before the tool has read the file, or after it has finished.
+    // On a busy machine the change may happen before the tool has read the file, or after it has finished. So it is
+    // tried at several moments, from 15 ms to half a second.
     for (int tries = 0; tries < 20 && code != 5; ++tries) {
         (void)Shell("rm -f large.xml.bak* code");
         Folder().Write(u"large.xml", large);
@@ -239,7 +240,7 @@ TEST_F(NativeApply, FileThatChangesMeanwhile_IsNotOverwrittenAndHasNoBackup)
                   0);
         while (!isLocked() && !Folder().Has(u"code")) {
         }
-        std::this_thread::sleep_for(30ms);
+        std::this_thread::sleep_for(15ms * (1 << (tries % 6)));
         Folder().Write(u"large.xml", "other");
         while (!Folder().Has(u"code") || Bytes(u"code").empty()) {
             std::this_thread::sleep_for(5ms);
