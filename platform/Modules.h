@@ -35,8 +35,8 @@ protected:
 [[nodiscard]] std::u16string OwnModulePath();
 [[nodiscard]] std::u16string OwnModuleFolder();
 
-/// The folder inside the module's own that may hold its resource modules too: natively libraries of all packages share a
-/// folder. Empty on Windows, where every program has a folder of its own.
+/// The folder inside the module's own that may hold its resource modules too: natively libraries of all packages share
+/// a folder. Empty on Windows, where every program has a folder of its own.
 [[nodiscard]] std::u16string_view PackageFolder() noexcept;
 
 /// The user's default language identifier: 0x0409 for American English. Natively read from LC_ALL, LC_MESSAGES, LANG.

@@ -334,7 +334,7 @@ struct IPolicyNames : IDispatch {
 
     /// [-4] An enumerator (IEnumVARIANT) at the first name; each value is a string. Its Next gives E_OUTOFMEMORY when a
     /// string could not be allocated.
-    virtual HRESULT get__NewEnum(IUnknown** pVal) = 0;
+    virtual HRESULT get__NewEnum(IUnknown** pVal) = 0;  // NOLINT(bugprone-reserved-identifier): named as its member
 };
 
 /// What is odd in a policy file that loads all the same, in the order of the file: a snapshot that never changes and

@@ -69,11 +69,10 @@ bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept
 void PreferLargePages(void* memory, std::size_t size) noexcept
 {
     constexpr std::size_t kLargePage = std::size_t{2} << 20;
-    const auto begin = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t first = (begin + kLargePage - 1) / kLargePage * kLargePage;
-    const std::uintptr_t end = (begin + size) / kLargePage * kLargePage;
-    if (first < end) {
-        madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+    const std::size_t skipped = (kLargePage - reinterpret_cast<std::uintptr_t>(memory) % kLargePage) % kLargePage;
+    const std::size_t whole = size < skipped ? 0 : (size - skipped) / kLargePage * kLargePage;
+    if (whole != 0) {
+        madvise(static_cast<char*>(memory) + skipped, whole, MADV_HUGEPAGE);
     }
 }
 

@@ -193,3 +193,16 @@ def test_a_policy_is_xml_too(policy: zupolicy.Policy) -> None:
 def test_representations_name_what_they_show(policy: zupolicy.Policy) -> None:
     assert repr(policy) == "<zupolicy.Policy 'PRODUCTA1000'>"
     assert repr(policy["General"]) == "<zupolicy.Section 'General' of <zupolicy.Policy 'PRODUCTA1000'>>"
+
+
+def test_what_xml_cannot_hold_is_refused_before_anything_changes(file: zupolicy.File) -> None:
+    policy = file.policies["PRODUCTA1000"]
+    before = policy.to_dict()
+    for bad in ("b\0", "\ud800", "\x1f", "\uffff"):
+        with pytest.raises(zupolicy.InvalidText):
+            file.policies["PRODUCTA1000"] = {"General": {"a": "1"}, "X": {"b": bad}}  # type: ignore[assignment]
+        with pytest.raises(zupolicy.InvalidText):
+            policy.replace({"General": {"a": "1"}, "X": {bad: "b"}})
+        with pytest.raises(zupolicy.InvalidText):
+            policy["Notify"] = {"a": "1", "b": bad}  # type: ignore[assignment]
+        assert policy.to_dict() == before

@@ -99,6 +99,16 @@ TEST_F(EditForm, EachFault_IsRefusedAtItsPlaceBeforeAnyFileIsTouched)
     EXPECT_EQ(Bytes(), before);
 }
 
+TEST_F(EditForm, NullCharacterAfterAnEdit_IsRefusedWithItsPlace)
+{
+    using namespace std::string_literals;
+    const std::string before = Bytes();
+    const std::string edit = R"({"edit":"absent","softwareId":"PRODUCTB2000"})";
+    EXPECT_THAT(Apply(edit + "\0{\"edit\":\"absent\"}\n"s),
+                Fails(3, "zupolicy: edits.jsonl:1:46: a null character is not JSON [SyntaxError, 0xFFFFFBAE]\n"));
+    EXPECT_EQ(Bytes(), before);
+}
+
 TEST_F(EditForm, WhatIsNoJson_IsRefusedWithAPlace)
 {
     struct Row {

@@ -172,6 +172,14 @@ TEST_F(NativeTool, AFullStandardOutput_IsAFailureForADocumentToo)
     EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
+TEST_F(NativeTool, AFullStandardOutput_IsAFailureForDifferencesToo)
+{
+    ASSERT_EQ(Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "new.xml"}).exitCode, 0);
+    const ToolRun run = RunTool({Folder().Folder(), "/dev/full"}, {"diff", "policy.xml", "new.xml", "--json"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
+}
+
 TEST_F(NativeTool, WrittenFileWithoutAReport_HasItsOwnExitCode)
 {
     const ToolRun run = RunTool({Folder().Folder(), "/dev/full"},

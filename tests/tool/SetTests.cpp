@@ -195,5 +195,18 @@ TEST_F(Set, FailsWhenTheFileHasNoPlaceForAPolicy)
     EXPECT_EQ(Bytes(u"bare.xml"), "<PolicyFile/>");
 }
 
+TEST_F(Set, RefusesAPolicyWhoseSoftwareIdOccursAgain)
+{
+    const std::string text = SmallFile(
+        "<Product SoftwareID=\"A\"><Section name=\"S\"><Setting name=\"x\">1</Setting>"
+        "</Section></Product><Product SoftwareID=\"A\"/>");
+    (void)Folder().Write(u"twice.xml", text);
+    EXPECT_THAT(Tool({"set", "twice.xml", "A", "S", "x", "2"}),
+                Fails(4,
+                      "zupolicy: twice.xml: policy A: the software ID occurs again, and the other policy would be "
+                      "found in place of the changed one; zupolicy apply can edit it\n"));
+    EXPECT_EQ(Bytes(u"twice.xml"), text);
+}
+
 }  // namespace
 }  // namespace zupm::test

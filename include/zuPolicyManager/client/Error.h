@@ -1,17 +1,17 @@
 /// Failures as exceptions: every failing call of the component's interfaces becomes a zupm::Error, or the class derived
 /// from it that a caller is likely to handle.
 ///
-///     exception          codes (Results.h)                             what happened
-///     NotFound           PolicyNotFound, TaskNotFound,                 the file or entry has nothing of that name
-///                        SectionNotFound, SettingNotFound
-///     Changed            FileChanged                                   something else changed the file: not
-///     overwritten Locked             FileLocked                                    another editor had the file all the
-///     time ReadOnly           ReadOnly                                      the file was opened to be read only
-///     NotFlushed         WrittenNotFlushed                             the file is written; a loss of power may undo
-///     it SyntaxError        SyntaxError                                   no well-formed XML: File(), Line(), Column()
-///     InvalidText        NotValidInItsEncoding                         a text that is no valid UTF-8 or UTF-16
-///     FileError          the other codes of file operations            a file that cannot be read or written
-///     Error              all others
+///     exception    codes (Results.h)                    what happened
+///     NotFound     PolicyNotFound, TaskNotFound,        the file or entry has nothing of that name
+///                  SectionNotFound, SettingNotFound
+///     Changed      FileChanged                          something else changed the file, which is left alone
+///     Locked       FileLocked                           another editor had the file all the time
+///     ReadOnly     ReadOnly                             the file was opened to be read only
+///     NotFlushed   WrittenNotFlushed                    the file is written; a loss of power may undo it
+///     SyntaxError  SyntaxError                          no well-formed XML: File(), Line(), Column()
+///     InvalidText  NotValidInItsEncoding                a text that is no valid UTF-8 or UTF-16
+///     FileError    the other codes of file operations   a file that cannot be read or written
+///     Error        all others
 ///
 /// Running out of memory gives std::bad_alloc on the client's side, and Error with OutOfMemory, AllocationFailed or
 /// Unexpected on the component's.

@@ -34,8 +34,7 @@ constinit const Command kDoctor{
     .description =
         "Check the installation: the module that this tool uses, and the one that registered clients get; and say what "
         "to do about the first step that fails",
-    .examples =
-        "  zupolicy doctor --json",
+    .examples = "  zupolicy doctor --json",
     .declare = DeclareDoctor,
 };
 

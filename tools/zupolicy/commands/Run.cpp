@@ -33,7 +33,8 @@ ExitCode ParseAndExecute(const std::vector<std::string>& arguments, Streams stre
 ExitCode Finish(ExitCode code, Streams streams)
 {
     streams.data.flush();
-    if (!streams.data && code == ExitCode::Ok) {
+    // For `diff` the second code says that the files differ.
+    if (!streams.data && (code == ExitCode::Ok || code == ExitCode::NotFound)) {
         Complain(streams, "writing to standard output failed");
         return ExitCode::Other;
     }

@@ -77,10 +77,16 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
 }
 
 /// When a task goes back into the file, the component writes its identity fields into some of its settings. A value put
-/// there would be lost without a message.
+/// there would be lost without a message. A policy goes to the end of its siblings: one with the same ID that follows
+/// it would be found from then on.
 void RequireKept(PolicyFile& file, const SetOptions& options)
 {
     const auto kept = file.Find(options.target)->Find(options.section, options.name);
+    if (kept != options.value && !options.target.taskId) {
+        throw Failure(ExitCode::Other, options.file + ": " + Describe(options.target) +
+                                           ": the software ID occurs again, and the other policy would be found in " +
+                                           "place of the changed one; zupolicy apply can edit it");
+    }
     if (kept != options.value) {
         throw Failure(ExitCode::Other, options.file + ": " + Describe(options.target) + ": setting " +
                                            Shortened(options.name) + " of section " + Shortened(options.section) +

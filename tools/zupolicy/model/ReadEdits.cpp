@@ -170,6 +170,10 @@ EditRequest ReadLine(const std::string& line, std::uint32_t number, std::size_t 
 {
     try {
         const std::string_view text = std::string_view(line).substr(skipped);
+        // The reader takes a null character for the end of its text.
+        if (const std::size_t null = text.find('\0'); null != text.npos) {
+            throw JsonComplaint{null, "a null character is not JSON"};
+        }
         const JsonValue value = ReadJson(text);
         EditRequest edit = ReadEdit(value);
         edit.place = {number, ColumnOf(text, value.at)};
