@@ -17,7 +17,7 @@ namespace zupm::model {
 ///
 /// Lifetime  A value. References to items stay valid until the item is removed or the list is assigned to or moved.
 template <class Item>
-class Named {
+class Named {  // NOLINT(cppcoreguidelines-special-member-functions): one assignment, by value, serves both
 public:
     class const_iterator {
     public:
