@@ -1,4 +1,4 @@
-/// The interface of a policy or a task behind its sections and settings: one type for both.
+/// The sections and settings of a policy or a task, read and changed through its interface: one type for both.
 #pragma once
 
 #include <zuPolicyManager/Owners.h>
