@@ -113,13 +113,7 @@ public:
 protected:
     explicit Entry(std::shared_ptr<const Own> settings) : m_settings(std::move(settings)) {}
 
-    [[nodiscard]] const Own& Access() const
-    {
-        if (!m_settings) {
-            ThrowEmpty();
-        }
-        return *m_settings;
-    }
+    [[nodiscard]] const Own& Access() const { return Held(m_settings); }
     /// Sets a text of the object, through one of its setters.
     void Put(HRESULT (Interface::*put)(BSTR), std::string_view text) const
     {

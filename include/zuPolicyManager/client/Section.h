@@ -42,13 +42,7 @@ public:
     void Remove() const { Entry().Remove(SectionName(), m_name); }
 
 private:
-    [[nodiscard]] const client::Settings& Entry() const
-    {
-        if (!m_entry) {
-            client::ThrowEmpty();
-        }
-        return *m_entry;
-    }
+    [[nodiscard]] const client::Settings& Entry() const { return client::Held(m_entry); }
 
     std::shared_ptr<const client::Settings> m_entry;
     std::shared_ptr<const std::string> m_section;
@@ -138,13 +132,7 @@ public:
     void Remove() const { Entry().Remove(Name()); }
 
 private:
-    [[nodiscard]] const client::Settings& Entry() const
-    {
-        if (!m_entry) {
-            client::ThrowEmpty();
-        }
-        return *m_entry;
-    }
+    [[nodiscard]] const client::Settings& Entry() const { return client::Held(m_entry); }
 
     std::shared_ptr<const client::Settings> m_entry;
     std::shared_ptr<const std::string> m_name;

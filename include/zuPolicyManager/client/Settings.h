@@ -204,4 +204,14 @@ private:
     ComPtr<Interface> m_object;
 };
 
+/// What a value refers to. Throws Error (NotInitialised) when the value was moved from.
+template <class Kind>
+[[nodiscard]] const Kind& Held(const std::shared_ptr<const Kind>& object)
+{
+    if (!object) {
+        ThrowEmpty();
+    }
+    return *object;
+}
+
 }  // namespace zupm::client
