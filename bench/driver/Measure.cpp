@@ -32,6 +32,9 @@ std::vector<Result> Measure(const Contest& contest)
     std::vector<Samples> samples(contest.contenders.size());
     for (int round = contest.hasFirstTurnForNothing ? -1 : 0; round < contest.rounds; ++round) {
         for (std::size_t i = 0; i < samples.size(); ++i) {
+            if (contest.beforeATurn) {
+                contest.beforeATurn();
+            }
             const Samples turn = contest.contenders[i].takeTurn();
             if (round >= 0) {
                 Append(samples[i].seconds, turn.seconds);

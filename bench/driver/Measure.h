@@ -24,7 +24,8 @@ struct Contest {
     int rounds = 0;                     ///< turns of each contender
     std::vector<Contender> contenders;  ///< the component first
     bool isPeakShown = false;
-    bool hasFirstTurnForNothing = false;  ///< one turn of each before those that count
+    bool hasFirstTurnForNothing = false;     ///< one turn of each before those that count
+    std::function<void()> beforeATurn = {};  ///< not measured; may be empty
 };
 
 struct Row {

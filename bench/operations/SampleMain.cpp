@@ -1,8 +1,11 @@
 // A measured process: prepares one operation and prints how long it takes. zupm_bench starts it.
 //
 //   bench_sample OPERATION CONTENDER FILE NUMBER kept|fresh WARM COUNTED
+//   bench_sample use-memory BYTES
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "bench/operations/Operations.h"
@@ -31,10 +34,21 @@ constexpr Row kOperations[] = {
     {"edit-and-write", EditAndWrite},
 };
 
+/// Writes to every page of memory that the process does not need. Afterwards the system has these pages at hand.
+void UseMemory(std::size_t bytes)
+{
+    const std::string memory(bytes, ' ');
+    Use(memory.data());
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
+    if (argc == 3 && std::string_view(argv[1]) == "use-memory") {
+        UseMemory(std::strtoull(argv[2], nullptr, 10));
+        return 0;
+    }
     Demand(argc == 8, "bench_sample: reading the command line");
     const bool isHeapKept = std::strcmp(argv[5], "kept") == 0;
     if (isHeapKept) {

@@ -69,6 +69,11 @@ bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept
 void PreferLargePages(void* memory, std::size_t size) noexcept
 {
     constexpr std::size_t kLargePage = std::size_t{2} << 20;
+    // A virtual machine has few whole blocks at hand. The host provides the others, which costs more than small pages.
+    constexpr std::size_t kMost = std::size_t{32} << 20;
+    if (size > kMost) {
+        return;
+    }
     const std::size_t skipped = (kLargePage - reinterpret_cast<std::uintptr_t>(memory) % kLargePage) % kLargePage;
     const std::size_t whole = size < skipped ? 0 : (size - skipped) / kLargePage * kLargePage;
     if (whole != 0) {

@@ -42,8 +42,8 @@ namespace zupm::native {
 /// Fills `bytes` with what nobody can know beforehand; false, with errno, when the system has no random bytes.
 [[nodiscard]] bool FillWithRandomBytes(std::span<unsigned char> bytes) noexcept;
 
-/// Asks the system to give memory that nobody has written to yet in large pages, when it is large itself. Nothing
-/// depends on the answer but how long it takes to write there first.
+/// Asks the system for large pages where nobody has written yet: from 2 to 32 MiB of memory. The answer changes
+/// nothing except how long the first writing takes.
 void PreferLargePages(void* memory, std::size_t size) noexcept;
 
 /// Takes the pending signals of a set from the calling thread, which blocks them, without waiting.
