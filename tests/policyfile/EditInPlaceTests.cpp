@@ -258,10 +258,10 @@ TEST_F(EditInPlace, SyntaxError_NamesTheFileAndThePlace)
     EXPECT_TRUE(information.interfaceId == IID_IPolicyFileEdit);
 }
 
-TEST_F(EditInPlace, EightThreadsWithFiftyEditsEach_LoseNothing)
+TEST_F(EditInPlace, EightThreadsWithFifteenEditsEach_LoseNothing)
 {
     constexpr int kThreads = 8;
-    constexpr int kEdits = 50;
+    constexpr int kEdits = 15;
     const auto edit = [&](int thread) {
         Editor editor;
         for (int i = 0; i < kEdits; ++i) {
