@@ -1,7 +1,8 @@
 // Measures the component and its peers and prints one table in Markdown.
 //
-//   zupm_bench [--quick] [--only TEXT] [--compare FOLDER]
+//   zupm_bench [--tools] [--quick] [--only TEXT] [--compare FOLDER]
 //
+//   --tools    only the rows that compare the tool with what scripts use
 //   --quick    the rows that take seconds, with fewer samples
 //   --only     the rows whose operation has TEXT in its name
 //   --compare  instead of the peers, the build of the component whose libraries and zupolicy are in FOLDER
@@ -21,6 +22,7 @@ using namespace zupm::bench;
 struct Options {
     Setup setup;
     std::string only;
+    bool isToolsOnly = false;
 };
 
 std::optional<Options> OptionsOf(int argc, char** argv)
@@ -31,6 +33,8 @@ std::optional<Options> OptionsOf(int argc, char** argv)
         const std::string word = argv[i];
         if (word == "--quick") {
             options.setup.isQuick = true;
+        } else if (word == "--tools") {
+            options.isToolsOnly = true;
         } else if (word == "--only" && i + 1 < argc) {
             options.only = argv[++i];
         } else if (word == "--compare" && i + 1 < argc) {
@@ -59,11 +63,15 @@ int main(int argc, char** argv)
 {
     const std::optional<Options> options = OptionsOf(argc, argv);
     if (!options) {
-        std::fprintf(stderr, "usage: zupm_bench [--quick] [--only TEXT] [--compare FOLDER]\n");
+        std::fprintf(stderr, "usage: zupm_bench [--tools] [--quick] [--only TEXT] [--compare FOLDER]\n");
         return 2;
     }
     std::printf("%s\n\n", Surroundings().c_str());
     PrintTableHead();
+    if (options->isToolsOnly) {
+        Run(*options, ToolRows(options->setup));
+        return 0;
+    }
     Run(*options, LoadRows(options->setup));
     Run(*options, ObjectRows(options->setup));
     Run(*options, ProcessRows(options->setup));

@@ -13,6 +13,8 @@ namespace zupm::bench {
 [[nodiscard]] std::vector<Row> ObjectRows(const Setup& setup);
 /// The tool against other tools, start included.
 [[nodiscard]] std::vector<Row> ProcessRows(const Setup& setup);
+/// The tool against what scripts use: changes, many edits, many files. Whole processes, start included.
+[[nodiscard]] std::vector<Row> ToolRows(const Setup& setup);
 /// The Python package against Python with lxml.
 [[nodiscard]] std::vector<Row> PythonRows(const Setup& setup);
 
