@@ -1,10 +1,16 @@
 #include "platform/Modules.h"
 
+#include <fcntl.h>
+#include <time.h>
+
 #include <map>
+#include <mutex>
 #include <new>
 #include <utility>
 
 #include "platform/Files.h"
+#include "platform/posix/NativePath.h"
+#include "platform/posix/SystemCalls.h"
 #include "platform/posix/TextFields.h"
 #include "text/Utf.h"
 
@@ -44,13 +50,73 @@ bool AddLine(std::string_view line, Texts& texts)
     return text && texts.emplace(id, *std::move(text)).second;
 }
 
-}  // namespace
+/// What a file is known by: every change of its bytes changes its times, unless two changes meet in one tick.
+struct Identity {
+    dev_t device = 0;
+    ino_t number = 0;
+    off_t size = 0;
+    timespec written{};
+    timespec changed{};
 
-std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view fullPath)
-{
-    if (!fullPath.starts_with(u'/')) {
-        return nullptr;
+    friend bool operator==(const Identity& left, const Identity& right) noexcept
+    {
+        const auto same = [](const timespec& one, const timespec& other) {
+            return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+        };
+        return left.device == right.device && left.number == right.number && left.size == right.size &&
+               same(left.written, right.written) && same(left.changed, right.changed);
     }
+};
+
+std::optional<Identity> IdentityOf(const std::string& path)
+{
+    struct stat status {};
+    if (Calls().fstatat(AT_FDCWD, path.c_str(), &status, 0) != 0) {
+        return std::nullopt;
+    }
+    return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim, status.st_ctim};
+}
+
+/// Whether the next change of the file gets another time than the last one.
+bool IsOld(const Identity& identity) noexcept
+{
+    constexpr time_t kSeconds = 2;
+    timespec now{};
+    return clock_gettime(CLOCK_REALTIME, &now) == 0 && identity.changed.tv_sec + kSeconds < now.tv_sec;
+}
+
+/// The module that was loaded last. Every creation of an object may load the module again, and mostly it is the same.
+struct LastModule {
+    std::string path;
+    Identity identity;
+    std::shared_ptr<const ResourceModule> module;
+};
+
+// A plain pointer: a thread that still runs at the end of the process may load a module then.
+constinit std::mutex g_lastLock;
+constinit LastModule* g_last = nullptr;
+
+void Keep(std::unique_ptr<LastModule> next) noexcept
+{
+    const std::lock_guard lock(g_lastLock);
+    next.reset(std::exchange(g_last, next.release()));
+}
+
+const struct DropAtTheEnd {
+    DropAtTheEnd() noexcept = default;
+    DropAtTheEnd(const DropAtTheEnd&) = delete;
+    DropAtTheEnd& operator=(const DropAtTheEnd&) = delete;
+    ~DropAtTheEnd() { Keep(nullptr); }
+} g_dropAtTheEnd;
+
+std::shared_ptr<const ResourceModule> KeptModule(const std::string& path, const Identity& identity)
+{
+    const std::lock_guard lock(g_lastLock);
+    return g_last != nullptr && g_last->path == path && g_last->identity == identity ? g_last->module : nullptr;
+}
+
+std::shared_ptr<const ResourceModule> ReadModule(std::u16string_view fullPath)
+{
     std::string bytes;
     const result::Code read = ReadWholeFile(fullPath, bytes);
     if (read == result::OutOfMemory) {
@@ -66,6 +132,25 @@ std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view ful
         }
     }
     return texts.empty() ? nullptr : std::make_shared<const TextResourceModule>(std::move(texts));
+}
+
+}  // namespace
+
+std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view fullPath)
+{
+    const std::optional<std::string> path = fullPath.starts_with(u'/') ? ToNativePath(fullPath) : std::nullopt;
+    const std::optional<Identity> identity = path ? IdentityOf(*path) : std::nullopt;
+    if (!identity) {
+        return nullptr;
+    }
+    if (auto module = KeptModule(*path, *identity)) {
+        return module;
+    }
+    auto module = ReadModule(fullPath);
+    if (module != nullptr && IsOld(*identity) && IdentityOf(*path) == identity) {
+        Keep(std::make_unique<LastModule>(LastModule{*path, *identity, module}));
+    }
+    return module;
 }
 
 std::u16string_view PackageFolder() noexcept

@@ -5,9 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <ctime>
 #include <filesystem>
 
 #include "common/Resources.h"
+#include "platform/posix/SystemCalls.h"
 #include "tests/platform/TestFolder.h"
 
 namespace zupm::test {
@@ -89,6 +91,55 @@ TEST_F(Modules, ResourceModule_OutlivesItsFile)
     const auto module = Load("1\tone\n");
     fs::remove(m_folder.Path("AgentRes.dll"));
     EXPECT_EQ(GetResString(module.get(), 1), u"one");
+}
+
+time_t g_changed = 0;  ///< the time of the last change that the system reports, in seconds
+
+/// Reports g_changed for every file.
+native::SystemCalls CallsWithGivenTimes()
+{
+    native::SystemCalls calls = native::kSystemCalls;
+    calls.fstatat = [](int folder, const char* path, struct stat* status, int flags) {
+        const int result = native::kSystemCalls.fstatat(folder, path, status, flags);
+        status->st_mtim = status->st_ctim = timespec{g_changed, 0};
+        return result;
+    };
+    return calls;
+}
+
+class ModuleTimes : public Modules {
+protected:
+    ModuleTimes() { native::ReplaceSystemCalls(&m_calls); }
+    ~ModuleTimes() override { native::ReplaceSystemCalls(nullptr); }
+
+    native::SystemCalls m_calls = CallsWithGivenTimes();
+};
+
+TEST_F(ModuleTimes, ModuleThatIsTheSame_IsNotReadAgain)
+{
+    g_changed = 1000;
+    const auto first = Load("1\told");
+    EXPECT_EQ(LoadResourceModule(m_folder.Wide("AgentRes.dll")), first);
+    m_folder.Write("Other.dll", "1\told");
+    EXPECT_NE(LoadResourceModule(m_folder.Wide("Other.dll")), first);
+}
+
+TEST_F(ModuleTimes, ModuleWithAnotherTimeOrSize_IsReadAgain)
+{
+    g_changed = 2000;
+    ASSERT_NE(Load("1\told"), nullptr);
+    g_changed = 2001;
+    EXPECT_EQ(Load("1\tnew")->FindString(1), u"new");
+    EXPECT_EQ(Load("1\tlonger")->FindString(1), u"longer");
+    m_folder.Write("AgentRes.dll", "no text");
+    EXPECT_EQ(LoadResourceModule(m_folder.Wide("AgentRes.dll")), nullptr);
+}
+
+TEST_F(ModuleTimes, ModuleThatWasJustChanged_IsReadAgainBecauseTheNextChangeMayHaveTheSameTime)
+{
+    g_changed = time(nullptr);
+    ASSERT_NE(Load("1\told"), nullptr);
+    EXPECT_EQ(Load("1\tnew")->FindString(1), u"new");
 }
 
 TEST_F(Modules, ResourceFolder_TheLanguagesFolderComesFirst)
