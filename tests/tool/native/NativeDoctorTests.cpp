@@ -1,4 +1,4 @@
-// zupolicy doctor with a registry file that cannot be read.
+// zupolicy doctor with what only this target has: a registry file, and resource modules that are text files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -47,6 +47,18 @@ TEST(BrokenRegistry, AFolderInItsPlaceIsNamed)
     const ToolRun run = installed.Tool({"doctor"});
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_THAT(run.out, HasSubstr(" cannot be read: Access to the file is denied."));
+}
+
+TEST(CutOffTexts, AreNamedWhereverTheFileEnds)
+{
+    const Installed installed;
+    const std::filesystem::path resources = installed.Folder() / "AgentRes.dll";
+    for (auto kept = std::filesystem::file_size(resources); kept-- > 0;) {
+        std::filesystem::resize_file(resources, kept);
+        const ToolRun run = installed.Tool({"doctor"});
+        EXPECT_EQ(run.exitCode, 4) << kept;
+        EXPECT_THAT(run.out, HasSubstr("resource module  FAILED  " + resources.string() + " ")) << kept;
+    }
 }
 
 }  // namespace
