@@ -4,7 +4,7 @@ import time
 
 
 def peak_memory():
-    """The largest resident memory of this program in bytes. getrusage also counts that of the program that started it."""
+    """The largest resident memory of this program in bytes; getrusage counts that of its starter too."""
     with open("/proc/self/status", encoding="ascii") as status:
         return next(int(line.split()[1]) * 1024 for line in status if line.startswith("VmHWM:"))
 
