@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "Installed.h"
 
 namespace zupm::test {
@@ -27,12 +25,12 @@ constexpr BrokenFile kBrokenFiles[] = {
 TEST(BrokenRegistry, IsNamedWithWhatToDo)
 {
     const Installed installed;
-    const std::string registry = std::getenv("ZUREGISTRY");
+    const std::filesystem::path registry = installed.RegistryFile();
     for (const BrokenFile& broken : kBrokenFiles) {
-        WriteBytes(std::filesystem::path(registry).u16string(), broken.bytes);
+        WriteBytes(registry.u16string(), broken.bytes);
         const ToolRun run = installed.Tool({"doctor"});
         EXPECT_EQ(run.exitCode, 4) << broken.name;
-        EXPECT_THAT(run.out, AllOf(HasSubstr("registered       FAILED  the registry file " + registry +
+        EXPECT_THAT(run.out, AllOf(HasSubstr("registered       FAILED  the registry file " + registry.string() +
                                              " cannot be read: it is not in the format of a registry file\n"),
                                    HasSubstr("What to do: Restore it from a copy, or remove it and register the module "
                                              "again.\n")))
@@ -43,7 +41,7 @@ TEST(BrokenRegistry, IsNamedWithWhatToDo)
 TEST(BrokenRegistry, AFolderInItsPlaceIsNamed)
 {
     const Installed installed;
-    std::filesystem::create_directories(std::getenv("ZUREGISTRY"));
+    std::filesystem::create_directories(installed.RegistryFile());
     const ToolRun run = installed.Tool({"doctor"});
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_THAT(run.out, HasSubstr(" cannot be read: Access to the file is denied."));

@@ -99,7 +99,7 @@ void CheckResources(const fs::path& module, Steps& steps)
             steps.Ok("resource module", Name(file));
             return;
         }
-        problem = Name(file) + " " + problem;
+        problem.insert(0, Name(file) + " ");
     }
     if (problem.empty()) {
         steps.Fail("resource module", std::string("there is no ") + kResourceModule + " in " + searched,
