@@ -115,6 +115,11 @@ def test_a_plain_document_is_read_from_its_text() -> None:
         """<Product SoftwareID="P"><Section name="s"></Section><Setting name="x">y</Setting></Product>""",
         """<Product SoftwareID="P"><Setting name="x">y</Setting>{b}</Product>""",
         """<Product SoftwareID="P">{a}{b}{a}</Product>""",
+        """<Product SoftwareID="P"><Section name="s"><Setting name="a\nb">1</Setting></Section>{a}</Product>""",
+        """<Product SoftwareID="P"><Section name="s"><Setting name="a\tb">1</Setting></Section>{a}</Product>""",
+        """<Product SoftwareID="P"><Section name="s"><Setting name="a">1\r\n2</Setting></Section>{a}</Product>""",
+        """<Product SoftwareID="P"><Section name="s"><Setting name="a\r\nb">1</Setting></Section>{a}</Product>""",
+        """<Product SoftwareID="P"><Section name="s"><!--<Setting name="<"></Setting>--></Section>{a}</Product>""",
         """<Product SoftwareID="&#80;">{a}</Product><Product SoftwareID="P">{b}</Product>""",
     ],
 )
@@ -122,7 +127,7 @@ def test_what_looks_plain_and_is_not_is_read_as_the_component_reads_it(tmp_path:
     a, b = ('<Section name="s"><Setting name="x">%s</Setting></Section>' % name for name in "ab")
     path = tmp_path / "policy.xml"
     policy = products.format(a=a, b=b)
-    path.write_text(_HEAD + f"<Policy>{policy}</Policy>" + _TAIL, encoding="utf-8")
+    path.write_bytes(f"{_HEAD}<Policy>{policy}</Policy>{_TAIL}".encode())
     with zupolicy.open(path) as file:
         expected = {software_id: policy.to_dict() for software_id, policy in file.policies.items()}
         assert file.policies.to_dict() == expected
@@ -141,3 +146,13 @@ def test_the_changes_are_among_them(policy_path: pathlib.Path) -> None:
         file.policies["PRODUCTA1000"]["General"]["ScanInterval"] = "<15>"
         assert file.policies.to_dict()["PRODUCTA1000"]["General"]["ScanInterval"] == "<15>"
         assert file.policies.to_dict() == {name: policy.to_dict() for name, policy in file.policies.items()}
+
+
+def test_a_read_only_file_lists_the_changes_of_its_copies(tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "policy.xml"
+    section = '<Section name="s"><Setting name="a">1</Setting></Section>'
+    products = "".join(f'<Product SoftwareID="{name}">{section}</Product>' for name in "PQ")
+    path.write_text(f"{_HEAD}<Policy>{products}</Policy>{_TAIL}", encoding="utf-8")
+    with zupolicy.open(path, read_only=True) as file:
+        file.policies["Q"]["s"]["a"] = "2"
+        assert file.policies.to_dict() == {"P": {"s": {"a": "1"}}, "Q": {"s": {"a": "2"}}}

@@ -6,6 +6,7 @@ import os
 import pathlib
 import pickle
 import shutil
+from typing import Callable
 
 import pytest
 
@@ -29,6 +30,29 @@ def test_a_missing_file_is_a_file_not_found_error(tmp_path: pathlib.Path) -> Non
     assert isinstance(error, zupolicy.FileMissing)
     assert (error.code_name, error.sentence) == ("FileNotFound", "The file does not exist.")
     assert error.errno == 2
+    assert error.file == error.filename == str(tmp_path / "nothing.xml")
+    assert str(error) == f"{error.file}: The file does not exist."
+    copy = pickle.loads(pickle.dumps(error))
+    assert (copy.errno, copy.filename, str(copy)) == (2, error.filename, str(error))
+
+
+def test_every_failure_about_a_file_names_it(policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    with zupolicy.open(policy_path) as file:
+        calls: "list[tuple[Callable[[], object], pathlib.Path]]" = [
+            (lambda: zupolicy.open(tmp_path), tmp_path),
+            (lambda: zupolicy.open(tmp_path / "none", lock=True), tmp_path / "none"),
+            (lambda: file.tasks["PRODUCTA1000", "{task-1}"].export_ini(tmp_path), tmp_path),
+            (lambda: file.save_as(tmp_path), tmp_path),
+        ]
+        for call, path in calls:
+            with pytest.raises(zupolicy.Error) as caught:
+                call()
+            assert caught.value.file == str(path)
+        policy_path.unlink()
+        for lost in (file.save, file.reload):
+            with pytest.raises(zupolicy.Error) as caught:
+                lost()
+            assert caught.value.file == str(policy_path)
 
 
 def test_a_malformed_file_says_where(tmp_path: pathlib.Path) -> None:

@@ -160,6 +160,17 @@ def test_changes_of_a_read_only_file_cannot_be_handed_back(policy_path: pathlib.
         assert file.policies["PRODUCTA1000"] is policy
 
 
+def test_a_read_only_file_with_changed_copies_can_be_read(policy_path: pathlib.Path) -> None:
+    with zupolicy.open(policy_path, read_only=True) as file:
+        before = file.to_xml()
+        listed = file.policies.to_dict()
+        file.policies["PRODUCTA1000"]["General"]["ScanInterval"] = "15"
+        file.tasks["PRODUCTA1000", "{task-1}"].display_name = "New"
+        assert file.to_xml() == before
+        listed["PRODUCTA1000"]["General"]["ScanInterval"] = "15"
+        assert file.policies.to_dict() == listed == {name: policy.to_dict() for name, policy in file.policies.items()}
+
+
 def test_the_document_has_the_changes(file: zupolicy.File) -> None:
     file.policies["PRODUCTA1000"]["General"]["Greeting"] = "a < b"
     assert '<Setting name="Greeting">a &lt; b</Setting>' in file.to_xml()

@@ -210,9 +210,10 @@ def test_a_read_only_file_is_not_locked_for_editing(policy_path: pathlib.Path) -
     with pytest.raises(ValueError, match="read-only"):
         zupolicy.open(policy_path, read_only=True, lock=True)
     with zupolicy.open(policy_path, read_only=True) as file:
-        with pytest.raises(ValueError, match="read-only"):
+        with pytest.raises(zupolicy.ReadOnly) as caught:
             with file.edit():
                 pass
+        assert caught.value.file == str(policy_path)
 
 
 def test_saving_as_leaves_the_opened_file_alone(policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
@@ -228,8 +229,9 @@ def test_saving_as_leaves_the_opened_file_alone(policy_path: pathlib.Path, tmp_p
 
 def test_saving_into_a_missing_folder_is_an_error(policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
     with zupolicy.open(policy_path) as file:
-        with pytest.raises(FileNotFoundError):
+        with pytest.raises(FileNotFoundError) as caught:
             file.save_as(tmp_path / "none" / "policy.xml")
+        assert caught.value.filename == str(tmp_path / "none" / "policy.xml")
 
 
 def test_a_file_that_cannot_be_loaded_again_holds_nothing(policy_path: pathlib.Path) -> None:

@@ -11,6 +11,9 @@ import zupolicy
 
 KEYS = [("PRODUCTA1000", "{task-1}"), ("PRODUCTA1000", "{task-2}"), ("PRODUCTB2000", "{task-1}")]
 
+#: Texts that XML cannot hold.
+_NO_XML = ["a\0b", "\x1b", "\ud800", "\ufffe"]
+
 
 @pytest.fixture
 def file(policy_path: pathlib.Path) -> Iterator[zupolicy.File]:
@@ -92,9 +95,32 @@ def test_a_task_is_created(file: zupolicy.File) -> None:
 
 
 def test_a_task_that_xml_cannot_hold_is_not_created(file: zupolicy.File) -> None:
-    with pytest.raises(zupolicy.Error):
-        file.tasks.create("NEW", "a\0b")
-    assert file.tasks.keys() == KEYS
+    for text in _NO_XML:
+        with pytest.raises(zupolicy.InvalidText):
+            file.tasks.create("NEW", text)
+        with pytest.raises(zupolicy.InvalidText):
+            file.tasks.create(text, "{1}")
+        with pytest.raises(zupolicy.InvalidText):
+            file.tasks.create("NEW", "{1}", platforms=text)
+    assert file.tasks.keys() == KEYS and not file.modified
+
+
+@pytest.mark.parametrize("field", ["display_name", "type", "creator_id", "platforms"])
+def test_a_field_that_xml_cannot_hold_is_refused_at_the_assignment(file: zupolicy.File, field: str) -> None:
+    task = file.tasks[KEYS[0]]
+    before = getattr(task, field)
+    for text in _NO_XML:
+        with pytest.raises(zupolicy.InvalidText):
+            setattr(task, field, text)
+    assert getattr(task, field) == before and not task.changed
+    setattr(task, field, "\t\n é \ufffd \U0010ffff")
+    assert task.changed
+    file.commit()
+
+
+def test_a_task_without_a_display_name_has_its_id_as_one(file: zupolicy.File) -> None:
+    assert file.tasks.create("NEW", "{1}").display_name == "{1}"
+    assert file.tasks.create("NEW", "{2}", display_name="").display_name == ""
 
 
 def test_a_task_that_is_removed_while_held_stays_readable(file: zupolicy.File) -> None:

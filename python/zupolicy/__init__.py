@@ -70,5 +70,6 @@ def open(
     saved or closed; the call waits up to `timeout` seconds for an editor that has it, and None waits for ever.
 
     FileMissing, AccessDenied, ParseError; Locked: another process was editing the file all the time; LibraryNotFound.
+    ValueError: `read_only` and `lock` at once.
     """
     return File(path, read_only, lock, timeout)

@@ -13,6 +13,7 @@ from __future__ import annotations
 import codecs
 import ctypes
 import os
+import re
 from typing import Any, Callable, Dict, List, Optional, Tuple, Type, Union
 
 from . import _interfaces as table
@@ -29,6 +30,9 @@ _MOST_BYTES = 0xFFFFFFF0
 
 #: From this number of bytes on, a copy in between costs more than a view.
 _LARGE = 1 << 16
+
+# What XML cannot hold: control characters, halves of surrogate pairs, U+FFFE and U+FFFF.
+_FORBIDDEN = re.compile("[^\t\n\r\x20-\ud7ff\ue000-\ufffd\U00010000-\U0010ffff]")
 
 _POINTER_BYTES = ctypes.sizeof(ctypes.c_void_p)
 
@@ -226,8 +230,11 @@ def new_policy_file() -> Reference:
 def failure(code: int, *texts: str) -> Error:
     """The exception for the call of this thread that has just failed; `texts` were its arguments."""
     message = _description()
-    if code == UNEXPECTED and not all(_is_xml_text(text) for text in texts):
-        return InvalidText(code, "A name or value holds a character that XML cannot hold.")
+    if code == UNEXPECTED:
+        try:
+            require_xml_text(*texts)
+        except InvalidText as error:
+            return error
     return error_of(code, message)
 
 
@@ -239,10 +246,10 @@ def _description() -> str:
     return Reference(slot.value, table.ERROR_INFO).text("GetDescription")
 
 
-def _is_xml_text(text: str) -> bool:
-    return all(
-        " " <= character <= "\ud7ff"
-        or character in "\t\n\r"
-        or ("\ue000" <= character and character not in "\ufffe\uffff")
-        for character in text
-    )
+def require_xml_text(*texts: str) -> None:
+    """Raises InvalidText for a text that XML cannot hold, and TypeError for what is no text."""
+    for text in texts:
+        if not isinstance(text, str):
+            raise TypeError(f"expected a str, not {type(text).__name__}")
+        if _FORBIDDEN.search(text):
+            raise InvalidText(UNEXPECTED, "A name or value holds a character that XML cannot hold.")

@@ -90,15 +90,19 @@ class Tasks(Collection[Task]):
         software_id: str,
         task_id: str,
         *,
-        display_name: str = "",
+        display_name: Optional[str] = None,
         type: str = "",
         creator_id: str = "",
         platforms: str = "",
         priority: int = 0,
         sections: Optional[Sections] = None,
     ) -> Task:
-        """Adds a task to the file's document. ValueError: there is one already."""
-        fields = {"display_name": display_name, "type": type, "creator_id": creator_id, "platforms": platforms}
+        """Adds a task to the file's document; without a display name it gets its ID as one.
+
+        ValueError: there is one already. InvalidText: XML cannot hold an ID, a field or a setting.
+        """
+        name = task_id if display_name is None else display_name
+        fields = {"display_name": name, "type": type, "creator_id": creator_id, "platforms": platforms}
         return self._file._create_task((software_id, task_id), fields, priority, sections or {})
 
     def of(self, software_id: str) -> List[Task]:

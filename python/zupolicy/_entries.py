@@ -6,7 +6,8 @@ import os
 from typing import TYPE_CHECKING, Any, Dict, Optional, Tuple, Union
 
 from . import _interfaces as table
-from ._calls import Reference
+from ._calls import Reference, require_xml_text
+from ._errors import about_file
 from ._settings import Settings
 
 if TYPE_CHECKING:
@@ -100,6 +101,8 @@ def _field(name: str, description: str) -> Any:
         return task._reference.text(f"get_{member}")
 
     def put(task: Task, text: str) -> None:
+        # The component keeps any text and refuses it when the task is handed back.
+        require_xml_text(text)
         task._reference.call(f"put_{member}", text)
         task._note_change()
 
@@ -108,6 +111,8 @@ def _field(name: str, description: str) -> Any:
 
 class Task(Entry):
     """One task: its fields, and a mapping from the names of its sections to `Section` objects.
+
+    A field raises InvalidText for a text that XML cannot hold, and keeps what it had.
 
     Threads  Any thread may use it; each call is one step, and several calls are not.
     """
@@ -156,7 +161,9 @@ class Task(Entry):
 
     def export_ini(self, path: Union[str, os.PathLike[str]]) -> None:
         """Writes the fields and all settings into an INI file. An existing file keeps its other settings."""
-        self._reference.call("WriteTaskDataToIniFile", absolute(path))
+        target = absolute(path)
+        with about_file(target):
+            self._reference.call("WriteTaskDataToIniFile", target)
 
     def __repr__(self) -> str:
         return f"<zupolicy.Task {self._software_id!r}, {self._id!r}>"

@@ -4,7 +4,8 @@ from __future__ import annotations
 
 import errno
 import re
-from typing import Any, Dict, Optional, Tuple, Type
+from contextlib import contextmanager
+from typing import Any, Dict, Iterator, Optional, Tuple, Type
 
 from . import _results
 
@@ -16,8 +17,8 @@ class Error(Exception):
     """A call of the component failed.
 
     `code` is the result code, `code_name` its name (such as "FileChanged") and `sentence` what the code always means.
-    `message` says what happened in this case; most often it is the sentence. `file`, `line` and `column` are set when
-    the component named a place in a file.
+    `message` says what happened in this case; most often it is the sentence. `file` is the file that was to be read or
+    written, if the call was about one. `line` and `column` are set when the component named a place in it.
     """
 
     code: int
@@ -41,10 +42,13 @@ class Error(Exception):
         super().__init__(self.message)
 
     def __str__(self) -> str:
-        return self.message
+        return self.message if self.file is None or self.line is not None else f"{self.file}: {self.message}"
 
     def __reduce__(self) -> Tuple[Type[Error], Tuple[int, str], Dict[str, Any]]:
-        return type(self), (self.code, self.message), dict(self.__dict__)
+        state = dict(self.__dict__)
+        if isinstance(self, OSError):
+            state.update(errno=self.errno, strerror=self.strerror, filename=self.filename)
+        return type(self), (self.code, self.message), state
 
 
 class Changed(Error):
@@ -117,6 +121,19 @@ def error_of(code: int, message: str = "") -> Error:
         error.errno = _ERRNOS[code]
         error.strerror = error.message
     return error
+
+
+@contextmanager
+def about_file(path: str) -> Iterator[None]:
+    """Calls in the block are about a file: their exceptions name it."""
+    try:
+        yield
+    except Error as error:
+        if error.file is None:
+            error.file = path
+        if isinstance(error, OSError):
+            error.filename = path
+        raise
 
 
 def not_found(code: int, message: str) -> NotFound:

@@ -11,13 +11,13 @@ from types import TracebackType
 from typing import Callable, Dict, Iterator, List, Optional, Tuple, Type, Union
 
 from . import _interfaces as table
-from ._calls import Reference, new_policy_file
+from ._calls import Reference, new_policy_file, require_xml_text
 from ._collections import Policies, Sections, Tasks
 from ._entries import Entry, Policy, Task, absolute
-from ._errors import Error, InvalidText, Locked, NotFound
+from ._errors import Error, InvalidText, Locked, NotFound, about_file, error_of
 from ._held import HeldEntries
 from ._names import Notice, names_of, notices_of
-from ._results import NOT_INITIALISED, UNEXPECTED, WRITTEN_NOT_FLUSHED
+from ._results import NOT_INITIALISED, READ_ONLY, UNEXPECTED, WRITTEN_NOT_FLUSHED
 from ._text import AllSettings, products_of, sections_of
 
 Key = Tuple[str, str]
@@ -36,6 +36,8 @@ class File:
     """
 
     def __init__(self, path: Union[str, os.PathLike[str]], read_only: bool, lock: bool, timeout: Optional[float]):
+        if read_only and lock:
+            raise ValueError("A file that is opened read-only cannot be locked for editing.")
         self._path = absolute(path)
         self._read_only = read_only
         self._lock = threading.RLock()
@@ -132,8 +134,12 @@ class File:
         return notices_of(self._contents().obtain("get_Notices", table.POLICY_NOTICES))
 
     def to_xml(self) -> str:
-        """The document as text, with the changes handed back. Its version attributes are not up to date."""
-        self.commit()
+        """The document as text, with the changes handed back. Its version attributes are not up to date.
+
+        A file that was opened read-only takes no changes back: its text is without them.
+        """
+        if not self._read_only:
+            self.commit()
         text = self._object().text("WriteFileBuffer")
         if not text:
             raise Error(NOT_INITIALISED)
@@ -149,7 +155,8 @@ class File:
     @property
     def changed_on_disk(self) -> bool:
         """Whether the file on the disk is no longer the one that was loaded or saved."""
-        return self._contents().number("get_HasChangedOnDisk") != 0
+        with about_file(self._path):
+            return self._contents().number("get_HasChangedOnDisk") != 0
 
     def put(self, entry: Entry) -> None:
         """Puts a copy of a policy or task into the document, in place of one with the same IDs.
@@ -195,7 +202,8 @@ class File:
         with self._lock:
             self.commit()
             try:
-                _wait(timeout, lambda milliseconds: contents.call("WriteIfUnchanged", milliseconds))
+                with about_file(self._path):
+                    _wait(timeout, lambda milliseconds: contents.call("WriteIfUnchanged", milliseconds))
             except Error as error:
                 if error.code != WRITTEN_NOT_FLUSHED:
                     raise
@@ -209,9 +217,11 @@ class File:
         `path` and `save` go on to mean the file that was opened.
         """
         reference = self._object()
+        target = absolute(path)
         with self._lock:
             self.commit()
-            reference.call("WriteFile", absolute(path), 0)
+            with about_file(target):
+                reference.call("WriteFile", target, 0)
 
     def reload(self) -> None:
         """Loads the file again. Changes that were not saved are gone, and a lock ends.
@@ -231,6 +241,9 @@ class File:
         """
         self._object()
         with self._lock:
+            if self._read_only:
+                with about_file(self._path):
+                    raise error_of(READ_ONLY)
             if self.modified:
                 raise ValueError("There are changes that were not saved. Save them, or call reload().")
             self._load_locked(timeout)
@@ -269,9 +282,13 @@ class File:
     def _all_settings(self) -> AllSettings:
         with self._lock:
             document = self.to_xml()
+            # A file that was opened read-only takes no changes back, so its document is without them.
+            changed = {entry.key for entry in self._entries.waiting}
             found: AllSettings = {}
             for software_id, sections in products_of(document, self._policy_ids()):
-                found[software_id] = self._policy(software_id).to_dict() if sections is None else sections
+                if sections is None or (software_id,) in changed:
+                    sections = self._policy(software_id).to_dict()
+                found[software_id] = sections
             return found
 
     def _task(self, key: Key) -> Task:
@@ -312,6 +329,7 @@ class File:
         with self._lock:
             if key in self.tasks:
                 raise ValueError(f"There is a task {key!r} already.")
+            require_xml_text(*key)
             new = self._object().obtain("CreateTask", table.POLICY_TASK)
             new.call("put_SoftwareID", key[0])
             new.call("put_TaskID", key[1])
@@ -362,14 +380,14 @@ class File:
 
     def _load(self) -> None:
         self._forget_entries()
-        self._object().call("InitializeFile", self._path, int(self._read_only))
+        with about_file(self._path):
+            self._object().call("InitializeFile", self._path, int(self._read_only))
 
     def _load_locked(self, timeout: Optional[float]) -> None:
-        if self._read_only:
-            raise ValueError("A file that is opened read-only cannot be locked for editing.")
         edit = self._other(table.POLICY_FILE_EDIT)
         self._forget_entries()
-        _wait(timeout, lambda milliseconds: edit.call("OpenForEdit", self._path, milliseconds))
+        with about_file(self._path):
+            _wait(timeout, lambda milliseconds: edit.call("OpenForEdit", self._path, milliseconds))
         self._locked = True
 
     def _end_edit(self) -> None:

@@ -3,19 +3,14 @@
 from __future__ import annotations
 
 import ctypes
-import re
 from typing import Callable, Dict, ItemsView, Iterator, List, Mapping, MutableMapping, Optional, Tuple
 
 from . import _interfaces as table
-from ._calls import Reference, failure, new_text, text_at
-from ._errors import InvalidText, NotFound
+from ._calls import Reference, failure, new_text, require_xml_text, text_at
+from ._errors import NotFound
 from ._library import library
 from ._names import names_of
-from ._results import SECTION_NOT_FOUND, SETTING_NOT_FOUND, UNEXPECTED
-
-# What XML cannot hold: control characters, halves of surrogate pairs, U+FFFE and U+FFFF.
-_FORBIDDEN = re.compile("[^\t\n\r\x20-\ud7ff\ue000-\ufffd\U00010000-\U0010ffff]")
-
+from ._results import SECTION_NOT_FOUND, SETTING_NOT_FOUND
 
 
 class Section(MutableMapping[str, str]):
@@ -115,7 +110,7 @@ class Settings(MutableMapping[str, Section]):
         """Makes the mapping hold exactly those sections and settings. What is equal already stays as it is."""
         wanted = {name: dict(settings) for name, settings in sections.items()}
         for name, settings in wanted.items():
-            _require_storable(name, settings)
+            require_xml_text(name, *settings, *settings.values())
         for name in self:
             if name not in wanted:
                 del self[name]
@@ -161,7 +156,7 @@ class Settings(MutableMapping[str, Section]):
         return self._sections
 
     def _set_section(self, name: str, wanted: Dict[str, str]) -> None:
-        _require_storable(name, wanted)
+        require_xml_text(name, *wanted, *wanted.values())
         section = Section(self, name)
         present = section.to_dict()
         if not wanted and not self._has_section(name):
@@ -239,12 +234,3 @@ class Settings(MutableMapping[str, Section]):
             runtime.free_string(name_slot)
             runtime.free_string(text_slot)
         return found
-
-
-def _require_storable(section: str, settings: Mapping[str, str]) -> None:
-    """Refuses what cannot be stored before anything is changed."""
-    for text in (section, *settings, *settings.values()):
-        if not isinstance(text, str):
-            raise TypeError("The names and texts of settings are of type str.")
-        if _FORBIDDEN.search(text):
-            raise InvalidText(UNEXPECTED, "A name or value holds a character that XML cannot hold.")

@@ -20,7 +20,7 @@ _ID = "SoftwareID"
 _PRODUCT_END = "</Product>"
 _SECTION = '<Section name="'
 _SECTION_END = "</Section>"
-_SETTING = re.compile(r'<Setting name="([^"<\r\n\t]*)">([^<\r]*)</Setting>')
+_SETTING = re.compile(r'<Setting name="([^"]*)">([^<]*)</Setting>')
 _ODD = re.compile(r'[<"\r\n\t]')
 
 
@@ -59,17 +59,27 @@ def sections_of(product: str) -> Optional[Sections]:
         name, start, content = piece.partition('">')
         content, end, rest = content.partition(_SECTION_END)
         pairs = _SETTING.findall(content)
+        settings = dict(pairs)
         if not start or not end or "<" in rest or content.count("<") != 2 * len(pairs) or _ODD.search(name):
+            return None
+        # Of equal names the dictionary has the last text only.
+        if _has_odd_space(settings) or (len(settings) < len(pairs) and "\r" in content):
             return None
         if "&" in content:
             pairs = [(_unescaped(setting), _unescaped(text)) for setting, text in pairs]
+            settings = dict(pairs)
         name = _unescaped(name)
-        settings = dict(pairs)
         if len(settings) == len(pairs) and name not in found:
             found[name] = settings
         else:
             _merge(found.setdefault(name, {}), pairs)
     return found
+
+
+def _has_odd_space(settings: Settings) -> bool:
+    """Whether a name or text has white space that XML replaces. Joining first is faster than one test for each."""
+    names = "".join(settings)
+    return "\n" in names or "\t" in names or "\r" in names or "\r" in "".join(settings.values())
 
 
 def _merge(settings: Settings, pairs: List[Tuple[str, str]]) -> None:

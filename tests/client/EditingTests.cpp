@@ -225,6 +225,19 @@ TEST_F(EditInPlace, ForeignChange_IsNoticedAndOverwrittenOnlyOnRequest)
     EXPECT_EQ(Open().PolicyIds(), Texts{"Scanner"});
 }
 
+TEST_F(EditInPlace, MoveToItself_ChangesNothing)
+{
+    Edit edit = Begin();
+    Edit& same = edit;
+    edit = std::move(same);
+    EXPECT_THROW(static_cast<void>(Begin()), Locked);
+    // NOLINTBEGIN(clang-analyzer-cplusplus.Move): what it is for
+    edit->Policy("Scanner").Set("General", "Mode", "quick").HandBack();
+    edit.Commit();
+    // NOLINTEND(clang-analyzer-cplusplus.Move)
+    EXPECT_EQ(Open().Policy("Scanner").Value("General", "Mode"), "quick");
+}
+
 TEST_F(EditInPlace, Move_TakesTheLockAlong)
 {
     m_folder.Write(u"other.xml", kSample);

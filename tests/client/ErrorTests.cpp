@@ -65,6 +65,19 @@ TEST_F(Errors, Message_HasSubjectSentenceNameAndNumber)
     EXPECT_EQ(error.Column(), 0u);
 }
 
+TEST_F(Errors, Message_IsOneLineWithoutControlCharacters)
+{
+    constexpr std::string_view kName("a\n\r\tb\0c\x1B[1m\x7F\xC2\x9B\xC2\xA0\xC3\x9B\\n", 20);
+    const auto error = Thrown<NotFound>([&] { static_cast<void>(Open().Policy(kName)); });
+    EXPECT_EQ(error.what(),
+              Path() +
+                  ": policy a\\n\\r\\tb\\x00c\\x1B[1m\\x7F\\x9B\xC2\xA0\xC3\x9B\\n: There is no product policy with "
+                  "that software ID. [PolicyNotFound, 0xFFFFFB49]");
+    EXPECT_EQ(error.Subject(), Path() + ": policy " + std::string(kName));
+    EXPECT_EQ(client::WithVisibleControls("\xC2"), "\xC2");
+    EXPECT_EQ(client::WithVisibleControls("\xC2!"), "\xC2!");
+}
+
 TEST_F(Errors, EveryLookup_NamesWhatIsMissing)
 {
     const PolicyFile file = Open();

@@ -126,13 +126,38 @@ TEST_F(Doctor, WithoutTheResourceModule_NamesIt)
     EXPECT_THAT(Failure(report), HasSubstr("there is no AgentRes.dll in "));
 }
 
-TEST_F(Doctor, AResourceModuleWithoutTexts_FailsAtTheFirstClass)
+TEST_F(Doctor, AResourceModuleWithoutTexts_IsNamed)
 {
-    Write(m_installed.Folder() / "AgentRes.dll", "no texts");
+    const fs::path resources = m_installed.Folder() / "AgentRes.dll";
+    for (const std::string& bytes :
+         {std::string(), std::string("no texts"), std::string("no texts\n"), kHeaderOf32Bits}) {
+        Write(resources, bytes);
+        const json report = Report(4);
+        EXPECT_EQ(Steps(report, "zupolicy"), (List{"found ok", "word size ok", "resource module failed"})) << bytes;
+        EXPECT_THAT(Failure(report), HasSubstr(resources.string())) << bytes;
+    }
+    Replace(ZUPM_OTHER_LIBRARY, resources);
+    EXPECT_EQ(Steps(Report(4), "zupolicy"), (List{"found ok", "word size ok", "resource module failed"}));
+}
+
+TEST_F(Doctor, AResourceModuleThatIsCutOff_IsNamed)
+{
+    const fs::path resources = m_installed.Folder() / "AgentRes.dll";
+    for (const std::uintmax_t kept : {fs::file_size(resources) / 2, std::uintmax_t{20}}) {
+        fs::resize_file(resources, kept);
+        const json report = Report(4);
+        EXPECT_EQ(Steps(report, "zupolicy"), (List{"found ok", "word size ok", "resource module failed"})) << kept;
+        EXPECT_THAT(Failure(report), HasSubstr(resources.string() + " ")) << kept;
+    }
+}
+
+TEST_F(Doctor, AModuleWithoutTheClasses_FailsAtTheFirstOne)
+{
+    Replace(ZUPM_OTHER_SERVER, m_installed.Module());
     const json report = Report(4);
     EXPECT_EQ(Steps(report, "zupolicy"),
               (List{"found ok", "word size ok", "resource module ok", "loads ok", "PolicyFile failed"}));
-    EXPECT_THAT(Failure(report), HasSubstr("[GeneralFailure, 0x80004005]"));
+    EXPECT_THAT(Failure(report), HasSubstr("0x80040111]"));
 }
 
 TEST_F(Doctor, AModuleThatIsCutOff_DoesNotLoad)
@@ -177,11 +202,17 @@ TEST_F(Doctor, ARegisteredModuleThatIsGone_IsNamed)
     Write(other.Folder() / "AgentRes.dll", "no texts");
     report = Report(4);
     EXPECT_EQ(Steps(report, "zupolicy"), kSoundModule);
-    EXPECT_EQ(Steps(report, "registered"), (List{"registered ok", "found ok", "word size ok", "resource module ok",
-                                                 "names ok", "PolicyFile failed"}));
+    EXPECT_EQ(Steps(report, "registered"),
+              (List{"registered ok", "found ok", "word size ok", "resource module failed"}));
 
     Replace(m_installed.Folder() / "AgentRes.dll", other.Folder() / "AgentRes.dll");
     EXPECT_EQ(Steps(Report(0), "registered"), kSoundRegistration);
+
+    Replace(ZUPM_OTHER_SERVER, gone);
+    report = Report(4);
+    EXPECT_EQ(Steps(report, "zupolicy"), kSoundModule);
+    EXPECT_EQ(Steps(report, "registered"), (List{"registered ok", "found ok", "word size ok", "resource module ok",
+                                                 "names ok", "PolicyFile failed"}));
 }
 
 TEST_F(Doctor, AClassThatIsNotRegistered_IsNamed)

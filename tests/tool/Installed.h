@@ -28,6 +28,8 @@ public:
 
     [[nodiscard]] const std::filesystem::path& Folder() const { return m_files.Folder(); }
     [[nodiscard]] std::filesystem::path Module() const { return Folder() / kModuleFileName; }
+    /// The registry file of this installation; only the native target uses it.
+    [[nodiscard]] std::filesystem::path RegistryFile() const { return m_registry.Folder() / "registry"; }
     /// Runs the tool of this installation.
     [[nodiscard]] ToolRun Tool(const std::vector<std::string>& arguments) const;
 

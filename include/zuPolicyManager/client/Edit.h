@@ -40,9 +40,11 @@ public:
     Edit(Edit&&) noexcept = default;
     Edit& operator=(Edit&& other) noexcept
     {
-        End();
-        m_file = std::move(other.m_file);
-        m_edit = std::move(other.m_edit);
+        if (this != &other) {
+            End();
+            m_file = std::move(other.m_file);
+            m_edit = std::move(other.m_edit);
+        }
         return *this;
     }
     ~Edit() { End(); }

@@ -93,7 +93,8 @@ public:
     [[nodiscard]] std::string TakenVersion() const { return Access().TakenVersion(); }
 
     /// Puts a copy of it into its file's document, in place of one with the same ID. Nothing is written to disk.
-    /// Error (NotInitialised): it belongs to no file; ReadOnly.
+    /// Error (NotInitialised): it belongs to no file; ReadOnly. A policy whose software ID occurs twice in the file
+    /// goes after the other one, which is found from then on, and nothing reports that: see PolicyFile::Notices.
     Derived& HandBack() &
     {
         Access().HandBackTo(Access().Owner());

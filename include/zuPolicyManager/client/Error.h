@@ -46,7 +46,8 @@ struct Failure {
     std::uint32_t column = 0;
 };
 
-/// "subject: sentence [Name, 0xFFFFFB49]"; a place in a file comes first: "file:line:column: sentence [...]".
+/// "subject: sentence [Name, 0xFFFFFB49]"; a place in a file comes first: "file:line:column: sentence [...]". One line
+/// without control characters: names of the caller's and texts of a file cannot disturb a log or a terminal.
 [[nodiscard]] inline std::string MessageOf(const Failure& failure)
 {
     std::string message = failure.subject;
@@ -59,12 +60,13 @@ struct Failure {
     for (unsigned int shift = 32; shift > 0; shift -= 4) {
         message += "0123456789ABCDEF"[(static_cast<std::uint32_t>(failure.code) >> (shift - 4)) & 0xFu];
     }
-    return message + "]";
+    return WithVisibleControls(message) + "]";
 }
 
 }  // namespace client
 
 /// A call that failed. what() is one line for people: the subject, the sentence, the code's name and its number.
+/// Control characters are written as \n, \x1B and so on there; the parts have them as they are.
 ///
 /// Lifetime  A value; copies share their texts and copying never throws.
 /// Threads   Like any exception: it may be read anywhere.

@@ -90,4 +90,30 @@ template <class Unit>
     return out;
 }
 
+/// UTF-8 with each control character written as \n, \r, \t or \x1B; valid or not, the other bytes stay. For messages.
+[[nodiscard]] inline std::string WithVisibleControls(std::string_view text)
+{
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        // U+0080 to U+009F, which terminals obey too, are two bytes.
+        if (byteAt(at) == 0xC2 && at + 1 < text.size() && byteAt(at + 1) >= 0x80 && byteAt(at + 1) < 0xA0) {
+            ++at;
+        } else if (byteAt(at) >= 0x20 && byteAt(at) != 0x7F) {
+            out.push_back(text[at]);
+            continue;
+        }
+        const unsigned char control = byteAt(at);
+        if (control == '\n' || control == '\r' || control == '\t') {
+            out += control == '\n' ? "\\n" : control == '\r' ? "\\r" : "\\t";
+        } else {
+            out += "\\x";
+            out.push_back("0123456789ABCDEF"[control >> 4u]);
+            out.push_back("0123456789ABCDEF"[control & 0xFu]);
+        }
+    }
+    return out;
+}
+
 }  // namespace zupm::client

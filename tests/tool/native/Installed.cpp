@@ -46,7 +46,7 @@ Installed::Installed()
     for (const char* const file : {kToolName, kModuleFileName, "libzucomrt.so.1", "AgentRes.dll"}) {
         fs::copy_file(build / file, Folder() / file);
     }
-    setenv("ZUREGISTRY", (m_registry.Folder() / "registry").c_str(), 1);
+    setenv("ZUREGISTRY", RegistryFile().c_str(), 1);
 }
 
 Installed::~Installed()
@@ -57,8 +57,7 @@ Installed::~Installed()
 ToolRun Installed::Tool(const std::vector<std::string>& arguments) const
 {
     // RunChild names a registry that does not exist; the program env names this one again.
-    std::vector<std::string> all = {"ZUREGISTRY=" + (m_registry.Folder() / "registry").string(),
-                                    (Folder() / kToolName).string()};
+    std::vector<std::string> all = {"ZUREGISTRY=" + RegistryFile().string(), (Folder() / kToolName).string()};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return RunChild({"/usr/bin/env", Folder(), {}}, all);
 }

@@ -87,15 +87,28 @@ void CheckWordSize(const fs::path& module, Steps& steps)
 void CheckResources(const fs::path& module, Steps& steps)
 {
     std::string searched;
+    std::string problem;
     for (const fs::path& folder : ResourceFolders(module)) {
-        if (IsFile(folder / kResourceModule)) {
-            steps.Ok("resource module", Name(folder / kResourceModule));
+        searched += (searched.empty() ? "" : " or ") + Name(folder);
+        const fs::path file = folder / kResourceModule;
+        if (!IsFile(file)) {
+            continue;
+        }
+        problem = ProblemOfResourceModule(file);
+        if (problem.empty()) {
+            steps.Ok("resource module", Name(file));
             return;
         }
-        searched += (searched.empty() ? "" : " or ") + Name(folder);
+        problem.insert(0, Name(file) + " ");
     }
-    steps.Fail("resource module", std::string("there is no ") + kResourceModule + " in " + searched,
-               "Put AgentRes.dll of the same version there. Without it no object can be created.");
+    if (problem.empty()) {
+        steps.Fail("resource module", std::string("there is no ") + kResourceModule + " in " + searched,
+                   "Put AgentRes.dll of the same version there. Without it no object can be created.");
+    } else {
+        steps.Fail("resource module", problem,
+                   "Put AgentRes.dll of the same version there. With a damaged one no object can be created, or the "
+                   "log lacks its texts.");
+    }
 }
 
 /// What can be found out without loading the module.

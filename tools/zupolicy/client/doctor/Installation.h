@@ -4,6 +4,7 @@
 #include <zuPolicyManager/Owners.h>
 #include <zuPolicyManager/zuPolicyManager.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -15,6 +16,8 @@ extern const char* const kModuleFile;
 /// Whether the tool uses the registered module when it has none of its own.
 extern const bool kUsesRegisteredModule;
 inline constexpr const char* kResourceModule = "AgentRes.dll";
+/// The texts that the component takes from its resource module.
+inline constexpr std::uint32_t kResourceTexts[] = {147, 149};
 
 /// Where the tool's own module is.
 struct ModulePlace {
@@ -44,6 +47,8 @@ struct RegisteredClass {
 [[nodiscard]] ModuleEntry LoadModule(const std::filesystem::path& path);
 /// The folders in which a module looks for its texts.
 [[nodiscard]] std::vector<std::filesystem::path> ResourceFolders(const std::filesystem::path& module);
+/// What is wrong with a resource module; empty when it is whole and has the component's texts.
+[[nodiscard]] std::string ProblemOfResourceModule(const std::filesystem::path& path);
 
 /// The registration of a class, for the user who runs the tool.
 [[nodiscard]] RegisteredClass ReadRegistration(REFCLSID clsid);

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <set>
 
 #include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Utf8.h"
@@ -38,6 +40,17 @@ std::string Variable(const char* name)
 {
     const char* const value = secure_getenv(name);
     return value == nullptr ? std::string() : value;
+}
+
+/// Why the registry file cannot be read. Never empty: an empty text means that it can.
+std::string ProblemOfRegistry(HRESULT result)
+{
+    constexpr auto kBadFormat = static_cast<HRESULT>(0x8007000Du);
+    if (result == kBadFormat) {
+        return "it is not in the format of a registry file";
+    }
+    const std::string sentence = ToUtf8(result::SentenceFor(result));
+    return sentence.empty() ? "error " + std::to_string(result) : sentence;
 }
 
 }  // namespace
@@ -78,6 +91,28 @@ std::vector<fs::path> ResourceFolders(const fs::path& module)
     return {module.parent_path(), module.parent_path() / "zuPolicyManager"};
 }
 
+std::string ProblemOfResourceModule(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::set<std::string> numbers;
+    for (std::string line; std::getline(file, line);) {
+        if (file.eof()) {
+            return "is cut off: its last line has no end";
+        }
+        const std::size_t tab = line.find('\t');
+        if (tab == line.npos) {
+            return "is no resource module: its lines are a number, a tab and a text";
+        }
+        numbers.insert(line.substr(0, tab));
+    }
+    for (const std::uint32_t text : kResourceTexts) {
+        if (!numbers.contains(std::to_string(text))) {
+            return "has no text " + std::to_string(text);
+        }
+    }
+    return {};
+}
+
 RegisteredClass ReadRegistration(REFCLSID clsid)
 {
     OLECHAR text[39]{};
@@ -86,7 +121,7 @@ RegisteredClass ReadRegistration(REFCLSID clsid)
     const std::u16string key = std::u16string(u"CLSID\\") + text + u"\\InprocServer32";
     const HRESULT read = ZuRegistryGetValue(key.c_str(), nullptr, value.Slot());
     if (read < 0 && read != result::FileNotFound) {
-        return {{}, ToUtf8(result::SentenceFor(read))};
+        return {{}, ProblemOfRegistry(read)};
     }
     return {ToUtf8(value.Text()), {}};
 }

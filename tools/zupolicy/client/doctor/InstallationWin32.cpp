@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/client/doctor/BinaryHeader.h"
 #include "tools/zupolicy/client/doctor/Installation.h"
 
 namespace zupm::tool {
@@ -59,6 +60,31 @@ ModuleEntry LoadModule(const fs::path& path)
 std::vector<fs::path> ResourceFolders(const fs::path& module)
 {
     return {module.parent_path()};
+}
+
+std::string ProblemOfResourceModule(const fs::path& path)
+{
+    if (!ReadBinaryHeader(path)) {
+        return "cannot be read, or is no library of this system";
+    }
+    if (!IsWhole(path)) {
+        return "is cut off";
+    }
+    const HMODULE module =
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
+    if (module == nullptr) {
+        return "does not load: " + SystemMessage(GetLastError());
+    }
+    std::string problem;
+    for (const std::uint32_t text : kResourceTexts) {
+        // With no room given, the call hands out the address of the text instead of copying it.
+        const wchar_t* found = nullptr;
+        if (LoadStringW(module, text, reinterpret_cast<wchar_t*>(&found), 0) <= 0) {
+            problem = "has no text " + std::to_string(text);
+        }
+    }
+    FreeLibrary(module);
+    return problem;
 }
 
 RegisteredClass ReadRegistration(REFCLSID clsid)
