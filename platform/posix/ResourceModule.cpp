@@ -87,7 +87,6 @@ bool IsOld(const Identity& identity) noexcept
 
 /// The module that was loaded last. Every creation of an object may load the module again, and mostly it is the same.
 struct LastModule {
-    std::string path;
     Identity identity;
     std::shared_ptr<const ResourceModule> module;
 };
@@ -109,10 +108,10 @@ const struct DropAtTheEnd {
     ~DropAtTheEnd() { Keep(nullptr); }
 } g_dropAtTheEnd;
 
-std::shared_ptr<const ResourceModule> KeptModule(const std::string& path, const Identity& identity)
+std::shared_ptr<const ResourceModule> KeptModule(const Identity& identity)
 {
     const std::lock_guard lock(g_lastLock);
-    return g_last != nullptr && g_last->path == path && g_last->identity == identity ? g_last->module : nullptr;
+    return g_last != nullptr && g_last->identity == identity ? g_last->module : nullptr;
 }
 
 std::shared_ptr<const ResourceModule> ReadModule(std::u16string_view fullPath)
@@ -143,12 +142,12 @@ std::shared_ptr<const ResourceModule> LoadResourceModule(std::u16string_view ful
     if (!identity) {
         return nullptr;
     }
-    if (auto module = KeptModule(*path, *identity)) {
+    if (auto module = KeptModule(*identity)) {
         return module;
     }
     auto module = ReadModule(fullPath);
     if (module != nullptr && IsOld(*identity) && IdentityOf(*path) == identity) {
-        Keep(std::make_unique<LastModule>(LastModule{*path, *identity, module}));
+        Keep(std::make_unique<LastModule>(LastModule{*identity, module}));
     }
     return module;
 }
