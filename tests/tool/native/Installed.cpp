@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "Schema.h"
 #include "tests/support/Bstr.h"
 
 namespace zupm::test {
@@ -60,7 +61,9 @@ ToolRun Installed::Tool(const std::vector<std::string>& arguments) const
     std::vector<std::string> all = {"ZUREGISTRY=" + (m_registry.Folder() / "registry").string(),
                                     (Folder() / kToolName).string()};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    return RunChild({"/usr/bin/env", Folder(), {}}, all);
+    ToolRun run = RunChild({"/usr/bin/env", Folder(), {}}, all);
+    ExpectJsonOf(arguments, run);
+    return run;
 }
 
 void Installed::Register() const

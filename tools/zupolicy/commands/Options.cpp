@@ -34,6 +34,24 @@ void AddJson(CLI::App& line, bool& json)
     line.add_flag("--json", json, "Print JSON");
 }
 
+void AddQuiet(CLI::App& line, bool& quiet, const char* description)
+{
+    line.add_flag("-q,--quiet", quiet, description)->excludes(line.get_option("--json"));
+}
+
+ExitCode Quietly(const std::function<void()>& look)
+{
+    try {
+        look();
+        return ExitCode::Ok;
+    } catch (const Failure& failure) {
+        if (failure.Code() != ExitCode::NotFound) {
+            throw;
+        }
+        return ExitCode::NotFound;
+    }
+}
+
 void AddJobs(CLI::App& line, unsigned& jobs, const char* description)
 {
     line.add_option("--jobs", jobs, description)->type_name("N")->check(CLI::Range(1, 64));

@@ -4,12 +4,12 @@
 #include <optional>
 #include <utility>
 
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/DocumentReader.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
 #include "tools/zupolicy/client/contents/SourceText.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -33,7 +33,7 @@ Stamp StampOf(const std::string& path)
 
 [[noreturn]] void ThrowChanged(const std::string& path)
 {
-    throw Failure(ExitCode::Changed, path + ": another program changed it while it was being read");
+    throw FileFailure(ExitCode::Changed, path, "another program changed it while it was being read");
 }
 
 /// The records of a file that the component has accepted already.
