@@ -2,6 +2,7 @@
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utmp.h>
 
 #include <cstdlib>
 #include <map>
@@ -11,9 +12,6 @@
 
 namespace zupm::test {
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 class Terminal : public ToolTest {
 protected:
@@ -45,24 +43,56 @@ protected:
     _exit(127);
 }
 
+/// A terminal that stays open on both sides: what a program prints just before it ends would be lost otherwise.
+class Pair {
+public:
+    Pair()
+    {
+        if (openpty(&m_screen, &m_line, nullptr, nullptr, nullptr) != 0) {
+            throw std::runtime_error("there is no terminal");
+        }
+    }
+    ~Pair()
+    {
+        close(m_screen);
+        close(m_line);
+    }
+    Pair(const Pair&) = delete;
+    Pair& operator=(const Pair&) = delete;
+
+    [[nodiscard]] int Line() const { return m_line; }
+    /// What was printed so far, which must fit into the terminal's own memory.
+    [[nodiscard]] std::string Text() const
+    {
+        std::string text;
+        if (write(m_line, "\f", 1) != 1) {
+            throw std::runtime_error("the terminal takes nothing");
+        }
+        for (char character = 0; read(m_screen, &character, 1) == 1 && character != '\f';) {
+            text += character;
+        }
+        return text;
+    }
+
+private:
+    int m_screen = -1;
+    int m_line = -1;
+};
+
 std::string Terminal::Screen(const std::vector<std::string>& arguments, const Variables& variables) const
 {
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    const Pair terminal;
+    const pid_t child = fork();
     if (child < 0) {
-        throw std::runtime_error("there is no terminal");
+        throw std::runtime_error("fork failed");
     }
     if (child == 0) {
+        login_tty(terminal.Line());
         Become(Folder().Folder().string(), arguments, variables);
     }
-    std::string screen;
-    char piece[4096];
-    for (ssize_t length = 0; (length = read(terminal, piece, sizeof piece)) > 0;) {
-        screen.append(piece, static_cast<std::size_t>(length));
-    }
-    close(terminal);
     int status = 0;
     waitpid(child, &status, 0);
+    std::string screen = terminal.Text();
     std::erase(screen, '\r');
     return screen;
 }

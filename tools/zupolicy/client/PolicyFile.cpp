@@ -4,7 +4,9 @@
 
 #include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/model/ReadFile.h"
 
 namespace zupm::tool {
 namespace {
@@ -55,14 +57,16 @@ void RequireName(const std::string& path)
 PolicyFile::PolicyFile(const std::string& path, Access access) : m_path(path), m_file(tool::Create<IPolicyFile>(), path)
 {
     RequireName(path);
-    const zupm::Access kind = access == Access::ReadOnly ? zupm::Access::ReadOnly : zupm::Access::ReadWrite;
-    m_file = Opened(path, [&] { return zupm::PolicyFile::Open(ComPtr<IPolicyFile>(m_file.Get()), path, kind); });
+    Reading(path, [&](const std::string& source) {
+        Opened(source, [&] { model::Load(m_file, source, access == Access::ReadOnly); });
+    });
 }
 
 PolicyFile::PolicyFile(const std::string& path, std::chrono::seconds patience)
     : m_path(path), m_file(tool::Create<IPolicyFile>(), path)
 {
     RequireName(path);
+    RequireReplaceable(path);
     m_edit = Opened(path, [&] { return zupm::Edit(m_file, patience); });
 }
 

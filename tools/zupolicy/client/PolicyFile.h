@@ -34,7 +34,7 @@ void RequireName(const std::string& path);
 /// Errors    Every call that fails throws ProblemFailure, about the file or what is in it.
 class PolicyFile {
 public:
-    /// Loads the file at a UTF-8 path.
+    /// Loads the file at a UTF-8 path; "-" is standard input.
     PolicyFile(const std::string& path, Access access);
     /// Opens, locks and loads the file at a UTF-8 path in order to replace it; waits up to `patience` for another
     /// editor. The lock ends with Commit and with the object.

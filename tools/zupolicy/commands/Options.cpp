@@ -19,7 +19,7 @@ void RequireOneUseOfStandardOutput(const EditOptions& edit)
 
 void AddFile(CLI::App& line, std::string& file)
 {
-    line.add_option("FILE", file, "The policy file")->required();
+    line.add_option("FILE", file, "The policy file; - for standard input where it is only read")->required();
 }
 
 void AddTarget(CLI::App& line, Target& target)

@@ -119,8 +119,8 @@ Excerpt ExcerptOf(std::string_view line, std::size_t column)
 
 void PrintExcerpt(Messages& messages, const Problem& problem)
 {
-    if (!messages.IsTerminal() || problem.line == 0) {
-        return;
+    if (!messages.IsTerminal() || problem.line == 0 || problem.file == "-") {
+        return;  // standard input cannot be read again
     }
     if (const std::optional<std::string> line = SourceLine(problem.file, problem.line)) {
         const Excerpt excerpt = ExcerptOf(*line, problem.column);
