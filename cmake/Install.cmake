@@ -31,6 +31,8 @@ install(TARGETS zuPolicyManager64
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zupolicy RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+# JSON Schemas of what the tool prints and reads.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/zupolicy/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/zuPolicyManager)
 
 # The component loads its texts from its own folder only: from that folder itself, natively also from a folder in it.
 install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/AgentRes.dll DESTINATION ${resourceFolder})

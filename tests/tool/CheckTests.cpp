@@ -129,7 +129,7 @@ TEST_F(Check, FailsOnWarningsWithStrict)
     EXPECT_EQ(Tool({"check", "--strict", "policy.xml"}).exitCode, 0);
     const ToolRun run = Tool({"check", "--strict", "--json", "page.html"});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(json::parse(run.out)[0]["warnings"].size(), 1u);
+    EXPECT_EQ(json::parse(run.out)["files"][0]["warnings"].size(), 1u);
 }
 
 TEST_F(Check, CutsLongNamesInWarnings)
@@ -164,7 +164,7 @@ TEST_F(Check, PrintsJsonForEveryFile)
     (void)Folder().Write(u"broken.xml", "<a>\n<b></a>");
     const ToolRun run = Tool({"check", "--json", "policy.xml", "broken.xml", "none.xml"});
     EXPECT_EQ(run.exitCode, 3);
-    const json reports = json::parse(run.out);
+    const json reports = json::parse(run.out)["files"];
     ASSERT_EQ(reports.size(), 3u);
     EXPECT_EQ(reports[0], json::parse(R"({"file": "policy.xml", "ok": true, "policies": 3, "tasks": 3,
         "sections": 10, "settings": 18, "warnings": []})"));

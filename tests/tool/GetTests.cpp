@@ -32,6 +32,7 @@ TEST_F(Get, ReadsATaskWhenOneIsNamed)
 TEST_F(Get, PrintsTheValueAsJson)
 {
     EXPECT_EQ(Out({"get", "policy.xml", "PRODUCTA1000", "Schedule", "Hour", "--task", "{task-1}", "--json"}), R"({
+  "schema": 1,
   "softwareId": "PRODUCTA1000",
   "taskId": "{task-1}",
   "section": "Schedule",

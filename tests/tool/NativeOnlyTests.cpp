@@ -136,7 +136,7 @@ TEST_F(NativeTool, Check_GoesOnAfterANameThatIsNotUtf8)
     const ToolRun run = Tool({"check", "--verbose", "a\xFF.xml", "policy.xml"});
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_THAT(run.messages, MatchesPattern("a\\\\xff\\.xml: the name is not valid UTF-8\npolicy\\.xml: ok: .+\n"));
-    const json reports = json::parse(Tool({"check", "--json", "a\xFF.xml", "policy.xml"}).out);
+    const json reports = json::parse(Tool({"check", "--json", "a\xFF.xml", "policy.xml"}).out)["files"];
     EXPECT_EQ(reports[0], json::parse(R"({"file": "a\ufffd.xml", "ok": false, "line": null, "column": null,
         "message": "the name is not valid UTF-8"})"));
     EXPECT_EQ(reports[1]["ok"], true);

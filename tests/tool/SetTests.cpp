@@ -118,7 +118,7 @@ TEST_F(Set, PrintsTheChangeAndWritesNothingInADryRun)
 TEST_F(Set, PrintsTheChangeAsJson)
 {
     const json change = json::parse(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--json"}));
-    EXPECT_EQ(change, json::parse(R"({"softwareId": "PRODUCTB2000", "new": false, "section": "General",
+    EXPECT_EQ(change, json::parse(R"({"schema": 1, "softwareId": "PRODUCTB2000", "new": false, "section": "General",
         "name": "LogLevel", "before": "3", "after": "5", "changed": true, "written": "policy.xml"})"));
     const json again = json::parse(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "5", "--json"}));
     EXPECT_EQ(again["changed"], false);

@@ -1,10 +1,9 @@
 #include "ToolTest.h"
 
 #include <regex>
-
-#include <regex>
 #include <stdexcept>
 
+#include "Schema.h"
 #include "text/Utf.h"
 
 namespace zupm::test {
@@ -33,7 +32,9 @@ ToolTest::ToolTest() : m_sample(ReadBytes(std::filesystem::path(ZUPM_SAMPLE).u16
 
 ToolRun ToolTest::Tool(const std::vector<std::string>& arguments) const
 {
-    return RunTool({m_folder.Folder(), {}}, arguments);
+    ToolRun run = RunTool({m_folder.Folder(), {}}, arguments);
+    ExpectJsonOf(arguments, run);
+    return run;
 }
 
 std::string ToolTest::Out(const std::vector<std::string>& arguments) const
@@ -57,9 +58,10 @@ testing::Matcher<std::string> MatchesPattern(const std::string& pattern)
 
 testing::Matcher<const ToolRun&> Fails(int exitCode, const testing::Matcher<std::string>& message)
 {
-    return testing::AllOf(testing::Field("exitCode", &ToolRun::exitCode, exitCode),
-                          testing::Field("messages", &ToolRun::messages, message),
-                          testing::Field("out", &ToolRun::out, ""));
+    return testing::AllOf(
+        testing::Field("exitCode", &ToolRun::exitCode, exitCode),
+        testing::Field("messages", &ToolRun::messages, message),
+        testing::Field("out", &ToolRun::out, testing::AnyOf("", testing::StartsWith("{\"schema\": 1, \"error\": {"))));
 }
 
 std::string Decoded(std::string_view utf16)

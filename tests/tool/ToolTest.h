@@ -19,6 +19,7 @@ class ToolTest : public testing::Test {
 protected:
     ToolTest();
 
+    /// Runs the tool; what it prints as JSON must fit its schemas.
     [[nodiscard]] ToolRun Tool(const std::vector<std::string>& arguments) const;
     /// Runs the tool, expects success and no message, and returns its output.
     [[nodiscard]] std::string Out(const std::vector<std::string>& arguments) const;
@@ -34,7 +35,7 @@ private:
     std::string m_sample;
 };
 
-/// A run that failed with this exit code and message, and printed no data.
+/// A run that failed with this exit code and message, and printed no data, except for the failure as JSON.
 testing::Matcher<const ToolRun&> Fails(int exitCode, const testing::Matcher<std::string>& message);
 
 /// The whole text matches an ECMAScript regular expression (GoogleTest's own know no character classes on Windows).

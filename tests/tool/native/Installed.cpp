@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "Schema.h"
 #include "tests/support/Bstr.h"
 
 namespace zupm::test {
@@ -59,7 +60,9 @@ ToolRun Installed::Tool(const std::vector<std::string>& arguments) const
     // RunChild names a registry that does not exist; the program env names this one again.
     std::vector<std::string> all = {"ZUREGISTRY=" + RegistryFile().string(), (Folder() / kToolName).string()};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    return RunChild({"/usr/bin/env", Folder(), {}}, all);
+    ToolRun run = RunChild({"/usr/bin/env", Folder(), {}}, all);
+    ExpectJsonOf(arguments, run);
+    return run;
 }
 
 void Installed::Register() const

@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "Schema.h"
+
 namespace zupm::test {
 namespace {
 
@@ -65,7 +67,9 @@ Installed::~Installed()
 
 ToolRun Installed::Tool(const std::vector<std::string>& arguments) const
 {
-    return RunChild({Folder() / kToolName, Folder(), {}}, arguments);
+    ToolRun run = RunChild({Folder() / kToolName, Folder(), {}}, arguments);
+    ExpectJsonOf(arguments, run);
+    return run;
 }
 
 void Installed::Register() const

@@ -1,15 +1,17 @@
 #include "tools/zupolicy/client/Component.h"
 
-#include "tools/zupolicy/client/CallError.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 
 void CheckCreation(HRESULT result)
 {
     try {
-        Check(result, "the component zuPolicyManager64");
-    } catch (const CallError& error) {
-        throw error.With("; zupolicy doctor says more");
+        Check(result, {{}, "the component zuPolicyManager64"});
+    } catch (const ProblemFailure& failure) {
+        Problem problem = failure.What();
+        problem.hint = kDoctorHint;
+        throw ProblemFailure(problem);
     }
 }
 

@@ -6,11 +6,13 @@
 
 namespace zupm::tool {
 
+inline constexpr const char* kDoctorHint = "zupolicy doctor says more";
+
 /// Creates an object of the component by class identifier, whether or not the component is registered.
-/// Throws CallError when the component is not there or cannot create the object.
+/// Throws ProblemFailure when the component is not there or cannot create the object.
 void CreateObject(REFCLSID clsid, REFIID iid, void** out);
 
-/// Throws CallError for the result of a failed creation, with a hint at what says more.
+/// Throws ProblemFailure for the result of a failed creation, with a hint at what says more.
 void CheckCreation(HRESULT result);
 
 /// A new object of the class that implements an interface.

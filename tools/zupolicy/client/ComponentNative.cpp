@@ -1,7 +1,7 @@
 #include <dlfcn.h>
 
 #include "tools/zupolicy/client/Component.h"
-#include "tools/zupolicy/client/Failure.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -12,8 +12,8 @@ void LoadComponent()
 {
     static const bool isLoaded = dlopen("libzuPolicyManager64.so", RTLD_NOW | RTLD_LOCAL) != nullptr;
     if (!isLoaded) {
-        throw Failure(ExitCode::Other,
-                      "the component libzuPolicyManager64.so cannot be loaded; zupolicy doctor says more");
+        throw ProblemFailure(
+            {{}, ExitCode::Other, {}, 0, 0, "the component libzuPolicyManager64.so cannot be loaded", kDoctorHint});
     }
 }
 

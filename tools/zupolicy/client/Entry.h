@@ -8,19 +8,20 @@
 #include <utility>
 #include <vector>
 
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Target.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 
 /// The sections of settings of one policy or task: a private copy, which goes back into the file with HandBack.
 ///
-/// Errors  Every call that fails throws CallError; its message begins with the subject given at construction. An
-///         argument that is not valid UTF-8 throws Failure.
+/// Errors  Every call that fails throws ProblemFailure, about the subject given at construction. An argument that is
+/// not
+///         valid UTF-8 throws Failure.
 class Entry {
 public:
-    explicit Entry(std::string subject) : m_subject(std::move(subject)) {}
+    explicit Entry(tool::Subject subject) : m_subject(std::move(subject)) {}
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
     virtual ~Entry() = default;
@@ -37,17 +38,17 @@ public:
     virtual void HandBack(const zupm::PolicyFile& file) = 0;
 
 protected:
-    [[nodiscard]] const std::string& Subject() const noexcept { return m_subject; }
+    [[nodiscard]] const tool::Subject& Subject() const noexcept { return m_subject; }
 
 private:
-    std::string m_subject;
+    tool::Subject m_subject;
 };
 
 /// What policies and tasks have in common; `Copy` is zupm::Policy or zupm::Task.
 template <typename Copy>
 class EntryOf : public Entry {
 public:
-    EntryOf(Copy copy, std::string subject) : Entry(std::move(subject)), m_copy(std::move(copy)) {}
+    EntryOf(Copy copy, tool::Subject subject) : Entry(std::move(subject)), m_copy(std::move(copy)) {}
 
     [[nodiscard]] std::string Get(const std::string& section, const std::string& name) override
     {

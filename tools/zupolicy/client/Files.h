@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 namespace zupm::tool {
@@ -31,6 +32,24 @@ private:
     /// Makes the folder, which only the user may enter. Throws std::system_error.
     [[nodiscard]] static std::filesystem::path Make();
 
+    std::filesystem::path m_path;
+};
+
+/// A new, empty file of this process, which is opened by its path. Natively nothing of it stays when the process is
+/// killed.
+class ScratchFile {
+public:
+    /// Throws std::system_error.
+    ScratchFile();
+    ~ScratchFile();
+    ScratchFile(ScratchFile&&) noexcept;
+    ScratchFile& operator=(ScratchFile&&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& Path() const noexcept { return m_path; }
+
+private:
+    struct Held;
+    std::unique_ptr<Held> m_held;
     std::filesystem::path m_path;
 };
 

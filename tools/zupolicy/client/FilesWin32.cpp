@@ -39,4 +39,13 @@ std::filesystem::path TemporaryFolder::Make()
     return path;
 }
 
+struct ScratchFile::Held {
+    TemporaryFolder folder;
+};
+
+ScratchFile::ScratchFile() : m_held(std::make_unique<Held>()), m_path(m_held->folder.Path() / L"file") {}
+
+ScratchFile::~ScratchFile() = default;
+ScratchFile::ScratchFile(ScratchFile&&) noexcept = default;
+
 }  // namespace zupm::tool

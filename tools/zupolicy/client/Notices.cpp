@@ -1,6 +1,5 @@
 #include "tools/zupolicy/client/Notices.h"
 
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
@@ -12,8 +11,8 @@ constexpr LONG kSameAsField = 8;
 
 }  // namespace
 
-Notices::Notices(ComPtr<IPolicyNotices> list, std::string subject)
-    : m_list(std::move(list)), m_subject(std::move(subject))
+Notices::Notices(ComPtr<IPolicyNotices> list, std::string file)
+    : m_list(std::move(list)), m_subject{std::move(file), {}}
 {
     Check(m_list->get_Count(&m_count), m_subject);
 }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 
@@ -22,10 +23,10 @@ struct Notice {
 /// The notices on one file, read one by one: a hostile file may have a million.
 ///
 /// Lifetime  Does not need the file any more.
-/// Errors    Every call that fails throws CallError; its message begins with the subject given at construction.
+/// Errors    Every call that fails throws ProblemFailure, about the file given at construction.
 class Notices {
 public:
-    Notices(ComPtr<IPolicyNotices> list, std::string subject);
+    Notices(ComPtr<IPolicyNotices> list, std::string file);
 
     [[nodiscard]] LONG Count() const noexcept { return m_count; }
     [[nodiscard]] Notice At(LONG index) const;
@@ -34,7 +35,7 @@ public:
 
 private:
     ComPtr<IPolicyNotices> m_list;
-    std::string m_subject;
+    Subject m_subject;
     LONG m_count = 0;
 };
 

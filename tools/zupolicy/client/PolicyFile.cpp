@@ -4,16 +4,18 @@
 
 #include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Entry.h"
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/model/ReadFile.h"
 
 namespace zupm::tool {
 namespace {
 
 template <typename Interface>
-ComPtr<Interface> QueryFor(IUnknown& object, REFIID iid, const std::string& subject)
+ComPtr<Interface> QueryFor(IUnknown& object, REFIID iid, const std::string& file)
 {
     ComPtr<Interface> wanted;
-    Check(object.QueryInterface(iid, wanted.PutVoid()), subject);
+    Check(object.QueryInterface(iid, wanted.PutVoid()), {file, {}});
     return wanted;
 }
 
@@ -32,9 +34,9 @@ auto Opened(const std::string& path, const Open& open)
     } catch (const Error& error) {
         // The system reports a denied access, or a name that is not valid.
         if (IsFolder(path)) {
-            throw CallError(error.Code(), path, "is a folder");
+            throw ProblemFailure({error.Code(), ExitCode::FileError, path, 0, 0, "is a folder", {}});
         }
-        throw CallError(error, path);
+        throw ProblemFailure(ProblemOf(error, {path, {}}));
     }
 }
 
@@ -48,21 +50,23 @@ IfChanged IfChangedFor(bool force)
 void RequireName(const std::string& path)
 {
     if (!IsUtf8(path)) {
-        throw Failure(ExitCode::FileError, path + ": the name is not valid UTF-8");
+        throw FileFailure(ExitCode::FileError, path, "the name is not valid UTF-8");
     }
 }
 
 PolicyFile::PolicyFile(const std::string& path, Access access) : m_path(path), m_file(tool::Create<IPolicyFile>(), path)
 {
     RequireName(path);
-    const zupm::Access kind = access == Access::ReadOnly ? zupm::Access::ReadOnly : zupm::Access::ReadWrite;
-    m_file = Opened(path, [&] { return zupm::PolicyFile::Open(ComPtr<IPolicyFile>(m_file.Get()), path, kind); });
+    Reading(path, [&](const std::string& source) {
+        Opened(source, [&] { model::Load(m_file, source, access == Access::ReadOnly); });
+    });
 }
 
 PolicyFile::PolicyFile(const std::string& path, std::chrono::seconds patience)
     : m_path(path), m_file(tool::Create<IPolicyFile>(), path)
 {
     RequireName(path);
+    RequireReplaceable(path);
     m_edit = Opened(path, [&] { return zupm::Edit(m_file, patience); });
 }
 
@@ -76,14 +80,14 @@ std::unique_ptr<Entry> PolicyFile::Find(const Target& target)
 
 std::unique_ptr<Entry> PolicyFile::FindPolicy(const Target& target)
 {
-    const std::string subject = SubjectFor(target);
+    const Subject subject = SubjectFor(target);
     return Calling(subject,
                    [&] { return std::make_unique<PolicyEntry>(m_file.Policy(Valid(target.softwareId)), subject); });
 }
 
 std::unique_ptr<TaskEntry> PolicyFile::FindTask(const Target& target)
 {
-    const std::string subject = SubjectFor(target);
+    const Subject subject = SubjectFor(target);
     return Calling(subject, [&] {
         return std::make_unique<TaskEntry>(m_file.Task(Valid(target.softwareId), Valid(*target.taskId)), subject);
     });
@@ -91,7 +95,7 @@ std::unique_ptr<TaskEntry> PolicyFile::FindTask(const Target& target)
 
 std::unique_ptr<Entry> PolicyFile::Create(const Target& target, const TaskFields& fields)
 {
-    const std::string subject = SubjectFor(target);
+    const Subject subject = SubjectFor(target);
     static_cast<void>(Valid(target.softwareId));
     if (!target.taskId) {
         zupm::Policy policy(tool::Create<IPolicyProduct>());
@@ -126,26 +130,31 @@ void PolicyFile::Write(const std::string& path)
     } catch (const Error& error) {
         // The sentence of this code is about reading; the usual reason here is a pipe.
         if (error.Code() == result::NotSupported) {
-            throw CallError(error.Code(), path,
-                            "Nothing reads from this pipe, or this kind of file cannot be written.");
+            throw ProblemFailure({error.Code(),
+                                  ExitCode::FileError,
+                                  path,
+                                  0,
+                                  0,
+                                  "Nothing reads from this pipe, or this kind of file cannot be written.",
+                                  {}});
         }
-        throw CallError(error, path);
+        throw ProblemFailure(ProblemOf(error, {path, {}}));
     }
 }
 
 void PolicyFile::Commit(bool force)
 {
-    Calling(m_path, [&] { m_edit->Commit(IfChangedFor(force)); });
+    Calling({m_path, {}}, [&] { m_edit->Commit(IfChangedFor(force)); });
 }
 
 void PolicyFile::RehearseCommit(bool force)
 {
-    Calling(m_path, [&] { m_edit->Rehearse(IfChangedFor(force)); });
+    Calling({m_path, {}}, [&] { m_edit->Rehearse(IfChangedFor(force)); });
 }
 
 FileVersions PolicyFile::Versions()
 {
-    return Calling(m_path, [&] {
+    return Calling({m_path, {}}, [&] {
         return FileVersions{m_file.PolicyVersion(), m_file.TaskVersion(), m_file.AssignmentList()};
     });
 }
@@ -154,13 +163,13 @@ Notices PolicyFile::Notices()
 {
     ComPtr<IPolicyNotices> list;
     Check(QueryFor<IPolicyFileContents>(*m_file.Get(), IID_IPolicyFileContents, m_path)->get_Notices(list.Put()),
-          m_path);
+          {m_path, {}});
     return {std::move(list), m_path};
 }
 
-std::string PolicyFile::SubjectFor(const Target& target) const
+Subject PolicyFile::SubjectFor(const Target& target) const
 {
-    return m_path + ": " + Describe(target);
+    return {m_path, Describe(target)};
 }
 
 }  // namespace zupm::tool

@@ -25,16 +25,16 @@ struct FileVersions {
     std::string assignmentList;
 };
 
-/// Throws Failure (FileError) for a file name that is not valid UTF-8: the component takes no other.
+/// Throws ProblemFailure (FileError) for a file name that is not valid UTF-8: the component takes no other.
 void RequireName(const std::string& path);
 
 /// A policy file of the component, with the tool's own messages.
 ///
 /// Lifetime  Entries taken from it are private copies and may outlive it.
-/// Errors    Every call that fails throws CallError; its message begins with the file's name.
+/// Errors    Every call that fails throws ProblemFailure, about the file or what is in it.
 class PolicyFile {
 public:
-    /// Loads the file at a UTF-8 path.
+    /// Loads the file at a UTF-8 path; "-" is standard input.
     PolicyFile(const std::string& path, Access access);
     /// Opens, locks and loads the file at a UTF-8 path in order to replace it; waits up to `patience` for another
     /// editor. The lock ends with Commit and with the object.
@@ -53,8 +53,8 @@ public:
     void Remove(const Target& target);
     /// Writes the document to any path, and replaces a file that is there.
     void Write(const std::string& path);
-    /// Replaces the file that was opened to be replaced; throws Failure (Changed) when it is no longer the one that was
-    /// loaded, unless forced.
+    /// Replaces the file that was opened to be replaced; throws ProblemFailure (Changed) when it is no longer the one
+    /// that was loaded, unless forced.
     void Commit(bool force);
     /// Throws what Commit would throw, as far as that can be known without writing.
     void RehearseCommit(bool force);
@@ -63,7 +63,7 @@ public:
     [[nodiscard]] tool::Notices Notices();
 
 private:
-    [[nodiscard]] std::string SubjectFor(const Target& target) const;
+    [[nodiscard]] Subject SubjectFor(const Target& target) const;
     [[nodiscard]] std::unique_ptr<Entry> FindPolicy(const Target& target);
 
     std::string m_path;

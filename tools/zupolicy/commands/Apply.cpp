@@ -85,26 +85,9 @@ ApplyTask TaskOf(const ApplyOptions& options)
     return task;
 }
 
-/// Reads the edits before it touches any file.
-ApplyTask TaskOrProblem(const ApplyOptions& options, Streams streams)
-{
-    try {
-        return TaskOf(options);
-    } catch (const ProblemFailure& failure) {
-        if (options.json) {
-            JsonWriter json(streams.data);
-            json.BeginObject();
-            json.Key("schema").Number(1);
-            WriteProblem(json, failure.What());
-            json.EndObject();
-        }
-        throw;
-    }
-}
-
 ExitCode RunApply(const ApplyOptions& options, Streams streams)
 {
-    const ApplyTask task = TaskOrProblem(options, streams);
+    const ApplyTask task = TaskOf(options);  // before any file is touched
     const Interrupt interrupt;
     ApplyReport report(streams, options.json, options.dryRun);
     std::atomic<bool> hasFailed = false;

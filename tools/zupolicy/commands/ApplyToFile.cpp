@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/commands/Backup.h"
 #include "tools/zupolicy/commands/Interrupt.h"
 #include "tools/zupolicy/model/MakeObjects.h"
@@ -156,6 +157,7 @@ void States::Refuse(const model::EditRequest& edit, const model::Refusal& refusa
 /// Opens and locks the file. The wait is in short pieces, so that Ctrl-C ends it.
 zupm::Edit OpenLocked(const std::string& path, const ApplyTask& task)
 {
+    RequireReplaceable(path);
     constexpr std::chrono::milliseconds kPiece(200);
     const auto end = std::chrono::steady_clock::now() + task.patience;
     for (;;) {

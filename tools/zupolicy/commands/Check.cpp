@@ -4,7 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
@@ -20,13 +19,6 @@ struct CheckOptions {
     bool strict = false;
     bool json = false;
 };
-
-/// A failure's message without the file's name in front: a report names the file itself.
-std::string_view WithoutName(std::string_view message, const std::string& path)
-{
-    const std::string name = path + ": ";
-    return message.starts_with(name) ? message.substr(name.size()) : message;
-}
 
 /// What the component notices about a file; with `counts` also these, which take a reading of its own.
 Notices NoticesOf(const std::string& path, Counts* counts)
@@ -44,11 +36,9 @@ CheckReport ReportOf(const std::string& path, bool withCounts)
     try {
         Counts counts;
         Notices notices = NoticesOf(path, withCounts ? &counts : nullptr);
-        return {path, SoundFile{std::move(notices), counts}, {}, {}, {}};
-    } catch (const CallError& error) {
-        return BrokenReport(path, error.Description());
-    } catch (const Failure& failure) {
-        return {path, std::nullopt, {}, {}, std::string(WithoutName(failure.what(), path))};
+        return {path, SoundFile{std::move(notices), counts}, {}};
+    } catch (const Failure&) {
+        return {path, std::nullopt, CurrentProblem(path)};
     }
 }
 
@@ -63,7 +53,8 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
     JsonWriter json(streams.data);
     if (options.json) {
-        json.BeginArray();
+        json.BeginDocument();
+        json.Key("files").BeginArray();
     }
     bool allPass = true;
     for (const std::string& path : options.files) {
@@ -79,6 +70,7 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
     }
     if (options.json) {
         json.EndArray();
+        json.EndObject();
     }
     return allPass ? ExitCode::Ok : ExitCode::FileError;
 }

@@ -3,10 +3,10 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <ostream>
 #include <string_view>
 #include <utility>
 
+#include "tools/zupolicy/commands/Version.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Visible.h"
 
@@ -33,17 +33,10 @@ constexpr const char* kFooter =
     "  zupolicy set policy.xml PRODUCTA1000 General Enabled 0 --dry-run\n"
     "\nzupolicy help COMMAND explains one command.";
 
-constexpr const char* kHelpHint = "zupolicy help lists the commands; zupolicy help COMMAND explains one.";
+constexpr const char* kHelpAdvice = "zupolicy help lists the commands; zupolicy help COMMAND explains one.";
 
-constexpr const char* kDashHint =
+constexpr const char* kDashAdvice =
     "Put -- before a value that begins with a dash: zupolicy set FILE ID SECTION NAME -- -x";
-
-const Command* FindCommand(std::string_view name)
-{
-    const auto* const found =
-        std::ranges::find_if(kCommands, [&](const Command* command) { return command->name == name; });
-    return found == std::end(kCommands) ? nullptr : *found;
-}
 
 /// The parser of one command. It is a parser of its own, not a part of the program's: as a part it would take the
 /// argument "++" for its end.
@@ -60,12 +53,12 @@ public:
 
     [[nodiscard]] std::string Help() const { return m_line.help(); }
     /// Parses what follows the command's name.
-    [[nodiscard]] ParsedLine Parse(const std::vector<std::string>& arguments, Streams streams);
+    [[nodiscard]] ParsedLine Parse(const std::vector<std::string>& arguments);
 
 private:
-    [[nodiscard]] std::string Unexpected(const std::string& argument) const;
-    [[nodiscard]] std::string ComplaintAbout(const CLI::ParseError& error) const;
-    [[nodiscard]] std::string Hint() const;
+    [[nodiscard]] UsageFailure Unexpected(const std::string& argument) const;
+    [[nodiscard]] UsageFailure ComplaintAbout(const CLI::ParseError& error) const;
+    [[nodiscard]] std::string Advice() const;
 
     const Command& m_command;
     CLI::App m_line;
@@ -85,38 +78,34 @@ std::string HelpOfProgram()
     return app.help();
 }
 
-ParsedLine Wrong(Streams streams, const std::string& complaint, const std::string& hint)
-{
-    streams.messages.Line("zupolicy: " + complaint);
-    streams.messages.Line(hint);
-    return {nullptr, ExitCode::Usage};
-}
-
-ParsedLine NoSuchCommand(const std::string& name, Streams streams)
+UsageFailure NoSuchCommand(const std::string& name)
 {
     NearestName nearest(name);
     nearest.Offer("help");
     for (const Command* command : kCommands) {
         nearest.Offer(command->name);
     }
-    return Wrong(streams, "no such command: " + Quoted(name) + nearest.Question(), kHelpHint);
+    return {"no such command: " + Quoted(name), nearest.Suggestion(), kHelpAdvice};
 }
 
-ParsedLine Help(const std::vector<std::string>& arguments, Streams streams)
+/// The command of that name. Throws UsageFailure.
+const Command& CommandOf(const std::string& name)
+{
+    const auto* const found =
+        std::ranges::find_if(kCommands, [&](const Command* command) { return command->name == name; });
+    if (found == std::end(kCommands)) {
+        throw NoSuchCommand(name);
+    }
+    return **found;
+}
+
+std::string Help(const std::vector<std::string>& arguments)
 {
     if (arguments.size() > 2) {
-        return Wrong(streams, "help explains one command at a time", kHelpHint);
+        throw UsageFailure("help explains one command at a time", {}, kHelpAdvice);
     }
-    if (arguments.size() == 1 || arguments[1] == "help") {
-        streams.data << HelpOfProgram();
-        return {};
-    }
-    const Command* const command = FindCommand(arguments[1]);
-    if (command == nullptr) {
-        return NoSuchCommand(arguments[1], streams);
-    }
-    streams.data << CommandParser(*command).Help();
-    return {};
+    const bool isAboutProgram = arguments.size() == 1 || arguments[1] == "help";
+    return isAboutProgram ? HelpOfProgram() : CommandParser(CommandOf(arguments[1])).Help();
 }
 
 bool IsOption(const std::string& argument)
@@ -125,10 +114,10 @@ bool IsOption(const std::string& argument)
 }
 
 /// The complaint about an argument that the command does not take.
-std::string CommandParser::Unexpected(const std::string& argument) const
+UsageFailure CommandParser::Unexpected(const std::string& argument) const
 {
     if (!IsOption(argument)) {
-        return "unexpected argument: " + Quoted(argument);
+        return {"unexpected argument: " + Quoted(argument), {}, Advice()};
     }
     const std::string name = argument.substr(0, argument.find('='));
     NearestName nearest(name);
@@ -137,11 +126,11 @@ std::string CommandParser::Unexpected(const std::string& argument) const
             nearest.Offer("--" + longName);
         }
     }
-    return "no such option: " + Quoted(name) + nearest.Question();
+    return {"no such option: " + Quoted(name), nearest.Suggestion(), Advice()};
 }
 
 /// What is wrong with the line: first of all an option that does not exist, which may be why something is missing.
-std::string CommandParser::ComplaintAbout(const CLI::ParseError& error) const
+UsageFailure CommandParser::ComplaintAbout(const CLI::ParseError& error) const
 {
     const std::vector<std::string> rest = m_line.remaining();
     const auto option = std::find_if(rest.begin(), rest.end(), IsOption);
@@ -149,51 +138,54 @@ std::string CommandParser::ComplaintAbout(const CLI::ParseError& error) const
         return Unexpected(*option);
     }
     const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr && !rest.empty();
-    return isExtra ? Unexpected(rest.front()) : error.what();
+    return isExtra ? Unexpected(rest.front()) : UsageFailure(error.what(), {}, Advice());
 }
 
-std::string CommandParser::Hint() const
+std::string CommandParser::Advice() const
 {
     const std::vector<std::string> rest = m_line.remaining();
     if (m_command.takesAnyValue && std::ranges::any_of(rest, IsOption)) {
-        return kDashHint;
+        return kDashAdvice;
     }
     return std::string("zupolicy help ") + m_command.name + " explains the command.";
 }
 
-ParsedLine CommandParser::Parse(const std::vector<std::string>& arguments, Streams streams)
+ParsedLine CommandParser::Parse(const std::vector<std::string>& arguments)
 {
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         m_line.parse(reversed);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
-            return Wrong(streams, ComplaintAbout(error), Hint());
+            throw ComplaintAbout(error);
         }
-        streams.data << Help();
-        return {};
+        return {{}, Help()};
     }
-    return {m_action, ExitCode::Ok};
+    return {m_action, {}};
 }
 
 }  // namespace
 
-ParsedLine ParseCommandLine(const std::vector<std::string>& arguments, Streams streams)
+UsageFailure::UsageFailure(const std::string& complaint, const std::string& suggestion, std::string advice)
+    : ProblemFailure({{}, ExitCode::Usage, {}, 0, 0, complaint, suggestion.empty() ? advice : suggestion},
+                     complaint + (suggestion.empty() ? "" : "; " + suggestion)),
+      m_advice(std::move(advice))
+{
+}
+
+ParsedLine ParseCommandLine(const std::vector<std::string>& arguments)
 {
     if (arguments.empty()) {
-        return Wrong(streams, "a command is missing", kHelpHint);
+        throw UsageFailure("a command is missing", {}, kHelpAdvice);
     }
     const std::string& first = arguments.front();
     if (first == "help" || first == "--help" || first == "-h") {
-        return Help(arguments, streams);
+        return {{}, Help(arguments)};
     }
     if (first == "--version") {
-        streams.data << "zupolicy " ZUPM_VERSION "\n";
-        return {};
+        return {{}, VersionOfProgram()};
     }
-    const Command* const command = FindCommand(first);
-    return command == nullptr ? NoSuchCommand(first, streams)
-                              : CommandParser(*command).Parse({arguments.begin() + 1, arguments.end()}, streams);
+    return CommandParser(CommandOf(first)).Parse({arguments.begin() + 1, arguments.end()});
 }
 
 }  // namespace zupm::tool

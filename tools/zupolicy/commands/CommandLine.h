@@ -1,22 +1,35 @@
 /// Turns arguments into an action.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/Commands.h"
-#include "tools/zupolicy/report/Streams.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 
-/// What to do; nothing, and the exit code, when help was printed or the command line is wrong.
+/// What to do, or the help that was asked for.
 struct ParsedLine {
     Action action;
-    ExitCode exitCode = ExitCode::Ok;
+    std::optional<std::string> help;
 };
 
-/// Reads a command line. Help goes to the data stream, a complaint to the messages.
-[[nodiscard]] ParsedLine ParseCommandLine(const std::vector<std::string>& arguments, Streams streams);
+/// A wrong command line: the complaint, and a second line with a way out.
+class UsageFailure : public ProblemFailure {
+public:
+    /// `suggestion` may be empty; it is the hint of the problem, or the advice is.
+    UsageFailure(const std::string& complaint, const std::string& suggestion, std::string advice);
+
+    [[nodiscard]] const std::string& Advice() const noexcept { return m_advice; }
+
+private:
+    std::string m_advice;
+};
+
+/// Reads a command line. Throws UsageFailure.
+[[nodiscard]] ParsedLine ParseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace zupm::tool

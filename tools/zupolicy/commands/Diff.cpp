@@ -11,7 +11,6 @@
 #include "tools/zupolicy/model/Change.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/ChangeReport.h"
-#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -109,7 +108,7 @@ void CompareEntries(const Side& before, const Side& after, bool tasks, Differenc
     }
 }
 
-ExitCode Compare(const DiffOptions& options, Streams streams)
+ExitCode RunDiff(const DiffOptions& options, Streams streams)
 {
     const Side before = Load(options.before);
     const Side after = Load(options.after);
@@ -122,22 +121,6 @@ ExitCode Compare(const DiffOptions& options, Streams streams)
     CompareEntries(before, after, false, differences);
     CompareEntries(before, after, true, differences);
     return differences.HasOne() ? ExitCode::NotFound : ExitCode::Ok;
-}
-
-ExitCode RunDiff(const DiffOptions& options, Streams streams)
-{
-    try {
-        return Compare(options, streams);
-    } catch (const std::exception&) {
-        const Problem problem = CurrentProblem({});
-        if (options.json) {
-            JsonWriter json(streams.data, JsonWriter::Form::OneLine);
-            json.BeginObject();
-            WriteProblem(json, problem);
-            json.EndObject();
-        }
-        throw ProblemFailure(problem);
-    }
 }
 
 Action DeclareDiff(CLI::App& line)

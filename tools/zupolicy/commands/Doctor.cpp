@@ -9,12 +9,17 @@
 namespace zupm::tool {
 namespace {
 
-ExitCode RunDoctor(bool json, Streams streams)
+struct DoctorOptions {
+    bool json = false;
+    bool quiet = false;
+};
+
+ExitCode RunDoctor(const DoctorOptions& options, Streams streams)
 {
     const Diagnosis diagnosis = Diagnose();
-    if (json) {
+    if (options.json) {
         WriteDiagnosisAsJson(streams.data, diagnosis);
-    } else {
+    } else if (!options.quiet) {
         PrintDiagnosis(streams.data, diagnosis);
     }
     return FirstFailure(diagnosis) == nullptr ? ExitCode::Ok : ExitCode::Other;
@@ -22,9 +27,10 @@ ExitCode RunDoctor(bool json, Streams streams)
 
 Action DeclareDoctor(CLI::App& line)
 {
-    const auto json = std::make_shared<bool>(false);
-    AddJson(line, *json);
-    return [json](Streams streams) { return RunDoctor(*json, streams); };
+    const auto options = std::make_shared<DoctorOptions>();
+    AddJson(line, options->json);
+    AddQuiet(line, options->quiet, "Print nothing; the exit code says whether something is wrong");
+    return [options](Streams streams) { return RunDoctor(*options, streams); };
 }
 
 }  // namespace

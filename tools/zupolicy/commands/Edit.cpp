@@ -17,13 +17,13 @@ void Commit(PolicyFile& file, const EditOptions& options)
 {
     try {
         file.Commit(options.force);
-    } catch (const CallError& error) {
-        if (error.Result() != result::FileChanged) {
+    } catch (const ProblemFailure& failure) {
+        Problem problem = failure.What();
+        if (problem.code != result::FileChanged) {
             throw;
         }
-        throw Failure(ExitCode::Changed, file.Path() +
-                                             ": another program changed it in the meantime; it was not overwritten "
-                                             "(--force overwrites it)");
+        problem.message = "another program changed it in the meantime; it was not overwritten";
+        throw ShortFailure(problem);
     }
 }
 
@@ -44,7 +44,7 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
 void RequireAnotherFile(const std::string& file, const std::string& output)
 {
     if (AreSameFile(file, output)) {
-        throw Failure(ExitCode::Usage, output + ": is FILE itself; leave out --output to replace it");
+        throw FileFailure(ExitCode::Usage, output, "is FILE itself; leave out --output to replace it");
     }
 }
 
@@ -67,7 +67,7 @@ void Print(const Change& change, const EditOptions& options, Streams streams)
     }
     streams.data.flush();
     if (!streams.data && change.written) {
-        throw Failure(ExitCode::Written, *change.written + ": was written, but writing to standard output failed");
+        throw FileFailure(ExitCode::Written, *change.written, "was written, but writing to standard output failed");
     }
 }
 
@@ -82,12 +82,14 @@ PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
     const std::chrono::seconds patience(options.lockTimeoutSeconds);
     try {
         return PolicyFile(file, patience);
-    } catch (const CallError& error) {
-        if (error.Result() != result::FileLocked) {
+    } catch (const ProblemFailure& failure) {
+        Problem problem = failure.What();
+        if (problem.code != result::FileLocked) {
             throw;
         }
-        throw Failure(ExitCode::Locked, file + ": another process is editing it; gave up after " +
-                                            std::to_string(patience.count()) + " s (--lock-timeout)");
+        problem.message = "another process is editing it; gave up after " + std::to_string(patience.count()) + " s";
+        problem.hint = "--lock-timeout";
+        throw ShortFailure(problem);
     }
 }
 

@@ -11,6 +11,8 @@
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/CheckReport.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
 namespace {
@@ -19,19 +21,22 @@ struct ExportIniOptions {
     std::string file;
     Target target;
     std::string iniFile;
-};
+    bool json = false;
+    bool quiet = false;
 
-constexpr const char* kStandardOutput = "-";
+    [[nodiscard]] bool GoesToStandardOutput() const { return iniFile == "-"; }
+};
 
 void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesystem::path& ini)
 {
     try {
         file.FindTask(options.target)->WriteIni(ToUtf8(ini.u16string()));
-    } catch (const CallError& error) {
-        if (error.Result() == result::GeneralFailure) {
-            throw Failure(ExitCode::FileError, options.iniFile + ": the INI file cannot be written");
+    } catch (const ProblemFailure& failure) {
+        if (failure.What().code != result::GeneralFailure) {
+            throw;
         }
-        throw;
+        throw ShortFailure(
+            {result::GeneralFailure, ExitCode::FileError, options.iniFile, 0, 0, "the INI file cannot be written", {}});
     }
 }
 
@@ -39,7 +44,7 @@ void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesy
 void RequireNotThePolicyFile(const std::string& policyFile, const std::string& iniFile)
 {
     if (AreSameFile(policyFile, iniFile)) {
-        throw Failure(ExitCode::Usage, iniFile + ": is the policy file; name another file for the export");
+        throw FileFailure(ExitCode::Usage, iniFile, "is the policy file; name another file for the export");
     }
 }
 
@@ -52,7 +57,8 @@ void ExportToFile(PolicyFile& file, const ExportIniOptions& options)
     // Windows searches for an INI file without a folder in its own folder, not in the current one.
     const std::filesystem::path ini = std::filesystem::absolute(std::filesystem::path(FromUtf8(options.iniFile)));
     if (!IsOrdinaryFile(ini)) {
-        throw Failure(ExitCode::FileError, options.iniFile + ": not a regular file; use - for standard output");
+        throw ProblemFailure(
+            {{}, ExitCode::FileError, options.iniFile, 0, 0, "not a regular file", "use - for standard output"});
     }
     RequireNotThePolicyFile(options.file, options.iniFile);
     Export(file, options, ini);
@@ -73,16 +79,15 @@ void ExportToStream(PolicyFile& file, const ExportIniOptions& options, std::ostr
 
 void Export(PolicyFile& file, const ExportIniOptions& options, std::ostream& data)
 {
-    if (options.iniFile == kStandardOutput) {
+    if (options.GoesToStandardOutput()) {
         ExportToStream(file, options, data);
     } else {
         ExportToFile(file, options);
     }
 }
 
-void PrintLosses(Messages& messages, PolicyFile& file, const Target& task)
+void PrintLosses(Messages& messages, const PolicyFile& file, const Notices& notices, const Target& task)
 {
-    const Notices notices = file.Notices();
     for (LONG i = 0; i < notices.Count(); ++i) {
         if (notices.IsLossOf(task, i)) {
             PrintWarning(messages, file.Path(), notices.At(i));
@@ -90,16 +95,43 @@ void PrintLosses(Messages& messages, PolicyFile& file, const Target& task)
     }
 }
 
+/// What is lost of the task, after it was written.
+void Report(PolicyFile& file, const ExportIniOptions& options, Streams streams)
+{
+    const Notices notices = file.Notices();
+    if (!options.quiet) {
+        PrintLosses(streams.messages, file, notices, options.target);
+    }
+    if (options.json) {
+        WriteExportAsJson(streams.data, options.target, options.iniFile, notices);
+        streams.data.flush();
+        if (!streams.data) {
+            throw Failure(ExitCode::Written, "writing to standard output failed");
+        }
+    }
+}
+
 ExitCode RunExportIni(const ExportIniOptions& options, Streams streams)
 {
     PolicyFile file(options.file, Access::ReadOnly);
-    Export(file, options, streams.data);
+    Explaining({options.file, options.target, {}, {}}, [&] { Export(file, options, streams.data); });
     try {
-        PrintLosses(streams.messages, file, options.target);
+        Report(file, options, streams);
     } catch (const Failure& failure) {
-        throw Failure(ExitCode::Written, std::string("the export was written, but: ") + failure.what());
+        Problem problem = CurrentProblem(options.file);
+        problem.exit = ExitCode::Written;
+        problem.message = "the export was written, but: " + problem.message;
+        throw ProblemFailure(std::move(problem), std::string("the export was written, but: ") + failure.what());
     }
     return ExitCode::Ok;
+}
+
+/// Standard output takes either the export or a report.
+void RequireOneUseOfStandardOutput(const ExportIniOptions& options)
+{
+    if (options.GoesToStandardOutput() && options.json) {
+        throw CLI::ValidationError("the export goes to standard output, so --json cannot be used");
+    }
 }
 
 Action DeclareExportIni(CLI::App& line)
@@ -110,6 +142,9 @@ Action DeclareExportIni(CLI::App& line)
     line.get_option("--task")->required();
     line.add_option("INI-FILE", options->iniFile, "The INI file, created when missing; - for standard output")
         ->required();
+    AddJson(line, options->json);
+    AddQuiet(line, options->quiet, "Print no warnings about settings that are lost");
+    line.callback([options] { RequireOneUseOfStandardOutput(*options); });
     return [options](Streams streams) { return RunExportIni(*options, streams); };
 }
 

@@ -18,15 +18,21 @@ struct GetOptions {
     std::string section;
     std::string name;
     bool json = false;
+    bool quiet = false;
 };
+
+std::string ValueOf(const GetOptions& options)
+{
+    return PolicyFile(options.file, Access::ReadOnly).Find(options.target)->Get(options.section, options.name);
+}
 
 ExitCode RunGet(const GetOptions& options, Streams streams)
 {
+    if (options.quiet) {
+        return Quietly([&] { static_cast<void>(ValueOf(options)); });
+    }
     const Sought sought{options.file, options.target, options.section, options.name};
-    const std::string value = Explaining(sought, [&] {
-        PolicyFile file(options.file, Access::ReadOnly);
-        return file.Find(options.target)->Get(options.section, options.name);
-    });
+    const std::string value = Explaining(sought, [&] { return ValueOf(options); });
     if (options.json) {
         WriteValueAsJson(streams.data, options.target, options.section, options.name, value);
     } else {
@@ -43,6 +49,7 @@ Action DeclareGet(CLI::App& line)
     line.add_option("SECTION", options->section, "The section")->required();
     line.add_option("NAME", options->name, "The setting")->required();
     AddJson(line, options->json);
+    AddQuiet(line, options->quiet, "Print nothing; the exit code says whether the setting exists");
     return [options](Streams streams) { return RunGet(*options, streams); };
 }
 
@@ -53,7 +60,8 @@ constinit const Command kGet{
     .description = "Print the value of one setting",
     .examples =
         "  zupolicy get policy.xml PRODUCTA1000 General Enabled\n"
-        "  zupolicy get policy.xml PRODUCTA1000 General Enabled --task '{task-1}'",
+        "  zupolicy get policy.xml PRODUCTA1000 General Enabled --task '{task-1}'\n"
+        "  zupolicy get policy.xml PRODUCTA1000 General Enabled --quiet && echo set",
     .declare = DeclareGet,
 };
 

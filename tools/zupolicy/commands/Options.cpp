@@ -19,7 +19,7 @@ void RequireOneUseOfStandardOutput(const EditOptions& edit)
 
 void AddFile(CLI::App& line, std::string& file)
 {
-    line.add_option("FILE", file, "The policy file")->required();
+    line.add_option("FILE", file, "The policy file; - for standard input where it is only read")->required();
 }
 
 void AddTarget(CLI::App& line, Target& target)
@@ -32,6 +32,24 @@ void AddTarget(CLI::App& line, Target& target)
 void AddJson(CLI::App& line, bool& json)
 {
     line.add_flag("--json", json, "Print JSON");
+}
+
+void AddQuiet(CLI::App& line, bool& quiet, const char* description)
+{
+    line.add_flag("-q,--quiet", quiet, description)->excludes(line.get_option("--json"));
+}
+
+ExitCode Quietly(const std::function<void()>& look)
+{
+    try {
+        look();
+        return ExitCode::Ok;
+    } catch (const Failure& failure) {
+        if (failure.Code() != ExitCode::NotFound) {
+            throw;
+        }
+        return ExitCode::NotFound;
+    }
 }
 
 void AddJobs(CLI::App& line, unsigned& jobs, const char* description)

@@ -1,9 +1,11 @@
 /// Arguments and options that several commands have in common.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
+#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/Target.h"
 
 namespace CLI {
@@ -28,6 +30,10 @@ struct EditOptions {
 void AddFile(CLI::App& line, std::string& file);
 void AddTarget(CLI::App& line, Target& target);
 void AddJson(CLI::App& line, bool& json);
+/// -q, --quiet; not together with --json, which is declared before it.
+void AddQuiet(CLI::App& line, bool& quiet, const char* description);
+/// Calls `look`, which throws when something is not in the file. Only the exit code says so.
+[[nodiscard]] ExitCode Quietly(const std::function<void()>& look);
 /// The number of threads, whose default stays when the option is missing.
 void AddJobs(CLI::App& line, unsigned& jobs, const char* description);
 void AddLockTimeout(CLI::App& line, unsigned& seconds);

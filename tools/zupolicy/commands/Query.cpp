@@ -9,6 +9,7 @@
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/model/Search.h"
+#include "tools/zupolicy/report/Excerpt.h"
 #include "tools/zupolicy/report/QueryReport.h"
 
 namespace zupm::tool {
@@ -59,6 +60,7 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
         report->Add(result);
         if (result.problem) {
             streams.messages.Line(LineOf(*result.problem));
+            PrintExcerpt(streams.messages, *result.problem);
         }
     };
     InOrder(options.files.size(), options.jobs, search, print).Run();

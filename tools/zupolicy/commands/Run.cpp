@@ -2,31 +2,23 @@
 
 #include <zuPolicyManager/client/Runtime.h>
 
+#include <algorithm>
 #include <exception>
-#include <new>
 #include <ostream>
 #include <string>
-#include <string_view>
 
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/commands/CommandLine.h"
+#include "tools/zupolicy/report/Excerpt.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
 
-void Complain(Streams streams, std::string_view text)
+/// Whether a failure is printed as JSON, too: also when the rest of the line is wrong.
+bool WantsJson(const std::vector<std::string>& arguments)
 {
-    streams.messages.Line("zupolicy: " + std::string(text));
-}
-
-ExitCode ParseAndExecute(const std::vector<std::string>& arguments, Streams streams)
-{
-    const ParsedLine line = ParseCommandLine(arguments, streams);
-    if (!line.action) {
-        return line.exitCode;
-    }
-    const Runtime runtime;
-    return line.action(streams);
+    const auto end = std::ranges::find(arguments, "--");
+    return std::find(arguments.begin(), end, "--json") != end;
 }
 
 /// Standard output on a full disk must not look like success.
@@ -35,33 +27,75 @@ ExitCode Finish(ExitCode code, Streams streams)
     streams.data.flush();
     // For `diff` the second code says that the files differ.
     if (!streams.data && (code == ExitCode::Ok || code == ExitCode::NotFound)) {
-        Complain(streams, "writing to standard output failed");
-        return ExitCode::Other;
+        throw Failure(ExitCode::Other, "writing to standard output failed");
     }
     return code;
+}
+
+ExitCode ParseAndExecute(const std::vector<std::string>& arguments, Streams streams)
+{
+    const ParsedLine line = ParseCommandLine(arguments);
+    if (line.help) {
+        streams.data << *line.help;
+        return Finish(ExitCode::Ok, streams);
+    }
+    const Runtime runtime;
+    return Finish(line.action(streams), streams);
+}
+
+/// What a failed run prints on standard output: also after a part of a report, and even if a stream that failed before
+/// fails again.
+void PrintFailure(const Problem& problem, std::ostream& data)
+{
+    data.clear();
+    WriteFailure(data, problem);
+    data.flush();
+}
+
+/// Reports the current exception.
+Problem Report(Streams streams)
+{
+    try {
+        throw;
+    } catch (const UsageFailure& failure) {
+        streams.messages.Complain(failure.what());
+        streams.messages.Line(failure.Advice());
+        return failure.What();
+    } catch (const Failure& failure) {
+        const Problem problem = CurrentProblem({});
+        streams.messages.Complain(failure.what());
+        PrintExcerpt(streams.messages, problem);
+        return problem;
+    } catch (const std::exception&) {
+        const Problem problem = CurrentProblem({});
+        streams.messages.Complain(LineOf(problem));
+        return problem;
+    }
 }
 
 ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
 {
     try {
-        return Finish(ParseAndExecute(arguments, streams), streams);
-    } catch (const Failure& failure) {
-        Complain(streams, failure.what());
-        return failure.Code();
-    } catch (const std::bad_alloc&) {
-        Complain(streams, "out of memory");
-    } catch (const std::exception& error) {
-        Complain(streams, error.what());
+        return ParseAndExecute(arguments, streams);
+    } catch (const std::exception&) {
+        const Problem problem = Report(streams);
+        if (WantsJson(arguments)) {
+            PrintFailure(problem, streams.data);
+        }
+        return problem.exit;
     }
-    return ExitCode::Other;
 }
 
 }  // namespace
 
-int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages) noexcept
+int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages, Console console) noexcept
 {
-    Messages lines(messages);
-    return static_cast<int>(RunGuarded(arguments, Streams{out, lines}));
+    try {
+        Messages lines(messages, console);
+        return static_cast<int>(RunGuarded(arguments, Streams{out, lines}));
+    } catch (const std::exception&) {
+        return static_cast<int>(ExitCode::Other);  // not even the report found memory
+    }
 }
 
 }  // namespace zupm::tool

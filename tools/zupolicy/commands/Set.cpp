@@ -61,16 +61,27 @@ std::vector<FieldChange> FieldsOfNewEntry(const SetOptions& options)
             {"priority", std::nullopt, std::to_string(fields.priority.value_or(0))}};
 }
 
+/// The failure to find the policy or task, with the option that adds it.
+ProblemFailure NotCreated(Problem problem, const Sought& sought)
+{
+    const std::string suggestion = SuggestionFor(*problem.code, sought);
+    problem.hint = suggestion.empty() ? "--create adds it" : suggestion;
+    Problem found = problem;
+    found.hint.clear();
+    const std::string line = LineOf(found) + " (--create adds it)" + (suggestion.empty() ? "" : "; " + suggestion);
+    return {std::move(problem), line};
+}
+
 Found FindOrCreate(PolicyFile& file, const SetOptions& options)
 {
     try {
         return FindExisting(file, options);
-    } catch (const CallError& error) {
-        if (error.Code() != ExitCode::NotFound) {
+    } catch (const ProblemFailure& failure) {
+        if (failure.Code() != ExitCode::NotFound) {
             throw;
         }
         if (!options.create) {
-            throw error.With(" (--create adds it)" + SuggestionFor(error, SoughtBy(options)));
+            throw NotCreated(failure.What(), SoughtBy(options));
         }
     }
     return {file.Create(options.target, options.fields), true, FieldsOfNewEntry(options)};
@@ -83,15 +94,17 @@ void RequireKept(PolicyFile& file, const SetOptions& options)
 {
     const auto kept = file.Find(options.target)->Find(options.section, options.name);
     if (kept != options.value && !options.target.taskId) {
-        throw Failure(ExitCode::Other, options.file + ": " + Describe(options.target) +
-                                           ": the software ID occurs again, and the other policy would be found in " +
-                                           "place of the changed one; zupolicy apply can edit it");
+        throw FileFailure(ExitCode::Other, options.file,
+                          Describe(options.target) +
+                              ": the software ID occurs again, and the other policy would be found in place of the "
+                              "changed one; zupolicy apply can edit it");
     }
     if (kept != options.value) {
-        throw Failure(ExitCode::Other, options.file + ": " + Describe(options.target) + ": setting " +
-                                           Shortened(options.name) + " of section " + Shortened(options.section) +
-                                           " repeats a field of the task and cannot be set on its own; use " +
-                                           "--display-name, --type, --platforms or --priority");
+        throw FileFailure(ExitCode::Other, options.file,
+                          Describe(options.target) + ": setting " + Shortened(options.name) + " of section " +
+                              Shortened(options.section) +
+                              " repeats a field of the task and cannot be set on its own; use --display-name, --type, "
+                              "--platforms or --priority");
     }
 }
 
@@ -101,8 +114,8 @@ void Put(PolicyFile& file, Entry& entry, const SetOptions& options)
     entry.Put(options.section, options.name, options.value);
     try {
         file.Add(entry);
-    } catch (const CallError& error) {
-        throw Explained(error, SoughtBy(options));
+    } catch (const ProblemFailure& failure) {
+        throw ProblemFailure(Explained(failure.What(), SoughtBy(options)));
     }
     RequireKept(file, options);
 }

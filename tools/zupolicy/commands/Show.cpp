@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
@@ -20,6 +20,7 @@ struct ShowOptions {
     std::optional<std::string> taskId;
     bool namesOnly = false;
     bool json = false;
+    bool quiet = false;
 };
 
 void RequireSomething(const FileContents& contents, const ShowOptions& options, const Selection& selection)
@@ -29,16 +30,23 @@ void RequireSomething(const FileContents& contents, const ShowOptions& options, 
         std::any_of(contents.tasks.begin(), contents.tasks.end(), isSelected)) {
         return;
     }
-    const Target target{*options.softwareId, options.taskId};
-    const std::string what = options.taskId ? Describe(target) : Describe(target) + " and tasks of it";
-    throw Failure(ExitCode::NotFound,
-                  options.file + ": " + what + ": not in the file" + SuggestionFor(contents, target));
+    const Sought sought{options.file, {*options.softwareId, options.taskId}, {}, {}};
+    const result::Code code = options.taskId ? result::TaskNotFound : result::PolicyNotFound;
+    const std::string what = Describe(sought.target) + (options.taskId ? "" : " and tasks of it");
+    Problem problem{
+        {}, ExitCode::NotFound, options.file, 0, 0, what + ": not in the file", SuggestionFor(code, sought)};
+    const std::string line = LineOf(problem);
+    problem.code = code;
+    throw ProblemFailure(std::move(problem), line);
 }
 
 ExitCode RunShow(const ShowOptions& options, Streams streams)
 {
     const FileContents contents = ReadContents(options.file);
     const Selection selection{options.softwareId, options.taskId, !options.namesOnly};
+    if (options.quiet) {
+        return Quietly([&] { RequireSomething(contents, options, selection); });
+    }
     RequireSomething(contents, options, selection);
     if (options.json) {
         WriteContentsAsJson(streams.data, options.file, contents, selection);
@@ -56,6 +64,7 @@ Action DeclareShow(CLI::App& line)
     line.add_option("--task", options->taskId, "Only this task of the product")->type_name("TASK-ID")->needs(id);
     line.add_flag("--names", options->namesOnly, "Leave out sections and settings");
     AddJson(line, options->json);
+    AddQuiet(line, options->quiet, "Print nothing; the exit code says whether it is in the file");
     return [options](Streams streams) { return RunShow(*options, streams); };
 }
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "tools/zupolicy/client/Component.h"
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::model {
 namespace {
@@ -22,7 +22,7 @@ ComPtr<Interface> NewObject()
 PolicyFile MakeFile(const std::string& path)
 {
     if (!tool::IsUtf8(path)) {
-        throw tool::Failure(tool::ExitCode::FileError, path + ": the file name is not valid UTF-8");
+        throw tool::FileFailure(tool::ExitCode::FileError, path, "the file name is not valid UTF-8");
     }
     return PolicyFile(NewObject<IPolicyFile>(), path);
 }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/model/MakeObjects.h"
 
 namespace zupm::model {
@@ -22,9 +23,16 @@ void ReadSections(const Source& source, Entry& entry)
 
 PolicyFile OpenToRead(const std::string& path)
 {
-    PolicyFile file = MakeFile(path);
-    client::File(ComPtr<IPolicyFile>(file.Get()), path).Load(true);
-    return file;
+    return tool::Reading(path, [&](const std::string& source) {
+        PolicyFile file = MakeFile(path);
+        Load(file, source, true);
+        return file;
+    });
+}
+
+void Load(const PolicyFile& file, const std::string& path, bool readOnly)
+{
+    client::File(ComPtr<IPolicyFile>(file.Get()), path).Load(readOnly);
 }
 
 Entry Read(const Policy& policy)

@@ -11,8 +11,11 @@
 
 namespace zupm::model {
 
-/// Loads a file to be read only. Throws Error; tool::Failure for a path that is not valid UTF-8.
+/// Loads a file to be read only; "-" is standard input. Throws Error; tool::Failure for a path that is not valid UTF-8.
 [[nodiscard]] PolicyFile OpenToRead(const std::string& path);
+
+/// Loads from `path` what keeps its own name in messages. Throws Error, about `path`.
+void Load(const PolicyFile& file, const std::string& path, bool readOnly);
 
 /// Every section and setting that a lookup finds, also those that repeat a task's fields. Throws Error.
 [[nodiscard]] Entry Read(const Policy& policy);

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <string_view>
 
+#include "tools/zupolicy/report/Excerpt.h"
 #include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
@@ -31,8 +32,7 @@ ApplyReport::ApplyReport(Streams streams, bool isJson, bool isDryRun)
     : m_streams(streams), m_isJson(isJson), m_isDryRun(isDryRun), m_json(streams.data)
 {
     if (m_isJson) {
-        m_json.BeginObject();
-        m_json.Key("schema").Number(1);
+        m_json.BeginDocument();
         m_json.Key("dryRun").Boolean(m_isDryRun);
         m_json.Key("files").BeginArray();
     }
@@ -46,6 +46,7 @@ void ApplyReport::Add(const ApplyResult& result)
     m_notDone += result.state == State::NotDone ? 1 : 0;
     if (result.problem) {
         m_streams.messages.Line(LineOf(*result.problem));
+        PrintExcerpt(m_streams.messages, *result.problem);
         m_code = m_code == ExitCode::Ok || m_code == ExitCode::Written ? result.problem->exit : m_code;
     }
     if (m_isJson) {

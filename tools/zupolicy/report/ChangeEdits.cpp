@@ -12,8 +12,7 @@ using model::EntryId;
 
 void Begin(JsonWriter& json, std::string_view edit)
 {
-    json.BeginObject();
-    json.Key("schema").Number(1);
+    json.BeginDocument();
     json.Member("edit", edit);
 }
 

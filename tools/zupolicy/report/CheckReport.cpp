@@ -1,22 +1,9 @@
 #include "tools/zupolicy/report/CheckReport.h"
 
-#include <charconv>
+#include "tools/zupolicy/report/Excerpt.h"
 
 namespace zupm::tool {
 namespace {
-
-/// Takes "123:" off the front; nothing when the text does not begin like that.
-std::optional<std::uint64_t> TakeNumber(std::string_view& text)
-{
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const auto length = static_cast<std::size_t>(end - text.data());
-    if (error != std::errc() || length == text.size() || *end != ':') {
-        return std::nullopt;
-    }
-    text.remove_prefix(length + 1);
-    return number;
-}
 
 std::string Place(const std::string& file, std::uint64_t line, std::uint64_t column)
 {
@@ -25,28 +12,14 @@ std::string Place(const std::string& file, std::uint64_t line, std::uint64_t col
 
 }  // namespace
 
-CheckReport BrokenReport(const std::string& file, std::string_view description)
-{
-    CheckReport whole{file, std::nullopt, {}, {}, std::string(description)};
-    if (!description.starts_with(file + ":")) {
-        return whole;
-    }
-    description.remove_prefix(file.size() + 1);
-    const auto line = TakeNumber(description);
-    const auto column = line ? TakeNumber(description) : std::nullopt;
-    if (!column) {
-        return whole;
-    }
-    description.remove_prefix(description.starts_with(' ') ? 1 : 0);
-    return {file, std::nullopt, line, column, std::string(description)};
-}
-
 void PrintReport(Messages& messages, const CheckReport& report)
 {
     if (!report.sound) {
+        const Problem& problem = report.problem;
         const std::string place =
-            report.line ? Place(report.file, *report.line, report.column.value_or(1)) : report.file + ": ";
-        messages.Line(place + report.message);
+            problem.line != 0 ? Place(report.file, problem.line, problem.column) : report.file + ": ";
+        messages.Line(place + problem.message);
+        PrintExcerpt(messages, problem);
         return;
     }
     const Notices& notices = report.sound->notices;

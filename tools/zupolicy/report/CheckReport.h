@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "tools/zupolicy/client/Notices.h"
 #include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/report/Problem.h"
 #include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {
@@ -18,17 +18,12 @@ struct SoundFile {
     Counts counts;  ///< 0 where nobody asks for them
 };
 
-/// A broken file has a message, and a position where the breakage has one.
+/// A broken file has a problem, with a place where the breakage has one.
 struct CheckReport {
     std::string file;
     std::optional<SoundFile> sound;
-    std::optional<std::uint64_t> line;
-    std::optional<std::uint64_t> column;
-    std::string message;
+    Problem problem;
 };
-
-/// A report on a file that the component refuses, from "file:line:column: message" or a message without a position.
-[[nodiscard]] CheckReport BrokenReport(const std::string& file, std::string_view description);
 
 /// "file:line:column: message" for a broken file, one "file:line:column: warning: message" for each warning about a
 /// sound one; nothing else for a sound file.

@@ -80,7 +80,7 @@ void PrintDiagnosis(std::ostream& out, const Diagnosis& diagnosis)
 void WriteDiagnosisAsJson(std::ostream& out, const Diagnosis& diagnosis)
 {
     JsonWriter json(out);
-    json.BeginObject();
+    json.BeginDocument();
     json.Key("ok").Boolean(FirstFailure(diagnosis) == nullptr);
     json.Key("modules").BeginArray();
     for (const ModuleDiagnosis& module : diagnosis.modules) {

@@ -1,100 +1,54 @@
 #include "tools/zupolicy/report/Explain.h"
 
-#include <algorithm>
 #include <string_view>
+#include <vector>
 
 #include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
 namespace {
 
-/// Where an entry's sections are.
-struct SectionRange {
-    std::uint32_t first = 0;
-    std::uint32_t end = 0;
-};
-
-SectionRange SectionsOf(const FileContents& contents, const Target& target)
+std::string Nearest(const std::string& wanted, const std::vector<std::string>& names)
 {
-    for (const Task& task : contents.tasks) {
-        if (target.taskId && contents.Text(task.softwareId) == target.softwareId &&
-            contents.Text(task.taskId) == *target.taskId) {
-            return {task.firstSection, task.endSection};
-        }
+    NearestName nearest(wanted);
+    for (const std::string& name : names) {
+        nearest.Offer(name);
     }
-    for (const Policy& policy : contents.policies) {
-        if (!target.taskId && contents.Text(policy.softwareId) == target.softwareId) {
-            return {policy.firstSection, policy.endSection};
-        }
-    }
-    return {};
-}
-
-NearestName NearPolicy(const FileContents& contents, const Target& target)
-{
-    NearestName nearest(target.softwareId);
-    for (const Policy& policy : contents.policies) {
-        nearest.Offer(contents.Text(policy.softwareId));
-    }
-    return nearest;
+    return nearest.Suggestion();
 }
 
 /// A task ID of the product; for a product that the file does not know at all, one that has tasks.
-NearestName NearTask(const FileContents& contents, const Target& target)
+std::string NearestTask(const zupm::PolicyFile& file, const Target& target)
 {
-    const auto isOfProduct = [&](const auto& record) { return contents.Text(record.softwareId) == target.softwareId; };
-    const bool isKnown = std::any_of(contents.tasks.begin(), contents.tasks.end(), isOfProduct) ||
-                         std::any_of(contents.policies.begin(), contents.policies.end(), isOfProduct);
-    NearestName nearest(isKnown ? *target.taskId : target.softwareId);
-    for (const Task& task : contents.tasks) {
-        if (!isKnown) {
-            nearest.Offer(contents.Text(task.softwareId));
-        } else if (isOfProduct(task)) {
-            nearest.Offer(contents.Text(task.taskId));
-        }
-    }
-    return nearest;
+    const std::vector<std::string> tasks = file.TaskIds(target.softwareId);
+    const bool isKnown = !tasks.empty() || file.FindPolicy(target.softwareId);
+    return isKnown ? Nearest(*target.taskId, tasks) : Nearest(target.softwareId, file.TaskSoftwareIds());
 }
 
-NearestName NearSection(const FileContents& contents, const Sought& sought)
+/// Calls `call` with the policy or task.
+template <class Call>
+std::string WithEntry(const zupm::PolicyFile& file, const Target& target, const Call& call)
 {
-    NearestName nearest(*sought.section);
-    const SectionRange range = SectionsOf(contents, sought.target);
-    for (std::uint32_t number = range.first; number < range.end; ++number) {
-        nearest.Offer(contents.Text(contents.sections[number].name));
-    }
-    return nearest;
+    return target.taskId ? call(file.Task(target.softwareId, *target.taskId)) : call(file.Policy(target.softwareId));
 }
 
-NearestName NearSetting(const FileContents& contents, const Sought& sought)
-{
-    NearestName nearest(*sought.name);
-    const SectionRange range = SectionsOf(contents, sought.target);
-    for (std::uint32_t section = range.first; section < range.end; ++section) {
-        if (contents.Text(contents.sections[section].name) != *sought.section) {
-            continue;
-        }
-        std::uint32_t number = contents.sections[section].firstSetting;
-        for (; number != kNone; number = contents.settings[number].next) {
-            nearest.Offer(contents.Text(contents.settings[number].name));
-        }
-    }
-    return nearest;
-}
-
-std::string Suggestion(const FileContents& contents, result::Code code, const Sought& sought)
+std::string Suggestion(const zupm::PolicyFile& file, result::Code code, const Sought& sought)
 {
     switch (code) {
         case result::PolicyNotFound:
-            return NearPolicy(contents, sought.target).Question();
+            return Nearest(sought.target.softwareId, file.PolicyIds());
         case result::TaskNotFound:
-            return sought.target.taskId ? NearTask(contents, sought.target).Question() : std::string();
+            return NearestTask(file, sought.target);
         case result::SectionNotFound:
-            return sought.section ? NearSection(contents, sought).Question() : std::string();
+            return WithEntry(file, sought.target,
+                             [&](const auto& entry) { return Nearest(*sought.section, entry.SectionNames()); });
         case result::SettingNotFound:
-            return sought.section && sought.name ? NearSetting(contents, sought).Question() : std::string();
+            return WithEntry(file, sought.target, [&](const auto& entry) {
+                return Nearest(*sought.name, entry.Section(*sought.section).Names());
+            });
         default:
             return {};
     }
@@ -115,50 +69,46 @@ std::string_view MissingElement(const Places& places, const Target& target)
     return places.policy ? std::string_view() : "Policy";
 }
 
-std::string MissingElementText(const Sought& sought, const std::string& otherwise)
+/// The problem with the name of the missing element, when that can be found out.
+Problem WithMissingElement(Problem problem, const Sought& sought)
 {
     try {
         const std::string_view missing = MissingElement(ReadContents(sought.file).places, sought.target);
-        return missing.empty() ? otherwise : "The file has no " + std::string(missing) + " element to put it in.";
+        if (!missing.empty()) {
+            problem.message =
+                Describe(sought.target) + ": The file has no " + std::string(missing) + " element to put it in.";
+            problem.hint.clear();
+        }
     } catch (const Failure&) {
-        return otherwise;
+        return problem;
     }
+    return problem;
 }
 
 }  // namespace
 
-CallError Explained(const CallError& error, const Sought& sought)
+Problem Explained(Problem problem, const Sought& sought)
 {
-    const std::string subject = sought.file + ": " + Describe(sought.target);
-    if (error.Result() == result::SectionNotFound && sought.section) {
-        return {error.Result(), subject + ": section " + Quoted(*sought.section), error.Description()};
+    const std::string about = Describe(sought.target) + ": ";
+    if (problem.code == result::SectionNotFound) {
+        problem.message =
+            about + "section " + Quoted(*sought.section) + ": " + client::SentenceOf(result::SectionNotFound);
+    } else if (problem.code == result::SettingNotFound) {
+        problem.message = about + "setting " + Quoted(*sought.name) + " of section " + Quoted(*sought.section) + ": " +
+                          client::SentenceOf(result::SettingNotFound);
+    } else if (problem.code == result::ElementMissing) {
+        return WithMissingElement(std::move(problem), sought);
     }
-    if (error.Result() == result::SettingNotFound && sought.section && sought.name) {
-        return {error.Result(),
-                subject + ": setting " + Quoted(*sought.name) + " of section " + Quoted(*sought.section),
-                error.Description()};
-    }
-    if (error.Result() == result::ElementMissing) {
-        return {error.Result(), subject, MissingElementText(sought, error.Description())};
-    }
-    return error;
+    return problem;
 }
 
-std::string SuggestionFor(const CallError& error, const Sought& sought)
+std::string SuggestionFor(result::Code code, const Sought& sought)
 {
-    if (error.Code() != ExitCode::NotFound) {
-        return {};
-    }
     try {
-        return Suggestion(ReadContents(sought.file), error.Result(), sought);
-    } catch (const Failure&) {
+        return Suggestion(model::OpenToRead(sought.file), code, sought);
+    } catch (const std::exception&) {
         return {};  // a suggestion is a courtesy
     }
-}
-
-std::string SuggestionFor(const FileContents& contents, const Target& target)
-{
-    return (target.taskId ? NearTask(contents, target) : NearPolicy(contents, target)).Question();
 }
 
 }  // namespace zupm::tool

@@ -4,9 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Target.h"
-#include "tools/zupolicy/client/contents/FileContents.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 
@@ -18,24 +17,29 @@ struct Sought {
     std::optional<std::string> name;
 };
 
-/// The failure with the section and the setting that are missing, and the element that an entry needs and the file
-/// does not have. Any other failure stays as it is.
-[[nodiscard]] CallError Explained(const CallError& error, const Sought& sought);
+/// The problem with the section and the setting that are missing, and the element that an entry needs and the file does
+/// not have. Any other problem stays as it is.
+[[nodiscard]] Problem Explained(Problem problem, const Sought& sought);
 
-/// `; did you mean "General"?` when the file has a name much like the missing one; nothing otherwise.
-[[nodiscard]] std::string SuggestionFor(const CallError& error, const Sought& sought);
+/// `did you mean "General"?` when something is missing and the file has a name much like it; nothing otherwise.
+[[nodiscard]] std::string SuggestionFor(result::Code code, const Sought& sought);
 
-/// The same for a policy or task, among contents that were read already.
-[[nodiscard]] std::string SuggestionFor(const FileContents& contents, const Target& target);
-
-/// Calls `call`; a CallError leaves it explained and with a suggestion.
+/// Calls `call`; a ProblemFailure leaves it explained, with a suggestion as its hint.
 template <typename Call>
 decltype(auto) Explaining(const Sought& sought, Call call)
 {
     try {
         return call();
-    } catch (const CallError& error) {
-        throw Explained(error, sought).With(SuggestionFor(error, sought));
+    } catch (const ProblemFailure& failure) {
+        if (failure.Code() == ExitCode::NotFound && failure.What().code) {
+            Problem problem = Explained(failure.What(), sought);
+            problem.hint = SuggestionFor(*problem.code, sought);
+            throw ProblemFailure(problem);
+        }
+        if (failure.What().code == result::ElementMissing) {
+            throw ProblemFailure(Explained(failure.What(), sought));
+        }
+        throw;
     }
 }
 

@@ -78,13 +78,23 @@ void WriteIds(JsonWriter& json, const Target& target)
     }
 }
 
-void WriteNumberOrNull(JsonWriter& json, const std::optional<std::uint64_t>& number)
+/// The notices that `isWanted(index)` picks.
+template <typename IsWanted>
+void WriteWarnings(JsonWriter& json, const Notices& notices, const IsWanted& isWanted)
 {
-    if (number) {
-        json.Number(*number);
-    } else {
-        json.Null();
+    json.Key("warnings").BeginArray();
+    for (LONG i = 0; i < notices.Count(); ++i) {
+        if (!isWanted(i)) {
+            continue;
+        }
+        const Notice notice = notices.At(i);
+        json.BeginObject();
+        json.Key("line").Number(notice.line);
+        json.Key("column").Number(notice.column);
+        json.Member("message", notice.text);
+        json.EndObject();
     }
+    json.EndArray();
 }
 
 void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
@@ -93,16 +103,7 @@ void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
     json.Key("tasks").Number(sound.counts.tasks);
     json.Key("sections").Number(sound.counts.sections);
     json.Key("settings").Number(sound.counts.settings);
-    json.Key("warnings").BeginArray();
-    for (LONG i = 0; i < sound.notices.Count(); ++i) {
-        const Notice notice = sound.notices.At(i);
-        json.BeginObject();
-        json.Key("line").Number(notice.line);
-        json.Key("column").Number(notice.column);
-        json.Member("message", notice.text);
-        json.EndObject();
-    }
-    json.EndArray();
+    WriteWarnings(json, sound.notices, [](LONG /*index*/) { return true; });
 }
 
 void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields)
@@ -124,7 +125,7 @@ void WriteContentsAsJson(std::ostream& out, const std::string& file, const FileC
                          const Selection& selection)
 {
     JsonWriter json(out);
-    json.BeginObject();
+    json.BeginDocument();
     json.Member("file", file);
     json.Member("policyVersion", contents.policyVersion);
     json.Member("taskVersion", contents.taskVersion);
@@ -140,7 +141,7 @@ void WriteValueAsJson(std::ostream& out, const Target& target, const std::string
                       const std::string& value)
 {
     JsonWriter json(out);
-    json.BeginObject();
+    json.BeginDocument();
     WriteIds(json, target);
     json.Member("section", section);
     json.Member("name", name);
@@ -151,7 +152,7 @@ void WriteValueAsJson(std::ostream& out, const Target& target, const std::string
 void WriteChangeAsJson(std::ostream& out, const Change& change)
 {
     JsonWriter json(out);
-    json.BeginObject();
+    json.BeginDocument();
     WriteIds(json, change.target);
     json.Key("new").Boolean(change.createsTarget);
     json.Key("section").TextOrNull(change.section);
@@ -166,6 +167,16 @@ void WriteChangeAsJson(std::ostream& out, const Change& change)
     json.EndObject();
 }
 
+void WriteExportAsJson(std::ostream& out, const Target& task, const std::string& written, const Notices& notices)
+{
+    JsonWriter json(out);
+    json.BeginDocument();
+    WriteIds(json, task);
+    json.Member("written", written);
+    WriteWarnings(json, notices, [&](LONG index) { return notices.IsLossOf(task, index); });
+    json.EndObject();
+}
+
 void WriteReportAsJson(JsonWriter& json, const CheckReport& report)
 {
     json.BeginObject();
@@ -174,11 +185,9 @@ void WriteReportAsJson(JsonWriter& json, const CheckReport& report)
     if (report.sound) {
         WriteSoundReport(json, *report.sound);
     } else {
-        json.Key("line");
-        WriteNumberOrNull(json, report.line);
-        json.Key("column");
-        WriteNumberOrNull(json, report.column);
-        json.Member("message", report.message);
+        json.Key("line").Place(report.problem.line);
+        json.Key("column").Place(report.problem.column);
+        json.Member("message", report.problem.message);
     }
     json.EndObject();
 }

@@ -29,6 +29,12 @@ void WriteEscaped(std::ostream& out, char c)
 
 }  // namespace
 
+void JsonWriter::BeginDocument()
+{
+    BeginObject();
+    Key("schema").Number(kSchema);
+}
+
 JsonWriter& JsonWriter::Key(std::string_view name)
 {
     BeginValue();
@@ -64,6 +70,15 @@ void JsonWriter::Null()
     BeginValue();
     m_out << "null";
     EndValue();
+}
+
+void JsonWriter::Place(std::uint64_t number)
+{
+    if (number == 0) {
+        Null();
+    } else {
+        Number(number);
+    }
 }
 
 void JsonWriter::TextOrNull(const std::optional<std::string>& text)

@@ -16,6 +16,8 @@ namespace zupm::tool {
 class JsonWriter {
 public:
     enum class Form { Indented, OneLine };
+    /// The version of what the tool prints as JSON. It grows when a member is removed or changes its meaning.
+    static constexpr std::uint64_t kSchema = 1;
 
     explicit JsonWriter(std::ostream& out, Form form = Form::Indented) : m_out(out), m_form(form) {}
 
@@ -31,7 +33,12 @@ public:
     void Number(std::uint64_t number);
     void Boolean(bool value);
     void Null();
+    /// A line or a column; null for 0, which is none.
+    void Place(std::uint64_t number);
     void TextOrNull(const std::optional<std::string>& text);
+
+    /// Begins a document: an object whose first member is the version of its form.
+    void BeginDocument();
 
     /// Key and Text.
     void Member(std::string_view name, std::string_view text) { Key(name).Text(text); }

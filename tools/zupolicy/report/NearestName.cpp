@@ -77,9 +77,9 @@ void NearestName::Offer(std::string_view name)
     }
 }
 
-std::string NearestName::Question() const
+std::string NearestName::Suggestion() const
 {
-    return m_best ? "; did you mean " + Quoted(*m_best) + "?" : std::string();
+    return m_best ? "did you mean " + Quoted(*m_best) + "?" : std::string();
 }
 
 }  // namespace zupm::tool

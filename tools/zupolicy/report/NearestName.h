@@ -17,8 +17,8 @@ public:
     void Offer(std::string_view name);
     /// The best of the names offered; nothing when none is near.
     [[nodiscard]] const std::optional<std::string>& Best() const noexcept { return m_best; }
-    /// `; did you mean "General"?`, or nothing.
-    [[nodiscard]] std::string Question() const;
+    /// `did you mean "General"?`, or nothing.
+    [[nodiscard]] std::string Suggestion() const;
 
 private:
     std::u32string m_wanted;

@@ -1,10 +1,8 @@
 #include "tools/zupolicy/report/Problem.h"
 
-#include <zuPolicyManager/client/Error.h>
-
 #include <new>
+#include <ostream>
 #include <string_view>
-#include <utility>
 
 namespace zupm::tool {
 namespace {
@@ -58,17 +56,6 @@ std::string HintFor(const Error& error)
     }
 }
 
-Problem ProblemOf(const Error& error, const std::string& file)
-{
-    Problem problem{error.Code(),  ExitCodeOf(error), error.File().empty() ? file : error.File(),
-                    error.Line(),  error.Column(),    error.Sentence(),
-                    HintFor(error)};
-    if (const std::string about = WithoutFile(error.Subject(), problem.file); error.Line() == 0 && !about.empty()) {
-        problem.message = about + ": " + problem.message;
-    }
-    return problem;
-}
-
 std::string CodeOf(result::Code code)
 {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -79,13 +66,11 @@ std::string CodeOf(result::Code code)
     return text;
 }
 
-void NumberOrNull(JsonWriter& json, std::uint32_t number)
+/// The name and the number of a code: "[PolicyNotFound, 0xFFFFFB49]".
+std::string InBrackets(result::Code code)
 {
-    if (number == 0) {
-        json.Null();
-    } else {
-        json.Number(number);
-    }
+    const std::string_view name = result::NameFor(code);
+    return "[" + std::string(name.empty() ? "unknown code" : name) + ", 0x" + CodeOf(code) + "]";
 }
 
 void TextOrNull(JsonWriter& json, std::string_view text)
@@ -103,6 +88,18 @@ ProblemFailure::ProblemFailure(Problem problem) : Failure(problem.exit, LineOf(p
 {
 }
 
+ProblemFailure FileFailure(ExitCode exit, const std::string& file, const std::string& message)
+{
+    return ProblemFailure({{}, exit, file, 0, 0, message, {}});
+}
+
+ProblemFailure ShortFailure(Problem problem)
+{
+    const std::string hint = problem.hint.empty() ? "" : " (" + problem.hint + ")";
+    const std::string line = problem.file + ": " + problem.message + hint;
+    return {std::move(problem), line};
+}
+
 Problem CurrentProblem(const std::string& file)
 {
     try {
@@ -112,11 +109,28 @@ Problem CurrentProblem(const std::string& file)
     } catch (const Failure& failure) {
         return {{}, failure.Code(), file, 0, 0, WithoutFile(failure.what(), file), {}};
     } catch (const Error& error) {
-        return ProblemOf(error, file);
+        return ProblemOf(error, {file, WithoutFile(error.Subject(), error.File().empty() ? file : error.File())});
     } catch (const std::bad_alloc&) {
         return {result::OutOfMemory, ExitCode::Other, file, 0, 0, "out of memory", {}};
     } catch (const std::exception& error) {
         return {{}, ExitCode::Other, file, 0, 0, error.what(), {}};
+    }
+}
+
+Problem ProblemOf(const Error& error, const Subject& subject)
+{
+    const bool hasAbout = error.Line() == 0 && !subject.about.empty();
+    return {error.Code(),  ExitCodeOf(error), error.File().empty() ? subject.file : error.File(),
+            error.Line(),  error.Column(),    (hasAbout ? subject.about + ": " : std::string()) + error.Sentence(),
+            HintFor(error)};
+}
+
+void Check(HRESULT result, const Subject& subject)
+{
+    if (result < 0) {
+        Calling(subject, [&] {
+            client::ThrowFailed(static_cast<result::Code>(result), client::TakeDescription(), {}, subject.file);
+        });
     }
 }
 
@@ -128,8 +142,7 @@ std::string LineOf(const Problem& problem)
     }
     line += (line.empty() ? "" : ": ") + problem.message;
     if (problem.code) {
-        const std::string_view name = result::NameFor(*problem.code);
-        line += " [" + std::string(name.empty() ? "unknown code" : name) + ", 0x" + CodeOf(*problem.code) + "]";
+        line += " " + InBrackets(*problem.code);
     }
     return problem.hint.empty() ? line : line + "; " + problem.hint;
 }
@@ -144,13 +157,19 @@ void WriteProblem(JsonWriter& json, const Problem& problem)
     json.Key("exit").Number(static_cast<std::uint64_t>(problem.exit));
     json.Key("file");
     TextOrNull(json, problem.file);
-    json.Key("line");
-    NumberOrNull(json, problem.line);
-    json.Key("column");
-    NumberOrNull(json, problem.column);
+    json.Key("line").Place(problem.line);
+    json.Key("column").Place(problem.column);
     json.Member("message", problem.message);
     json.Key("hint");
     TextOrNull(json, problem.hint);
+    json.EndObject();
+}
+
+void WriteFailure(std::ostream& out, const Problem& problem)
+{
+    JsonWriter json(out, JsonWriter::Form::OneLine);
+    json.BeginDocument();
+    WriteProblem(json, problem);
     json.EndObject();
 }
 

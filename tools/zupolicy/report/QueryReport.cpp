@@ -38,8 +38,7 @@ void QueryTable::Add(const QueryResult& result)
 
 QueryJson::QueryJson(std::ostream& out) : m_json(out)
 {
-    m_json.BeginObject();
-    m_json.Key("schema").Number(1);
+    m_json.BeginDocument();
     m_json.Key("results").BeginArray();
 }
 

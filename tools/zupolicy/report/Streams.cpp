@@ -12,4 +12,10 @@ void Messages::Line(std::string_view text)
     m_stream << '\n';
 }
 
+void Messages::Complain(std::string_view text)
+{
+    m_stream << (m_console.hasColour ? "\x1B[31mzupolicy:\x1B[0m " : "zupolicy: ");
+    Line(text);
+}
+
 }  // namespace zupm::tool

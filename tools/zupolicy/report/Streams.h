@@ -6,17 +6,28 @@
 
 namespace zupm::tool {
 
+/// What standard error is.
+struct Console {
+    bool isTerminal = false;
+    bool hasColour = false;
+};
+
 /// The messages of a run, line by line. The only way for a text to reach standard error, so a text from an argument, a
 /// file or an error of the system cannot disturb the terminal or pass for a line of the tool.
 class Messages {
 public:
-    explicit Messages(std::ostream& stream) : m_stream(stream) {}
+    Messages(std::ostream& stream, Console console) : m_stream(stream), m_console(console) {}
 
     /// Writes one line, and escapes what cannot be part of one.
     void Line(std::string_view text);
+    /// Writes "zupolicy: " and the text.
+    void Complain(std::string_view text);
+
+    [[nodiscard]] bool IsTerminal() const noexcept { return m_console.isTerminal; }
 
 private:
     std::ostream& m_stream;
+    Console m_console;
 };
 
 /// The two streams of a run: the results, and the messages.

@@ -4,12 +4,13 @@
 #include <optional>
 #include <utility>
 
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/DocumentReader.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
 #include "tools/zupolicy/client/contents/SourceText.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -33,7 +34,7 @@ Stamp StampOf(const std::string& path)
 
 [[noreturn]] void ThrowChanged(const std::string& path)
 {
-    throw Failure(ExitCode::Changed, path + ": another program changed it while it was being read");
+    throw FileFailure(ExitCode::Changed, path, "another program changed it while it was being read");
 }
 
 /// The records of a file that the component has accepted already.
@@ -48,19 +49,21 @@ FileContents ReadRecords(const std::string& path)
 }
 
 /// Loads the file for `whileLoaded`, and then reads the records.
-FileContents ReadTwice(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded)
+FileContents ReadTwice(const std::string& name, const std::function<void(PolicyFile&)>& whileLoaded)
 {
-    RequireName(path);
-    const Stamp before = StampOf(path);
-    {
-        PolicyFile file(path, Access::ReadOnly);
-        whileLoaded(file);
-    }
-    FileContents contents = ReadRecords(path);
-    if (StampOf(path) != before) {
-        ThrowChanged(path);
-    }
-    return contents;
+    RequireName(name);
+    return Reading(name, [&](const std::string& path) {
+        const Stamp before = StampOf(path);
+        {
+            PolicyFile file(path, Access::ReadOnly);
+            whileLoaded(file);
+        }
+        FileContents contents = ReadRecords(path);
+        if (StampOf(path) != before) {
+            ThrowChanged(path);
+        }
+        return contents;
+    });
 }
 
 }  // namespace

@@ -6,15 +6,15 @@
 #include <string>
 #include <system_error>
 
-#include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
 
 [[noreturn]] void Fail(const std::string& path, const std::string& reason)
 {
-    throw Failure(ExitCode::FileError, path + ": cannot be read a second time: " + reason);
+    throw FileFailure(ExitCode::FileError, path, "cannot be read a second time: " + reason);
 }
 
 [[noreturn]] void FailOfSystem(const std::string& path)

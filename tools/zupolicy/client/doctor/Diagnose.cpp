@@ -1,8 +1,8 @@
-#include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/doctor/BinaryHeader.h"
 #include "tools/zupolicy/client/doctor/Diagnosis.h"
 #include "tools/zupolicy/client/doctor/Installation.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -55,10 +55,10 @@ private:
 std::string ProblemOf(HRESULT result, const char* call)
 {
     try {
-        Check(result, call);
+        Check(result, {{}, call});
         return {};
-    } catch (const CallError& error) {
-        return error.what();
+    } catch (const ProblemFailure& failure) {
+        return failure.what();
     }
 }
 
