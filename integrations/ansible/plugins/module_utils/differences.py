@@ -43,15 +43,15 @@ def _setting(edit: Dict[str, Any], hiding: Hiding) -> str:
 
     name = f"{_entry(edit)} {visible(place.section)}/{visible(place.name)}"
     if edit["edit"] == "absent":
-        return f"- {name}" + (f": {value('before')}" if "before" in edit else "")
-    if "before" in edit:
+        return f"- {name}" + (f": {value('before')}" if edit.get("before") is not None else "")
+    if edit.get("before") is not None:
         return f"~ {name}: {value('before')} -> {value('value')}"
     return f"+ {name}: {value('value')}"
 
 
 def _fields(edit: Dict[str, Any], hiding: Hiding) -> Iterator[str]:
     for name, after in edit["fields"].items():
-        before = edit.get("before", {}).get(name, "")
+        before = (edit.get("before") or {}).get(name) or ""
         pair = [f'"{HIDDEN}"' if hiding.hides_field(name) else _quoted(str(value)) for value in (before, after)]
         yield f"~ {_entry(edit)} {name}: {pair[0]} -> {pair[1]}"
 

@@ -58,8 +58,8 @@ def read(code: int, output: str, errors: str) -> Run:
     if not all(isinstance(document, dict) and document.get("schema") == SCHEMA for document in documents):
         raise ToolError(f"zupolicy prints JSON of another schema than {SCHEMA}; this collection is too old for it")
     # A run without a difference prints nothing.
-    if not documents and code != 0:
-        raise ToolError(errors.strip() or f"zupolicy has ended with {code} and has said nothing")
+    if not documents and (code != 0 or output.strip()):
+        raise ToolError(errors.strip() or f"zupolicy has ended with {code} and without a whole report")
     if documents and "error" in documents[-1]:
         error = documents[-1]["error"]
         raise ToolError(describe(error), error)
