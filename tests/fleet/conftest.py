@@ -80,7 +80,7 @@ def run_module(tmp_path: pathlib.Path) -> RunModule:
 
     def run(name: str, check: bool = False, diff: bool = False, **arguments: Any) -> Outcome:
         arguments = {"executable": TOOL, **arguments}
-        inside = {"_ansible_check_mode": check, "_ansible_diff": diff, "_ansible_verbosity": 3}
+        inside: Dict[str, Any] = {"_ansible_check_mode": check, "_ansible_diff": diff, "_ansible_verbosity": 3}
         inside["_ansible_remote_tmp"] = str(tmp_path / "remote")
         finished = subprocess.run(
             [sys.executable, "-m", f"ansible_collections.zupolicy.policy.plugins.modules.{name}"],

@@ -167,7 +167,7 @@ def test_arguments_that_are_refused_show_no_secret(run_module: RunModule, policy
 
 def test_a_program_that_quotes_a_secret_does_not_get_it_out(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
     quoting = tmp_path / "quoting"
-    error = {"code": None, "name": None, "exit": 4, "file": None, "line": None, "column": None, "hint": SECRET}
+    error: Dict[str, Any] = {"code": None, "name": None, "exit": 4, "file": None, "line": None, "column": None, "hint": SECRET}
     for printed in ({"schema": 1, "error": {**error, "message": f"not {SECRET}"}}, None):
         output = f"echo '{json.dumps(printed)}'" if printed else f"echo '{SECRET}' >&2"
         quoting.write_text(f"#!/bin/sh\ncat > /dev/null\n{output}\nexit 4\n")

@@ -15,8 +15,8 @@ from ansible_collections.zupolicy.policy.plugins.module_utils.findings import fi
 from ansible_collections.zupolicy.policy.plugins.module_utils.hiding import Hiding
 from ansible_collections.zupolicy.policy.plugins.module_utils.tool import Tool, ToolError, describe, read
 
-SETTING = {"softwareId": "P", "section": "S", "name": "a"}
-TASK = {"softwareId": "P", "taskId": "{t}"}
+SETTING: Dict[str, Any] = {"softwareId": "P", "section": "S", "name": "a"}
+TASK: Dict[str, Any] = {"softwareId": "P", "taskId": "{t}"}
 
 
 @pytest.mark.parametrize(
@@ -125,7 +125,7 @@ def test_findings_begin_with_their_place() -> None:
     ]
 
 
-ERROR = {"code": "FFFFFBAE", "name": "SyntaxError", "exit": 3, "file": "p.xml", "line": 2, "column": 1, "message": "bad", "hint": "why"}
+ERROR: Dict[str, Any] = {"code": "FFFFFBAE", "name": "SyntaxError", "exit": 3, "file": "p.xml", "line": 2, "column": 1, "message": "bad", "hint": "why"}
 
 
 def test_a_failure_is_one_line_with_place_and_code() -> None:

@@ -44,7 +44,8 @@ def edits(state: Dict[str, Any]) -> str:
     if not isinstance(state, dict) or set(state) - {"policies", "tasks", "create"}:
         raise AnsibleFilterError("zupolicy.policy.edits: the state has the members policies, tasks and create")
     try:
-        return lines_of(edits_of(state.get("policies"), state.get("tasks"), state.get("create", True)))
+        # The engine takes a text that begins with a brace for an object, and makes Python of it.
+        return " " + lines_of(edits_of(state.get("policies"), state.get("tasks"), state.get("create", True)))
     except Wrong as wrong:
         raise AnsibleFilterError(f"zupolicy.policy.edits: {wrong}") from wrong
     except (KeyError, TypeError, AttributeError) as wrong:
