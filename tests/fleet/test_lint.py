@@ -18,13 +18,14 @@ MODULES = ["policy_check", "policy_facts", "policy_file"]
 
 
 def run(folder: pathlib.Path, home: pathlib.Path, *command: str) -> "subprocess.CompletedProcess[str]":
-    settings = {**environment(home), "MYPYPATH": str(COLLECTIONS)}
+    # The build folder lies in a repository that ignores it, and the linter would look at nothing.
+    settings = {**environment(home), "MYPYPATH": str(COLLECTIONS), "GIT_DIR": str(home / "no-repository")}
     return subprocess.run(command, cwd=folder, env=settings, capture_output=True, text=True, timeout=600, check=False)
 
 
 @pytest.fixture
 def copy(tmp_path: pathlib.Path) -> pathlib.Path:
-    """The collection in a folder that is no repository, where the linter finds every file by itself."""
+    """The collection in a folder of its own, where the linter finds every file by itself."""
     folder = tmp_path / "lint" / "ansible_collections" / "zupolicy" / "policy"
     shutil.copytree(COLLECTION, folder, ignore=shutil.ignore_patterns("__pycache__", ".*"))
     return folder
