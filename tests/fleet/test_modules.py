@@ -177,6 +177,61 @@ def test_a_program_that_quotes_a_secret_does_not_get_it_out(run_module: RunModul
         assert SECRET not in outcome.output
 
 
+def test_a_run_that_is_ended_reports_what_it_has_done(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    ended = tmp_path / "ended"
+    files = [{"file": "a", "result": "changed", "edits": 1, "backup": None}, {"file": "b", "result": "not done", "edits": 0, "backup": None}]
+    error = {"code": None, "name": None, "exit": 4, "file": None, "line": None, "column": None, "message": "interrupted", "hint": None}
+    report = json.dumps({"schema": 1, "dryRun": False, "files": files, "summary": {}}, indent=2)
+    ended.write_text(f"#!/bin/sh\ncat > /dev/null\necho '{report}'\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 4\n")
+    ended.chmod(0o755)
+    outcome = run_module("policy_file", paths=["a", "b"], policies=general(ScanInterval=15), executable=str(ended))
+    assert outcome.code == 1 and outcome.result["msg"] == "interrupted"
+    assert outcome.result["changed"] is True and outcome.result["files"] == files
+
+
+@pytest.mark.parametrize("path", ["/dev/zero", "/", "/dev/null"])
+def test_what_is_no_file_fails_at_once(run_module: RunModule, path: str) -> None:
+    outcome = run_module("policy_file", diff=True, path=path, policies=general(ScanInterval=15))
+    assert outcome.code == 1 and outcome.result["msg"].startswith(f"{path}: ")
+
+
+needs_rules = pytest.mark.skipif("--rules" not in tool("help", "check"), reason="this tool has no rules")
+RULES = {"properties": {"policies": {"properties": {"PRODUCTA1000": {"properties": {
+    "General": {"properties": {"ScanInterval": {"x-maximum": 20}}},
+    "Notify": {"properties": {"Recipients": {"const": "nobody"}}}}}}}}}  # fmt: skip
+
+
+@needs_rules
+def test_a_check_reports_broken_rules_without_secrets(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    rules = tmp_path / "rules.json"
+    rules.write_text(json.dumps(RULES))
+    outcome = run_module("policy_check", path=str(policy_path), rules=str(rules), redact=["Recipients"])
+    assert outcome.code == 1 and len(outcome.result["findings"]) == 2
+    for finding in outcome.result["findings"]:
+        assert finding.startswith(f"{policy_path}:") and "policy PRODUCTA1000 " in finding
+    assert '"60"' in outcome.result["msg"] and "ops@example.org" not in outcome.output
+    fixed = run_module("policy_file", path=str(policy_path), policies=[{"software_id": "PRODUCTA1000", "sections": [
+        {"name": "General", "values": {"ScanInterval": 20}}, {"name": "Notify", "values": {"Recipients": "nobody"}}]}])  # fmt: skip
+    assert fixed.code == 0 and run_module("policy_check", path=str(policy_path), rules=str(rules)).code == 0
+
+
+@needs_rules
+def test_rules_that_are_wrong_fail_with_their_place(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    rules = tmp_path / "rules.json"
+    rules.write_text('{"propertys": {}}')
+    outcome = run_module("policy_check", path=str(policy_path), rules=str(rules))
+    assert outcome.code == 1 and outcome.result["msg"].startswith(f"{rules}:1:")
+
+
+def test_a_tool_without_rules_says_so(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    older = tmp_path / "older"
+    error = {"code": None, "name": None, "exit": 2, "file": None, "line": None, "column": None, "message": "no such option: --rules", "hint": None}
+    older.write_text(f"#!/bin/sh\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 2\n")
+    older.chmod(0o755)
+    outcome = run_module("policy_check", path=str(policy_path), rules="/rules.json", executable=str(older))
+    assert outcome.code == 1 and outcome.result["msg"] == "no such option: --rules"
+
+
 def test_the_log_has_no_secret(policy_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]) -> None:
     basic = pytest.importorskip("ansible.module_utils.basic", reason="the engine is a package of scripts/bootstrap")
     arguments = {"path": str(policy_path), "policies": secret_state(), "redact": ["Password"], "executable": TOOL}

@@ -11,11 +11,15 @@ SCHEMA = 1
 
 
 class ToolError(Exception):
-    """The tool is missing, has refused the whole run, or prints what this collection cannot read."""
+    """The tool is missing, has refused the whole run or ended it early, or prints what this collection cannot read."""
 
-    def __init__(self, message: str, error: Optional[Dict[str, Any]] = None) -> None:
+    def __init__(
+        self, message: str, error: Optional[Dict[str, Any]] = None, documents: Sequence[Dict[str, Any]] = ()
+    ) -> None:
         super().__init__(message)
         self.error = error
+        #: What the run has reported before it failed.
+        self.documents = list(documents)
 
 
 class Run(NamedTuple):
@@ -62,7 +66,7 @@ def read(code: int, output: str, errors: str) -> Run:
         raise ToolError(errors.strip() or f"zupolicy has ended with {code} and without a whole report")
     if documents and "error" in documents[-1]:
         error = documents[-1]["error"]
-        raise ToolError(describe(error), error)
+        raise ToolError(describe(error), error, documents[:-1])
     return Run(code, documents)
 
 

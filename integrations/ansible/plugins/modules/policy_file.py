@@ -153,7 +153,9 @@ attributes:
     description: Runs C(apply --dry-run), which does all but the writing and so fails where the run would fail.
     support: full
   diff_mode:
-    description: Shows what has changed in meaning. Order, layout and encoding do not count, and neither do versions.
+    description:
+      - Shows what has changed in meaning. Order, layout and encoding do not count, and neither do versions.
+      - The file before the run is compared with the file after it.
     support: full
 seealso:
   - module: zupolicy.policy.policy_facts
@@ -310,7 +312,9 @@ class Differences:
 
     def _copy(self, path: str, name: str) -> Optional[str]:
         """A copy, or None for a file that cannot be read: the tool says why."""
-        copy = os.path.join(self._module.tmpdir, name)
+        copy: str = os.path.join(self._module.tmpdir, name)
+        if not os.path.isfile(path):
+            return None
         try:
             shutil.copyfile(path, copy)
         except OSError:
@@ -330,18 +334,22 @@ class Differences:
         ]
 
 
+def clean(module: GuardedModule, report: Dict[str, Any]) -> Dict[str, Any]:
+    """The parts of the tool's report that the module returns."""
+    files = [
+        {**file, "error": module.clean(file["error"])} if "error" in file else file for file in report["files"]
+    ]
+    return {"files": files, "changed": any(file["result"] == "changed" for file in files)}
+
+
 def apply(module: GuardedModule, tool: Tool, edits: str) -> Dict[str, Any]:
-    """The tool's report."""
+    """What has become of the files."""
     parameters = module.params
     options = ["--edits", "-", "--json", "--keep-going", f"--jobs={parameters['jobs']}"]
     options += [f"--lock-timeout={parameters['lock_timeout']}", *backup_options(parameters["backup"])]
     if module.check_mode:
         options.append("--dry-run")
-    report: Dict[str, Any] = tool.run("apply", *options, "--", *module.files(), text=edits).documents[0]
-    for file in report["files"]:
-        if "error" in file:
-            file["error"] = module.clean(file["error"])
-    return report
+    return clean(module, tool.run("apply", *options, "--", *module.files(), text=edits).documents[0])
 
 
 def work(module: GuardedModule) -> None:
@@ -353,17 +361,18 @@ def work(module: GuardedModule) -> None:
     result: Dict[str, Any] = {"changed": False}
     try:
         differences = Differences(module, tool, module.files()) if module._diff else None
-        report = apply(module, tool, lines_of(edits))
-        result["files"] = report["files"]
-        changed = [file["file"] for file in report["files"] if file["result"] == "changed"]
-        result["changed"] = bool(changed)
+        result = apply(module, tool, lines_of(edits))
         if differences is not None:
+            changed = [file["file"] for file in result["files"] if file["result"] == "changed"]
             result["diff"] = differences.of(changed, lines_of(edits), module.check_mode)
     except ToolError as failure:
+        if failure.documents:
+            # The run was ended: some files may be changed.
+            result = clean(module, failure.documents[0])
         module.fail_with(failure, **result)
-    errors = [describe(file["error"]) for file in report["files"] if "error" in file]
-    if errors or report["summary"]["notDone"] > 0:
-        module.fail("; ".join(errors) or "The run was ended before all files were done.", **result)
+    errors = [describe(file["error"]) for file in result["files"] if "error" in file]
+    if errors:
+        module.fail("; ".join(errors), **result)
     module.exit_json(**result)
 
 
