@@ -252,8 +252,9 @@ def test_the_values_are_in_no_command_line(run_module: RunModule, policy_path: p
     recording = tmp_path / "recording"
     recording.write_text(f'#!/bin/sh\necho "$@" >> "{calls}"\nexec "{TOOL}" "$@"\n')
     recording.chmod(0o755)
-    outcome = run_module("policy_file", path=str(policy_path), policies=secret_state(), executable=str(recording))
+    outcome = run_module("policy_file", path=str(policy_path), policies=secret_state(), executable=str(recording), lock_timeout=3, jobs=2)
     assert outcome.code == 0 and SECRET not in calls.read_text()
+    assert "--lock-timeout=3" in calls.read_text() and "--jobs=2" in calls.read_text()
     # One run of the tool, however many edits there are.
     assert len(calls.read_text().splitlines()) == 1 and calls.read_text().startswith("apply --edits - ")
 
