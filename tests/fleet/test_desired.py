@@ -21,7 +21,9 @@ def section(**content: Any) -> List[Dict[str, Any]]:
 
 
 def test_what_is_present_is_one_edit() -> None:
-    state = policy(sections=[{"name": "S", "values": {"a": "1"}, "settings": [{"name": "b", "value": 2}]}, {"name": "T"}])
+    state = policy(
+        sections=[{"name": "S", "values": {"a": "1"}, "settings": [{"name": "b", "value": 2}]}, {"name": "T"}]
+    )
     assert edits_of(state, []) == [
         {
             "edit": "create",
@@ -79,13 +81,22 @@ def test_what_is_absent_is_an_edit_for_each_part(create: bool) -> None:
         (section(values={"a": True}), "policy P S/a: the value must be a text or a whole number; put it in quotes"),
         (section(values={"a": 1.5}), "policy P S/a: the value must be a text or a whole number; put it in quotes"),
         (section(values={"a": None}), "policy P S/a: the value must be a text or a whole number; put it in quotes"),
-        (section(settings=[{"name": "a"}]), "policy P S/a: the value must be a text or a whole number; put it in quotes"),
+        (
+            section(settings=[{"name": "a"}]),
+            "policy P S/a: the value must be a text or a whole number; put it in quotes",
+        ),
         (section(values={"a": "x\x01"}), "policy P S/a: XML cannot hold the character U+0001"),
         (section(values={"a": "\ufffe"}), "policy P S/a: XML cannot hold the character U+FFFE"),
-        (section(values={True: "x"}), "policy P S: the name of a setting: the value must be a text or a whole number; put it in quotes"),
+        (
+            section(values={True: "x"}),
+            "policy P S: the name of a setting: the value must be a text or a whole number; put it in quotes",
+        ),
         (section(state="absent", values={"a": "1"}), "policy P: section S: what is absent has no settings"),
         (policy(state="absent", sections=[{"name": "S"}]), "policy P: what is absent has no fields and no sections"),
-        (section(settings=[{"name": "a", "state": "absent", "value": "1"}]), "policy P S/a: what is absent has no value"),
+        (
+            section(settings=[{"name": "a", "state": "absent", "value": "1"}]),
+            "policy P S/a: what is absent has no value",
+        ),
     ],
 )
 def test_a_state_that_says_two_things_is_refused(state: List[Dict[str, Any]], message: str) -> None:
@@ -111,5 +122,8 @@ def test_every_text_of_xml_is_kept(text: str) -> None:
 
 def test_each_edit_is_one_line() -> None:
     lines = lines_of([{"edit": "set", "value": "a\nb\u2028"}, {"edit": "absent"}])
-    assert [json.loads(line) for line in lines.split("\n")[:-1]] == [{"edit": "set", "value": "a\nb\u2028"}, {"edit": "absent"}]
+    assert [json.loads(line) for line in lines.split("\n")[:-1]] == [
+        {"edit": "set", "value": "a\nb\u2028"},
+        {"edit": "absent"},
+    ]
     assert lines.isascii() and lines.endswith("\n")

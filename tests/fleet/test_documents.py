@@ -74,9 +74,15 @@ def test_the_guide_leads_from_an_empty_inventory_to_a_changed_fleet(tmp_path: pa
         # What a step exports counts in those after it.
         script = f"set -e\n. ../exported 2> /dev/null || true\n{step.commands}\nexport -p > ../exported\n"
         finished = subprocess.run(
-            ["bash", "-c", script], cwd=work, env=settings, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-            timeout=600, check=False,
-        )  # fmt: skip
+            ["bash", "-c", script],
+            cwd=work,
+            env=settings,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+            text=True,
+            timeout=600,
+            check=False,
+        )
         assert finished.returncode == 0, step.commands + finished.stdout
         assert missing_from(finished.stdout, step.lines) == [], finished.stdout
         everything += finished.stdout
@@ -90,7 +96,9 @@ def test_lines_in_another_order_are_missing() -> None:
 
 
 def test_the_recipes_for_other_engines_are_well_formed() -> None:
-    blocks: List[Any] = [yaml.safe_load(text) for text in re.findall(r"^```yaml\n(.*?)^```$", GUIDE, re.MULTILINE | re.DOTALL)]
+    blocks: List[Any] = [
+        yaml.safe_load(text) for text in re.findall(r"^```yaml\n(.*?)^```$", GUIDE, re.MULTILINE | re.DOTALL)
+    ]
     windows, salt = blocks
     (task,) = windows[0]["tasks"]
     assert task["ansible.windows.win_command"]["argv"][1] == "apply" and task["no_log"] is True

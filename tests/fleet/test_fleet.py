@@ -197,13 +197,16 @@ def test_a_check_writes_nothing_and_predicts_the_run(fleet: Fleet, history: Hist
 
 
 def test_the_difference_is_the_one_in_meaning(fleet: Fleet, history: History) -> None:
-    assert differences(history.run, fleet)["host-1"] == f"""{fleet.folder}/HOST.xml:
+    assert (
+        differences(history.run, fleet)["host-1"]
+        == f"""{fleet.folder}/HOST.xml:
 ~ policy PRODUCTA1000 General/ScanInterval: "60" -> "15"
 - policy PRODUCTA1000 section Notify
 + policy PRODUCTA1000 Proxy/Password: "***"
 + policy PRODUCTA1000 Proxy/Token: "***"
 ~ task PRODUCTA1000 {{task-1}} priority: "5" -> "9"
 """
+    )
     assert '~ policy PRODUCTA1000 Proxy/Password: "***" -> "***"' in differences(history.run, fleet)["host-2"]
 
 

@@ -51,7 +51,9 @@ def test_a_pattern_is_about_the_whole_text(pattern: str, text: str, fits: bool) 
         ("a/b", "Any", "a/b", True),
     ],
 )
-def test_a_pattern_names_a_setting_or_a_setting_of_a_section(pattern: str, section: str, name: str, hidden: bool) -> None:
+def test_a_pattern_names_a_setting_or_a_setting_of_a_section(
+    pattern: str, section: str, name: str, hidden: bool
+) -> None:
     assert Hiding([pattern]).hides(Place("P", None, section, name)) is hidden
 
 
@@ -89,7 +91,10 @@ def test_arguments_are_shown_without_secrets() -> None:
 
 
 def test_a_secret_number_is_hidden() -> None:
-    given = {"redact": ["Pin"], "policies": [{"software_id": "P", "sections": [{"name": "S", "values": {"Pin": 4711}}]}]}
+    given = {
+        "redact": ["Pin"],
+        "policies": [{"software_id": "P", "sections": [{"name": "S", "values": {"Pin": 4711}}]}],
+    }
     assert "4711" not in str(without_secrets(given))
     assert secrets_of(given) == ["4711"]
 
@@ -104,7 +109,14 @@ def test_a_secret_number_is_hidden() -> None:
         {"policies": [{"software_id": "P", "sections": [{"name": "Proxy", "settings": {"Password": "swordfish"}}]}]},
         {"policies": [{"software_id": "P", "sections": [{"name": "Proxy", "Password": "swordfish"}]}]},
         {"policies": [{"software_id": "P", "Password": "swordfish"}]},
-        {"policies": [{"software_id": "P", "sections": [{"name": "S", "settings": [{"name": "Password", "vaule": "swordfish"}]}]}]},
+        {
+            "policies": [
+                {
+                    "software_id": "P",
+                    "sections": [{"name": "S", "settings": [{"name": "Password", "vaule": "swordfish"}]}],
+                }
+            ]
+        },
         {"sections": [{"name": "Proxy", "values": {"Password": "swordfish"}}]},
         {"tasks": [{"software_id": "P", "task_id": "t", "values": ["swordfish"]}]},
     ],
@@ -125,7 +137,9 @@ def test_patterns_in_one_text_are_read_as_the_engine_does() -> None:
     assert hiding_of({"redact": "a,b"}).hides(Place("P", None, "S", "b"))
 
 
-@pytest.mark.parametrize("mark, hidden", [(True, True), ("yes", True), ("maybe", True), (False, False), ("no", False), (None, False)])
+@pytest.mark.parametrize(
+    "mark, hidden", [(True, True), ("yes", True), ("maybe", True), (False, False), ("no", False), (None, False)]
+)
 def test_a_mark_that_is_not_clearly_off_hides(mark: Any, hidden: bool) -> None:
     setting = {"name": "Token", "value": "rosebud", "no_log": mark}
     given = {"policies": [{"software_id": "P", "sections": [{"name": "S", "settings": [setting]}]}]}
@@ -133,5 +147,8 @@ def test_a_mark_that_is_not_clearly_off_hides(mark: Any, hidden: bool) -> None:
 
 
 def test_the_longest_secret_is_scrubbed_first() -> None:
-    given = {"redact": ["*"], "policies": [{"software_id": "P", "sections": [{"name": "S", "values": {"a": "x", "b": "xyz"}}]}]}
+    given = {
+        "redact": ["*"],
+        "policies": [{"software_id": "P", "sections": [{"name": "S", "values": {"a": "x", "b": "xyz"}}]}],
+    }
     assert scrub("is xyz", secrets_of(given)) == "is ***"

@@ -64,7 +64,15 @@ def documentation(tmp_path_factory: pytest.TempPathFactory) -> Dict[str, Any]:
 def test_the_engine_renders_every_module_and_the_filter(tmp_path: pathlib.Path) -> None:
     shown = run(tmp_path, tmp_path, "ansible-doc", *(f"zupolicy.policy.{name}" for name in MODULES))
     assert shown.returncode == 0, shown.stderr
-    for part in ("- lock_timeout", "- redact", "- strict", "EXAMPLES:", "RETURN VALUES:", "- policy_files", "REQUIREMENTS:"):
+    for part in (
+        "- lock_timeout",
+        "- redact",
+        "- strict",
+        "EXAMPLES:",
+        "RETURN VALUES:",
+        "- policy_files",
+        "REQUIREMENTS:",
+    ):
         assert part in shown.stdout
     shown = run(tmp_path, tmp_path, "ansible-doc", "-t", "filter", "zupolicy.policy.edits")
     assert shown.returncode == 0 and "_input" in shown.stdout
@@ -138,6 +146,8 @@ def test_the_archive_has_every_file_and_can_be_installed(copy: pathlib.Path, tmp
     wanted = {str(path.relative_to(copy)) for path in copy.rglob("*") if path.is_file()} - {"galaxy.yml"}
     assert names == wanted | {"MANIFEST.json", "FILES.json"}
     target = tmp_path / "installed"
-    installed = run(tmp_path, tmp_path, "ansible-galaxy", "collection", "install", str(archive), "-p", str(target), "--offline")
+    installed = run(
+        tmp_path, tmp_path, "ansible-galaxy", "collection", "install", str(archive), "-p", str(target), "--offline"
+    )
     assert installed.returncode == 0, installed.stderr
     assert (target / "ansible_collections/zupolicy/policy/plugins/modules/policy_file.py").exists()

@@ -39,20 +39,36 @@ def test_a_change_is_made_once(run_module: RunModule, policy_path: pathlib.Path)
 
 STATE: Dict[str, Any] = {
     "policies": [
-        {"software_id": "PRODUCTA1000", "sections": [
-            {"name": "General", "values": {"ScanInterval": "15"}, "settings": [{"name": "GreetingJa", "state": "absent"}]},
-            {"name": "Notify", "state": "absent"},
-            {"name": "Empty"}]},
+        {
+            "software_id": "PRODUCTA1000",
+            "sections": [
+                {
+                    "name": "General",
+                    "values": {"ScanInterval": "15"},
+                    "settings": [{"name": "GreetingJa", "state": "absent"}],
+                },
+                {"name": "Notify", "state": "absent"},
+                {"name": "Empty"},
+            ],
+        },
         {"software_id": "PRODUCTB2000", "state": "absent"},
         {"software_id": "NEW", "sections": [{"name": "S", "values": {"a": "1"}}]},
     ],
     "tasks": [
-        {"software_id": "PRODUCTA1000", "task_id": "{task-1}", "display_name": "Nightly", "type": "Full", "platforms": "LNX",
-         "priority": 9, "creator": "OPS", "sections": [{"name": "Schedule", "values": {"Hour": 4}}]},
+        {
+            "software_id": "PRODUCTA1000",
+            "task_id": "{task-1}",
+            "display_name": "Nightly",
+            "type": "Full",
+            "platforms": "LNX",
+            "priority": 9,
+            "creator": "OPS",
+            "sections": [{"name": "Schedule", "values": {"Hour": 4}}],
+        },
         {"software_id": "PRODUCTA1000", "task_id": "{task-2}", "state": "absent"},
         {"software_id": "NEW", "task_id": "{task-1}", "priority": -1},
     ],
-}  # fmt: skip
+}
 
 # What this state makes of the sample file, in the order of the file.
 DIFFERENCE = """\
@@ -74,7 +90,9 @@ DIFFERENCE = """\
 """
 
 
-def test_every_level_gets_its_state_and_a_check_predicts_the_run(run_module: RunModule, policy_path: pathlib.Path) -> None:
+def test_every_level_gets_its_state_and_a_check_predicts_the_run(
+    run_module: RunModule, policy_path: pathlib.Path
+) -> None:
     before = (policy_path.read_bytes(), policy_path.stat(), sorted(policy_path.parent.glob("policy*")))
     predicted = run_module("policy_file", check=True, diff=True, path=str(policy_path), **STATE)
     assert (policy_path.read_bytes(), policy_path.stat(), sorted(policy_path.parent.glob("policy*"))) == before
@@ -86,7 +104,9 @@ def test_every_level_gets_its_state_and_a_check_predicts_the_run(run_module: Run
     assert again.result["changed"] is False and again.result["diff"] == []
 
 
-def test_the_files_are_changed_together_and_fail_alone(run_module: RunModule, tmp_path: pathlib.Path, policy_path: pathlib.Path) -> None:
+def test_the_files_are_changed_together_and_fail_alone(
+    run_module: RunModule, tmp_path: pathlib.Path, policy_path: pathlib.Path
+) -> None:
     broken = tmp_path / "broken.xml"
     broken.write_text("<PolicyFile>\n</PolicyRoot>\n")
     missing = tmp_path / "missing.xml"
@@ -100,7 +120,10 @@ def test_the_files_are_changed_together_and_fail_alone(run_module: RunModule, tm
     assert interval(policy_path) == "15"
 
 
-@pytest.mark.parametrize("backup, name", [(True, "policy.xml.bak"), ("yes", "policy.xml.bak"), (".old", "policy.xml.old"), (False, None), ("no", None)])
+@pytest.mark.parametrize(
+    "backup, name",
+    [(True, "policy.xml.bak"), ("yes", "policy.xml.bak"), (".old", "policy.xml.old"), (False, None), ("no", None)],
+)
 def test_a_backup_has_the_old_bytes(run_module: RunModule, policy_path: pathlib.Path, backup: Any, name: Any) -> None:
     old = policy_path.read_bytes()
     outcome = run_module("policy_file", path=str(policy_path), policies=general(ScanInterval=15), backup=backup)
@@ -121,10 +144,14 @@ def test_a_mistyped_id_is_found_without_creation(run_module: RunModule, policy_p
 
 
 @pytest.mark.parametrize("check", [False, True])
-def test_a_locked_file_fails_when_the_time_is_over(run_module: RunModule, policy_path: pathlib.Path, check: bool) -> None:
+def test_a_locked_file_fails_when_the_time_is_over(
+    run_module: RunModule, policy_path: pathlib.Path, check: bool
+) -> None:
     with open(policy_path, "r+b") as file:
         fcntl.fcntl(file, fcntl.F_OFD_SETLK, struct.pack("hhqqixxxx", fcntl.F_WRLCK, 0, 0, 0, 0))
-        outcome = run_module("policy_file", check, path=str(policy_path), policies=general(ScanInterval=15), lock_timeout=0)
+        outcome = run_module(
+            "policy_file", check, path=str(policy_path), policies=general(ScanInterval=15), lock_timeout=0
+        )
     assert outcome.code == 1 and outcome.result["changed"] is False
     assert outcome.result["files"][0]["error"]["exit"] == 6
     assert str(policy_path) in outcome.result["msg"] and "Another process" in outcome.result["msg"]
@@ -133,12 +160,19 @@ def test_a_locked_file_fails_when_the_time_is_over(run_module: RunModule, policy
 
 def secret_state() -> List[Dict[str, Any]]:
     settings = [{"name": "Token", "value": SECRET + "-token", "no_log": True}]
-    return [{"software_id": "PRODUCTB2000", "sections": [{"name": "Proxy", "values": {"Password": SECRET, "Host": "h"}, "settings": settings}]}]
+    return [
+        {
+            "software_id": "PRODUCTB2000",
+            "sections": [{"name": "Proxy", "values": {"Password": SECRET, "Host": "h"}, "settings": settings}],
+        }
+    ]
 
 
 @pytest.mark.parametrize("check", [False, True])
 def test_a_secret_is_in_nothing_that_is_returned(run_module: RunModule, policy_path: pathlib.Path, check: bool) -> None:
-    outcome = run_module("policy_file", check, True, path=str(policy_path), policies=secret_state(), redact=["Proxy/Pass*"])
+    outcome = run_module(
+        "policy_file", check, True, path=str(policy_path), policies=secret_state(), redact=["Proxy/Pass*"]
+    )
     assert outcome.result["changed"] is True and SECRET not in outcome.output
     assert '+ policy PRODUCTB2000 Proxy/Password: "***"' in outcome.result["diff"][0]["prepared"]
     assert '+ policy PRODUCTB2000 Proxy/Token: "***"' in outcome.result["diff"][0]["prepared"]
@@ -154,35 +188,72 @@ def test_a_secret_is_in_nothing_that_is_returned(run_module: RunModule, policy_p
         {"policies": SECRET},
         {"policies": [{"sections": [{"name": "Proxy", "values": {"Password": SECRET}}]}]},
         {"policies": [{"software_id": "P", "sections": [{"name": "Proxy", "values": SECRET}]}]},
-        {"policies": [{"software_id": "P", "sections": [{"name": "Proxy", "settings": [{"name": "Password", "vaule": SECRET}]}]}]},
+        {
+            "policies": [
+                {
+                    "software_id": "P",
+                    "sections": [{"name": "Proxy", "settings": [{"name": "Password", "vaule": SECRET}]}],
+                }
+            ]
+        },
         {"policies": [{"software_id": "P", "sections": [{"name": "Proxy", "values": {"Password": SECRET + "\x01"}}]}]},
         {"tasks": [{"software_id": "P", "task_id": "t", "priority": SECRET}], "redact": ["priority"]},
     ],
 )
-def test_arguments_that_are_refused_show_no_secret(run_module: RunModule, policy_path: pathlib.Path, wrong: Dict[str, Any]) -> None:
+def test_arguments_that_are_refused_show_no_secret(
+    run_module: RunModule, policy_path: pathlib.Path, wrong: Dict[str, Any]
+) -> None:
     outcome = run_module("policy_file", **{"path": str(policy_path), "redact": ["*Password*"], **wrong})
     assert outcome.code == 1 and outcome.result["msg"]
     assert SECRET not in outcome.output
 
 
-def test_a_program_that_quotes_a_secret_does_not_get_it_out(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+def test_a_program_that_quotes_a_secret_does_not_get_it_out(
+    run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
+) -> None:
     quoting = tmp_path / "quoting"
-    error: Dict[str, Any] = {"code": None, "name": None, "exit": 4, "file": None, "line": None, "column": None, "hint": SECRET}
+    error: Dict[str, Any] = {
+        "code": None,
+        "name": None,
+        "exit": 4,
+        "file": None,
+        "line": None,
+        "column": None,
+        "hint": SECRET,
+    }
     for printed in ({"schema": 1, "error": {**error, "message": f"not {SECRET}"}}, None):
         output = f"echo '{json.dumps(printed)}'" if printed else f"echo '{SECRET}' >&2"
         quoting.write_text(f"#!/bin/sh\ncat > /dev/null\n{output}\nexit 4\n")
         quoting.chmod(0o755)
-        outcome = run_module("policy_file", path=str(policy_path), policies=secret_state(), redact=["Password"], executable=str(quoting))
+        outcome = run_module(
+            "policy_file", path=str(policy_path), policies=secret_state(), redact=["Password"], executable=str(quoting)
+        )
         assert outcome.code == 1 and "***" in outcome.result["msg"]
         assert SECRET not in outcome.output
 
 
-def test_a_run_that_is_ended_reports_what_it_has_done(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+def test_a_run_that_is_ended_reports_what_it_has_done(
+    run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
+) -> None:
     ended = tmp_path / "ended"
-    files = [{"file": "a", "result": "changed", "edits": 1, "backup": None}, {"file": "b", "result": "not done", "edits": 0, "backup": None}]
-    error = {"code": None, "name": None, "exit": 4, "file": None, "line": None, "column": None, "message": "interrupted", "hint": None}
+    files = [
+        {"file": "a", "result": "changed", "edits": 1, "backup": None},
+        {"file": "b", "result": "not done", "edits": 0, "backup": None},
+    ]
+    error = {
+        "code": None,
+        "name": None,
+        "exit": 4,
+        "file": None,
+        "line": None,
+        "column": None,
+        "message": "interrupted",
+        "hint": None,
+    }
     report = json.dumps({"schema": 1, "dryRun": False, "files": files, "summary": {}}, indent=2)
-    ended.write_text(f"#!/bin/sh\ncat > /dev/null\necho '{report}'\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 4\n")
+    ended.write_text(
+        f"#!/bin/sh\ncat > /dev/null\necho '{report}'\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 4\n"
+    )
     ended.chmod(0o755)
     outcome = run_module("policy_file", paths=["a", "b"], policies=general(ScanInterval=15), executable=str(ended))
     assert outcome.code == 1 and outcome.result["msg"] == "interrupted"
@@ -196,13 +267,26 @@ def test_what_is_no_file_fails_at_once(run_module: RunModule, path: str) -> None
 
 
 needs_rules = pytest.mark.skipif("--rules" not in tool("help", "check"), reason="this tool has no rules")
-RULES = {"properties": {"policies": {"properties": {"PRODUCTA1000": {"properties": {
-    "General": {"properties": {"ScanInterval": {"x-maximum": 20}}},
-    "Notify": {"properties": {"Recipients": {"const": "nobody"}}}}}}}}}  # fmt: skip
+RULES = {
+    "properties": {
+        "policies": {
+            "properties": {
+                "PRODUCTA1000": {
+                    "properties": {
+                        "General": {"properties": {"ScanInterval": {"x-maximum": 20}}},
+                        "Notify": {"properties": {"Recipients": {"const": "nobody"}}},
+                    }
+                }
+            }
+        }
+    }
+}
 
 
 @needs_rules
-def test_a_check_reports_broken_rules_without_secrets(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+def test_a_check_reports_broken_rules_without_secrets(
+    run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
+) -> None:
     rules = tmp_path / "rules.json"
     rules.write_text(json.dumps(RULES))
     outcome = run_module("policy_check", path=str(policy_path), rules=str(rules), redact=["Recipients"])
@@ -210,13 +294,26 @@ def test_a_check_reports_broken_rules_without_secrets(run_module: RunModule, pol
     for finding in outcome.result["findings"]:
         assert finding.startswith(f"{policy_path}:") and "policy PRODUCTA1000 " in finding
     assert '"60"' in outcome.result["msg"] and "ops@example.org" not in outcome.output
-    fixed = run_module("policy_file", path=str(policy_path), policies=[{"software_id": "PRODUCTA1000", "sections": [
-        {"name": "General", "values": {"ScanInterval": 20}}, {"name": "Notify", "values": {"Recipients": "nobody"}}]}])  # fmt: skip
+    fixed = run_module(
+        "policy_file",
+        path=str(policy_path),
+        policies=[
+            {
+                "software_id": "PRODUCTA1000",
+                "sections": [
+                    {"name": "General", "values": {"ScanInterval": 20}},
+                    {"name": "Notify", "values": {"Recipients": "nobody"}},
+                ],
+            }
+        ],
+    )
     assert fixed.code == 0 and run_module("policy_check", path=str(policy_path), rules=str(rules)).code == 0
 
 
 @needs_rules
-def test_rules_that_are_wrong_fail_with_their_place(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+def test_rules_that_are_wrong_fail_with_their_place(
+    run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
+) -> None:
     rules = tmp_path / "rules.json"
     rules.write_text('{"propertys": {}}')
     outcome = run_module("policy_check", path=str(policy_path), rules=str(rules))
@@ -225,14 +322,25 @@ def test_rules_that_are_wrong_fail_with_their_place(run_module: RunModule, polic
 
 def test_a_tool_without_rules_says_so(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
     older = tmp_path / "older"
-    error = {"code": None, "name": None, "exit": 2, "file": None, "line": None, "column": None, "message": "no such option: --rules", "hint": None}
+    error = {
+        "code": None,
+        "name": None,
+        "exit": 2,
+        "file": None,
+        "line": None,
+        "column": None,
+        "message": "no such option: --rules",
+        "hint": None,
+    }
     older.write_text(f"#!/bin/sh\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 2\n")
     older.chmod(0o755)
     outcome = run_module("policy_check", path=str(policy_path), rules="/rules.json", executable=str(older))
     assert outcome.code == 1 and outcome.result["msg"] == "no such option: --rules"
 
 
-def test_the_log_has_no_secret(policy_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]) -> None:
+def test_the_log_has_no_secret(
+    policy_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
     basic = pytest.importorskip("ansible.module_utils.basic", reason="the engine is a package of scripts/bootstrap")
     arguments = {"path": str(policy_path), "policies": secret_state(), "redact": ["Password"], "executable": TOOL}
     monkeypatch.setattr(basic, "_ANSIBLE_ARGS", json.dumps({"ANSIBLE_MODULE_ARGS": arguments}).encode())
@@ -247,12 +355,16 @@ def test_the_log_has_no_secret(policy_path: pathlib.Path, monkeypatch: pytest.Mo
     assert SECRET not in logged[0] and "'Password': '***'" in logged[0]
 
 
-def test_the_values_are_in_no_command_line(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
+def test_the_values_are_in_no_command_line(
+    run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
+) -> None:
     calls = tmp_path / "calls"
     recording = tmp_path / "recording"
     recording.write_text(f'#!/bin/sh\necho "$@" >> "{calls}"\nexec "{TOOL}" "$@"\n')
     recording.chmod(0o755)
-    outcome = run_module("policy_file", path=str(policy_path), policies=secret_state(), executable=str(recording), lock_timeout=3, jobs=2)
+    outcome = run_module(
+        "policy_file", path=str(policy_path), policies=secret_state(), executable=str(recording), lock_timeout=3, jobs=2
+    )
     assert outcome.code == 0 and SECRET not in calls.read_text()
     assert "--lock-timeout=3" in calls.read_text() and "--jobs=2" in calls.read_text()
     # One run of the tool, however many edits there are.
@@ -319,12 +431,17 @@ def test_one_of_path_and_paths_is_needed(run_module: RunModule) -> None:
             assert run_module(module, **arguments).code == 1
 
 
-def test_a_name_that_begins_with_a_dash_is_a_file(run_module: RunModule, policy_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch) -> None:
+def test_a_name_that_begins_with_a_dash_is_a_file(
+    run_module: RunModule, policy_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
     monkeypatch.chdir(policy_path.parent)
     policy_path.rename(policy_path.parent / "--force")
     assert run_module("policy_check", path="--force").code == 0
     assert run_module("policy_facts", path="--force").code == 0
-    assert run_module("policy_file", path="--force", diff=True, policies=general(ScanInterval=15)).result["changed"] is True
+    assert (
+        run_module("policy_file", path="--force", diff=True, policies=general(ScanInterval=15)).result["changed"]
+        is True
+    )
 
 
 def test_the_documents_name_the_modules_options() -> None:

@@ -28,13 +28,19 @@ TASK: Dict[str, Any] = {"softwareId": "P", "taskId": "{t}"}
         ({"edit": "absent", **SETTING, "before": "1"}, '- policy P S/a: "1"'),
         ({"edit": "absent", **SETTING}, "- policy P S/a"),
         ({"edit": "set", **TASK, "section": "S", "name": "a", "value": ""}, '+ task P {t} S/a: ""'),
-        ({"edit": "set", **TASK, "fields": {"priority": "9"}, "before": {"priority": "5"}}, '~ task P {t} priority: "5" -> "9"'),
+        (
+            {"edit": "set", **TASK, "fields": {"priority": "9"}, "before": {"priority": "5"}},
+            '~ task P {t} priority: "5" -> "9"',
+        ),
         ({"edit": "absent", "softwareId": "P", "section": "S"}, "- policy P section S"),
         ({"edit": "set", "softwareId": "P", "section": "S"}, "+ policy P section S"),
         ({"edit": "absent", **TASK}, "- task P {t}"),
         ({"edit": "create", **TASK, "sections": []}, "+ task P {t}"),
         ({"edit": "unsupported", "what": "assignmentList", "before": "", "after": "x"}, "~ assignmentList"),
-        ({"edit": "set", **SETTING, "value": 'x"\\\n\x1b\u202e\U000e0041', "before": ""}, '~ policy P S/a: "" -> "x"\\\\\\n\\u001b\\u202e\\U000e0041"'),
+        (
+            {"edit": "set", **SETTING, "value": 'x"\\\n\x1b\u202e\U000e0041', "before": ""},
+            '~ policy P S/a: "" -> "x"\\\\\\n\\u001b\\u202e\\U000e0041"',
+        ),
     ],
 )
 def test_a_difference_is_a_line(edit: Dict[str, Any], line: str) -> None:
@@ -59,13 +65,18 @@ def test_a_secret_is_hidden_in_every_difference(pattern: str) -> None:
         {"edit": "absent", **SETTING, "before": "1"},
     ]
     assert lines_of(edits, Hiding([pattern])) == [
-        '~ policy P S/a: "***" -> "***"', '+ policy P S/a: "***"', '- policy P S/a: "***"'
+        '~ policy P S/a: "***" -> "***"',
+        '+ policy P S/a: "***"',
+        '- policy P S/a: "***"',
     ]
 
 
 def test_a_secret_field_is_hidden() -> None:
     edit = {"edit": "set", **TASK, "fields": {"creator": "x", "type": "y"}, "before": {"creator": "w", "type": "z"}}
-    assert lines_of([edit], Hiding(["creator"])) == ['~ task P {t} creator: "***" -> "***"', '~ task P {t} type: "z" -> "y"']
+    assert lines_of([edit], Hiding(["creator"])) == [
+        '~ task P {t} creator: "***" -> "***"',
+        '~ task P {t} type: "z" -> "y"',
+    ]
 
 
 def test_a_name_cannot_look_like_a_line() -> None:
@@ -74,21 +85,45 @@ def test_a_name_cannot_look_like_a_line() -> None:
 
 
 SHOWN: Dict[str, Any] = {
-    "policyVersion": "1", "taskVersion": "2", "assignmentList": "all",
+    "policyVersion": "1",
+    "taskVersion": "2",
+    "assignmentList": "all",
     "policies": [
-        {"softwareId": "P", "version": "3", "sections": [
-            {"name": "S", "settings": [{"name": "a", "value": "first"}, {"name": "a", "value": "second"}]},
-            {"name": "S", "settings": [{"name": "b", "value": "x"}, {"name": "a", "value": "third"}]},
-            {"name": "E", "settings": []}]},
+        {
+            "softwareId": "P",
+            "version": "3",
+            "sections": [
+                {"name": "S", "settings": [{"name": "a", "value": "first"}, {"name": "a", "value": "second"}]},
+                {"name": "S", "settings": [{"name": "b", "value": "x"}, {"name": "a", "value": "third"}]},
+                {"name": "E", "settings": []},
+            ],
+        },
         {"softwareId": "P", "version": "4", "sections": []},
     ],
     "tasks": [
-        {"softwareId": "P", "taskId": "t", "displayName": "N", "type": "T", "platforms": "L", "priority": "5",
-         "creator": "C", "version": "6", "sections": [{"name": "Task", "settings": [{"name": "TaskName", "value": "N"}]}]},
-        {"softwareId": "P", "taskId": "u", "displayName": "M", "type": "T", "platforms": "L", "priority": "5",
-         "creator": "C", "version": "6"},
+        {
+            "softwareId": "P",
+            "taskId": "t",
+            "displayName": "N",
+            "type": "T",
+            "platforms": "L",
+            "priority": "5",
+            "creator": "C",
+            "version": "6",
+            "sections": [{"name": "Task", "settings": [{"name": "TaskName", "value": "N"}]}],
+        },
+        {
+            "softwareId": "P",
+            "taskId": "u",
+            "displayName": "M",
+            "type": "T",
+            "platforms": "L",
+            "priority": "5",
+            "creator": "C",
+            "version": "6",
+        },
     ],
-}  # fmt: skip
+}
 
 
 def test_facts_have_names_as_keys_and_what_a_lookup_finds() -> None:
@@ -96,9 +131,14 @@ def test_facts_have_names_as_keys_and_what_a_lookup_finds() -> None:
     assert facts["policies"] == {"P": {"version": "3", "sections": {"S": {"a": "first", "b": "x"}, "E": {}}}}
     assert list(facts["tasks"]["P"]) == ["t", "u"]
     assert facts["tasks"]["P"]["t"] == {
-        "display_name": "N", "type": "T", "platforms": "L", "priority": "5", "creator": "C", "version": "6",
+        "display_name": "N",
+        "type": "T",
+        "platforms": "L",
+        "priority": "5",
+        "creator": "C",
+        "version": "6",
         "sections": {"Task": {"TaskName": "N"}},
-    }  # fmt: skip
+    }
     assert (facts["policy_version"], facts["task_version"], facts["assignment_list"]) == ("1", "2", "all")
 
 
@@ -109,11 +149,23 @@ def test_facts_have_no_secrets() -> None:
 
 
 def test_findings_begin_with_their_place() -> None:
-    problem = {"severity": "error", "line": 4, "column": 2, "path": "policy P S/a", "pointer": "/policies", "message": "is missing"}
+    problem = {
+        "severity": "error",
+        "line": 4,
+        "column": 2,
+        "path": "policy P S/a",
+        "pointer": "/policies",
+        "message": "is missing",
+    }
     files = [
         {"file": "a.xml", "ok": False, "line": 2, "column": 1, "message": "no element found"},
         {"file": "b.xml", "ok": False, "line": None, "column": None, "message": "The file does not exist."},
-        {"file": "c.xml", "ok": True, "warnings": [{"line": 3, "column": 5, "message": "odd"}], "problems": [problem, {**problem, "severity": "warning"}]},
+        {
+            "file": "c.xml",
+            "ok": True,
+            "warnings": [{"line": 3, "column": 5, "message": "odd"}],
+            "problems": [problem, {**problem, "severity": "warning"}],
+        },
         {"file": "d.xml", "ok": True, "warnings": []},
     ]
     assert findings_of(files) == [
@@ -125,12 +177,24 @@ def test_findings_begin_with_their_place() -> None:
     ]
 
 
-ERROR: Dict[str, Any] = {"code": "FFFFFBAE", "name": "SyntaxError", "exit": 3, "file": "p.xml", "line": 2, "column": 1, "message": "bad", "hint": "why"}
+ERROR: Dict[str, Any] = {
+    "code": "FFFFFBAE",
+    "name": "SyntaxError",
+    "exit": 3,
+    "file": "p.xml",
+    "line": 2,
+    "column": 1,
+    "message": "bad",
+    "hint": "why",
+}
 
 
 def test_a_failure_is_one_line_with_place_and_code() -> None:
     assert describe(ERROR) == "p.xml:2:1: bad [SyntaxError, 0xFFFFFBAE]; why"
-    assert describe({**ERROR, "file": None, "line": None, "column": None, "name": None, "code": None, "hint": None}) == "bad"
+    assert (
+        describe({**ERROR, "file": None, "line": None, "column": None, "name": None, "code": None, "hint": None})
+        == "bad"
+    )
 
 
 @pytest.mark.parametrize(
@@ -153,7 +217,9 @@ def test_json_of_another_schema_is_refused(output: str) -> None:
         read(0, output, "")
 
 
-@pytest.mark.parametrize("output, errors, message", [("", "lost\n", "^lost$"), ("", "", "has ended with 4 and"), ("{", "cut", "^cut$")])
+@pytest.mark.parametrize(
+    "output, errors, message", [("", "lost\n", "^lost$"), ("", "", "has ended with 4 and"), ("{", "cut", "^cut$")]
+)
 def test_a_run_without_json_raises_what_it_said(output: str, errors: str, message: str) -> None:
     with pytest.raises(ToolError, match=message):
         read(4, output, errors)

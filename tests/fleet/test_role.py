@@ -37,9 +37,15 @@ def test_the_role_puts_the_rules_on_the_machine_once(tmp_path: pathlib.Path) -> 
     (tmp_path / "rules.json").write_text("{}\n")
     command = ["ansible-playbook", "-i", "machine,", "-c", "local", "plays.yml"]
     finished = subprocess.run(
-        command, cwd=tmp_path, env=environment(tmp_path), stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-        timeout=600, check=False,
-    )  # fmt: skip
+        command,
+        cwd=tmp_path,
+        env=environment(tmp_path),
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        text=True,
+        timeout=600,
+        check=False,
+    )
     _, *played = re.split(r"^PLAY ", finished.stdout, flags=re.MULTILINE)
     results = [re.findall(r"^(changed|fatal): \[machine\]", play, re.MULTILINE) for play in played[: len(PLAYS)]]
     assert results == [["changed", "changed"], ["changed", "changed"], [], ["fatal"]], finished.stdout

@@ -13,7 +13,8 @@ name: edits
 short_description: Make edits of a desired state
 version_added: 1.0.0
 description:
-  - Turns policies and tasks, written as for M(zupolicy.policy.policy_file), into the lines that C(zupolicy apply) reads.
+  - Turns policies and tasks, written as for M(zupolicy.policy.policy_file), into the lines that C(zupolicy apply)
+    reads.
   - It is for machines without Python, such as Windows machines. Give the lines to C(zupolicy apply --edits -).
 options:
   _input:

@@ -74,7 +74,6 @@ class Hiding:
         )
 
 
-
 def _items(value: Any) -> List[Dict[str, Any]]:
     """The objects of a list; nothing when it is no list."""
     return [item for item in value if isinstance(item, dict)] if isinstance(value, list) else []
@@ -86,7 +85,7 @@ def _is_true(value: Any) -> bool:
 
 
 def hiding_of(arguments: Dict[str, Any]) -> Hiding:
-    """What a module's arguments hide. They may be malformed: then they are about to be refused, and nothing is shown."""
+    """What a module's arguments hide. When they are malformed, they are about to be refused, and nothing is shown."""
     patterns = arguments.get("redact") or []
     if isinstance(patterns, str):
         patterns = patterns.split(",")

@@ -38,7 +38,7 @@ def describe(error: Dict[str, Any]) -> str:
 
 
 def _documents(text: str) -> List[Dict[str, Any]]:
-    """The documents that follow each other in a text. One that was cut off is left out, with all before the last line."""
+    """The documents that follow each other in a text. When one was cut off, only the last line counts."""
     decoder = json.JSONDecoder()
     documents = []
     position = 0

@@ -10,7 +10,8 @@ module: policy_check
 short_description: Check policy files
 version_added: 1.0.0
 description:
-  - Checks with C(zupolicy check) that policy files can be loaded, that nothing in them is odd, and that they keep rules.
+  - Checks with C(zupolicy check) that policy files can be loaded, that nothing in them is odd, and that they keep
+    rules.
   - Fails when a file does not pass. All files are checked, and the message has a line for each finding.
 options:
   path:

@@ -21,8 +21,8 @@ options:
     elements: path
   redact:
     description:
-      - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME), or of the name of
-        a task's field in C(zupolicy show --json). The facts have C(***) in place of such a value.
+      - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME), or of the name
+        of a task's field in C(zupolicy show --json). The facts have C(***) in place of such a value.
     type: list
     elements: str
     default: []

@@ -115,14 +115,15 @@ options:
       sections: *sections
   create:
     description:
-      - Whether a missing policy or task is created. Without it a missing one is a failure, which also finds mistyped IDs.
+      - Whether a missing policy or task is created. Without it a missing one is a failure, which also finds mistyped
+        IDs.
       - A missing section or setting is always added.
     type: bool
     default: true
   redact:
     description:
-      - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME), or of the name of
-        a task's field in C(zupolicy show --json).
+      - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME), or of the name
+        of a task's field in C(zupolicy show --json).
       - A hidden value is C(***) in the result, the difference, the log and the invocation that C(-vvv) shows.
     type: list
     elements: str
@@ -329,16 +330,13 @@ class Differences:
                 shutil.copyfile(copy, afters[path])
             self._tool.run("apply", "--edits", "-", "--json", "--", *afters.values(), text=edits)
         return [
-            difference(path, self._tool.differences(copy, afters[path]), self._hiding)
-            for path, copy in copies.items()
+            difference(path, self._tool.differences(copy, afters[path]), self._hiding) for path, copy in copies.items()
         ]
 
 
 def clean(module: GuardedModule, report: Dict[str, Any]) -> Dict[str, Any]:
     """The parts of the tool's report that the module returns."""
-    files = [
-        {**file, "error": module.clean(file["error"])} if "error" in file else file for file in report["files"]
-    ]
+    files = [{**file, "error": module.clean(file["error"])} if "error" in file else file for file in report["files"]]
     return {"files": files, "changed": any(file["result"] == "changed" for file in files)}
 
 
