@@ -100,6 +100,7 @@ def test_every_level_gets_its_state_and_a_check_predicts_the_run(
     assert made.result["changed"] is predicted.result["changed"] is True
     assert made.result["diff"] == predicted.result["diff"] == [{"prepared": f"{policy_path}:\n{DIFFERENCE}"}]
     assert made.result["files"] == predicted.result["files"]
+    assert not [path for path in (policy_path.parent / "remote").rglob("*") if path.is_file()]
     again = run_module("policy_file", diff=True, path=str(policy_path), **STATE)
     assert again.result["changed"] is False and again.result["diff"] == []
 
