@@ -436,13 +436,11 @@ def test_a_name_that_begins_with_a_dash_is_a_file(
     run_module: RunModule, policy_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
 ) -> None:
     monkeypatch.chdir(policy_path.parent)
-    policy_path.rename(policy_path.parent / "--force")
-    assert run_module("policy_check", path="--force").code == 0
-    assert run_module("policy_facts", path="--force").code == 0
-    assert (
-        run_module("policy_file", path="--force", diff=True, policies=general(ScanInterval=15)).result["changed"]
-        is True
-    )
+    for name in ("--force", "-"):
+        (policy_path.parent / name).write_bytes(policy_path.read_bytes())
+        assert run_module("policy_check", path=name).code == 0
+        assert run_module("policy_facts", path=name).code == 0
+        assert run_module("policy_file", diff=True, path=name, policies=general(ScanInterval=20)).result["changed"]
 
 
 def test_the_documents_name_the_modules_options() -> None:

@@ -57,7 +57,8 @@ class GuardedModule(AnsibleModule):  # type: ignore[misc]
     def files(self) -> List[str]:
         """The policy files, each one once."""
         paths = [self.params["path"]] if self.params["path"] is not None else self.params["paths"]
-        return list(dict.fromkeys(paths))
+        # The tool takes a dash for standard input.
+        return list(dict.fromkeys("./-" if path == "-" else path for path in paths))
 
     def tool(self) -> Tool:
         try:
