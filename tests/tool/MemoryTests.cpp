@@ -23,13 +23,13 @@ TEST_F(LittleMemory, IsAFailureAsJsonOnTheLastLine)
     int failures = 0;
     for (int kilobytes = 40'000; kilobytes < 130'000; kilobytes += 10'000) {
         const std::string line = "cd '" + Folder().Folder().string() + "' && ulimit -v " + std::to_string(kilobytes) +
-                                 " && '" ZUPM_TOOL "' show large.xml --json > out 2> messages";
+                                 " && '" ZUPM_TOOL "' check large.xml --json > out 2> messages";
         const int status = std::system(line.c_str());
         ASSERT_TRUE(WIFEXITED(status)) << kilobytes;
-        if (WEXITSTATUS(status) == 0) {
-            continue;
-        }
         const std::string out = Bytes(u"out");
+        if (json::accept(out)) {
+            continue;  // the report is complete, perhaps with the component's own failure
+        }
         const std::size_t begin = out.size() < 2 ? 0 : out.rfind('\n', out.size() - 2) + 1;
         const json failure = json::parse(out.substr(begin), nullptr, false);
         ASSERT_TRUE(failure.is_object()) << kilobytes << ": " << out.substr(0, 200);
