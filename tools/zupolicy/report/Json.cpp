@@ -163,6 +163,10 @@ void WriteChangeAsJson(std::ostream& out, const Change& change)
     }
     json.Key("changed").Boolean(change.changed);
     json.Key("written").TextOrNull(change.written);
+    json.Key("backup").TextOrNull(change.backup);
+    if (change.diff) {
+        json.Member("diff", *change.diff);
+    }
     json.EndObject();
 }
 

@@ -1,6 +1,7 @@
 #include "tools/zupolicy/report/Streams.h"
 
 #include <ostream>
+#include <string>
 
 #include "tools/zupolicy/report/Visible.h"
 
@@ -8,8 +9,24 @@ namespace zupm::tool {
 
 void Messages::Line(std::string_view text)
 {
+    ClearStatus();
     WriteVisible(m_stream, text, Backslash::Kept);
     m_stream << '\n';
+}
+
+void Messages::Status(std::string_view text)
+{
+    ClearStatus();
+    m_stream << text << std::flush;
+    m_statusLength = text.size();
+}
+
+void Messages::ClearStatus()
+{
+    if (m_statusLength != 0) {
+        m_stream << '\r' << std::string(m_statusLength, ' ') << '\r' << std::flush;
+        m_statusLength = 0;
+    }
 }
 
 }  // namespace zupm::tool

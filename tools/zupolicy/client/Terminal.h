@@ -1,0 +1,12 @@
+/// What the standard streams lead to.
+#pragma once
+
+namespace zupm::tool {
+
+enum class StandardStream { Output, Error };
+
+/// Whether a person reads the stream: it leads to a terminal that moves its cursor. On Windows the console is made to
+/// take colours.
+[[nodiscard]] bool IsTerminal(StandardStream stream) noexcept;
+
+}  // namespace zupm::tool
