@@ -47,7 +47,6 @@ ExitCode RunImport(const ImportOptions& options, Streams streams)
 Action DeclareImport(CLI::App& line)
 {
     const auto options = std::make_shared<ImportOptions>();
-    line.usage("Usage: zupolicy import [OPTIONS] FILE... ENTRY");
     line.add_option("FILE", options->files,
                     "The policy files; the last argument is ENTRY, a policy or task as JSON (- for standard input)")
         ->required();

@@ -163,7 +163,9 @@ void WriteChangeAsJson(std::ostream& out, const Change& change)
     }
     json.Key("changed").Boolean(change.changed);
     json.Key("written").TextOrNull(change.written);
-    json.Key("backup").TextOrNull(change.backup);
+    if (change.backup) {
+        json.Member("backup", *change.backup);
+    }
     if (change.diff) {
         json.Member("diff", *change.diff);
     }
