@@ -80,7 +80,8 @@ constexpr BadEdit kBadEdits[] = {
     {R"({"edit":"create","softwareId":"P","sections":[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]})",
      "1:61: the value is nested too deeply"},
     {R"({"edit":"absent","softwareId":"P","before":1e})",
-     "1:46: syntax error while parsing value - invalid number; expected '+', '-', or digit after exponent"},
+     "1:46: syntax error while parsing value - invalid number; expected '+', '-', or digit after exponent; last read: "
+     "'1e}'"},
     {R"({"edit":"absent","softwareId":"P","section":1e999})", "1:45: \"section\" must be a text"},
     {R"({"edit":"set","softwareId":"P","taskId":"T","fields":{"priority":"99999999999"}})",
      "1:66: \"priority\" must be a whole number of 32 bits"},

@@ -114,21 +114,21 @@ TEST(UnifiedDiff, AnEntryThatMoves_IsShownAlone)
 
 TEST(UnifiedDiff, LargeTexts_TakeNoLongTime)
 {
-    const std::string large = Lines(400'000, "<Setting name=\"a\">some value</Setting> ");
-    ASSERT_GT(large.size(), std::size_t{16} << 20u);
+    const std::string large = Lines(100'000, "<Setting name=\"a\">some value</Setting> ");
+    ASSERT_GT(large.size(), std::size_t{4} << 20u);
     std::string repeated;
-    for (int i = 0; i < 300'000; ++i) {
+    for (int i = 0; i < 75'000; ++i) {
         repeated += i % 3 == 0 ? "a\n" : "b\n";
     }
     std::string other;
-    for (int i = 0; i < 300'000; ++i) {
+    for (int i = 0; i < 75'000; ++i) {
         other += i % 7 == 0 ? "a\n" : "b\n";
     }
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(Diff(large + "x\n", "y\n" + large).size(), Diff(large + "x\n", "z\n" + large).size());
     EXPECT_EQ(Patched(repeated, other), other);
     EXPECT_EQ(Patched(large, repeated), repeated);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
 }  // namespace
