@@ -18,6 +18,7 @@
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/RestoreReport.h"
+#include "tools/zupolicy/report/UnifiedDiff.h"
 
 namespace zupm::tool {
 namespace {
