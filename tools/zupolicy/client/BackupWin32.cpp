@@ -141,6 +141,12 @@ void RequirePossibleName(const std::string& backup)
 {
     const std::size_t name = backup.find_last_of("/\\");
     RequireSuffix(backup, name == backup.npos ? std::string() : backup.substr(0, name));
+    // Not every system reports a name that is too long before it creates the file.
+    constexpr std::size_t kLongestName = 255;
+    if (std::filesystem::path(FromUtf8(backup)).filename().wstring().size() > kLongestName) {
+        SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        Fail("the backup " + backup + " cannot be written");
+    }
     if (GetFileAttributesW(Wide(backup).c_str()) == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_FILE_NOT_FOUND) {
         Fail("the backup " + backup + " cannot be written");
     }
