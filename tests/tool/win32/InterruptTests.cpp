@@ -1,7 +1,7 @@
 // apply and a real event of the console.
 #include <windows.h>
 
-#include "EditsTest.h"
+#include "tests/tool/EditsTest.h"
 #include "platform/HeldFile.h"
 
 namespace zupm::test {
