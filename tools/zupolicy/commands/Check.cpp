@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -8,14 +9,18 @@
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Json.h"
+#include "tools/zupolicy/rules/ReadRules.h"
 
 namespace zupm::tool {
 namespace {
 
 struct CheckOptions {
     std::vector<std::string> files;
+    std::optional<std::string> rules;
+    std::vector<std::string> hidden;
     bool verbose = false;
     bool strict = false;
     bool json = false;
@@ -39,12 +44,30 @@ Notices NoticesOf(const std::string& path, Counts* counts)
     return std::move(*notices);
 }
 
-CheckReport ReportOf(const std::string& path, bool withCounts)
+/// What a file is checked against.
+struct Demands {
+    std::optional<rules::RuleSet> rules;
+    Redaction redaction;
+};
+
+SoundFile WithProblems(const std::string& path, const Demands& demands)
+{
+    std::optional<Notices> notices;
+    const PlacedContents placed = ReadPlaced(path, [&](PolicyFile& file) { notices = file.Notices(); });
+    std::vector<rules::Violation> violations =
+        rules::CheckRules(*demands.rules, rules::DocumentOf(placed.contents), demands.redaction);
+    return {std::move(*notices), CountsOf(placed.contents), Placed(std::move(violations), placed.text)};
+}
+
+CheckReport ReportOf(const std::string& path, bool withCounts, const Demands& demands)
 {
     try {
+        if (demands.rules) {
+            return {path, WithProblems(path, demands), {}, {}, {}};
+        }
         Counts counts;
         Notices notices = NoticesOf(path, withCounts ? &counts : nullptr);
-        return {path, SoundFile{std::move(notices), counts}, {}, {}, {}};
+        return {path, SoundFile{std::move(notices), counts, std::nullopt}, {}, {}, {}};
     } catch (const CallError& error) {
         return BrokenReport(path, error.Description());
     } catch (const Failure& failure) {
@@ -55,19 +78,45 @@ CheckReport ReportOf(const std::string& path, bool withCounts)
 /// Whether the file is good enough for `check` to end with 0.
 bool Passes(const CheckReport& report, const CheckOptions& options)
 {
-    return report.sound && (!options.strict || report.sound->notices.Count() == 0);
+    if (!report.sound || (options.strict && report.sound->notices.Count() != 0)) {
+        return false;
+    }
+    const auto isBad = [&](const RuleProblem& problem) { return options.strict || problem.IsError(); };
+    return !report.sound->problems || std::ranges::none_of(*report.sound->problems, isBad);
+}
+
+/// Reads the rules before it reads any other file.
+Demands DemandsOf(const CheckOptions& options, Streams streams)
+{
+    Demands demands{{}, Redaction(options.hidden)};
+    try {
+        if (options.rules) {
+            demands.rules = rules::ReadRules(*options.rules);
+        }
+    } catch (const ProblemFailure& failure) {
+        if (options.json) {
+            JsonWriter json(streams.data);
+            json.BeginObject();
+            json.Key("schema").Number(1);
+            WriteProblem(json, failure.What());
+            json.EndObject();
+        }
+        throw;
+    }
+    return demands;
 }
 
 // Each report is printed and dropped before the next file is read.
 ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
+    const Demands demands = DemandsOf(options, streams);
     JsonWriter json(streams.data);
     if (options.json) {
         json.BeginArray();
     }
     bool allPass = true;
     for (const std::string& path : options.files) {
-        const CheckReport report = ReportOf(path, options.verbose || options.json);
+        const CheckReport report = ReportOf(path, options.verbose || options.json, demands);
         allPass = Passes(report, options) && allPass;
         PrintReport(streams.messages, report);
         if (options.verbose && report.sound) {
@@ -87,6 +136,9 @@ Action DeclareCheck(CLI::App& line)
 {
     const auto options = std::make_shared<CheckOptions>();
     line.add_option("FILE", options->files, "The policy files")->required();
+    line.add_option("--rules", options->rules, "Also check the files against these rules, a JSON Schema")
+        ->type_name("RULES");
+    AddRedact(line, options->hidden);
     line.add_flag("--verbose", options->verbose, "Print counts for each sound file");
     line.add_flag("--strict", options->strict, "Fail on warnings, too");
     AddJson(line, options->json);
@@ -98,12 +150,13 @@ Action DeclareCheck(CLI::App& line)
 constinit const Command kCheck{
     .name = "check",
     .description =
-        "Load policy files. Print file:line:column: message for each broken one, and warnings about what is "
-        "odd in the others; print nothing about a sound one",
+        "Load policy files. Print file:line:column: message for each broken one and for each part that breaks a rule, "
+        "and warnings about what is odd in the others; print nothing about a sound one",
     .examples =
         "  zupolicy check policy.xml\n"
         "  zupolicy check --verbose *.xml\n"
-        "  zupolicy check --json policy.xml",
+        "  zupolicy check --json policy.xml\n"
+        "  zupolicy check --rules rules.json *.xml",
     .declare = DeclareCheck,
 };
 

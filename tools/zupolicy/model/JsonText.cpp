@@ -11,8 +11,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kMostLevels = 16;
-
 /// An iterator over a text that reports how far the parser has read.
 class Reading {
 public:
@@ -47,12 +45,21 @@ private:
 /// Builds the value from the parser's events.
 class Builder final : public json::json_sax_t {
 public:
-    Builder(std::string_view text, const std::size_t& read) : m_text(text), m_read(read) {}
+    Builder(std::string_view text, const std::size_t& read, std::size_t mostLevels)
+        : m_text(text), m_read(read), m_mostLevels(mostLevels)
+    {
+    }
 
     [[nodiscard]] JsonValue Take() { return std::move(m_root); }
 
     bool null() override { return Put(JsonValue::Type::Null); }
-    bool boolean(bool /*value*/) override { return Put(JsonValue::Type::Boolean); }
+    bool boolean(bool value) override
+    {
+        JsonValue& put = Place();
+        put.type = JsonValue::Type::Boolean;
+        put.integer = value ? 1 : 0;
+        return true;
+    }
     bool number_integer(number_integer_t value) override
     {
         JsonValue& put = Place();
@@ -108,6 +115,7 @@ private:
 
     std::string_view m_text;
     const std::size_t& m_read;
+    std::size_t m_mostLevels;
     std::size_t m_previous = 0;  ///< where the token before this one ends, at most one character more
     JsonValue m_root;
     std::vector<Level> m_levels;
@@ -136,7 +144,7 @@ JsonValue& Builder::Place()
 
 bool Builder::Open(JsonValue::Type type)
 {
-    if (m_levels.size() == kMostLevels) {
+    if (m_levels.size() == m_mostLevels) {
         throw JsonComplaint{m_read - 1, "the value is nested too deeply"};
     }
     JsonValue& value = Place();
@@ -168,10 +176,10 @@ bool Builder::parse_error(std::size_t position, const std::string& /*token*/, co
 
 }  // namespace
 
-JsonValue ReadJson(std::string_view text)
+JsonValue ReadJson(std::string_view text, std::size_t mostLevels)
 {
     std::size_t read = 0;
-    Builder builder(text, read);
+    Builder builder(text, read, mostLevels);
     // The end is never moved, so it needs no count of its own.
     json::sax_parse(Reading(text.data(), read), Reading(text.data() + text.size(), read), &builder);
     return builder.Take();

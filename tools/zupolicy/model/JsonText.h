@@ -19,7 +19,7 @@ struct JsonValue {
     Type type = Type::Null;
     std::size_t at = 0;        ///< the byte that it begins at
     std::string text;          ///< of a text
-    std::int64_t integer = 0;  ///< of an integer of 64 bits; one that is larger has type Number
+    std::int64_t integer = 0;  ///< of an integer of 64 bits (one that is larger has type Number), or 1 for true
     std::vector<JsonValue> items;
     std::vector<Member> members;
 };
@@ -36,8 +36,11 @@ struct JsonComplaint {
     std::string message;
 };
 
-/// Reads a text that is one JSON value. Refused are also two members of one name and more levels than any edit has.
+/// More levels than any edit has.
+inline constexpr std::size_t kLevelsOfEdits = 16;
+
+/// Reads a text that is one JSON value. Refused are also two members of one name and more levels than that.
 /// Throws JsonComplaint, std::bad_alloc.
-[[nodiscard]] JsonValue ReadJson(std::string_view text);
+[[nodiscard]] JsonValue ReadJson(std::string_view text, std::size_t mostLevels = kLevelsOfEdits);
 
 }  // namespace zupm::model

@@ -5,9 +5,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tools/zupolicy/client/Notices.h"
 #include "tools/zupolicy/client/contents/Contents.h"
+#include "tools/zupolicy/report/RuleReport.h"
 #include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {
@@ -16,6 +18,8 @@ namespace zupm::tool {
 struct SoundFile {
     Notices notices;
     Counts counts;  ///< 0 where nobody asks for them
+    /// What breaks the rules; nothing without rules.
+    std::optional<std::vector<RuleProblem>> problems;
 };
 
 /// A broken file has a message, and a position where the breakage has one.
@@ -31,7 +35,7 @@ struct CheckReport {
 [[nodiscard]] CheckReport BrokenReport(const std::string& file, std::string_view description);
 
 /// "file:line:column: message" for a broken file, one "file:line:column: warning: message" for each warning about a
-/// sound one; nothing else for a sound file.
+/// sound one, and a line for each part of it that breaks a rule; nothing else for a sound file.
 void PrintReport(Messages& messages, const CheckReport& report);
 
 /// "file:line:column: warning: message".

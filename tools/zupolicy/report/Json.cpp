@@ -103,6 +103,13 @@ void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
         json.EndObject();
     }
     json.EndArray();
+    if (sound.problems) {
+        json.Key("problems").BeginArray();
+        for (const RuleProblem& problem : *sound.problems) {
+            WriteProblem(json, problem);
+        }
+        json.EndArray();
+    }
 }
 
 void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields)
