@@ -140,6 +140,9 @@ EditRequest ReadEdit(const JsonValue& value)
     Members members(value, "an edit");
     RequireSchema(members);
     const std::string kind = members.Text("edit");
+    if (members.Find("redacted") != nullptr) {
+        members.Refuse("values of this edit are hidden, so it cannot be made; compare without --redact");
+    }
     EditRequest edit;
     if (kind == "set") {
         ReadSet(members, edit);
@@ -148,7 +151,9 @@ EditRequest ReadEdit(const JsonValue& value)
     } else if (kind == "create") {
         ReadCreate(members, edit);
     } else if (kind == "unsupported") {
-        members.Refuse("no edit can make this difference; compare with --ignore-versions to leave out versions");
+        const std::optional<std::string> reason = members.FindText("reason");
+        members.Refuse("no edit can make this difference" +
+                       (reason ? ": " + *reason : "; compare with --ignore-versions to leave out versions"));
     } else {
         throw JsonComplaint{members.Find("edit")->at, "there is no edit \"" + kind + "\": set, absent or create"};
     }

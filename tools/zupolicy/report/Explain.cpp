@@ -100,7 +100,18 @@ std::string Suggestion(const FileContents& contents, result::Code code, const So
     }
 }
 
-/// The first element on the way to a new entry that the file does not have.
+std::string MissingElementText(const Sought& sought, const std::string& otherwise)
+{
+    try {
+        const std::string_view missing = MissingElement(ReadContents(sought.file).places, sought.target);
+        return missing.empty() ? otherwise : "The file has no " + std::string(missing) + " element to put it in.";
+    } catch (const Failure&) {
+        return otherwise;
+    }
+}
+
+}  // namespace
+
 std::string_view MissingElement(const Places& places, const Target& target)
 {
     if (target.taskId) {
@@ -114,18 +125,6 @@ std::string_view MissingElement(const Places& places, const Target& target)
     }
     return places.policy ? std::string_view() : "Policy";
 }
-
-std::string MissingElementText(const Sought& sought, const std::string& otherwise)
-{
-    try {
-        const std::string_view missing = MissingElement(ReadContents(sought.file).places, sought.target);
-        return missing.empty() ? otherwise : "The file has no " + std::string(missing) + " element to put it in.";
-    } catch (const Failure&) {
-        return otherwise;
-    }
-}
-
-}  // namespace
 
 CallError Explained(const CallError& error, const Sought& sought)
 {

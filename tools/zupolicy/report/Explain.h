@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "tools/zupolicy/client/CallError.h"
 #include "tools/zupolicy/client/Target.h"
@@ -27,6 +28,9 @@ struct Sought {
 
 /// The same for a policy or task, among contents that were read already.
 [[nodiscard]] std::string SuggestionFor(const FileContents& contents, const Target& target);
+
+/// The first element on the way to a new entry that a file does not have; empty when it has all.
+[[nodiscard]] std::string_view MissingElement(const Places& places, const Target& target);
 
 /// Calls `call`; a CallError leaves it explained and with a suggestion.
 template <typename Call>
