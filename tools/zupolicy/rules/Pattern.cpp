@@ -13,7 +13,7 @@ namespace {
 
 using Kind = PatternStep::Kind;
 
-constexpr std::size_t kMostSteps = 20'000;
+constexpr std::size_t kMostSteps = 2'000;
 
 /// Makes the steps of an expression, each part before the steps that follow it.
 class Maker {
