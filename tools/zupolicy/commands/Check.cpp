@@ -12,6 +12,7 @@
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Json.h"
+#include "tools/zupolicy/report/Problem.h"
 #include "tools/zupolicy/rules/ReadRules.h"
 
 namespace zupm::tool {

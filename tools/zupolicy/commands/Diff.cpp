@@ -144,6 +144,7 @@ ExitCode RunDiff(const DiffOptions& options, Streams streams)
         if (options.json) {
             JsonWriter json(streams.data, JsonWriter::Form::OneLine);
             json.BeginObject();
+            json.Key("schema").Number(1);
             WriteProblem(json, problem);
             json.EndObject();
         }
