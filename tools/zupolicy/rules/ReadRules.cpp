@@ -22,7 +22,7 @@ constexpr std::size_t kLargest = std::size_t{16} << 20U;
     throw ProblemFailure({{}, ExitCode::FileError, path, 0, 0, message, {}});
 }
 
-std::string TextOf(const std::string& path)
+std::string ReadText(const std::string& path)
 {
     std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
     // One byte more than there may be. A device that never ends is no longer than that either.
@@ -51,7 +51,7 @@ RuleSet Parse(std::string_view text)
 
 RuleSet ReadRules(const std::string& path)
 {
-    const std::string text = TextOf(path);
+    const std::string text = ReadText(path);
     // Some editors begin a file of UTF-8 with this mark, which JSON does not know.
     constexpr std::string_view kMark = "\xEF\xBB\xBF";
     const std::string_view json = std::string_view(text).substr(text.starts_with(kMark) ? kMark.size() : 0);
