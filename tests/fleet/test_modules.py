@@ -267,7 +267,6 @@ def test_what_is_no_file_fails_at_once(run_module: RunModule, path: str) -> None
     assert outcome.code == 1 and outcome.result["msg"].startswith(f"{path}: ")
 
 
-needs_rules = pytest.mark.skipif("--rules" not in tool("help", "check"), reason="this tool has no rules")
 RULES = {
     "properties": {
         "policies": {
@@ -284,7 +283,6 @@ RULES = {
 }
 
 
-@needs_rules
 def test_a_check_reports_broken_rules_without_secrets(
     run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
 ) -> None:
@@ -311,7 +309,6 @@ def test_a_check_reports_broken_rules_without_secrets(
     assert fixed.code == 0 and run_module("policy_check", path=str(policy_path), rules=str(rules)).code == 0
 
 
-@needs_rules
 def test_rules_that_are_wrong_fail_with_their_place(
     run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
 ) -> None:
