@@ -78,15 +78,15 @@ def test_the_engine_renders_every_module_and_the_filter(tmp_path: pathlib.Path) 
     assert shown.returncode == 0 and "_input" in shown.stdout
 
 
-def options_of(specification: Dict[str, Any]) -> Dict[str, Any]:
-    """An argument specification in the form of the documentation."""
+def options_of(arguments: Dict[str, Any]) -> Dict[str, Any]:
+    """The arguments that a module takes, in the form of the documentation."""
     kept = ("type", "elements", "required", "default", "choices")
     return {
         name: {
             **{key: option[key] for key in kept if key in option},
             **({"suboptions": options_of(option["options"])} if "options" in option else {}),
         }
-        for name, option in specification.items()
+        for name, option in arguments.items()
     }
 
 
