@@ -2,13 +2,14 @@
 function __zupolicy_complete
     set -l before (commandline --current-process --tokenize --cut-at-cursor)
     set -e before[1]
-    set -l current (commandline --current-token --cut-at-cursor)
-    # fish compares the beginnings of names by its own rules; only options are the tool's.
-    string match --quiet -- '-*' $current; or set current ''
+    set -l token (commandline --current-token --cut-at-cursor)
+    # fish compares names with what was typed, by its own rules. The tool gets an option only, without quotes.
+    set -l option (string match --regex -- '^--[a-z-]*=' $token)
+    set -l current $option
+    test -n "$option"; or set current (string match --regex -- '^-.*' $token)
     for answer in (command zupolicy __complete words (count $before) $before "$current" 2>/dev/null)
         if string match --quiet -- \t'*' $answer
-            set -l option (string match --regex -- '^--[^=]*=' $current)
-            for file in (__fish_complete_path (string replace --regex -- '^--[^=]*=' '' (commandline --current-token --cut-at-cursor)))
+            for file in (__fish_complete_path (string replace --regex -- '^--[a-z-]*=' '' $token))
                 echo "$option$file"
             end
         else
