@@ -94,7 +94,7 @@ TEST_F(Completion, HostileNamesAreQuotedOrLeftOut)
 
 TEST_F(Completion, WhatIsWrongPrintsNothing)
 {
-    Folder().Write(u"broken.xml", "<PolicyFile><PolicyRoot><PolicyGroup><Policy><Product SoftwareID=\"P\">");
+    Folder().Write(u"broken.xml", "<PolicyFile><PolicyRoot><PolicyGroup><Policy><Product SoftwareID=\"P");
     for (const char* file : {"broken.xml", "missing.xml", ".", "-"}) {
         EXPECT_THAT(Next({"get", file, ""}), ElementsAre()) << file;
     }

@@ -24,7 +24,7 @@ struct NamePlace {
 };
 
 /// The names in the file that begin with `start`, in the order of the file. None when the file cannot be read, is
-/// large, or has more names than anybody reads.
+/// large, or has more names than anybody reads. A file that is broken further on may have some.
 [[nodiscard]] std::vector<Candidate> NamesIn(const NamePlace& place, NameKind kind, std::string_view start);
 
 }  // namespace zupm::tool
