@@ -53,8 +53,9 @@ TEST_F(Completion, NamesAreThoseOfTheFileOnTheLine)
     EXPECT_THAT(Answer({"words", "2", "get", "policy.xml"}),
                 ElementsAre("PRODUCTA1000\tpolicy, 2 tasks", "PRODUCTB2000\tpolicy, 1 task", "PRODUCTC3000\tpolicy"));
     EXPECT_THAT(Next({"get", "policy.xml", "PRODUCTA1000", ""}), ElementsAre("General", "Exclusions", "Notify"));
-    EXPECT_THAT(Next({"get", "policy.xml", "PRODUCTA1000", "--task", "{task-1}", "Sc"}),
+    EXPECT_THAT(Next({"get", "policy.xml", "PRODUCTA1000", "--task", "{task-1}", ""}),
                 ElementsAre("Schedule", "Scope"));
+    EXPECT_THAT(Next({"get", "policy.xml", "PRODUCTA1000", "--task", "{task-2}", ""}), ElementsAre("Schedule"));
     EXPECT_THAT(Next({"get", "policy.xml", "PRODUCTB2000", "--task={"}), ElementsAre("--task={task-1}"));
     // Values are not shown.
     EXPECT_THAT(Answer({"words", "4", "set", "policy.xml", "PRODUCTA1000", "Notify", "Re"}),
