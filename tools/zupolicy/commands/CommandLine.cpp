@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "tools/zupolicy/commands/Version.h"
-#include "tools/zupolicy/commands/help/CommandText.h"
 #include "tools/zupolicy/commands/help/Completion.h"
+#include "tools/zupolicy/commands/help/FindCommand.h"
 #include "tools/zupolicy/commands/help/ManPage.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Visible.h"

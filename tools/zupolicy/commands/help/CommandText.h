@@ -46,7 +46,4 @@ struct CommandText {
 /// What the command declares to the parser of command lines.
 [[nodiscard]] CommandText TextOf(const Command& command);
 
-/// Null when there is none.
-[[nodiscard]] const Command* FindCommand(std::string_view name);
-
 }  // namespace zupm::tool

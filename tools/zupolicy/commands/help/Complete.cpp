@@ -7,6 +7,7 @@
 
 #include "tools/zupolicy/commands/help/CommandText.h"
 #include "tools/zupolicy/commands/help/CompleteName.h"
+#include "tools/zupolicy/commands/help/FindCommand.h"
 
 namespace zupm::tool {
 namespace {
@@ -18,11 +19,22 @@ enum class ValueKind : std::uint8_t { Anything, File, SoftwareId, TaskId, Sectio
 ValueKind KindOf(std::string_view name)
 {
     static constexpr std::pair<std::string_view, ValueKind> kKinds[] = {
-        {"SOFTWARE-ID", ValueKind::SoftwareId}, {"TASK-ID", ValueKind::TaskId},  {"SECTION", ValueKind::Section},
-        {"NAME", ValueKind::Setting},           {"VALUE", ValueKind::Anything},  {"TEXT", ValueKind::Anything},
-        {"INT", ValueKind::Anything},           {"UINT", ValueKind::Anything},   {"N", ValueKind::Anything},
-        {"SECONDS", ValueKind::Anything},       {"COUNT", ValueKind::Anything},  {"SUFFIX", ValueKind::Anything},
-        {"PATTERN", ValueKind::Anything},       {"BACKUP", ValueKind::Anything}, {"ID", ValueKind::Anything},
+        {"SOFTWARE-ID", ValueKind::SoftwareId},
+        {"TASK-ID", ValueKind::TaskId},
+        {"SECTION", ValueKind::Section},
+        {"NAME", ValueKind::Setting},
+        {"VALUE", ValueKind::Anything},
+        {"TEXT", ValueKind::Anything},
+        {"INT", ValueKind::Anything},
+        {"UINT", ValueKind::Anything},
+        {"N", ValueKind::Anything},
+        {"SECONDS", ValueKind::Anything},
+        {"COUNT", ValueKind::Anything},
+        {"SUFFIX", ValueKind::Anything},
+        {"PATTERN", ValueKind::Anything},
+        {"BACKUP", ValueKind::Anything},
+        {"TITLE", ValueKind::Anything},
+        {"ID", ValueKind::Anything},
     };
     const auto* const found = std::ranges::find(kKinds, name, &std::pair<std::string_view, ValueKind>::first);
     return found == std::end(kKinds) ? ValueKind::File : found->second;
