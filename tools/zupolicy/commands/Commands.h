@@ -37,9 +37,10 @@ extern const Command kDoctor;
 extern const Command kDiff;
 extern const Command kQuery;
 extern const Command kApply;
+extern const Command kReport;
 
 /// In the order in which the help lists them.
-inline constexpr const Command* kCommands[] = {&kShow,  &kGet,  &kSet,   &kRemove, &kExportIni,
-                                               &kCheck, &kDiff, &kQuery, &kApply,  &kDoctor};
+inline constexpr const Command* kCommands[] = {&kShow, &kGet,   &kSet,   &kRemove, &kExportIni, &kCheck,
+                                               &kDiff, &kQuery, &kApply, &kReport, &kDoctor};
 
 }  // namespace zupm::tool

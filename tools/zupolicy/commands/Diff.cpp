@@ -3,11 +3,13 @@
 #include <memory>
 #include <ostream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/PageFiles.h"
 #include "tools/zupolicy/model/Change.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/ChangeReport.h"
@@ -20,6 +22,8 @@ struct DiffOptions {
     std::string after;
     bool ignoreVersions = false;
     bool json = false;
+    bool html = false;
+    std::string output = "-";
 };
 
 /// Prints differences as they are found, and knows whether there was one.
@@ -108,11 +112,9 @@ void CompareEntries(const Side& before, const Side& after, bool tasks, Differenc
     }
 }
 
-ExitCode RunDiff(const DiffOptions& options, Streams streams)
+ExitCode Compare(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
 {
-    const Side before = Load(options.before);
-    const Side after = Load(options.after);
-    Differences differences(streams.data, options.json);
+    Differences differences(out, options.json || options.html);
     differences.Compare("assignmentList", before.file.AssignmentList(), after.file.AssignmentList());
     if (!options.ignoreVersions) {
         differences.Compare("policyVersion", before.file.PolicyVersion(), after.file.PolicyVersion());
@@ -123,13 +125,40 @@ ExitCode RunDiff(const DiffOptions& options, Streams streams)
     return differences.HasOne() ? ExitCode::NotFound : ExitCode::Ok;
 }
 
+ExitCode ComparePage(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
+{
+    RequireOtherFile(options.output, {options.before, options.after});
+    std::ostringstream edits;
+    const ExitCode code = Compare(before, after, options, edits);
+    PageData data;
+    data.Add(ReadForPage(options.before, before.file));
+    data.Add(ReadForPage(options.after, after.file));
+    const std::string title = "Differences: " + options.before + ", " + options.after;
+    WritePageTo(options.output, data,
+                {PageHead::Kind::Differences, title, options.ignoreVersions, std::move(edits).str()}, out);
+    return code;
+}
+
+ExitCode RunDiff(const DiffOptions& options, Streams streams)
+{
+    const Side before = Load(options.before);
+    const Side after = Load(options.after);
+    return options.html ? ComparePage(before, after, options, streams.data)
+                        : Compare(before, after, options, streams.data);
+}
+
 Action DeclareDiff(CLI::App& line)
 {
     const auto options = std::make_shared<DiffOptions>();
     line.add_option("OLD", options->before, "The file before")->required();
     line.add_option("NEW", options->after, "The file after")->required();
     line.add_flag("--ignore-versions", options->ignoreVersions, "Leave out the versions of the files");
-    line.add_flag("--json", options->json, "Print edits as JSON, one a line, which apply can make");
+    CLI::Option* const json =
+        line.add_flag("--json", options->json, "Print edits as JSON, one a line, which apply can make");
+    CLI::Option* const html =
+        line.add_flag("--html", options->html, "Write a page of HTML that shows the files side by side");
+    html->excludes(json);
+    AddPageOutput(line, options->output)->needs(html);
     return [options](Streams streams) { return RunDiff(*options, streams); };
 }
 
@@ -143,7 +172,8 @@ constinit const Command kDiff{
     .examples =
         "  zupolicy diff policy.xml new.xml\n"
         "  zupolicy diff policy.xml new.xml --ignore-versions\n"
-        "  zupolicy diff policy.xml new.xml --ignore-versions --json > edits.jsonl",
+        "  zupolicy diff policy.xml new.xml --ignore-versions --json > edits.jsonl\n"
+        "  zupolicy diff policy.xml new.xml --html -o diff.html",
     .declare = DeclareDiff,
 };
 

@@ -65,6 +65,14 @@ void AddLockTimeout(CLI::App& line, unsigned& seconds)
         ->check(CLI::Range(0, 86'400));
 }
 
+CLI::Option* AddPageOutput(CLI::App& line, std::string& output)
+{
+    return line
+        .add_option("-o,--output", output,
+                    "Write the page to PATH, and replace a file that is there in one step (default: standard output)")
+        ->type_name("PATH");
+}
+
 void AddEdit(CLI::App& line, EditOptions& edit)
 {
     line.add_option("--output", edit.output,

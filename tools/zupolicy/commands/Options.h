@@ -10,7 +10,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace zupm::tool {
 
@@ -37,6 +38,8 @@ void AddQuiet(CLI::App& line, bool& quiet, const char* description);
 /// The number of threads, whose default stays when the option is missing.
 void AddJobs(CLI::App& line, unsigned& jobs, const char* description);
 void AddLockTimeout(CLI::App& line, unsigned& seconds);
+/// Where a page goes; "-" is standard output.
+CLI::Option* AddPageOutput(CLI::App& line, std::string& output);
 /// The parser refuses options that exclude each other.
 void AddEdit(CLI::App& line, EditOptions& edit);
 
