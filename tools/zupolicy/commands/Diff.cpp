@@ -114,7 +114,7 @@ void CompareEntries(const Side& before, const Side& after, bool tasks, Differenc
 
 ExitCode Compare(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
 {
-    Differences differences(out, options.json || options.html);
+    Differences differences(out, options.json);
     differences.Compare("assignmentList", before.file.AssignmentList(), after.file.AssignmentList());
     if (!options.ignoreVersions) {
         differences.Compare("policyVersion", before.file.PolicyVersion(), after.file.PolicyVersion());
@@ -125,18 +125,24 @@ ExitCode Compare(const Side& before, const Side& after, const DiffOptions& optio
     return differences.HasOne() ? ExitCode::NotFound : ExitCode::Ok;
 }
 
+/// The page has edits that `apply` takes, so the versions are no edits there.
 ExitCode ComparePage(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
 {
     RequireOtherFile(options.output, {options.before, options.after});
+    const bool sameVersions = options.ignoreVersions || (before.file.PolicyVersion() == after.file.PolicyVersion() &&
+                                                         before.file.TaskVersion() == after.file.TaskVersion());
+    DiffOptions asEdits = options;
+    asEdits.json = true;
+    asEdits.ignoreVersions = true;
     std::ostringstream edits;
-    const ExitCode code = Compare(before, after, options, edits);
+    const ExitCode code = Compare(before, after, asEdits, edits);
     PageData data;
     data.Add(ReadForPage(options.before, before.file));
     data.Add(ReadForPage(options.after, after.file));
     const std::string title = "Differences: " + options.before + ", " + options.after;
     WritePageTo(options.output, data,
                 {PageHead::Kind::Differences, title, options.ignoreVersions, std::move(edits).str()}, out);
-    return code;
+    return sameVersions ? code : ExitCode::NotFound;
 }
 
 ExitCode RunDiff(const DiffOptions& options, Streams streams)

@@ -62,15 +62,18 @@ const Data = (() => {
       if (missing > most) {
         [common, most] = [MISSING, missing];
       }
-      return {key, count, missing, common, most, outliers: keys[key].kind === VERSION ? 0 : readable - most};
+      // What has no value that most files share varies by its nature: none of its values is an outlier.
+      const varies = 2 * most <= readable && readable > 1 && keys[key].kind !== VERSION;
+      return {key, count, missing, common, most, varies,
+        outliers: varies || keys[key].kind === VERSION ? 0 : readable - most};
     });
   }
   const distributions = distribute();
 
   // The keys of each entry that most files have.
   const expected = entries.map(() => []);
-  for (const {key, common} of distributions) {
-    if (common !== MISSING && keys[key].kind !== VERSION) {
+  for (const {key, common, varies} of distributions) {
+    if (common !== MISSING && !varies && keys[key].kind !== VERSION) {
       expected[keys[key].entry].push(key);
     }
   }
@@ -91,7 +94,7 @@ const Data = (() => {
     return shapeFacts.get(shape);
   }
 
-  const isOutlier = (key, value) => keys[key].kind !== VERSION && distributions[key].common !== value;
+  const isOutlier = (key, value) => distributions[key].outliers > 0 && distributions[key].common !== value;
 
   // For each entry of a file the number of its keys that are not as in most files.
   function outliersByEntry(file) {
@@ -104,7 +107,6 @@ const Data = (() => {
     }
     return result;
   }
-  const commonEntries = distributions.filter(({key, common}) => keys[key].kind === VERSION && common !== MISSING);
   const entryFiles = entries.map(() => 0);
   for (const {key, missing} of distributions) {
     if (keys[key].kind === VERSION) {
@@ -112,6 +114,7 @@ const Data = (() => {
     }
   }
   const isUsual = (entry) => 2 * entryFiles[entry] > readable;
+  const usualEntries = entries.map((_, entry) => entry).filter(isUsual);
   function outliersOf(file) {
     if (!isReadable(file)) {
       return 0;
@@ -121,8 +124,8 @@ const Data = (() => {
     for (const number of mine.values()) {
       sum += number;
     }
-    for (const {key} of commonEntries) {
-      sum += isUsual(keys[key].entry) && !mine.has(keys[key].entry) ? 1 : 0;
+    for (const entry of usualEntries) {
+      sum += mine.has(entry) ? 0 : 1;
     }
     return sum;
   }

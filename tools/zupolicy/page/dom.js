@@ -1,7 +1,7 @@
 // Builds elements. Every text goes into the page as text: nothing here parses HTML.
 const Dom = (() => {
   function append(element, children) {
-    for (const child of children.flat()) {
+    for (const child of children.flat(Infinity)) {
       if (child !== null && child !== undefined) {
         element.append(child);
       }

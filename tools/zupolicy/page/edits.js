@@ -77,7 +77,7 @@ const Edits = (() => {
         Dom.button("Download edits.jsonl", () => download(lines()), "main"),
         Dom.button("Copy the lines", () => Dom.copy(lines(), "the edits")),
         Dom.button("Copy the command", () => Dom.copy(command, command)),
-        Dom.button("Remove all", () => {
+        Data.isDifferences ? null : Dom.button("Remove all", () => {
           edits.clear();
           changed();
         })),

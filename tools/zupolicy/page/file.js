@@ -72,11 +72,10 @@ const FileView = (() => {
   }
 
   function spread(node, state) {
-    const {count, missing, outliers} = Data.distributions[node.key];
-    const same = count.get(state) ?? missing;
-    return Dom.make("p", {}, Dom.make("a", {href: `#setting=${node.key}`},
-      `${Format.number(same)} of ${Format.number(Data.readable)} files have this value`),
-      outliers > 0 ? "" : ", all of them");
+    const same = Data.distributions[node.key].count.get(state);
+    return Dom.make("p", {}, Dom.make("a", {href: `#setting=${node.key}`}, same === Data.readable
+      ? `All ${Format.number(same)} files have this value`
+      : `${Format.number(same)} of ${Format.number(Data.readable)} files have this value`));
   }
 
   function describe(node, files, headings) {
@@ -171,8 +170,8 @@ const FileView = (() => {
       Dom.make("span", {class: "badge added"}, `+ ${Format.number(count("added"))} only in the new file`), " ",
       Dom.make("span", {class: "badge removed"}, `\u2212 ${Format.number(count("removed"))} only in the old file`));
     return {
-      element: Dom.make("section", {class: "fill"}, Dom.make("div", {class: "filters"}, numbers, tree.choice,
-        tree.buttons), tree.element),
+      element: Dom.make("section", {class: "fill"}, Dom.make("h2", {class: "hidden"}, "Differences"),
+        Dom.make("div", {class: "filters"}, numbers, tree.choice, tree.buttons), tree.element),
       search: tree.search,
       show: () => tree.showFirst(),
     };

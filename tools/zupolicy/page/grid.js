@@ -23,7 +23,7 @@ const Grid = (() => {
       "aria-colcount": options.columns.length + (wide ? wide.columns() : 0)},
       Dom.make("div", {role: "rowgroup", class: "heads"}, head), body);
     const empty = Dom.make("p", {class: "nothing"}, options.nothing ?? "Nothing matches.");
-    const frame = Dom.make("div", {class: `frame ${options.className}-frame`}, element, empty);
+    const frame = Dom.make("div", {class: `frame ${options.className.split(" ")[0]}-frame`}, element, empty);
     const rows = new Map();
     let active = 0;
     let activeColumn = 0;

@@ -9,7 +9,7 @@ const Main = (() => {
   const VIEWS = Data.isDifferences ? [
     {name: "differences", label: "Differences", make: FileView.makeDifferences}, problems, edits,
   ] : Data.isMany ? [
-    {name: "settings", label: "Settings", make: Settings.makeView, count: () => count(Settings.differing, false)},
+    {name: "settings", label: "Settings", make: Settings.makeView, count: () => count(Settings.count, false)},
     {name: "matrix", label: "Matrix", make: Matrix.makeView},
     {name: "files", label: "Files", make: Files.makeView, count: () => count(Data.files.length, false)},
     problems, edits,
@@ -41,7 +41,7 @@ const Main = (() => {
       return {tab: Data.isMany ? "files" : "file=0", view: FileView.view(Number(file)),
         key: inRange(key, Data.keys) ? Number(key) : null};
     }
-    if (Data.isMany && inRange(setting, Data.keys)) {
+    if (Data.isMany && inRange(setting, Data.keys) && Data.keys[setting].kind !== Data.VERSION) {
       return {tab: "settings", view: Settings.makeOne(Number(setting)), key: null};
     }
     const named = VIEWS.find(({name}) => `#${name}` === hash) ?? VIEWS[0];

@@ -20,7 +20,7 @@ const Matrix = (() => {
         : Dom.make("span", {class: "none"}, "\u2013");
     }
     if (outliers > 0) {
-      return Dom.make("span", {class: "state rare"}, `${Format.number(outliers)} differ`);
+      return Dom.make("span", {class: "state rare"}, Format.counted(outliers, "differs", "differ"));
     }
     return Data.isUsual(entry) ? Dom.make("span", {class: "state same"}, "as most")
       : Dom.make("span", {class: "state rare"}, "extra");

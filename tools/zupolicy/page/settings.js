@@ -2,12 +2,11 @@
 const Settings = (() => {
   const SEGMENTS = 12;
 
-  // A setting from which few files differ comes before one from which many differ, and both before one that is the
-  // same everywhere.
-  const rank = ({outliers}) => outliers === 0 ? Infinity : outliers;
+  // A setting in which few files differ comes before one in which many differ, then those that have no usual value, then
+  // those that are the same everywhere.
+  const rank = ({outliers, varies}) => varies ? 1e9 : outliers === 0 ? 2e9 : outliers;
   const all = Data.distributions.filter(({key}) => Data.keys[key].kind !== Data.VERSION)
     .sort((one, other) => rank(one) - rank(other));
-  const differing = all.filter(({outliers}) => outliers > 0).length;
 
   // The states of a key with the number of files in each: the rarest first.
   function statesOf({count, missing}) {
@@ -17,7 +16,9 @@ const Settings = (() => {
     }
     return states.sort((one, other) => one.files - other.files);
   }
-  const kindOf = (state, {common}) => state === common ? "common" : state === Data.MISSING ? "missing" : "rare";
+  function kindOf(state, {common, varies}) {
+    return state === Data.MISSING ? "missing" : varies ? "varied" : state === common ? "common" : "rare";
+  }
 
   // One bar for all files, the outliers at its beginning.
   function bar(distribution) {
@@ -32,15 +33,16 @@ const Settings = (() => {
     }));
   }
 
-  function summary({count, missing, outliers}) {
-    if (outliers === 0) {
+  function summary({count, missing, outliers, varies}) {
+    if (outliers === 0 && !varies) {
       return Dom.make("span", {class: "badge good"}, "the same everywhere");
     }
     const parts = [Format.counted(count.size, "value", "values")];
     if (missing > 0) {
       parts.push(`${Format.counted(missing, "file misses", "files miss")} it`);
     }
-    return Dom.make("span", {}, Dom.make("span", {class: "badge warn"}, `${Format.number(outliers)} differ`),
+    return Dom.make("span", {}, varies ? Dom.make("span", {class: "badge varies"}, "varies")
+      : Dom.make("span", {class: "badge warn"}, Format.counted(outliers, "file differs", "files differ")),
       ` ${parts.join(", ")}`);
   }
 
@@ -49,14 +51,14 @@ const Settings = (() => {
     let found = all;
     const filters = [
       ["all", "all settings", () => true],
-      ["differ", "settings that differ", ({outliers}) => outliers > 0],
+      ["differ", "settings that differ", ({outliers, varies}) => varies || outliers > 0],
       ["missing", "settings that a file misses", ({missing}) => missing > 0],
       ["policies", "of policies", ({key}) => Data.entries[Data.keys[key].entry].taskId === null],
       ["tasks", "of tasks", ({key}) => Data.entries[Data.keys[key].entry].taskId !== null],
     ];
     let [, , passes] = filters[0];
     const grid = Grid.make({
-      label: "Settings, those from which few files differ first", className: "settings",
+      label: "Settings, those in which few files differ first", className: "settings",
       columns: ["Policy or task", "Setting", "Files by value", "Summary"],
       count: () => found.length,
       cells: (row) => {
@@ -163,5 +165,5 @@ const Settings = (() => {
     };
   }
 
-  return {makeView, makeOne, differing, count: all.length};
+  return {makeView, makeOne, count: all.length};
 })();

@@ -78,7 +78,6 @@ const Tree = (() => {
     return nodes;
   }
 
-  const LABELS = {file: "File", entry: "", section: "", fact: "", leaf: ""};
   const MARKS = {same: "", changed: "~", added: "+", removed: "\u2212"};
   const CHANGES = {same: "", changed: "changed", added: "only in the new file", removed: "only in the old file"};
 
@@ -174,7 +173,7 @@ const Tree = (() => {
     const isOpen = (row) => parents.has(rows[row]) ? query !== "" || !closed.has(rows[row]) : null;
     const grid = Grid.make({
       label: "Policies and tasks", isTree: true, columns,
-      className: `tree columns${columns.length}`,
+      className: `tree files${files.length}`,
       count: () => rows.length,
       level: (row) => nodes[rows[row]].level,
       isOpen, setOpen,
@@ -186,7 +185,7 @@ const Tree = (() => {
       cells: (row) => {
         const node = nodes[rows[row]];
         const open = isOpen(row);
-        const mark = files.length < 2 ? []
+        const mark = files.length < 2 || (node.change === "same" && parents.has(rows[row])) ? []
           : [Dom.make("span", {class: "mark", title: CHANGES[node.change]}, MARKS[node.change])];
         return [
           Dom.make("span", {class: `name l${node.level}`},
@@ -234,7 +233,10 @@ const Tree = (() => {
           show(row);
         }
       },
-      showFirst: () => show(Math.min(rows.length - 1, 0)),
+      // Shows the first setting.
+      showFirst() {
+        show(Math.max(0, rows.findIndex((place) => nodes[place].type === "leaf")));
+      },
     };
   }
 
