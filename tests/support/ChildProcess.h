@@ -28,6 +28,8 @@ struct ChildPlace {
     std::filesystem::path folder;
     /// Takes standard output in place of the run's `out`; empty for none.
     std::string outDevice;
+    /// A file that is standard input; empty: that of the test.
+    std::filesystem::path input{};
 };
 
 /// Runs a program and waits for it. The component is not registered for it. Several may run in one folder.

@@ -27,7 +27,7 @@ constexpr BadEdit kBadEdits[] = {
     {R"({"edit":1})", "1:9: \"edit\" must be a text"},
     {R"({"schema":2,"edit":"set"})", "1:11: \"schema\" must be 1: this program knows no other form of edits"},
     {R"({"schema":"1","edit":"set"})", "1:11: \"schema\" must be 1: this program knows no other form of edits"},
-    {R"({"schema":1.0,"edit":"set"})", "1:11: \"schema\" must be 1: this program knows no other form of edits"},
+    {R"({"schema":1.5,"edit":"set"})", "1:11: \"schema\" must be 1: this program knows no other form of edits"},
     {R"({"edit":"set","softwareId":"P","section":"S","name":"n"})", "1:1: \"name\" and \"value\" belong together"},
     {R"({"edit":"set","softwareId":"P","section":"S","value":"n"})", "1:1: \"name\" and \"value\" belong together"},
     {R"({"edit":"set","softwareId":"P","name":"n","value":"v"})", "1:1: an edit needs the member \"section\""},
@@ -76,9 +76,15 @@ constexpr BadEdit kBadEdits[] = {
     {R"({"edit":"create","softwareId":"P","sections":[{"name":"S","settings":[{"name":"n","value":"1"},{"name":"n","value":"1"}]}]})",
      "1:96: the setting \"n\" occurs again"},
     {R"({"edit":"set","edit":"set"})", "1:15: the member \"edit\" occurs again"},
-    {R"({"edit":"absent","softwareId":"P","before":{"a":[{"b":1,"b":1}]}})", "1:57: the member \"b\" occurs again"},
-    {R"({"edit":"absent","softwareId":"P","before":[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]})",
-     "1:59: the value is nested too deeply"},
+    {R"({"edit":"create","softwareId":"P","sections":[{"b":1,"b":1}]})", "1:54: the member \"b\" occurs again"},
+    {R"({"edit":"create","softwareId":"P","sections":[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]})",
+     "1:61: the value is nested too deeply"},
+    {R"({"edit":"absent","softwareId":"P","before":1e})",
+     "1:46: syntax error while parsing value - invalid number; expected '+', '-', or digit after exponent; last read: "
+     "'1e}'"},
+    {R"({"edit":"absent","softwareId":"P","section":1e999})", "1:45: \"section\" must be a text"},
+    {R"({"edit":"set","softwareId":"P","taskId":"T","fields":{"priority":"99999999999"}})",
+     "1:66: \"priority\" must be a whole number of 32 bits"},
     {R"({"edit":"set","softwareId":"P","section":"\u0000"})",
      "1:42: \"section\" holds a character that XML cannot hold"},
     {R"({"edit":"set","softwareId":"P","section":"S","name":"a\u001fb","value":""})",
@@ -97,6 +103,21 @@ TEST_F(EditForm, EachFault_IsRefusedAtItsPlaceBeforeAnyFileIsTouched)
             << row.text;
     }
     EXPECT_EQ(Bytes(), before);
+}
+
+TEST_F(EditForm, TheStateBefore_MayBeAnyJson)
+{
+    const ToolRun run = Apply(R"({"edit":"absent","softwareId":"P","before":1e999})"
+                              "\n"
+                              R"({"edit":"absent","softwareId":"P","before":{"a":[{"b":1,"b":-1E+999}],"a":"1e999"}})"
+                              "\n"
+                              R"({"before":[[[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]]],"edit":"absent","softwareId":"P"})"
+                              "\n"
+                              R"({"edit":"absent","softwareId":"P","before":"\"1e999","section":"S"})"
+                              "\n"
+                              R"({"schema":1.0,"edit":"absent","softwareId":"P"})");
+    EXPECT_EQ(run.messages, "");
+    EXPECT_THAT(run.out, testing::StartsWith("policy.xml: unchanged\n"));
 }
 
 TEST_F(EditForm, NullCharacterAfterAnEdit_IsRefusedWithItsPlace)

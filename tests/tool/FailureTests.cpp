@@ -78,6 +78,27 @@ TEST_F(FailureAsJson, NamesCodeFileSentenceAndSuggestion)
     }
 }
 
+TEST_F(FailureAsJson, NamesLossesOfAnExportAsItsResult)
+{
+    Folder().Write(u"twice.xml", SmallFile("",
+                                           "<TaskGroup SoftwareID='P' TaskID='T'><Task><Section name='S'><Setting "
+                                           "name='a'>1</Setting><Setting name='A'>2</Setting></Section></Task>"
+                                           "</TaskGroup>"));
+    const std::vector<std::string> line = {"export-ini", "twice.xml", "P", "task.ini", "--task", "T"};
+    std::vector<std::string> withJson = line;
+    withJson.emplace_back("--json");
+    const ToolRun run = Tool(withJson);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.messages, HasSubstr("warning: "));
+    const json report = json::parse(run.out);
+    EXPECT_EQ(report["written"], "task.ini");
+    ASSERT_EQ(report["warnings"].size(), 1U);
+    EXPECT_THAT(report["warnings"][0]["message"], HasSubstr("have the same name in an INI file"));
+    std::vector<std::string> quiet = line;
+    quiet.emplace_back("-q");
+    EXPECT_EQ(Out(quiet), "");
+}
+
 TEST_F(FailureAsJson, NamesTheMissingElement)
 {
     Folder().Write(u"empty.xml", "<F><PolicyRoot/></F>");
@@ -148,6 +169,22 @@ TEST_F(FailureAsJson, QuietCommandsSayOnlyByTheExitCodeThatSomethingIsMissing)
         EXPECT_EQ(run.out + run.messages, "");
     }
     EXPECT_THAT(Tool({"get", "none.xml", "P", "S", "N", "-q"}), Fails(3, HasSubstr("FileNotFound")));
+}
+
+class Input : public ToolTest {};
+
+TEST_F(Input, IsFileDash)
+{
+    const std::vector<std::string> get = {"get", "-", "PRODUCTA1000", "General", "ScanInterval"};
+    EXPECT_EQ(ToolReading(u"policy.xml", get).out, "60\n");
+    EXPECT_THAT(ToolReading(u"policy.xml", {"show", "-", "--json"}).out, HasSubstr("\"file\": \"-\""));
+    const ToolRun same = ToolReading(u"policy.xml", {"diff", "policy.xml", "-"});
+    EXPECT_EQ(same.out + same.messages, "");
+    const std::vector<std::string> set = {"set", "-", "PRODUCTA1000", "General", "ScanInterval", "61"};
+    EXPECT_THAT(ToolReading(u"policy.xml", set), Fails(2, HasSubstr("-: standard input cannot be replaced")));
+    Folder().Write(u"broken.xml", "<a>\n<b>\x1A</a>");
+    EXPECT_THAT(ToolReading(u"broken.xml", {"check", "-"}), Fails(3, "-:2:4: not well-formed (invalid token)\n"))
+        << "Ctrl-Z is no end";
 }
 
 }  // namespace

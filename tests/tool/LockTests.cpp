@@ -89,6 +89,9 @@ TEST_F(Lock, LockThatIsNotReleased_IsWaitedForUntilTheTimeout)
                 Fails(6, "zupolicy: policy.xml: another process is editing it; gave up after 1 s (--lock-timeout)\n"));
     EXPECT_GE(std::chrono::steady_clock::now() - begin, 1s);
     EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTB2000", "--lock-timeout", "0"}), Fails(6, HasSubstr("0 s")));
+    const ToolRun run = SetLogLevel({"--lock-timeout", "0", "--json"});
+    EXPECT_THAT(run.out, HasSubstr("{\"code\": \"FFFFFAEB\", \"name\": \"FileLocked\", \"exit\": 6, "
+                                   "\"file\": \"policy.xml\""));
     EXPECT_EQ(Bytes(), before);
 }
 

@@ -172,6 +172,15 @@ TEST_F(NativeTool, AFullStandardOutput_IsAFailureForADocumentToo)
     EXPECT_EQ(run.messages, "zupolicy: writing to standard output failed\n");
 }
 
+TEST_F(NativeTool, ExportIni_ThatIsWrittenAndCannotBeReported_EndsWith7)
+{
+    const ToolRun run = RunTool({Folder().Folder(), "/dev/full"}, {"export-ini", "policy.xml", "PRODUCTA1000",
+                                                                   "task.ini", "--task", "{task-1}", "--json"});
+    EXPECT_EQ(run.exitCode, 7);
+    EXPECT_EQ(run.messages, "zupolicy: the export was written, but: writing to standard output failed\n");
+    EXPECT_THAT(Bytes(u"task.ini"), HasSubstr("Hour=2"));
+}
+
 TEST_F(NativeTool, AFullStandardOutput_IsAFailureForDifferencesToo)
 {
     ASSERT_EQ(Tool({"set", "policy.xml", "PRODUCTB2000", "S", "N", "1", "--output", "new.xml"}).exitCode, 0);

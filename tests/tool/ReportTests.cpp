@@ -218,11 +218,10 @@ TEST_F(Report, Output_ThatCannotBeWritten_LeavesEverythingAsItWas)
 {
     std::filesystem::create_directory(Folder().Folder() / "folder");
     const std::string before = Bytes();
-    EXPECT_THAT(Tool({"report", "policy.xml", "-o", "folder"}),
-                Fails(3, HasSubstr("folder: it is not a regular file")));
+    EXPECT_THAT(Tool({"report", "policy.xml", "-o", "folder"}), Fails(3, HasSubstr("folder: ")));
     EXPECT_THAT(Tool({"report", "policy.xml", "-o", "missing/x.html"}), Fails(3, HasSubstr("missing/x.html: ")));
     EXPECT_THAT(Tool({"report", "policy.xml", "-o", "./policy.xml"}),
-                Fails(3, HasSubstr("the page would replace a file that it is about")));
+                Fails(2, HasSubstr("is one of the files that the page is about")));
     EXPECT_EQ(Bytes(), before);
     EXPECT_EQ(Folder().Names(), (std::vector<std::string>{"folder", "policy.xml"}));
 }

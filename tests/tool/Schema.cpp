@@ -177,7 +177,10 @@ bool IsHelp(const std::vector<std::string>& arguments)
 
 std::string SchemaOf(const std::string& command)
 {
-    return command == "set" || command == "remove" ? "change.json" : command + ".json";
+    if (command == "set" || command == "remove") {
+        return "change.json";
+    }
+    return (command == "import" ? "apply" : command) + ".json";
 }
 
 void ExpectDocument(const nlohmann::ordered_json& document, const std::string& command, int exitCode)

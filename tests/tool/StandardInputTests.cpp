@@ -1,4 +1,4 @@
-// FILE "-". A shell leads standard input, so these tests are native; RunChild gives a Windows program none.
+// FILE "-", from pipes and in other ways that need a shell.
 #include <cstdlib>
 
 #include "ToolTest.h"

@@ -15,12 +15,14 @@ struct ToolPlace {
     std::filesystem::path folder;
     /// Takes standard output in place of the run's `out`; empty for none.
     std::string outDevice;
+    /// A file that is standard input; empty: that of the test.
+    std::filesystem::path input{};
 };
 
 /// Runs the tool and waits for it.
 [[nodiscard]] inline ToolRun RunTool(const ToolPlace& place, const std::vector<std::string>& arguments)
 {
-    return RunChild({ZUPM_TOOL, place.folder, place.outDevice}, arguments);
+    return RunChild({ZUPM_TOOL, place.folder, place.outDevice, place.input}, arguments);
 }
 
 }  // namespace zupm::test

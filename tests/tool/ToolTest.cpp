@@ -37,6 +37,13 @@ ToolRun ToolTest::Tool(const std::vector<std::string>& arguments) const
     return run;
 }
 
+ToolRun ToolTest::ToolReading(std::u16string_view file, const std::vector<std::string>& arguments) const
+{
+    ToolRun run = RunTool({m_folder.Folder(), {}, m_folder.Folder() / file}, arguments);
+    ExpectJsonOf(arguments, run);
+    return run;
+}
+
 std::string ToolTest::Out(const std::vector<std::string>& arguments) const
 {
     const ToolRun run = Tool(arguments);

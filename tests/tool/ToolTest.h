@@ -21,6 +21,8 @@ protected:
 
     /// Runs the tool; what it prints as JSON must fit its schemas.
     [[nodiscard]] ToolRun Tool(const std::vector<std::string>& arguments) const;
+    /// As Tool, with a file of the folder as standard input.
+    [[nodiscard]] ToolRun ToolReading(std::u16string_view file, const std::vector<std::string>& arguments) const;
     /// Runs the tool, expects success and no message, and returns its output.
     [[nodiscard]] std::string Out(const std::vector<std::string>& arguments) const;
 

@@ -25,6 +25,9 @@ void Redirect(const char* path, int stream)
 {
     Redirect(place.outDevice.empty() ? streams.Out().c_str() : place.outDevice.c_str(), STDOUT_FILENO);
     Redirect(streams.Messages().c_str(), STDERR_FILENO);
+    if (!place.input.empty() && dup2(open(place.input.c_str(), O_RDONLY), STDIN_FILENO) < 0) {
+        _exit(126);
+    }
     // A registry file that does not exist: the program must find the component all the same.
     if (chdir(place.folder.c_str()) != 0 || setenv("ZUREGISTRY", "no-such-registry", 1) != 0) {
         _exit(126);

@@ -40,7 +40,20 @@ HANDLE OutputFile(const std::filesystem::path& path)
     return file;
 }
 
-HANDLE Start(std::wstring line, const std::filesystem::path& folder, const ChildStreams& streams)
+/// No handle for no file.
+HANDLE InputFile(const std::filesystem::path& path)
+{
+    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    const HANDLE file =
+        path.empty() ? nullptr
+                     : CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, &inherited, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        throw std::runtime_error("a program's input file cannot be opened");
+    }
+    return file;
+}
+
+HANDLE Start(std::wstring line, const ChildPlace& place, const ChildStreams& streams)
 {
     // A program inherits every handle that can be, those of another program's streams too, and their files could not be
     // removed while it runs. So such handles exist for one start at a time.
@@ -49,11 +62,15 @@ HANDLE Start(std::wstring line, const std::filesystem::path& folder, const Child
     STARTUPINFOW start{};
     start.cb = sizeof(start);
     start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = InputFile(place.input);
     start.hStdOutput = OutputFile(streams.Out());
     start.hStdError = OutputFile(streams.Messages());
     PROCESS_INFORMATION process{};
-    const bool isStarted =
-        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start, &process) != 0;
+    const bool isStarted = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                          place.folder.c_str(), &start, &process) != 0;
+    if (start.hStdInput != nullptr) {
+        CloseHandle(start.hStdInput);
+    }
     CloseHandle(start.hStdOutput);
     CloseHandle(start.hStdError);
     if (!isStarted) {
@@ -81,7 +98,7 @@ ChildRun RunChild(const ChildPlace& place, const std::vector<std::string>& argum
         line += L" " + Quoted(Wide(argument));
     }
     const ChildStreams streams(place.folder);
-    const int exitCode = Wait(Start(line, place.folder, streams));
+    const int exitCode = Wait(Start(line, place, streams));
     return {exitCode, ChildStreams::TextOf(streams.Out()), ChildStreams::TextOf(streams.Messages())};
 }
 

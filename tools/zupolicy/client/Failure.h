@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace zupm::tool {
 
@@ -22,11 +23,19 @@ enum class ExitCode : int {
 class Failure : public std::runtime_error {
 public:
     Failure(ExitCode code, const std::string& message) : std::runtime_error(message), m_code(code) {}
+    /// About a file: the line is "file: message".
+    Failure(ExitCode code, std::string file, const std::string& message)
+        : std::runtime_error(file + ": " + message), m_code(code), m_file(std::move(file))
+    {
+    }
 
     [[nodiscard]] ExitCode Code() const noexcept { return m_code; }
+    /// The file that it is about; may be empty.
+    [[nodiscard]] const std::string& File() const noexcept { return m_file; }
 
 private:
     ExitCode m_code;
+    std::string m_file;
 };
 
 }  // namespace zupm::tool

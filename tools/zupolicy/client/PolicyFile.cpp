@@ -50,7 +50,7 @@ IfChanged IfChangedFor(bool force)
 void RequireName(const std::string& path)
 {
     if (!IsUtf8(path)) {
-        throw FileFailure(ExitCode::FileError, path, "the name is not valid UTF-8");
+        throw Failure(ExitCode::FileError, path, "the name is not valid UTF-8");
     }
 }
 

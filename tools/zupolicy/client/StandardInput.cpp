@@ -14,16 +14,16 @@
 namespace zupm::tool {
 namespace {
 
-ProblemFailure NoInput(const std::string& reason)
+Failure NoInput(const std::string& reason)
 {
-    return FileFailure(ExitCode::FileError, std::string(kStandardInput), reason);
+    return Failure(ExitCode::FileError, std::string(kStandardInput), reason);
 }
 
 void RequireFirstTime()
 {
     static std::atomic<bool> wasRead = false;
     if (wasRead.exchange(true)) {
-        throw FileFailure(ExitCode::Usage, std::string(kStandardInput), "standard input can be read only once");
+        throw Failure(ExitCode::Usage, std::string(kStandardInput), "standard input can be read only once");
     }
 }
 

@@ -7,9 +7,10 @@
 #include <sstream>
 #include <utility>
 
+#include "tools/zupolicy/client/Backup.h"
+#include "tools/zupolicy/client/Interrupt.h"
 #include "tools/zupolicy/client/StandardInput.h"
-#include "tools/zupolicy/commands/Backup.h"
-#include "tools/zupolicy/commands/Interrupt.h"
+#include "tools/zupolicy/commands/FileText.h"
 #include "tools/zupolicy/model/MakeObjects.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/model/WriteEntry.h"
@@ -144,6 +145,15 @@ void States::Refuse(const model::EditRequest& edit, const model::Refusal& refusa
         throw ProblemFailure({code, ExitCode::NotFound, m_file.Path(), 0, 0, about + client::SentenceOf(code) + place,
                               SimilarTo(edit.id)});
     }
+    if (refusal.reason == model::Refusal::Reason::Exists) {
+        throw ProblemFailure({{},
+                              ExitCode::Other,
+                              m_file.Path(),
+                              0,
+                              0,
+                              about + "exists already, and differs" + place,
+                              "--replace makes it like the entry, --merge sets what the entry has"});
+    }
     throw ProblemFailure({{},
                           ExitCode::Other,
                           m_file.Path(),
@@ -204,7 +214,14 @@ void Apply(const ApplyTask& task, ApplyResult& result)
         result.state = ApplyResult::State::Unchanged;
         return;
     }
+    if (task.diff) {
+        result.diff =
+            UnifiedDiff({result.file, result.file, TextOfFile(result.file), TextOfDocument(edit.File())}, *task.diff);
+    }
     if (task.dryRun) {
+        if (task.backupSuffix) {
+            RehearseBackup(result.file, *task.backupSuffix);
+        }
         edit.Rehearse(task.force ? IfChanged::Overwrite : IfChanged::Refuse);
         result.differences = differences.str();
     } else {

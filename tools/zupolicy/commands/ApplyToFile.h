@@ -8,6 +8,7 @@
 
 #include "tools/zupolicy/model/EditRequest.h"
 #include "tools/zupolicy/report/ApplyReport.h"
+#include "tools/zupolicy/report/UnifiedDiff.h"
 
 namespace zupm::tool {
 
@@ -18,6 +19,7 @@ struct ApplyTask {
     std::optional<std::string> backupSuffix;
     bool dryRun = false;
     bool force = false;
+    std::optional<Form> diff;  ///< the form of the differences of texts that are wanted
     std::chrono::milliseconds patience{};
 };
 

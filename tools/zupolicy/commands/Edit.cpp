@@ -5,15 +5,19 @@
 #include <string>
 #include <utility>
 
+#include "tools/zupolicy/client/Backup.h"
 #include "tools/zupolicy/client/Files.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/commands/FileText.h"
 #include "tools/zupolicy/report/Change.h"
+#include "tools/zupolicy/report/Colour.h"
 #include "tools/zupolicy/report/Json.h"
+#include "tools/zupolicy/report/UnifiedDiff.h"
 
 namespace zupm::tool {
 namespace {
 
-void Commit(PolicyFile& file, const EditOptions& options)
+void CommitAlone(PolicyFile& file, const EditOptions& options)
 {
     try {
         file.Commit(options.force);
@@ -27,6 +31,36 @@ void Commit(PolicyFile& file, const EditOptions& options)
     }
 }
 
+/// Replaces the file, with a backup when one is wanted. A backup of a file that was not replaced goes again.
+void Commit(PolicyFile& file, Change& change, const EditOptions& options)
+{
+    if (options.backupSuffix.empty()) {
+        CommitAlone(file, options);
+        return;
+    }
+    change.backup = WriteBackup(file.Path(), options.backupSuffix);
+    try {
+        CommitAlone(file, options);
+    } catch (const ProblemFailure& failure) {
+        if (failure.What().code != result::WrittenNotFlushed) {
+            RemoveBackup(*change.backup);
+        }
+        throw;
+    } catch (...) {
+        RemoveBackup(*change.backup);
+        throw;
+    }
+}
+
+/// Throws what Commit would throw, as far as that can be known without writing.
+void Rehearse(PolicyFile& file, const EditOptions& options)
+{
+    if (!options.backupSuffix.empty()) {
+        RehearseBackup(file.Path(), options.backupSuffix);
+    }
+    file.RehearseCommit(options.force);
+}
+
 /// A file that would only get new time stamps is not written, so a job that runs every hour does not write it every
 /// hour. The file of --output is always written.
 void Write(PolicyFile& file, Change& change, const EditOptions& options)
@@ -35,7 +69,7 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
         file.Write(*options.output);
         change.written = *options.output;
     } else if (change.changed) {
-        Commit(file, options);
+        Commit(file, change, options);
         change.written = file.Path();
     }
 }
@@ -44,7 +78,7 @@ void Write(PolicyFile& file, Change& change, const EditOptions& options)
 void RequireAnotherFile(const std::string& file, const std::string& output)
 {
     if (AreSameFile(file, output)) {
-        throw FileFailure(ExitCode::Usage, output, "is FILE itself; leave out --output to replace it");
+        throw Failure(ExitCode::Usage, output, "is FILE itself; leave out --output to replace it");
     }
 }
 
@@ -58,17 +92,44 @@ void WriteToStream(PolicyFile& file, std::ostream& out)
     WriteFileTo(out, folder.Path() / "document.xml");
 }
 
+/// "policy.xml: changed", for --verbose.
+std::string OutcomeText(const Change& change, const EditOptions& options)
+{
+    std::string text = change.file + ": " + (options.dryRun && change.changed ? "would be " : "") +
+                       (change.changed ? "changed" : "unchanged");
+    if (options.output && !options.dryRun) {
+        text += options.GoesToStandardOutput() ? ", written to standard output" : ", written to " + *options.output;
+    }
+    return text + (change.backup ? ", backup " + *change.backup : "");
+}
+
 void Print(const Change& change, const EditOptions& options, Streams streams)
 {
+    if (options.verbose) {
+        streams.messages.Line(OutcomeText(change, options));
+    }
     if (options.json) {
         WriteChangeAsJson(streams.data, change);
-    } else if (options.dryRun) {
+    } else if (change.diff) {
+        WriteDiff(streams.data, *change.diff, HasColour(StandardStream::Output));
+    } else if (options.dryRun && !options.quiet) {
         streams.data << ChangeAsText(change);
     }
     streams.data.flush();
     if (!streams.data && change.written) {
-        throw FileFailure(ExitCode::Written, *change.written, "was written, but writing to standard output failed");
+        throw Failure(ExitCode::Written, *change.written, "was written, but writing to standard output failed");
     }
+}
+
+/// The difference between FILE and what is written.
+std::string DiffOf(PolicyFile& file, const EditOptions& options)
+{
+    const TemporaryFolder folder;
+    const std::string path = ToUtf8((folder.Path() / "document.xml").u16string());
+    file.Write(path);
+    const std::string newName = options.output.value_or(file.Path());
+    return UnifiedDiff({file.Path(), newName, TextOfFile(file.Path()), TextOfFile(path)},
+                       options.json ? Form::Exact : Form::Visible);
 }
 
 }  // namespace
@@ -95,14 +156,21 @@ PolicyFile OpenToEdit(const std::string& file, const EditOptions& options)
 
 void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Streams streams)
 {
+    change.file = file.Path();
     if (options.GoesToStandardOutput()) {
         WriteToStream(file, streams.data);
+        if (options.verbose) {
+            streams.messages.Line(OutcomeText(change, options));
+        }
         return;
+    }
+    if (options.diff) {
+        change.diff = change.changed ? DiffOf(file, options) : "";
     }
     if (!options.dryRun) {
         Write(file, change, options);
     } else if (!options.output && change.changed) {
-        file.RehearseCommit(options.force);
+        Rehearse(file, options);
     }
     Print(change, options, streams);
 }

@@ -44,7 +44,7 @@ void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesy
 void RequireNotThePolicyFile(const std::string& policyFile, const std::string& iniFile)
 {
     if (AreSameFile(policyFile, iniFile)) {
-        throw FileFailure(ExitCode::Usage, iniFile, "is the policy file; name another file for the export");
+        throw Failure(ExitCode::Usage, iniFile, "is the policy file; name another file for the export");
     }
 }
 

@@ -4,10 +4,8 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <iostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tools/zupolicy/client/Failure.h"
@@ -27,20 +25,6 @@ bool HoldStream(int stream)
     // NOLINTEND(cppcoreguidelines-pro-type-vararg)
 }
 
-bool IsSet(const char* variable)
-{
-    const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): no thread exists yet
-    return value != nullptr && *value != '\0';
-}
-
-zupm::tool::Console StandardError()
-{
-    const bool isTerminal = isatty(STDERR_FILENO) == 1;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): no thread exists yet
-    const bool knowsColours = IsSet("TERM") && std::string_view(std::getenv("TERM")) != "dumb";
-    return {isTerminal, isTerminal && knowsColours && !IsSet("NO_COLOR")};
-}
-
 }  // namespace
 
 int main(int count, char** arguments)
@@ -53,5 +37,5 @@ int main(int count, char** arguments)
     // Likewise a file that may not become as large as it has to.
     static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
-    return zupm::tool::Run(texts, std::cout, std::cerr, StandardError());
+    return zupm::tool::Run(texts, std::cout, std::cerr);
 }

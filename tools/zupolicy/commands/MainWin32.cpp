@@ -19,12 +19,9 @@ int wmain(int count, wchar_t** arguments)
         texts.push_back(zupm::tool::ToUtf8(std::u16string(argument.begin(), argument.end())));
     }
     SetConsoleOutputCP(CP_UTF8);
-    // Text mode would end at the first Ctrl-Z of a file.
+    // A value must be read and printed unchanged; text mode would change each line break in it.
     _setmode(_fileno(stdin), _O_BINARY);
-    // A value must be printed unchanged; text mode would add a carriage return to each line break in it.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
-    DWORD mode = 0;
-    const bool isTerminal = GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
-    return zupm::tool::Run(texts, std::cout, std::cerr, {isTerminal, false});
+    return zupm::tool::Run(texts, std::cout, std::cerr);
 }

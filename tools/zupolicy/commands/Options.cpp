@@ -8,10 +8,20 @@ namespace {
 /// Standard output takes either the document or a report.
 void RequireOneUseOfStandardOutput(const EditOptions& edit)
 {
-    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun)) {
+    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun || edit.diff)) {
         throw CLI::ValidationError(
             std::string("--output - writes the document to standard output and cannot be used with ") +
-            (edit.json ? "--json" : "--dry-run"));
+            (edit.json     ? "--json"
+             : edit.dryRun ? "--dry-run"
+                           : "--diff"));
+    }
+}
+
+/// With --output FILE is not replaced.
+void RequireOneWay(const EditOptions& edit)
+{
+    if (edit.output && !edit.backupSuffix.empty()) {
+        throw CLI::ValidationError("--backup copies the file that is replaced and cannot be used with --output");
     }
 }
 
@@ -73,17 +83,47 @@ CLI::Option* AddPageOutput(CLI::App& line, std::string& output)
         ->type_name("PATH");
 }
 
+void RequireSuffix(const std::string& suffix)
+{
+    if (suffix.find_first_of("/\\") != suffix.npos) {
+        throw CLI::ValidationError("--backup takes a suffix such as .bak, not a path");
+    }
+}
+
+void AddWrite(CLI::App& line, WriteOptions& write)
+{
+    line.add_flag("-n,--dry-run", write.dryRun, "Print what would change and write nothing");
+    line.add_flag("--diff", write.diff, "Print the lines of the file that change");
+    line.add_flag("--force", write.force, "Write the file even when another program changed it in the meantime");
+    AddLockTimeout(line, write.lockTimeoutSeconds);
+    line.add_flag("--json", write.json, "Print the change as JSON");
+    CLI::Option* const quiet =
+        line.add_flag("-q,--quiet", write.quiet, "Print no report; failures, --json and --diff are printed");
+    line.add_flag("-v,--verbose", write.verbose, "Say for each file whether it changed, as a message")->excludes(quiet);
+}
+
+void AddBackup(CLI::App& line, WriteOptions& write)
+{
+    line.add_flag("--backup{.bak}", write.backupSuffix,
+                  "Copy each file that changes to FILE.bak first, or with --backup=SUFFIX to another name beside it");
+}
+
 void AddEdit(CLI::App& line, EditOptions& edit)
 {
-    line.add_option("--output", edit.output,
+    line.add_option("-o,--output", edit.output,
                     "Write the result to PATH (- for standard output) and leave FILE as it is (default: replace FILE "
                     "in one step)")
         ->type_name("PATH");
-    line.add_flag("--dry-run", edit.dryRun, "Print what would change and write nothing");
-    line.add_flag("--force", edit.force, "Write the file even when another program changed it in the meantime");
-    line.add_flag("--json", edit.json, "Print the change as JSON");
-    AddLockTimeout(line, edit.lockTimeoutSeconds);
-    line.callback([&edit] { RequireOneUseOfStandardOutput(edit); });
+    AddWrite(line, edit);
+    AddBackup(line, edit);
+    line.callback([&edit] { RequireConsistent(edit); });
+}
+
+void RequireConsistent(const EditOptions& edit)
+{
+    RequireSuffix(edit.backupSuffix);
+    RequireOneUseOfStandardOutput(edit);
+    RequireOneWay(edit);
 }
 
 }  // namespace zupm::tool

@@ -15,13 +15,21 @@ class Option;
 
 namespace zupm::tool {
 
-/// Where and how the commands that edit write their result.
-struct EditOptions {
-    std::optional<std::string> output;
+/// How every command that writes a policy file does it.
+struct WriteOptions {
     bool dryRun = false;
     bool force = false;
     bool json = false;
+    bool diff = false;
+    bool quiet = false;
+    bool verbose = false;
+    std::string backupSuffix;  ///< empty for no backup
     unsigned lockTimeoutSeconds = 10;
+};
+
+/// Where and how `set` and `remove` write their result.
+struct EditOptions : WriteOptions {
+    std::optional<std::string> output;
 
     /// A file of this name can be written as ./-
     [[nodiscard]] bool GoesToStandardOutput() const { return output == "-"; }
@@ -40,7 +48,14 @@ void AddJobs(CLI::App& line, unsigned& jobs, const char* description);
 void AddLockTimeout(CLI::App& line, unsigned& seconds);
 /// Where a page goes; "-" is standard output.
 CLI::Option* AddPageOutput(CLI::App& line, std::string& output);
+/// A suffix is part of a name: a backup always lies beside its file. Throws the parser's error.
+void RequireSuffix(const std::string& suffix);
+/// All of WriteOptions but the backup.
+void AddWrite(CLI::App& line, WriteOptions& write);
+void AddBackup(CLI::App& line, WriteOptions& write);
 /// The parser refuses options that exclude each other.
 void AddEdit(CLI::App& line, EditOptions& edit);
+/// What the callback of AddEdit requires, for a command with a callback of its own. Throws the parser's error.
+void RequireConsistent(const EditOptions& edit);
 
 }  // namespace zupm::tool

@@ -1,10 +1,11 @@
 #include "tools/zupolicy/commands/PageFiles.h"
 
 #include <ostream>
+#include <sstream>
 #include <utility>
 
 #include "tools/zupolicy/client/Files.h"
-#include "tools/zupolicy/client/ReplacedFile.h"
+#include "tools/zupolicy/client/LockedFile.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/Page.h"
 
@@ -61,7 +62,7 @@ void RequireOtherFile(const std::string& output, const std::vector<std::string>&
 {
     for (const std::string& file : files) {
         if (output != "-" && file != "-" && AreSameFile(output, file)) {
-            throw FileFailure(ExitCode::FileError, output, "the page would replace a file that it is about");
+            throw Failure(ExitCode::Usage, output, "is one of the files that the page is about");
         }
     }
 }
@@ -72,9 +73,10 @@ void WritePageTo(const std::string& output, const PageData& data, const PageHead
         WritePage(standardOutput, data, head);
         return;
     }
-    ReplacedFile file(output);
-    WritePage(file.Stream(), data, head);
-    file.Commit();
+    RequireName(output);
+    std::ostringstream page;
+    WritePage(page, data, head);
+    WriteWhole(output, page.view());
 }
 
 }  // namespace zupm::tool

@@ -16,10 +16,10 @@ namespace zupm::tool {
 /// The same for the file at a path; a failure is part of the result. Call it on a thread with a Runtime.
 [[nodiscard]] PageFile ReadForPage(const std::string& path);
 
-/// Writes the page to standard output (`output` is "-"), or in one step to a file. Throws ProblemFailure (FileError).
+/// Writes the page to standard output (`output` is "-"), or in one step to a file. Throws Failure (FileError).
 void WritePageTo(const std::string& output, const PageData& data, const PageHead& head, std::ostream& standardOutput);
 
-/// Throws ProblemFailure (FileError) when the page would replace a file that it is about.
+/// Throws Failure (Usage) when the page would replace a file that it is about.
 void RequireOtherFile(const std::string& output, const std::vector<std::string>& files);
 
 }  // namespace zupm::tool

@@ -17,6 +17,7 @@ struct RemoveOptions {
     Target target;
     std::optional<std::string> section;
     std::optional<std::string> name;
+    bool ignoreMissing = false;
     EditOptions edit;
 };
 
@@ -32,19 +33,35 @@ std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& optio
     return before;
 }
 
+/// Removes what the options name from the document; returns the value of a removed setting.
+std::optional<std::string> Remove(PolicyFile& file, const RemoveOptions& options)
+{
+    if (!options.section) {
+        file.Remove(options.target);
+        return std::nullopt;
+    }
+    const auto entry = file.Find(options.target);
+    std::optional<std::string> before = RemoveInside(*entry, options);
+    file.Add(*entry);
+    return before;
+}
+
 ExitCode RunRemove(const RemoveOptions& options, Streams streams)
 {
     PolicyFile file = OpenToEdit(options.file, options.edit);
-    Change change{options.target, false, options.section, options.name, {}, {}, {}, true, {}};
-    Explaining({options.file, options.target, options.section, options.name}, [&] {
-        if (options.section) {
-            const auto entry = file.Find(options.target);
-            change.before = RemoveInside(*entry, options);
-            file.Add(*entry);
-        } else {
-            file.Remove(options.target);
+    Change change;
+    change.target = options.target;
+    change.section = options.section;
+    change.name = options.name;
+    try {
+        Explaining({options.file, options.target, options.section, options.name},
+                   [&] { change.before = Remove(file, options); });
+    } catch (const ProblemFailure& failure) {
+        if (!options.ignoreMissing || failure.Code() != ExitCode::NotFound) {
+            throw;
         }
-    });
+        change.changed = false;
+    }
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
 }
@@ -56,6 +73,7 @@ Action DeclareRemove(CLI::App& line)
     AddTarget(line, options->target);
     line.add_option("SECTION", options->section, "The section");
     line.add_option("NAME", options->name, "The setting");
+    line.add_flag("--ignore-missing", options->ignoreMissing, "What is not in the file is no failure (exit code 0)");
     AddEdit(line, options->edit);
     return [options](Streams streams) { return RunRemove(*options, streams); };
 }
@@ -69,6 +87,7 @@ constinit const Command kRemove{
         "  zupolicy remove policy.xml PRODUCTA1000 General Enabled\n"
         "  zupolicy remove policy.xml PRODUCTA1000 General\n"
         "  zupolicy remove policy.xml PRODUCTA1000 --dry-run\n"
+        "  zupolicy remove policy.xml PRODUCTA1000 General Enabled --ignore-missing --backup\n"
         "  zupolicy remove policy.xml PRODUCTA1000 --task '{task-1}'",
     .declare = DeclareRemove,
 };

@@ -7,7 +7,9 @@
 #include <ostream>
 #include <string>
 
+#include "tools/zupolicy/client/Terminal.h"
 #include "tools/zupolicy/commands/CommandLine.h"
+#include "tools/zupolicy/report/Colour.h"
 #include "tools/zupolicy/report/Excerpt.h"
 #include "tools/zupolicy/report/Problem.h"
 
@@ -88,10 +90,10 @@ ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
 
 }  // namespace
 
-int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages, Console console) noexcept
+int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages) noexcept
 {
     try {
-        Messages lines(messages, console);
+        Messages lines(messages, {IsTerminal(StandardStream::Error), HasColour(StandardStream::Error)});
         return static_cast<int>(RunGuarded(arguments, Streams{out, lines}));
     } catch (const std::exception&) {
         return static_cast<int>(ExitCode::Other);  // not even the report found memory

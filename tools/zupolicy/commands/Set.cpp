@@ -8,6 +8,7 @@
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/commands/Input.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/Visible.h"
@@ -18,10 +19,12 @@ namespace {
 struct SetOptions {
     std::string file;
     Target target;
-    std::string section;
-    std::string name;
-    std::string value;
+    std::optional<std::string> section;
+    std::optional<std::string> name;
+    std::optional<std::string> value;
+    std::optional<std::string> valueFile;
     bool create = false;
+    bool existing = false;
     TaskFields fields;
     EditOptions edit;
 };
@@ -92,52 +95,106 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
 /// it would be found from then on.
 void RequireKept(PolicyFile& file, const SetOptions& options)
 {
-    const auto kept = file.Find(options.target)->Find(options.section, options.name);
+    const auto kept = file.Find(options.target)->Find(*options.section, *options.name);
     if (kept != options.value && !options.target.taskId) {
-        throw FileFailure(ExitCode::Other, options.file,
-                          Describe(options.target) +
-                              ": the software ID occurs again, and the other policy would be found in place of the "
-                              "changed one; zupolicy apply can edit it");
+        throw Failure(ExitCode::Other, options.file,
+                      Describe(options.target) +
+                          ": the software ID occurs again, and the other policy would be found in place of the "
+                          "changed one; zupolicy apply can edit it");
     }
     if (kept != options.value) {
-        throw FileFailure(ExitCode::Other, options.file,
-                          Describe(options.target) + ": setting " + Shortened(options.name) + " of section " +
-                              Shortened(options.section) +
-                              " repeats a field of the task and cannot be set on its own; use --display-name, --type, "
-                              "--platforms or --priority");
+        throw Failure(ExitCode::Other, options.file,
+                      Describe(options.target) + ": setting " + Shortened(*options.name) + " of section " +
+                          Shortened(*options.section) +
+                          " repeats a field of the task and cannot be set on its own; use --display-name, --type, "
+                          "--platforms or --priority");
     }
 }
 
 /// Puts the value into the entry and the entry into the file.
 void Put(PolicyFile& file, Entry& entry, const SetOptions& options)
 {
-    entry.Put(options.section, options.name, options.value);
+    if (options.section) {
+        entry.Put(*options.section, *options.name, *options.value);
+    }
     try {
         file.Add(entry);
     } catch (const ProblemFailure& failure) {
         throw ProblemFailure(Explained(failure.What(), SoughtBy(options)));
     }
-    RequireKept(file, options);
+    if (options.section) {
+        RequireKept(file, options);
+    }
 }
 
-ExitCode RunSet(const SetOptions& options, Streams streams)
+/// The setting's value; with --existing it must be there.
+std::optional<std::string> ValueBefore(Entry& entry, const SetOptions& options)
 {
-    const std::string& value = Valid(options.value);
+    if (!options.section) {
+        return std::nullopt;
+    }
+    if (options.existing) {
+        return Explaining(SoughtBy(options), [&] { return entry.Get(*options.section, *options.name); });
+    }
+    return entry.Find(*options.section, *options.name);
+}
+
+ExitCode SetIn(const SetOptions& options, Streams streams)
+{
     PolicyFile file = OpenToEdit(options.file, options.edit);
     Found found = FindOrCreate(file, options);
-    const auto before = found.entry->Find(options.section, options.name);
-    const bool changed = found.isNew || before != value || !found.fields.empty();
-    if (changed) {
+    Change change;
+    change.target = options.target;
+    change.createsTarget = found.isNew;
+    change.section = options.section;
+    change.name = options.name;
+    change.before = ValueBefore(*found.entry, options);
+    change.after = options.value;
+    change.isAboutFields = !options.section;
+    change.changed = found.isNew || change.before != options.value || !found.fields.empty();
+    if (change.changed) {
         Put(file, *found.entry, options);
     }
-
-    Change change{options.target, found.isNew, options.section, options.name, {}, options.value, {}, changed, {}};
     change.fields = std::move(found.fields);
-    if (before) {
-        change.before = *before;
-    }
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
+}
+
+ExitCode RunSet(SetOptions options, Streams streams)
+{
+    if (options.valueFile) {
+        options.value = ReadValue(*options.valueFile);
+    }
+    if (options.value) {
+        static_cast<void>(Valid(*options.value));
+    }
+    return SetIn(options, streams);
+}
+
+bool HasFields(const TaskFields& fields)
+{
+    return fields.displayName || fields.type || fields.platforms || fields.creator || fields.priority;
+}
+
+/// SECTION, NAME and a value belong together, and without them there must be something else to set.
+void RequireWhole(const SetOptions& options)
+{
+    if (options.valueFile && options.value) {
+        throw CLI::ValidationError("--value-file takes the place of VALUE");
+    }
+    const bool hasValue = options.value || options.valueFile;
+    if (options.section && !options.name) {
+        throw CLI::ValidationError("NAME is required after SECTION");
+    }
+    if (options.name && !hasValue) {
+        throw CLI::ValidationError("VALUE is required after NAME (or --value-file)");
+    }
+    if (hasValue && !options.name) {
+        throw CLI::ValidationError("--value-file needs SECTION and NAME");
+    }
+    if (!options.section && !options.create && !HasFields(options.fields)) {
+        throw CLI::ValidationError("SECTION, NAME and VALUE are required, or a field of a task");
+    }
 }
 
 void AddTaskFields(CLI::App& line, TaskFields& fields)
@@ -157,12 +214,22 @@ Action DeclareSet(CLI::App& line)
     const auto options = std::make_shared<SetOptions>();
     AddFile(line, options->file);
     AddTarget(line, options->target);
-    line.add_option("SECTION", options->section, "The section")->required();
-    line.add_option("NAME", options->name, "The setting")->required();
-    line.add_option("VALUE", options->value, "Its new value, which may be empty")->required();
-    line.add_flag("--create", options->create, "Add the policy or task when it is not in the file");
+    line.add_option("SECTION", options->section, "The section");
+    line.add_option("NAME", options->name, "The setting");
+    line.add_option("VALUE", options->value, "Its new value, which may be empty");
+    line.add_option("--value-file", options->valueFile,
+                    "Read the value from PATH (- for standard input) in place of VALUE, without its last line break")
+        ->type_name("PATH");
+    CLI::Option* const create =
+        line.add_flag("--create", options->create, "Add the policy or task when it is not in the file");
+    line.add_flag("--existing", options->existing, "Add nothing: a section or setting that is missing is a failure")
+        ->excludes(create);
     AddTaskFields(line, options->fields);
     AddEdit(line, options->edit);
+    line.callback([options] {
+        RequireConsistent(options->edit);
+        RequireWhole(*options);
+    });
     return [options](Streams streams) { return RunSet(*options, streams); };
 }
 
@@ -172,10 +239,13 @@ constinit const Command kSet{
     .name = "set",
     .description =
         "Change one setting. A missing section or setting is added; a missing policy or task only with "
-        "--create. If the setting has the value already, FILE is not written",
+        "--create. If the setting has the value already, FILE is not written. Without SECTION, NAME and VALUE only the "
+        "given fields of a task change",
     .examples =
         "  zupolicy set policy.xml PRODUCTA1000 General Enabled 1\n"
         "  zupolicy set policy.xml PRODUCTA1000 General Switch -- -x\n"
+        "  zupolicy set policy.xml PRODUCTA1000 --task '{task-1}' --priority 5\n"
+        "  zupolicy set policy.xml PRODUCTA1000 Proxy Password --value-file secret.txt\n"
         "  zupolicy set policy.xml PRODUCTC3000 General Enabled 1 --create --output new.xml\n"
         "  zupolicy set policy.xml PRODUCTA1000 Plan Hour 3 --task '{task-9}' --create --type Scan",
     .declare = DeclareSet,

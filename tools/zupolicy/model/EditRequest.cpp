@@ -1,6 +1,9 @@
 #include "tools/zupolicy/model/EditRequest.h"
 
 #include <cstddef>
+#include <utility>
+
+#include "tools/zupolicy/model/Change.h"
 
 namespace zupm::model {
 namespace {
@@ -82,6 +85,21 @@ bool Create(const EditRequest& edit, std::optional<Entry>& state)
     return PutContent(*state, edit) || isNew;
 }
 
+/// The entry with the content of the edit alone.
+bool CreateExactly(const EditRequest& edit, std::optional<Entry>& state)
+{
+    Entry wanted = NewEntry(edit.id);
+    static_cast<void>(PutContent(wanted, edit));
+    if (state && Compare(&*state, &wanted).IsEmpty()) {
+        return false;
+    }
+    if (state && edit.kind == EditRequest::Kind::OwnEntry) {
+        throw Refusal{Refusal::Reason::Exists, {}, {}};
+    }
+    state = std::move(wanted);
+    return true;
+}
+
 bool Remove(std::optional<Entry>& state)
 {
     const bool existed = state.has_value();
@@ -116,6 +134,9 @@ bool Make(const EditRequest& edit, std::optional<Entry>& state)
             return Remove(state);
         case EditRequest::Kind::Entry:
             return Create(edit, state);
+        case EditRequest::Kind::ExactEntry:
+        case EditRequest::Kind::OwnEntry:
+            return CreateExactly(edit, state);
     }
     return false;
 }

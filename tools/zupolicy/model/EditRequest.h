@@ -25,7 +25,9 @@ struct EditRequest {
         WithoutSetting,  ///< the setting does not exist
         WithoutSection,
         WithoutEntry,
-        Entry,  ///< the policy or task exists, with at least this content
+        Entry,       ///< the policy or task exists, with at least this content
+        ExactEntry,  ///< it exists with this content and no more
+        OwnEntry,    ///< as ExactEntry, and an edit of one that exists with other content is refused
     };
 
     Kind kind = Kind::Setting;
@@ -42,6 +44,7 @@ struct EditRequest {
 struct Refusal {
     enum class Reason {
         NoSuchEntry,  ///< it works on a policy or task that the file does not have
+        Exists,       ///< the policy or task exists with other content
         Repeats,      ///< the setting repeats a field of the task, and the component will write the field there
     };
     Reason reason;

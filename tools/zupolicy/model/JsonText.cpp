@@ -1,9 +1,12 @@
 #include "tools/zupolicy/model/JsonText.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <system_error>
 #include <unordered_set>
 
 namespace zupm::model {
@@ -47,7 +50,10 @@ private:
 /// Builds the value from the parser's events.
 class Builder final : public json::json_sax_t {
 public:
-    Builder(std::string_view text, const std::size_t& read) : m_text(text), m_read(read) {}
+    Builder(std::string_view text, std::string_view ignored, const std::size_t& read)
+        : m_text(text), m_ignored(ignored), m_read(read)
+    {
+    }
 
     [[nodiscard]] JsonValue Take() { return std::move(m_root); }
 
@@ -55,6 +61,9 @@ public:
     bool boolean(bool /*value*/) override { return Put(JsonValue::Type::Boolean); }
     bool number_integer(number_integer_t value) override
     {
+        if (IsSkipped()) {
+            return true;
+        }
         JsonValue& put = Place();
         put.type = JsonValue::Type::Integer;
         put.integer = value;
@@ -65,12 +74,18 @@ public:
         constexpr auto kLargest = static_cast<number_unsigned_t>(INT64_MAX);
         return value > kLargest ? Put(JsonValue::Type::Number) : number_integer(static_cast<number_integer_t>(value));
     }
-    bool number_float(number_float_t /*value*/, const string_t& /*text*/) override
+    /// 1.0 is an integer, as it is for a schema.
+    bool number_float(number_float_t value, const string_t& /*text*/) override
     {
-        return Put(JsonValue::Type::Number);
+        constexpr number_float_t kExact = 9007199254740992.0;
+        const bool isInteger = std::trunc(value) == value && value >= -kExact && value <= kExact;
+        return isInteger ? number_integer(static_cast<number_integer_t>(value)) : Put(JsonValue::Type::Number);
     }
     bool string(string_t& value) override
     {
+        if (IsSkipped()) {
+            return true;
+        }
         JsonValue& put = Place();
         put.type = JsonValue::Type::Text;
         put.text = std::move(value);
@@ -95,20 +110,41 @@ private:
     [[nodiscard]] JsonValue& Place();
     [[nodiscard]] bool Put(JsonValue::Type type)
     {
+        if (IsSkipped()) {
+            return true;
+        }
         Place().type = type;
         return true;
     }
     [[nodiscard]] bool Open(JsonValue::Type type);
     [[nodiscard]] bool Close()
     {
-        m_levels.pop_back();
+        if (m_isSkipping) {
+            m_isSkipping = --m_skippedLevels != 0;
+        } else {
+            m_levels.pop_back();
+        }
+        m_previous = m_read;
+        return true;
+    }
+
+    /// Whether this value, which is neither an object nor an array, belongs to the ignored member.
+    [[nodiscard]] bool IsSkipped()
+    {
+        if (!m_isSkipping) {
+            return false;
+        }
+        m_isSkipping = m_skippedLevels != 0;
         m_previous = m_read;
         return true;
     }
 
     std::string_view m_text;
+    std::string_view m_ignored;
     const std::size_t& m_read;
-    std::size_t m_previous = 0;  ///< where the token before this one ends, at most one character more
+    bool m_isSkipping = false;        ///< in the value of the ignored member
+    std::size_t m_skippedLevels = 0;  ///< that are open in it
+    std::size_t m_previous = 0;       ///< where the token before this one ends, at most one character more
     JsonValue m_root;
     std::vector<Level> m_levels;
 };
@@ -136,6 +172,10 @@ JsonValue& Builder::Place()
 
 bool Builder::Open(JsonValue::Type type)
 {
+    if (m_isSkipping) {
+        ++m_skippedLevels;
+        return true;
+    }
     if (m_levels.size() == kMostLevels) {
         throw JsonComplaint{m_read - 1, "the value is nested too deeply"};
     }
@@ -148,11 +188,16 @@ bool Builder::Open(JsonValue::Type type)
 
 bool Builder::key(string_t& name)
 {
+    if (m_isSkipping) {
+        m_previous = m_read;
+        return true;
+    }
     const std::size_t at = TokenStart();
     Level& level = m_levels.back();
     if (!level.names.insert(name).second) {
         throw JsonComplaint{at, "the member \"" + name + "\" occurs again"};
     }
+    m_isSkipping = m_levels.size() == 1 && name == m_ignored;
     level.value->members.push_back({std::move(name), at, {}});
     return true;
 }
@@ -166,14 +211,53 @@ bool Builder::parse_error(std::size_t position, const std::string& /*token*/, co
                         std::string(reason == message.npos ? message : message.substr(reason))};
 }
 
+/// The end of the string that begins at a quotation mark.
+std::size_t EndOfString(std::string_view text, std::size_t at)
+{
+    for (++at; at < text.size() && text[at] != '"'; ++at) {
+        at += std::size_t{text[at] == '\\'};
+    }
+    return at + 1;
+}
+
+/// Whether a number is too large, or too near to 0, for the parser.
+bool IsOutOfRange(std::string_view number)
+{
+    double value = 0;
+    const char* const end = number.data() + number.size();
+    const auto [rest, error] = std::from_chars(number.data(), end, value);
+    return error == std::errc::result_out_of_range && rest == end;
+}
+
+/// The text with a small number in the place of each that the parser would refuse as too large. No member is a number
+/// of such a size, so each is refused or ignored by its type.
+std::string WithSmallNumbers(std::string_view text)
+{
+    constexpr std::string_view kSmall = "0.5";
+    std::string result(text);
+    for (std::size_t at = 0; at < text.size();) {
+        if (text[at] == '"') {
+            at = EndOfString(text, at);
+            continue;
+        }
+        const std::size_t end = std::min(text.find_first_not_of("+-.0123456789eE", at), text.size());
+        if (end - at > kSmall.size() && IsOutOfRange(text.substr(at, end - at))) {
+            result.replace(at, end - at, kSmall).insert(at + kSmall.size(), end - at - kSmall.size(), ' ');
+        }
+        at = std::max(end, at + 1);
+    }
+    return result;
+}
+
 }  // namespace
 
-JsonValue ReadJson(std::string_view text)
+JsonValue ReadJson(std::string_view text, std::string_view ignored)
 {
+    const std::string small = WithSmallNumbers(text);
     std::size_t read = 0;
-    Builder builder(text, read);
+    Builder builder(small, ignored, read);
     // The end is never moved, so it needs no count of its own.
-    json::sax_parse(Reading(text.data(), read), Reading(text.data() + text.size(), read), &builder);
+    json::sax_parse(Reading(small.data(), read), Reading(small.data() + small.size(), read), &builder);
     return builder.Take();
 }
 

@@ -36,8 +36,9 @@ struct JsonComplaint {
     std::string message;
 };
 
-/// Reads a text that is one JSON value. Refused are also two members of one name and more levels than any edit has.
-/// Throws JsonComplaint, std::bad_alloc.
-[[nodiscard]] JsonValue ReadJson(std::string_view text);
+/// Reads a text that is one JSON value. Refused are also two members of one name and more levels than any edit has. The
+/// member `ignored` of the outermost object may have any value that is JSON; its value is reported as null. Throws
+/// JsonComplaint, std::bad_alloc.
+[[nodiscard]] JsonValue ReadJson(std::string_view text, std::string_view ignored = {});
 
 }  // namespace zupm::model

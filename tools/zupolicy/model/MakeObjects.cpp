@@ -22,7 +22,7 @@ ComPtr<Interface> NewObject()
 PolicyFile MakeFile(const std::string& path)
 {
     if (!tool::IsUtf8(path)) {
-        throw tool::FileFailure(tool::ExitCode::FileError, path, "the file name is not valid UTF-8");
+        throw tool::Failure(tool::ExitCode::FileError, path, "the file name is not valid UTF-8");
     }
     return PolicyFile(NewObject<IPolicyFile>(), path);
 }

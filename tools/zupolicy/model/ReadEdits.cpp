@@ -5,62 +5,10 @@
 #include <utility>
 
 #include "tools/zupolicy/model/EditMembers.h"
+#include "tools/zupolicy/model/EntryMembers.h"
 
 namespace zupm::model {
 namespace {
-
-void ReadId(Members& members, EditRequest& edit)
-{
-    edit.id.softwareId = members.Text("softwareId");
-    edit.id.taskId = members.FindText("taskId");
-}
-
-/// Reads the fields that are there; returns whether there is one.
-bool ReadFields(Members& members, EditRequest& edit)
-{
-    bool hasOne = false;
-    for (std::size_t i = 0; i < kFieldNames.size(); ++i) {
-        const bool isNumber = static_cast<Field>(i) == Field::Priority;
-        edit.fields[i] = isNumber ? members.FindNumber(kFieldNames[i]) : members.FindText(kFieldNames[i]);
-        hasOne = hasOne || edit.fields[i];
-    }
-    return hasOne;
-}
-
-void ReadSetting(const JsonValue& value, Section& section)
-{
-    Members members(value, "a setting");
-    Setting setting{members.Text("name"), members.Text("value")};
-    members.RequireNoOther();
-    if (section.settings.Find(setting.name) != nullptr) {
-        members.Refuse("the setting \"" + setting.name + "\" occurs again");
-    }
-    section.settings.Add(std::move(setting));
-}
-
-const std::vector<JsonValue>& ItemsOf(const JsonValue& value, std::string_view name)
-{
-    if (value.type != JsonValue::Type::Array) {
-        throw JsonComplaint{value.at, "\"" + std::string(name) + "\" must be an array"};
-    }
-    return value.items;
-}
-
-void ReadSection(const JsonValue& value, EditRequest& edit)
-{
-    Members members(value, "a section");
-    Section section{members.Text("name"), {}};
-    if (const JsonValue* const settings = members.Find("settings"); settings != nullptr) {
-        for (const JsonValue& setting : ItemsOf(*settings, "settings")) {
-            ReadSetting(setting, section);
-        }
-    }
-    members.RequireNoOther();
-    if (edit.sections.Find(section.name) != nullptr) {
-        members.Refuse("the section \"" + section.name + "\" occurs again");
-    }
-    edit.sections.Add(std::move(section));
-}
 
 void ReadFieldsObject(const JsonValue& value, const Members& members, EditRequest& edit)
 {
@@ -113,28 +61,6 @@ void ReadAbsent(Members& members, EditRequest& edit)
                           : EditRequest::Kind::WithoutEntry;
 }
 
-void ReadCreate(Members& members, EditRequest& edit)
-{
-    edit.kind = EditRequest::Kind::Entry;
-    ReadId(members, edit);
-    if (ReadFields(members, edit) && !edit.id.taskId) {
-        members.Refuse(R"(only a task has fields: the member "taskId" is missing)");
-    }
-    if (const JsonValue* const sections = members.Find("sections"); sections != nullptr) {
-        for (const JsonValue& section : ItemsOf(*sections, "sections")) {
-            ReadSection(section, edit);
-        }
-    }
-}
-
-void RequireSchema(Members& members)
-{
-    const JsonValue* const schema = members.Find("schema");
-    if (schema != nullptr && (schema->type != JsonValue::Type::Integer || schema->integer != 1)) {
-        throw JsonComplaint{schema->at, "\"schema\" must be 1: this program knows no other form of edits"};
-    }
-}
-
 EditRequest ReadEdit(const JsonValue& value)
 {
     Members members(value, "an edit");
@@ -146,7 +72,8 @@ EditRequest ReadEdit(const JsonValue& value)
     } else if (kind == "absent") {
         ReadAbsent(members, edit);
     } else if (kind == "create") {
-        ReadCreate(members, edit);
+        edit.kind = EditRequest::Kind::Entry;
+        ReadContent(members, edit);
     } else if (kind == "unsupported") {
         members.Refuse("no edit can make this difference; compare with --ignore-versions to leave out versions");
     } else {
@@ -156,25 +83,12 @@ EditRequest ReadEdit(const JsonValue& value)
     return edit;
 }
 
-/// The column of a byte: one more than the number of characters before it.
-std::uint32_t ColumnOf(std::string_view line, std::size_t at)
-{
-    std::uint32_t column = 1;
-    for (const char byte : line.substr(0, at)) {
-        column += (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u ? 1 : 0;
-    }
-    return column;
-}
-
 EditRequest ReadLine(const std::string& line, std::uint32_t number, std::size_t skipped)
 {
     try {
         const std::string_view text = std::string_view(line).substr(skipped);
-        // The reader takes a null character for the end of its text.
-        if (const std::size_t null = text.find('\0'); null != text.npos) {
-            throw JsonComplaint{null, "a null character is not JSON"};
-        }
-        const JsonValue value = ReadJson(text);
+        RequireNoNull(text);
+        const JsonValue value = ReadJson(text, "before");
         EditRequest edit = ReadEdit(value);
         edit.place = {number, ColumnOf(text, value.at)};
         return edit;

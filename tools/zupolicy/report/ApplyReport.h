@@ -1,4 +1,4 @@
-/// What `apply` prints.
+/// What `apply` and `import` print.
 #pragma once
 
 #include <cstddef>
@@ -26,30 +26,43 @@ struct ApplyResult {
     std::size_t edits = 0;  ///< those that made a difference
     std::optional<std::string> backup;
     std::string differences;         ///< in a dry run: lines for people
+    std::string diff;                ///< the difference of the texts, when it is wanted
     std::optional<Problem> problem;  ///< also of a file that was changed: it could not be flushed
+};
+
+/// How results are printed.
+struct ApplyForm {
+    bool isJson = false;
+    bool isDryRun = false;
+    bool isQuiet = false;     ///< only differences that are wanted, and failures
+    bool isVerbose = false;   ///< each file also as a message
+    bool hasDiff = false;     ///< the difference of the texts in place of the lines of a dry run
+    bool hasColour = false;   ///< in that difference
+    bool countsEdits = true;  ///< with the number of edits
 };
 
 /// Prints results as they come, and counts them.
 class ApplyReport {
 public:
-    ApplyReport(Streams streams, bool isJson, bool isDryRun);
+    ApplyReport(Streams streams, ApplyForm form);
 
     void Add(const ApplyResult& result);
     void End();
 
     /// Whether a file was written.
-    [[nodiscard]] bool HasWritten() const noexcept { return !m_isDryRun && m_changed != 0; }
+    [[nodiscard]] bool HasWritten() const noexcept { return !m_form.isDryRun && m_changed != 0; }
     /// That of the first file that failed; Written only when nothing else did.
     [[nodiscard]] ExitCode Code() const noexcept { return m_code; }
 
 private:
+    void AddMessages(const ApplyResult& result);
     void AddText(const ApplyResult& result);
+    void AddLine(const ApplyResult& result);
     void AddJson(const ApplyResult& result);
     void EndJson();
 
     Streams m_streams;
-    bool m_isJson;
-    bool m_isDryRun;
+    ApplyForm m_form;
     JsonWriter m_json;
     ExitCode m_code = ExitCode::Ok;
     std::uint64_t m_changed = 0;

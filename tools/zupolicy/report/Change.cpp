@@ -13,6 +13,9 @@ std::string ValueText(const std::optional<std::string>& value, const char* other
 /// What happens to the section or setting.
 std::string Inside(const Change& change)
 {
+    if (!change.changed && !change.after) {
+        return Visible(*change.section) + (change.name ? "/" + Visible(*change.name) : "") + ": (unchanged)";
+    }
     if (!change.name) {
         return Visible(*change.section) + ": (section removed)";
     }
@@ -23,12 +26,23 @@ std::string Inside(const Change& change)
     return setting + ValueText(change.before, "(none)") + " -> " + ValueText(change.after, "(removed)");
 }
 
+std::string Essence(const Change& change)
+{
+    if (change.section) {
+        return Inside(change);
+    }
+    return change.changed ? "(removed)" : "(unchanged)";
+}
+
 }  // namespace
 
 std::string ChangeAsText(const Change& change)
 {
     const std::string head = (change.createsTarget ? "new " : "") + Visible(Describe(change.target)) + ": ";
-    std::string text = head + (change.section ? Inside(change) : "(removed)") + "\n";
+    std::string text = change.isAboutFields ? "" : head + Essence(change) + "\n";
+    if (change.isAboutFields && change.fields.empty()) {
+        text = head + (change.createsTarget ? "(added)" : "(unchanged)") + "\n";
+    }
     for (const FieldChange& field : change.fields) {
         text +=
             head + field.name + ": " + ValueText(field.before, "(none)") + " -> " + ValueText(field.after, "") + "\n";

@@ -18,11 +18,20 @@ struct Change {
     std::optional<std::string> before;
     std::optional<std::string> after;
     std::vector<FieldChange> fields;
+    bool isAboutFields = false;  ///< no section or setting is meant
     bool changed = true;
+    /// The file that was read.
+    std::string file;
     /// The file that was written; nothing when none was.
     std::optional<std::string> written;
+    /// The backup of the file that was replaced.
+    std::optional<std::string> backup;
+    /// The difference of the texts, when it is wanted.
+    std::optional<std::string> diff;
 };
 
+/// For a change of a task's fields alone there is no line about a setting.
+///
 /// One line such as `policy PRODUCTA1000: General/Enabled: "0" -> "1"`, and one for each field of a task that changes.
 [[nodiscard]] std::string ChangeAsText(const Change& change);
 

@@ -164,6 +164,12 @@ void WriteChangeAsJson(std::ostream& out, const Change& change)
     }
     json.Key("changed").Boolean(change.changed);
     json.Key("written").TextOrNull(change.written);
+    if (change.backup) {
+        json.Member("backup", *change.backup);
+    }
+    if (change.diff) {
+        json.Member("diff", *change.diff);
+    }
     json.EndObject();
 }
 

@@ -24,6 +24,13 @@ void WriteEscaped(std::ostream& out, char c)
 
 }  // namespace
 
+JsonWriter::~JsonWriter()
+{
+    if (!m_hasValues.empty()) {
+        m_out << '\n';
+    }
+}
+
 void JsonWriter::BeginDocument()
 {
     BeginObject();

@@ -23,6 +23,10 @@ public:
     static constexpr std::uint64_t kSchema = 1;
 
     explicit JsonWriter(std::ostream& out, Form form = Form::Indented) : m_out(out), m_form(form) {}
+    /// Ends the line of a document that an exception cuts off: what is written next is no part of it.
+    ~JsonWriter();
+    JsonWriter(const JsonWriter&) = delete;
+    JsonWriter& operator=(const JsonWriter&) = delete;
 
     void BeginObject() { Begin('{'); }
     void EndObject() { End('}'); }

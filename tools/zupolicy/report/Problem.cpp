@@ -88,11 +88,6 @@ ProblemFailure::ProblemFailure(Problem problem) : Failure(problem.exit, LineOf(p
 {
 }
 
-ProblemFailure FileFailure(ExitCode exit, const std::string& file, const std::string& message)
-{
-    return ProblemFailure({{}, exit, file, 0, 0, message, {}});
-}
-
 ProblemFailure ShortFailure(Problem problem)
 {
     const std::string hint = problem.hint.empty() ? "" : " (" + problem.hint + ")";
@@ -107,7 +102,8 @@ Problem CurrentProblem(const std::string& file)
     } catch (const ProblemFailure& failure) {
         return failure.What();
     } catch (const Failure& failure) {
-        return {{}, failure.Code(), file, 0, 0, WithoutFile(failure.what(), file), {}};
+        const std::string& about = failure.File().empty() ? file : failure.File();
+        return {{}, failure.Code(), about, 0, 0, WithoutFile(failure.what(), about), {}};
     } catch (const Error& error) {
         return ProblemOf(error, {file, WithoutFile(error.Subject(), error.File().empty() ? file : error.File())});
     } catch (const std::bad_alloc&) {

@@ -44,8 +44,6 @@ private:
     Problem m_problem;
 };
 
-/// What the tool itself finds wrong with a file: "file: message".
-[[nodiscard]] ProblemFailure FileFailure(ExitCode exit, const std::string& file, const std::string& message);
 /// A problem whose line for people is shorter: "file: message (hint)".
 [[nodiscard]] ProblemFailure ShortFailure(Problem problem);
 

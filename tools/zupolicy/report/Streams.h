@@ -1,6 +1,7 @@
 /// Where the tool writes.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <string_view>
 
@@ -25,9 +26,15 @@ public:
 
     [[nodiscard]] bool IsTerminal() const noexcept { return m_console.isTerminal; }
 
+    /// Shows a text, which is not escaped, on a line that the next status replaces. For terminals only.
+    void Status(std::string_view text);
+    /// Takes the status away; every Line does so first.
+    void ClearStatus();
+
 private:
     std::ostream& m_stream;
     Console m_console;
+    std::size_t m_statusLength = 0;
 };
 
 /// The two streams of a run: the results, and the messages.

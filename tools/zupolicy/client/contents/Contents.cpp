@@ -34,7 +34,7 @@ Stamp StampOf(const std::string& path)
 
 [[noreturn]] void ThrowChanged(const std::string& path)
 {
-    throw FileFailure(ExitCode::Changed, path, "another program changed it while it was being read");
+    throw Failure(ExitCode::Changed, path, "another program changed it while it was being read");
 }
 
 /// The records of a file that the component has accepted already.

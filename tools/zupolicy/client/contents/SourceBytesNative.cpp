@@ -14,7 +14,7 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& path, const std::string& reason)
 {
-    throw FileFailure(ExitCode::FileError, path, "cannot be read a second time: " + reason);
+    throw Failure(ExitCode::FileError, path, "cannot be read a second time: " + reason);
 }
 
 [[noreturn]] void FailOfSystem(const std::string& path)

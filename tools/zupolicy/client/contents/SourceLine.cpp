@@ -13,11 +13,11 @@
 namespace zupm::tool {
 namespace {
 
-constexpr std::uintmax_t kLargest = std::uintmax_t{64} << 20U;
+constexpr std::uintmax_t kLargestSource = std::uintmax_t{64} << 20U;
 
-std::optional<std::string> TextOf(const std::string& path)
+std::optional<std::string> DecodedFile(const std::string& path)
 {
-    if (std::filesystem::file_size(ForOpening(std::filesystem::path(FromUtf8(path)))) > kLargest) {
+    if (std::filesystem::file_size(ForOpening(std::filesystem::path(FromUtf8(path)))) > kLargestSource) {
         return std::nullopt;
     }
     std::string bytes = ReadBytes(path);
@@ -48,7 +48,7 @@ std::optional<std::string> LineOf(std::string_view text, std::uint32_t line)
 std::optional<std::string> SourceLine(const std::string& path, std::uint32_t line) noexcept
 {
     try {
-        const std::optional<std::string> text = TextOf(path);
+        const std::optional<std::string> text = DecodedFile(path);
         return text ? LineOf(*text, line) : std::nullopt;
     } catch (const std::exception&) {
         return std::nullopt;

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "tools/zupolicy/commands/Interrupt.h"
+#include "tools/zupolicy/client/Interrupt.h"
 
 namespace zupm::tool {
 namespace {

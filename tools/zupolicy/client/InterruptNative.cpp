@@ -1,6 +1,6 @@
 #include <csignal>
 
-#include "tools/zupolicy/commands/Interrupt.h"
+#include "tools/zupolicy/client/Interrupt.h"
 
 namespace zupm::tool {
 namespace {

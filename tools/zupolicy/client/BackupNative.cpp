@@ -6,42 +6,24 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
 
-#include "tools/zupolicy/commands/Backup.h"
-#include "tools/zupolicy/commands/BackupName.h"
+#include "tools/zupolicy/client/Backup.h"
+#include "tools/zupolicy/client/BackupName.h"
+#include "tools/zupolicy/client/NativeDescriptor.h"
+#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
 
-/// Owns an open file.
-class OwnedDescriptor {
-public:
-    explicit OwnedDescriptor(int number) : m_number(number) {}
-    ~OwnedDescriptor()
-    {
-        if (m_number >= 0) {
-            close(m_number);
-        }
-    }
-    OwnedDescriptor(OwnedDescriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    OwnedDescriptor(const OwnedDescriptor&) = delete;
-    OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
-    OwnedDescriptor& operator=(OwnedDescriptor&&) = delete;
-
-    [[nodiscard]] int Get() const noexcept { return m_number; }
-
-private:
-    int m_number;
-};
-
 [[noreturn]] void Fail(const std::string& what)
 {
-    throw Failure(ExitCode::FileError, what + ": " + std::system_category().message(errno));
+    throw Failure(ExitCode::FileError, what, std::system_category().message(errno));
 }
 
 void Require(bool succeeded, const std::string& backup)
@@ -75,22 +57,6 @@ std::optional<std::pair<std::string, OwnedDescriptor>> CreateBackup(const std::s
         Fail("the backup " + name + " cannot be written");
     }
     return std::nullopt;
-}
-
-bool WriteAll(int to, const char* bytes, std::size_t size)
-{
-    while (size > 0) {
-        const ssize_t written = write(to, bytes, size);
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            return false;
-        }
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
 }
 
 bool CopyBytes(int from, int to)
@@ -168,6 +134,43 @@ std::string WriteBackup(const std::string& file, const std::string& suffix)
 void RemoveBackup(const std::string& backup) noexcept
 {
     unlink(backup.c_str());
+}
+
+bool AreEqualNames(const std::filesystem::path& one, const std::filesystem::path& other)
+{
+    return one.native() == other.native();
+}
+
+void RequirePossibleName(const std::string& backup)
+{
+    struct stat status {};
+    Require(lstat(backup.c_str(), &status) == 0 || errno == ENOENT, backup);
+}
+
+std::string ReadBackup(const std::string& backup)
+{
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own
+    const OwnedDescriptor opened(open(backup.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!opened.IsOpen() || fstat(opened.Get(), &status) != 0) {
+        Fail(backup);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw Failure(ExitCode::FileError, backup, "not a regular file");
+    }
+    std::string bytes;
+    constexpr std::size_t kPiece = std::size_t{64} << 10u;
+    std::vector<char> piece(kPiece);
+    for (;;) {
+        const ssize_t count = read(opened.Get(), piece.data(), piece.size());
+        if (count < 0 && errno != EINTR) {
+            Fail(backup);
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(piece.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
 }
 
 }  // namespace zupm::tool

@@ -11,43 +11,17 @@
 #include <utility>
 #include <vector>
 
+#include "tools/zupolicy/client/Backup.h"
+#include "tools/zupolicy/client/BackupName.h"
 #include "tools/zupolicy/client/Utf8.h"
-#include "tools/zupolicy/commands/Backup.h"
-#include "tools/zupolicy/commands/BackupName.h"
+#include "tools/zupolicy/client/WindowsHandle.h"
 
 namespace zupm::tool {
 namespace {
 
-/// Owns an open file.
-class OwnedHandle {
-public:
-    explicit OwnedHandle(HANDLE handle) : m_handle(handle) {}
-    ~OwnedHandle()
-    {
-        if (IsOpen()) {
-            CloseHandle(m_handle);
-        }
-    }
-    OwnedHandle(OwnedHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
-    OwnedHandle(const OwnedHandle&) = delete;
-    OwnedHandle& operator=(const OwnedHandle&) = delete;
-    OwnedHandle& operator=(OwnedHandle&&) = delete;
-
-    [[nodiscard]] HANDLE Get() const noexcept { return m_handle; }
-    [[nodiscard]] bool IsOpen() const noexcept { return m_handle != INVALID_HANDLE_VALUE; }
-
-private:
-    HANDLE m_handle;
-};
-
-std::wstring Wide(const std::string& path)
-{
-    return std::filesystem::path(FromUtf8(path)).wstring();
-}
-
 [[noreturn]] void Fail(const std::string& what)
 {
-    throw Failure(ExitCode::FileError, what + ": " + std::system_category().message(static_cast<int>(GetLastError())));
+    throw Failure(ExitCode::FileError, what, std::system_category().message(static_cast<int>(GetLastError())));
 }
 
 OwnedHandle OpenOriginal(const std::string& file)
@@ -85,6 +59,14 @@ private:
 
 using NewFile = std::pair<std::string, OwnedHandle>;
 
+/// A colon would name a stream of the original, and the other characters stand for something else too.
+void RequireSuffix(const std::string& backup, const std::string& file)
+{
+    if (backup.find_first_of("<>:\"|?*", file.size()) != backup.npos) {
+        throw Failure(ExitCode::FileError, "the backup " + backup + " cannot be written: the name is not possible");
+    }
+}
+
 /// Nothing when the name is taken; a link counts as taken.
 std::optional<NewFile> CreateBackup(const std::string& name, SECURITY_ATTRIBUTES* rights)
 {
@@ -108,14 +90,13 @@ bool CopyBytes(HANDLE from, HANDLE to)
     std::vector<char> piece(kPiece);
     for (;;) {
         DWORD count = 0;
-        DWORD written = 0;
         if (ReadFile(from, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) == 0) {
             return false;
         }
         if (count == 0) {
             return true;
         }
-        if (WriteFile(to, piece.data(), count, &written, nullptr) == 0 || written != count) {
+        if (!WriteAll(to, {piece.data(), count})) {
             return false;
         }
     }
@@ -125,6 +106,7 @@ bool CopyBytes(HANDLE from, HANDLE to)
 
 std::string WriteBackup(const std::string& file, const std::string& suffix)
 {
+    RequireSuffix(file + suffix, file);
     const OwnedHandle original = OpenOriginal(file);
     Rights rights(original.Get());
     std::string name;
@@ -148,6 +130,56 @@ void RemoveBackup(const std::string& backup) noexcept
 {
     std::error_code ignored;
     std::filesystem::remove(std::filesystem::path(FromUtf8(backup)), ignored);
+}
+
+bool AreEqualNames(const std::filesystem::path& one, const std::filesystem::path& other)
+{
+    return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+void RequirePossibleName(const std::string& backup)
+{
+    const std::size_t name = backup.find_last_of("/\\");
+    RequireSuffix(backup, name == backup.npos ? std::string() : backup.substr(0, name));
+    // Not every system reports a name that is too long before it creates the file.
+    constexpr std::size_t kLongestName = 255;
+    if (std::filesystem::path(FromUtf8(backup)).filename().wstring().size() > kLongestName) {
+        SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        Fail("the backup " + backup + " cannot be written");
+    }
+    if (GetFileAttributesW(Wide(backup).c_str()) == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_FILE_NOT_FOUND) {
+        Fail("the backup " + backup + " cannot be written");
+    }
+}
+
+std::string ReadBackup(const std::string& backup)
+{
+    const OwnedHandle opened(CreateFileW(Wide(backup).c_str(), GENERIC_READ,
+                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                         FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!opened.IsOpen()) {
+        Fail(backup);
+    }
+    BY_HANDLE_FILE_INFORMATION status{};
+    if (GetFileInformationByHandle(opened.Get(), &status) == 0) {
+        Fail(backup);
+    }
+    if ((status.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0) {
+        throw Failure(ExitCode::FileError, backup, "not a regular file");
+    }
+    std::string bytes;
+    constexpr std::size_t kPiece = std::size_t{64} << 10u;
+    std::vector<char> piece(kPiece);
+    for (;;) {
+        DWORD count = 0;
+        if (ReadFile(opened.Get(), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) == 0) {
+            Fail(backup);
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(piece.data(), count);
+    }
 }
 
 }  // namespace zupm::tool

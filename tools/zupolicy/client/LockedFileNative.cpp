@@ -1,0 +1,328 @@
+#include "tools/zupolicy/client/LockedFile.h"
+
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "tools/zupolicy/client/Failure.h"
+#include "tools/zupolicy/client/NativeDescriptor.h"
+
+namespace zupm::tool {
+
+/// A name in an open folder, at the end of all links. `file` is open when it exists.
+struct LockedFile::Handles {
+    OwnedDescriptor folder;
+    std::string name;
+    OwnedDescriptor file;
+};
+
+namespace {
+
+// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own calls
+
+[[noreturn]] void Refuse(const std::string& path)
+{
+    throw Failure(ExitCode::FileError, path, std::system_category().message(errno));
+}
+
+void RequireCall(bool succeeded, const std::string& path)
+{
+    if (!succeeded) {
+        Refuse(path);
+    }
+}
+
+/// The system's rule for links that lie where everybody may put one, whether or not it is switched on.
+bool MayFollow(const std::filesystem::path& link, const std::filesystem::path& folder)
+{
+    struct stat linkStatus {};
+    struct stat folderStatus {};
+    if (lstat(link.c_str(), &linkStatus) != 0 || stat(folder.c_str(), &folderStatus) != 0) {
+        return false;
+    }
+    constexpr mode_t kEverybodysButProtected = S_ISVTX | S_IWOTH;
+    const bool isOpenToAll = (folderStatus.st_mode & kEverybodysButProtected) == kEverybodysButProtected;
+    return !isOpenToAll || linkStatus.st_uid == geteuid() || linkStatus.st_uid == folderStatus.st_uid;
+}
+
+/// The path at the end of the links that the path ends with.
+std::filesystem::path Followed(const std::string& path)
+{
+    constexpr int kMostLinks = 40;
+    std::filesystem::path at = path;
+    for (int links = 0; links < kMostLinks; ++links) {
+        std::error_code error;
+        if (!std::filesystem::is_symlink(std::filesystem::symlink_status(at, error))) {
+            return at;
+        }
+        const std::filesystem::path folder = at.has_parent_path() ? at.parent_path() : ".";
+        if (!MayFollow(at, folder)) {
+            errno = EACCES;
+            Refuse(path);
+        }
+        at = folder / std::filesystem::read_symlink(at, error);
+    }
+    errno = ELOOP;
+    Refuse(path);
+}
+
+template <class Handles>
+void Open(const std::string& path, Handles& handles)
+{
+    const std::filesystem::path followed = Followed(path);
+    const std::filesystem::path folder = followed.has_parent_path() ? followed.parent_path() : ".";
+    handles.name = followed.filename();
+    handles.folder = OwnedDescriptor(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    RequireCall(handles.folder.IsOpen(), path);
+    constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    handles.file = OwnedDescriptor(openat(handles.folder.Get(), handles.name.c_str(), kFlags));
+    if (!handles.file.IsOpen()) {
+        return;
+    }
+    struct stat status {};
+    RequireCall(fstat(handles.file.Get(), &status) == 0, path);
+    if (!S_ISREG(status.st_mode)) {
+        throw Failure(ExitCode::FileError, path, "not a regular file");
+    }
+}
+
+/// Whether the name still means the file that is open.
+template <class Handles>
+bool IsSameFile(const Handles& handles)
+{
+    struct stat opened {};
+    struct stat named {};
+    return fstat(handles.file.Get(), &opened) == 0 &&
+           fstatat(handles.folder.Get(), handles.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+/// False when another process holds the lock.
+bool TryLock(const OwnedDescriptor& file, const std::string& path)
+{
+    struct flock all {};
+    all.l_type = F_WRLCK;
+    all.l_whence = SEEK_SET;
+    const bool isLocked = fcntl(file.Get(), F_OFD_SETLK, &all) == 0;
+    RequireCall(isLocked || errno == EAGAIN || errno == EACCES, path);
+    return isLocked;
+}
+
+std::string ReadFrom(const OwnedDescriptor& file, const std::string& path)
+{
+    std::string bytes;
+    constexpr std::size_t kPiece = std::size_t{64} << 10u;
+    std::vector<char> piece(kPiece);
+    for (;;) {
+        const ssize_t count = pread(file.Get(), piece.data(), piece.size(), static_cast<off_t>(bytes.size()));
+        RequireCall(count >= 0 || errno == EINTR, path);
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(piece.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+}
+
+bool CopyAttribute(int from, int to, const char* name)
+{
+    constexpr std::size_t kLargestAttribute = 65536;
+    std::string value(kLargestAttribute, '\0');
+    std::string present(kLargestAttribute, '\0');
+    const ssize_t size = fgetxattr(from, name, value.data(), value.size());
+    if (size < 0) {
+        return errno == ENODATA || errno == ENOTSUP;
+    }
+    value.resize(static_cast<std::size_t>(size));
+    // A security label is often on the new file already, and setting even the same one takes a right of its own.
+    const ssize_t has = fgetxattr(to, name, present.data(), present.size());
+    if (has == size && present.compare(0, value.size(), value) == 0) {
+        return true;
+    }
+    return fsetxattr(to, name, value.data(), value.size(), 0) == 0 || errno == ENOTSUP;
+}
+
+/// Copies the attributes, and with them the access list; attributes that vouch for the old bytes stay away.
+bool CopyAttributes(int from, int to)
+{
+    constexpr const char* kAccessList = "system.posix_acl_access";
+    constexpr std::string_view kTiedToTheBytes[] = {"security.evm", "security.ima"};
+    constexpr std::size_t kLargestAttribute = 65536;
+    std::string list(kLargestAttribute, '\0');
+    const ssize_t size = flistxattr(from, list.data(), list.size());
+    if (size < 0) {
+        return errno == ENOTSUP || errno == ENOSYS;
+    }
+    // The new file may have inherited a list from its folder.
+    if (fremovexattr(to, kAccessList) != 0 && errno != ENODATA && errno != ENOTSUP) {
+        return false;
+    }
+    for (const char* name = list.data(); name < list.data() + size; name += std::string_view(name).size() + 1) {
+        if (std::ranges::find(kTiedToTheBytes, name) == std::end(kTiedToTheBytes) && !CopyAttribute(from, to, name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The mode comes last: changing the owner removes special bits, and until then nobody else may open the file.
+void CopyMetadata(int from, int to, const std::string& path)
+{
+    constexpr mode_t kMode = 07777;
+    struct stat status {};
+    struct stat created {};
+    RequireCall(fstat(from, &status) == 0 && fstat(to, &created) == 0, path);
+    const bool hasOwner = created.st_uid == status.st_uid && created.st_gid == status.st_gid;
+    if (!hasOwner && fchown(to, status.st_uid, status.st_gid) != 0) {
+        throw Failure(ExitCode::FileError, path, "its owner or group cannot be kept");
+    }
+    RequireCall(CopyAttributes(from, to) && fchmod(to, status.st_mode & kMode) == 0, path);
+}
+
+std::string UnguessableName(const std::string& path)
+{
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::array<unsigned char, 16> bytes{};
+    RequireCall(getrandom(bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()), path);
+    std::string name = ".zu";
+    for (const unsigned byte : bytes) {
+        name.push_back(kDigits[byte >> 4u]);
+        name.push_back(kDigits[byte & 0xFu]);
+    }
+    return name + ".tmp";
+}
+
+/// A new file in a folder; it goes again unless it becomes the target.
+class Temporary {
+public:
+    Temporary(int folder, mode_t mode, const std::string& path) : m_folder(folder), m_name(UnguessableName(path))
+    {
+        m_file =
+            OwnedDescriptor(openat(folder, m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+        RequireCall(m_file.IsOpen(), path);
+    }
+    ~Temporary()
+    {
+        if (!m_isInPlace) {
+            unlinkat(m_folder, m_name.c_str(), 0);
+        }
+    }
+    Temporary(const Temporary&) = delete;
+    Temporary& operator=(const Temporary&) = delete;
+
+    [[nodiscard]] int Get() const noexcept { return m_file.Get(); }
+    [[nodiscard]] bool MoveTo(const std::string& name)
+    {
+        m_isInPlace = renameat(m_folder, m_name.c_str(), m_folder, name.c_str()) == 0;
+        return m_isInPlace;
+    }
+
+private:
+    int m_folder;
+    std::string m_name;
+    OwnedDescriptor m_file;
+    bool m_isInPlace = false;
+};
+
+/// Puts the bytes in place. `check` runs last before the renaming, and may refuse it by throwing.
+template <class Handles, class Check>
+void Put(const Handles& handles, std::string_view bytes, const std::string& path, Check check)
+{
+    constexpr mode_t kOwnerAlone = 0600;
+    constexpr mode_t kWhatTheUmaskLeaves = 0666;
+    // Opened before anything changes: afterwards only the flush itself can fail. A folder that may not be read cannot
+    // be flushed.
+    const OwnedDescriptor flushed(openat(handles.folder.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    Temporary temporary(handles.folder.Get(), handles.file.IsOpen() ? kOwnerAlone : kWhatTheUmaskLeaves, path);
+    RequireCall(WriteAll(temporary.Get(), bytes.data(), bytes.size()), path);
+    if (handles.file.IsOpen()) {
+        CopyMetadata(handles.file.Get(), temporary.Get(), path);
+    }
+    RequireCall(fsync(temporary.Get()) == 0, path);
+    check();
+    RequireCall(temporary.MoveTo(handles.name), path);
+    if (flushed.IsOpen() && fsync(flushed.Get()) != 0 && errno != EINVAL) {
+        throw Failure(ExitCode::Written, path, "was written, but its folder could not be flushed");
+    }
+}
+
+}  // namespace
+
+LockedFile::LockedFile(const std::string& path, std::chrono::milliseconds patience) : m_path(path)
+{
+    constexpr std::chrono::milliseconds kPause(20);
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        m_handles = std::make_unique<Handles>();
+        Open(path, *m_handles);
+        RequireCall(m_handles->file.IsOpen(), path);
+        // Whoever held the lock before may have put a new file in this one's place.
+        if (TryLock(m_handles->file, path) && IsSameFile(*m_handles)) {
+            return;
+        }
+        if (std::chrono::steady_clock::now() >= end) {
+            throw Failure(ExitCode::Locked, path, "another process is editing it (--lock-timeout)");
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+}
+
+LockedFile::~LockedFile() = default;
+
+std::string LockedFile::Read() const
+{
+    return ReadFrom(m_handles->file, m_path);
+}
+
+void LockedFile::Rehearse() const
+{
+    const OwnedDescriptor nameless(openat(m_handles->folder.Get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR));
+    if (nameless.IsOpen()) {
+        CopyMetadata(m_handles->file.Get(), nameless.Get(), m_path);
+        return;
+    }
+    RequireCall(errno == EOPNOTSUPP || errno == EISDIR, m_path);
+    RequireCall(faccessat(m_handles->folder.Get(), ".", W_OK | X_OK, AT_EACCESS) == 0, m_path);
+}
+
+void LockedFile::Replace(std::string_view bytes, const std::string* expected)
+{
+    Put(*m_handles, bytes, m_path, [&] {
+        const bool isAsExpected =
+            expected == nullptr || (IsSameFile(*m_handles) && ReadFrom(m_handles->file, m_path) == *expected);
+        if (!isAsExpected) {
+            throw Failure(ExitCode::Changed, m_path,
+                          "something else changed it in the meantime; it was not "
+                          "overwritten (--force overwrites it)");
+        }
+    });
+    m_handles.reset();
+}
+
+void WriteWhole(const std::string& path, std::string_view bytes)
+{
+    struct {
+        OwnedDescriptor folder;
+        std::string name;
+        OwnedDescriptor file;
+    } handles;
+    Open(path, handles);
+    RequireCall(handles.file.IsOpen() || errno == ENOENT, path);
+    Put(handles, bytes, path, [] {});
+}
+
+// NOLINTEND(cppcoreguidelines-pro-type-vararg)
+
+}  // namespace zupm::tool
