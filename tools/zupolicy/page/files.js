@@ -25,7 +25,7 @@ const Files = (() => {
     let found = rows;
     const grid = Grid.make({
       label: "Files, those that differ most first", className: "files",
-      columns: ["File", "From most files", "Problems", "Policy version"],
+      columns: ["File", "Compared with most", "Problems", "Policy version"],
       count: () => found.length,
       cells: (row) => {
         const {number, problems, isReadable} = found[row];
