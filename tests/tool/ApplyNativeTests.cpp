@@ -312,6 +312,10 @@ TEST_F(Git, Difftool_RunsDiff)
 {
     EXPECT_THAT(AfterBlock("### git difftool", "git difftool --no-prompt --tool=zupolicy"),
                 HasSubstr("~ policy PRODUCTA1000 General/ScanInterval: \"60\" -> \"15\"\n"));
+    EXPECT_EQ(Shell("cp policy.xml other.xml && git add other.xml && git rm -q --cached policy.xml"), 0);
+    EXPECT_THAT(AfterBlock("### git difftool", "git difftool --cached --no-renames --no-prompt --tool=zupolicy"),
+                testing::AllOf(HasSubstr("other.xml is new\n"), HasSubstr("policy.xml is gone\n")));
+    EXPECT_EQ(Bytes(u"messages"), "");
 }
 
 TEST_F(Git, ARepositorysHook_RefusesBrokenFiles)
@@ -321,6 +325,11 @@ TEST_F(Git, ARepositorysHook_RefusesBrokenFiles)
     EXPECT_THAT(Bytes(u"messages"), HasSubstr("policy.xml:1:"));
     EXPECT_EQ(Shell("git show HEAD:policy.xml > committed"), 0);
     EXPECT_NE(Bytes(u"committed"), "<a>");
+    // A file whose name looks like an option is checked like others.
+    EXPECT_EQ(Shell("git checkout -q HEAD policy.xml && cp policy.xml ./--json.xml && git add -- --json.xml && "
+                    "export HOME=\"$PWD\" PATH=\"$PWD/bin:$PATH\" && git commit -qm dashes 2> messages"),
+              0)
+        << Bytes(u"messages");
 }
 
 }  // namespace

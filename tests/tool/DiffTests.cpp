@@ -180,6 +180,23 @@ TEST_F(Diff, Json_IsOneEditALine)
         "\"sections\": [{\"name\": \"A\", \"settings\": [{\"name\": \"n\", \"value\": \"1\"}]}]}\n");
 }
 
+TEST_F(Diff, AnEntryWithoutAPlaceInTheOldFile_IsADifferenceThatNoEditMakes)
+{
+    Folder().Write(u"old.xml", "<F><PolicyRoot><PolicyGroup/></PolicyRoot></F>");
+    Folder().Write(u"new.xml", SmallFile(Product(""), Task("")));
+    EXPECT_EQ(Differences("old.xml", "new.xml"), "+ policy P\n+ task P T\n");
+    const ToolRun edits = Tool({"diff", "old.xml", "new.xml", "--ignore-versions", "--json"});
+    EXPECT_EQ(edits.exitCode, 1);
+    EXPECT_EQ(edits.out,
+              "{\"schema\": 1, \"edit\": \"unsupported\", \"what\": \"create\", \"softwareId\": \"P\", \"reason\": "
+              "\"old.xml has no Policy element to put it in\"}\n"
+              "{\"schema\": 1, \"edit\": \"unsupported\", \"what\": \"create\", \"softwareId\": \"P\", \"taskId\": "
+              "\"T\", \"reason\": \"old.xml has no TaskRoot element to put it in\"}\n");
+    EXPECT_THAT(Apply(edits.out),
+                Fails(3, HasSubstr("edits.jsonl:1:1: no edit can make this difference: old.xml has no "
+                                   "Policy element to put it in")));
+}
+
 TEST_F(Diff, UnreadableFile_HasExitCode3AndAnErrorInJson)
 {
     Folder().Write(u"broken.xml", "<a>\n<b></a>");

@@ -147,6 +147,11 @@ TEST_F(NativeTool, OtherCommands_NameAFileWhoseNameIsNotUtf8)
     const std::string message = "zupolicy: a\\xff.xml: the name is not valid UTF-8\n";
     EXPECT_THAT(Tool({"show", "a\xFF.xml"}), Fails(3, message));
     EXPECT_THAT(Tool({"get", "a\xFF.xml", "P", "S", "N"}), Fails(3, message));
+    const ToolRun diff = Tool({"diff", "policy.xml", "a\xFF.xml", "--json"});
+    EXPECT_EQ(diff.exitCode, 3);
+    EXPECT_EQ(diff.messages, "zupolicy: a\\xff.xml: the file name is not valid UTF-8\n");
+    EXPECT_EQ(json::parse(diff.out)["error"]["file"], "a\xEF\xBF\xBD.xml");
+    EXPECT_THAT(Tool({"watch", "a\xFF.xml"}), Fails(3, message));
 }
 
 TEST_F(NativeTool, NameOfAFile_CannotForgeALineOrMoveTheCursor)

@@ -162,7 +162,7 @@ TEST_F(Query, Count_CountsAFileOnceForAValue)
     EXPECT_EQ(Out({"query", "policy.xml", "--value", "1", "--count"}), "\"1\": 1 file\n");
     const ToolRun nothing = Of({"--name", "no", "--count"});
     EXPECT_EQ(nothing.exitCode, 1);
-    EXPECT_EQ(nothing.out, "");
+    EXPECT_EQ(nothing.out, "(none): 1 file\n");
 }
 
 TEST_F(Query, FormsExcludeEachOther)

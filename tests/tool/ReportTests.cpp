@@ -253,6 +253,73 @@ TEST_F(Report, DiffPage_HasBothFilesAndTheEdits)
     EXPECT_FALSE(Folder().Has(u"no.html"));
 }
 
+TEST_F(Report, Rules_AreCheckedAndTheirPlacesGiven)
+{
+    Write(u"one.xml", "\n<Product SoftwareID='P'><S name='A'><s name='n'>1</s>\n<s name='n'>1</s></S></Product>");
+    Folder().Write(u"rules.json",
+                   R"({"properties": {"policies": {"properties": {"P": {"properties": {"A": {
+                       "required": ["m"], "properties": {"n": {"const": "2", "x-severity": "warning"}}}}}}}}})");
+    const ToolRun run = Tool({"report", "one.xml", "--rules", "rules.json"});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    const json problems = json::parse(DataTextOf(run.out)).at("files")[0].at("problems");
+    ASSERT_EQ(problems.size(), 3U);
+    std::vector<std::string> lines;
+    for (const json& problem : problems) {
+        lines.push_back(problem[0].dump() + " " + problem[1].dump() + " " + problem[3].get<std::string>());
+    }
+    EXPECT_THAT(lines, testing::UnorderedElementsAre(testing::StartsWith("0 6 policy P A/m: "),
+                                                     testing::StartsWith("1 6 policy P A/n: "),
+                                                     testing::AllOf(testing::StartsWith("1 7 "), HasSubstr("again"))));
+    EXPECT_THAT(Tool({"report", "one.xml", "--rules", "one.xml", "-o", "x.html"}), Fails(3, HasSubstr("one.xml:1:1")));
+    EXPECT_FALSE(Folder().Has(u"x.html"));
+}
+
+TEST_F(Report, HiddenValues_AreNowhereInThePage)
+{
+    const std::string tasks =
+        "<TaskGroup SoftwareID='P' TaskID='T' DisplayName='Secret3' TaskType='Y' TaskPriority='1'><Task>"
+        "<S name='Task'><s name='TaskName'>Secret3</s></S><S name='A'><s name='Password'>Secret4</s></S></Task>"
+        "</TaskGroup>";
+    Write(u"one.xml",
+          "<Product SoftwareID='P'><S name='A'><s name='Password'>Secret1</s><s name='n'>open</s></S></Product>",
+          tasks);
+    Write(u"two.xml",
+          "<Product SoftwareID='P'><S name='A'><s name='Password'>Secret2</s><s name='n'>open</s></S></Product>",
+          tasks);
+    Folder().Write(u"rules.json",
+                   R"({"properties": {"policies": {"properties": {"P": {"properties": {"A": {
+                       "properties": {"Password": {"const": "2"}}}}}}}}})");
+    const std::string page =
+        Out({"report", "one.xml", "two.xml", "--redact", "Pass*", "--redact", "displayName", "--rules", "rules.json"});
+    EXPECT_THAT(page, Not(HasSubstr("Secret")));
+    const json data = json::parse(DataTextOf(page));
+    EXPECT_THAT(ContentsOf(data, 0),
+                testing::IsSupersetOf({"P setting A Password = ***", "P setting A n = open",
+                                       "P T field  displayName = ***", "P T setting A Password = ***"}));
+    std::size_t hidden = 0;
+    for (const json& key : data.at("keys")) {
+        hidden += key.size() == 5 ? 1U : 0U;
+    }
+    EXPECT_EQ(hidden, 3U);
+    EXPECT_EQ(data.at("files")[0].at("values")[1], data.at("files")[1].at("values")[1]);
+    EXPECT_EQ(data.at("files")[0].at("problems").size(), 1U);
+
+    const ToolRun diff = Tool({"diff", "one.xml", "two.xml", "--html", "--redact", "Pass*", "--redact", "displayName"});
+    EXPECT_EQ(diff.exitCode, 1);
+    EXPECT_THAT(diff.out, Not(HasSubstr("Secret")));
+    const json both = json::parse(DataTextOf(diff.out));
+    EXPECT_NE(both.at("files")[0].at("values")[1], both.at("files")[1].at("values")[1]);
+    EXPECT_EQ(ContentsOf(both, 1)[1], "P setting A Password = ***");
+}
+
+TEST_F(Report, RulesThatCannotBeRead_EndTheRunBeforeAnyFileIsRead)
+{
+    const ToolRun run = Tool({"report", "missing.xml", "--rules", "missing.json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.messages, HasSubstr("missing.json"));
+    EXPECT_EQ(run.out, "");
+}
+
 TEST_F(Report, DiffPage_CountsVersionsUnlessTheyAreIgnored)
 {
     Folder().Write(u"old.xml", "<F><PolicyRoot version='1'/><TaskRoot version='2'/></F>");

@@ -23,7 +23,7 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& what)
 {
-    throw Failure(ExitCode::FileError, what, std::system_category().message(errno));
+    throw Failure(ExitCode::FileError, what + ": " + std::system_category().message(errno));
 }
 
 void Require(bool succeeded, const std::string& backup)

@@ -21,7 +21,7 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& what)
 {
-    throw Failure(ExitCode::FileError, what, std::system_category().message(static_cast<int>(GetLastError())));
+    throw Failure(ExitCode::FileError, what + ": " + std::system_category().message(static_cast<int>(GetLastError())));
 }
 
 OwnedHandle OpenOriginal(const std::string& file)

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -7,14 +8,19 @@
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Json.h"
+#include "tools/zupolicy/report/Problem.h"
+#include "tools/zupolicy/rules/ReadRules.h"
 
 namespace zupm::tool {
 namespace {
 
 struct CheckOptions {
     std::vector<std::string> files;
+    std::optional<std::string> rules;
+    std::vector<std::string> hidden;
     bool verbose = false;
     bool strict = false;
     bool json = false;
@@ -31,12 +37,30 @@ Notices NoticesOf(const std::string& path, Counts* counts)
     return std::move(*notices);
 }
 
-CheckReport ReportOf(const std::string& path, bool withCounts)
+/// What a file is checked against.
+struct Demands {
+    std::optional<rules::RuleSet> rules;
+    Redaction redaction;
+};
+
+SoundFile WithProblems(const std::string& path, const Demands& demands)
+{
+    std::optional<Notices> notices;
+    const PlacedContents placed = ReadPlaced(path, [&](PolicyFile& file) { notices = file.Notices(); });
+    std::vector<rules::Violation> violations =
+        rules::CheckRules(*demands.rules, rules::DocumentOf(placed.contents), demands.redaction);
+    return {std::move(*notices), CountsOf(placed.contents), Placed(std::move(violations), placed.text)};
+}
+
+CheckReport ReportOf(const std::string& path, bool withCounts, const Demands& demands)
 {
     try {
+        if (demands.rules) {
+            return {path, WithProblems(path, demands), {}};
+        }
         Counts counts;
         Notices notices = NoticesOf(path, withCounts ? &counts : nullptr);
-        return {path, SoundFile{std::move(notices), counts}, {}};
+        return {path, SoundFile{std::move(notices), counts, std::nullopt}, {}};
     } catch (const Failure&) {
         return {path, std::nullopt, CurrentProblem(path)};
     }
@@ -45,12 +69,20 @@ CheckReport ReportOf(const std::string& path, bool withCounts)
 /// Whether the file is good enough for `check` to end with 0.
 bool Passes(const CheckReport& report, const CheckOptions& options)
 {
-    return report.sound && (!options.strict || report.sound->notices.Count() == 0);
+    if (!report.sound || (options.strict && report.sound->notices.Count() != 0)) {
+        return false;
+    }
+    const auto isBad = [&](const RuleProblem& problem) { return options.strict || problem.IsError(); };
+    return !report.sound->problems || std::ranges::none_of(*report.sound->problems, isBad);
 }
 
 // Each report is printed and dropped before the next file is read.
 ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
+    Demands demands{{}, Redaction(options.hidden)};
+    if (options.rules) {
+        demands.rules = rules::ReadRules(*options.rules);
+    }
     JsonWriter json(streams.data);
     if (options.json) {
         json.BeginDocument();
@@ -58,7 +90,7 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
     }
     bool allPass = true;
     for (const std::string& path : options.files) {
-        const CheckReport report = ReportOf(path, options.verbose || options.json);
+        const CheckReport report = ReportOf(path, options.verbose || options.json, demands);
         allPass = Passes(report, options) && allPass;
         PrintReport(streams.messages, report);
         if (options.verbose && report.sound) {
@@ -79,6 +111,9 @@ Action DeclareCheck(CLI::App& line)
 {
     const auto options = std::make_shared<CheckOptions>();
     line.add_option("FILE", options->files, "The policy files")->required();
+    line.add_option("--rules", options->rules, "Also check the files against these rules, a JSON Schema")
+        ->type_name("RULES");
+    AddRedact(line, options->hidden);
     line.add_flag("--verbose", options->verbose, "Print counts for each sound file");
     line.add_flag("--strict", options->strict, "Fail on warnings, too");
     AddJson(line, options->json);
@@ -90,12 +125,13 @@ Action DeclareCheck(CLI::App& line)
 constinit const Command kCheck{
     .name = "check",
     .description =
-        "Load policy files. Print file:line:column: message for each broken one, and warnings about what is "
-        "odd in the others; print nothing about a sound one",
+        "Load policy files. Print file:line:column: message for each broken one and for each part that breaks a rule, "
+        "and warnings about what is odd in the others; print nothing about a sound one",
     .examples =
         "  zupolicy check policy.xml\n"
         "  zupolicy check --verbose *.xml\n"
-        "  zupolicy check --json policy.xml",
+        "  zupolicy check --json policy.xml\n"
+        "  zupolicy check --rules rules.json *.xml",
     .declare = DeclareCheck,
 };
 

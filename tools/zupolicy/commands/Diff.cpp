@@ -1,18 +1,22 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <optional>
 #include <ostream>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/PageFiles.h"
-#include "tools/zupolicy/model/Change.h"
+#include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/model/CompareSides.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/ChangeReport.h"
+#include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -24,13 +28,23 @@ struct DiffOptions {
     bool json = false;
     bool html = false;
     std::string output = "-";
+    std::vector<std::string> hidden;
 };
+
+/// The reason why no edit can put an entry into the file; empty when one can.
+std::string ObstacleIn(const std::string& path, const model::EntryId& id)
+{
+    const std::string_view missing = MissingElement(ReadContents(path).places, {id.softwareId, id.taskId});
+    return missing.empty() ? std::string() : path + " has no " + std::string(missing) + " element to put it in";
+}
 
 /// Prints differences as they are found, and knows whether there was one.
 class Differences {
 public:
-    Differences(std::ostream& out, bool isJson) : m_out(out), m_isJson(isJson), m_json(out, JsonWriter::Form::OneLine)
+    Differences(std::ostream& out, const DiffOptions& options)
+        : m_out(out), m_options(options), m_json(out, JsonWriter::Form::OneLine)
     {
+        m_style.redaction = Redaction(options.hidden);
     }
 
     void Compare(std::string_view what, const std::string& before, const std::string& after)
@@ -39,7 +53,7 @@ public:
             return;
         }
         m_hasOne = true;
-        if (m_isJson) {
+        if (m_options.json) {
             WriteAsEdit(m_json, {what, before, after});
         } else {
             WriteAsText(m_out, FileDifference{what, before, after});
@@ -51,77 +65,76 @@ public:
             return;
         }
         m_hasOne = true;
-        if (m_isJson) {
-            WriteAsEdits(m_json, change);
+        if (!m_options.json) {
+            WriteAsText(m_out, change, m_style);
+        } else if (const std::string obstacle = ObstacleTo(change); !obstacle.empty()) {
+            WriteAsUnsupported(m_json, change.id, obstacle);
         } else {
-            WriteAsText(m_out, change);
+            WriteAsEdits(m_json, change, m_style);
         }
     }
     [[nodiscard]] bool HasOne() const noexcept { return m_hasOne; }
 
 private:
+    /// The file is read again for it, once for policies and once for tasks.
+    [[nodiscard]] std::string ObstacleTo(const model::EntryChange& change)
+    {
+        // Standard input cannot be read again.
+        if (change.kind != model::EntryChange::Kind::Added || m_options.before == "-") {
+            return {};
+        }
+        std::optional<std::string>& known = change.id.taskId ? m_obstacleToTasks : m_obstacleToPolicies;
+        if (!known) {
+            known = ObstacleIn(m_options.before, change.id);
+        }
+        return *known;
+    }
+
     std::ostream& m_out;
-    bool m_isJson;
+    const DiffOptions& m_options;
+    ChangeStyle m_style;
     JsonWriter m_json;
+    std::optional<std::string> m_obstacleToPolicies;
+    std::optional<std::string> m_obstacleToTasks;
     bool m_hasOne = false;
 };
 
 /// A file with the IDs of its entries in file order. The entries themselves are read one by one.
 struct Side {
+    std::string path;
     zupm::PolicyFile file;
     std::vector<model::EntryId> ids;
+
+    [[nodiscard]] std::optional<model::Entry> Find(const model::EntryId& id) const
+    {
+        std::optional<model::Entry> entry = model::Find(file, id);
+        if (entry) {
+            DropRepeated(*entry);
+        }
+        return entry;
+    }
 };
 
 Side Load(const std::string& path)
 {
-    zupm::PolicyFile file = model::OpenToRead(path);
-    std::vector<model::EntryId> ids = model::Ids(file);
-    return {std::move(file), std::move(ids)};
-}
-
-std::optional<model::Entry> Find(const Side& side, const model::EntryId& id)
-{
-    std::optional<model::Entry> entry = model::Find(side.file, id);
-    if (entry) {
-        DropRepeated(*entry);
-    }
-    return entry;
-}
-
-void CompareEntry(const Side& before, const Side& after, const model::EntryId& id, Differences& differences)
-{
-    const std::optional<model::Entry> one = Find(before, id);
-    const std::optional<model::Entry> other = Find(after, id);
-    differences.Add(model::Compare(one ? &*one : nullptr, other ? &*other : nullptr));
-}
-
-/// Policies, or tasks: those of OLD in its order, then those that only NEW has.
-void CompareEntries(const Side& before, const Side& after, bool tasks, Differences& differences)
-{
-    const auto isOther = [&](const model::EntryId& id) { return id.taskId.has_value() != tasks; };
-    const std::set<model::EntryId> known(before.ids.begin(), before.ids.end());
-    for (const model::EntryId& id : before.ids) {
-        if (!isOther(id)) {
-            CompareEntry(before, after, id, differences);
-        }
-    }
-    for (const model::EntryId& id : after.ids) {
-        if (!isOther(id) && !known.contains(id)) {
-            CompareEntry(before, after, id, differences);
-        }
+    try {
+        zupm::PolicyFile file = model::OpenToRead(path);
+        std::vector<model::EntryId> ids = model::Ids(file);
+        return {path, std::move(file), std::move(ids)};
+    } catch (const std::exception&) {
+        throw ProblemFailure(CurrentProblem(path));
     }
 }
 
 ExitCode Compare(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
 {
-    Differences differences(out, options.json);
+    Differences differences(out, options);
     differences.Compare("assignmentList", before.file.AssignmentList(), after.file.AssignmentList());
     if (!options.ignoreVersions) {
         differences.Compare("policyVersion", before.file.PolicyVersion(), after.file.PolicyVersion());
         differences.Compare("taskVersion", before.file.TaskVersion(), after.file.TaskVersion());
     }
-    CompareEntries(before, after, false, differences);
-    CompareEntries(before, after, true, differences);
+    model::CompareSides(before, after, [&](const model::EntryChange& change) { differences.Add(change); });
     return differences.HasOne() ? ExitCode::NotFound : ExitCode::Ok;
 }
 
@@ -136,7 +149,7 @@ ExitCode ComparePage(const Side& before, const Side& after, const DiffOptions& o
     asEdits.ignoreVersions = true;
     std::ostringstream edits;
     const ExitCode code = Compare(before, after, asEdits, edits);
-    PageData data;
+    PageData data(Redaction(options.hidden), PageData::Hidden::Different);
     data.Add(ReadForPage(options.before, before.file));
     data.Add(ReadForPage(options.after, after.file));
     const std::string title = "Differences: " + options.before + ", " + options.after;
@@ -165,6 +178,7 @@ Action DeclareDiff(CLI::App& line)
         line.add_flag("--html", options->html, "Write a page of HTML that shows the files side by side");
     html->excludes(json);
     AddPageOutput(line, options->output)->needs(html);
+    AddRedact(line, options->hidden);
     return [options](Streams streams) { return RunDiff(*options, streams); };
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tools/zupolicy/report/PageData.h"
+#include "tools/zupolicy/rules/RuleSet.h"
 
 namespace zupm::tool {
 
@@ -13,8 +14,9 @@ namespace zupm::tool {
 /// tasks; and what is odd about it. Throws Error.
 [[nodiscard]] PageFile ReadForPage(const std::string& name, const zupm::PolicyFile& file);
 
-/// The same for the file at a path; a failure is part of the result. Call it on a thread with a Runtime.
-[[nodiscard]] PageFile ReadForPage(const std::string& path);
+/// The same for the file at a path, with what breaks a rule; `rules` may be null. A failure is part of the result. Call
+/// it on a thread with a Runtime.
+[[nodiscard]] PageFile ReadForPage(const std::string& path, const rules::RuleSet* rules, const Redaction& redaction);
 
 /// Writes the page to standard output (`output` is "-"), or in one step to a file. Throws Failure (FileError).
 void WritePageTo(const std::string& output, const PageData& data, const PageHead& head, std::ostream& standardOutput);

@@ -7,10 +7,12 @@
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/InOrder.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/model/Search.h"
 #include "tools/zupolicy/report/Excerpt.h"
 #include "tools/zupolicy/report/QueryReport.h"
+#include "tools/zupolicy/report/Redaction.h"
 
 namespace zupm::tool {
 namespace {
@@ -18,17 +20,24 @@ namespace {
 struct QueryOptions {
     std::vector<std::string> files;
     model::Patterns patterns;
+    std::vector<std::string> hidden;
     bool json = false;
     bool table = false;
     bool count = false;
     unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 };
 
-QueryResult ResultOf(const std::string& file, const model::Patterns& patterns)
+QueryResult ResultOf(const std::string& file, const model::Patterns& patterns, const Redaction& redaction)
 {
     try {
         const zupm::Runtime runtime;
-        return {file, model::Search(model::OpenToRead(file), patterns), {}};
+        QueryResult result{file, model::Search(model::OpenToRead(file), patterns), {}};
+        for (model::Match& match : result.matches) {
+            if (redaction.Hides(match.id, match.section, match.name)) {
+                match.value = kHidden;
+            }
+        }
+        return result;
     } catch (const std::exception&) {
         return {file, {}, CurrentProblem(file)};
     }
@@ -53,7 +62,10 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
     const std::unique_ptr<QueryReport> report = MakeReport(options, streams.data);
     bool hasMatch = false;
     bool hasProblem = false;
-    const auto search = [&](std::size_t number) { return ResultOf(options.files[number], options.patterns); };
+    const Redaction redaction(options.hidden);
+    const auto search = [&](std::size_t number) {
+        return ResultOf(options.files[number], options.patterns, redaction);
+    };
     const auto print = [&](std::size_t /*number*/, const QueryResult& result) {
         hasMatch = hasMatch || !result.matches.empty();
         hasProblem = hasProblem || result.problem;
@@ -89,6 +101,7 @@ Action DeclareQuery(CLI::App& line)
     line.add_flag("--count", options->count, "Print each value with the number of files that have it")
         ->excludes(json)
         ->excludes(table);
+    AddRedact(line, options->hidden);
     AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
     return [options](Streams streams) { return RunQuery(*options, streams); };
 }

@@ -6,6 +6,7 @@
 #include <exception>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "tools/zupolicy/client/Terminal.h"
 #include "tools/zupolicy/commands/CommandLine.h"
@@ -16,11 +17,19 @@
 namespace zupm::tool {
 namespace {
 
-/// Whether a failure is printed as JSON, too: also when the rest of the line is wrong.
-bool WantsJson(const std::vector<std::string>& arguments)
+/// Whether an option is on the line, also when the rest of the line is wrong.
+bool Has(const std::vector<std::string>& arguments, std::string_view option)
 {
     const auto end = std::ranges::find(arguments, "--");
-    return std::find(arguments.begin(), end, "--json") != end;
+    return std::any_of(arguments.begin(), end, [&](std::string_view argument) {
+        return argument.starts_with(option) && (argument.size() == option.size() || argument[option.size()] == '=');
+    });
+}
+
+/// What standard error is. A line of the file that goes with a message may hold a value that is to be hidden.
+Console StandardError(const std::vector<std::string>& arguments)
+{
+    return {IsTerminal(StandardStream::Error) && !Has(arguments, "--redact"), HasColour(StandardStream::Error)};
 }
 
 /// Standard output on a full disk must not look like success.
@@ -81,7 +90,7 @@ ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
         return ParseAndExecute(arguments, streams);
     } catch (const std::exception&) {
         const Problem problem = Report(streams);
-        if (WantsJson(arguments)) {
+        if (Has(arguments, "--json")) {
             PrintFailure(problem, streams.data);
         }
         return problem.exit;
@@ -93,7 +102,7 @@ ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages) noexcept
 {
     try {
-        Messages lines(messages, {IsTerminal(StandardStream::Error), HasColour(StandardStream::Error)});
+        Messages lines(messages, StandardError(arguments));
         return static_cast<int>(RunGuarded(arguments, Streams{out, lines}));
     } catch (const std::exception&) {
         return static_cast<int>(ExitCode::Other);  // not even the report found memory

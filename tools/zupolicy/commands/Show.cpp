@@ -7,6 +7,7 @@
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/Json.h"
 #include "tools/zupolicy/report/ShowText.h"
@@ -21,6 +22,7 @@ struct ShowOptions {
     bool namesOnly = false;
     bool json = false;
     bool quiet = false;
+    std::vector<std::string> hidden;
 };
 
 void RequireSomething(const FileContents& contents, const ShowOptions& options, const Selection& selection)
@@ -43,7 +45,7 @@ void RequireSomething(const FileContents& contents, const ShowOptions& options, 
 ExitCode RunShow(const ShowOptions& options, Streams streams)
 {
     const FileContents contents = ReadContents(options.file);
-    const Selection selection{options.softwareId, options.taskId, !options.namesOnly};
+    const Selection selection{options.softwareId, options.taskId, !options.namesOnly, Redaction(options.hidden)};
     if (options.quiet) {
         return Quietly([&] { RequireSomething(contents, options, selection); });
     }
@@ -63,6 +65,7 @@ Action DeclareShow(CLI::App& line)
     CLI::Option* id = line.add_option("SOFTWARE-ID", options->softwareId, "Only this product's policy and tasks");
     line.add_option("--task", options->taskId, "Only this task of the product")->type_name("TASK-ID")->needs(id);
     line.add_flag("--names", options->namesOnly, "Leave out sections and settings");
+    AddRedact(line, options->hidden);
     AddJson(line, options->json);
     AddQuiet(line, options->quiet, "Print nothing; the exit code says whether it is in the file");
     return [options](Streams streams) { return RunShow(*options, streams); };

@@ -46,6 +46,15 @@ std::optional<Repeated> RepeatedBy(std::string_view section, std::string_view na
     return row == std::end(kRepeating) ? std::nullopt : std::optional(row->repeated);
 }
 
+void ForEachRepeating(Field field, const std::function<void(std::string_view, std::string_view)>& call)
+{
+    for (const Row& row : kRepeating) {
+        if (!row.repeated.isId && row.repeated.field == field) {
+            call(row.section, row.name);
+        }
+    }
+}
+
 const std::string& TextOf(const Entry& task, const Repeated& repeated)
 {
     return repeated.isId ? *task.id.taskId : Get(task.fields, repeated.field);

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,6 +73,8 @@ struct Repeated {
     Field field = Field::DisplayName;
 };
 [[nodiscard]] std::optional<Repeated> RepeatedBy(std::string_view section, std::string_view name);
+/// Calls `call(section, name)` for each setting that repeats the field.
+void ForEachRepeating(Field field, const std::function<void(std::string_view, std::string_view)>& call);
 /// The text of such a setting.
 [[nodiscard]] const std::string& TextOf(const Entry& task, const Repeated& repeated);
 

@@ -14,8 +14,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kMostLevels = 16;
-
 /// An iterator over a text that reports how far the parser has read.
 class Reading {
 public:
@@ -50,15 +48,24 @@ private:
 /// Builds the value from the parser's events.
 class Builder final : public json::json_sax_t {
 public:
-    Builder(std::string_view text, std::string_view ignored, const std::size_t& read)
-        : m_text(text), m_ignored(ignored), m_read(read)
+    Builder(std::string_view text, const ReadingLimits& limits, const std::size_t& read)
+        : m_text(text), m_ignored(limits.ignored), m_mostLevels(limits.mostLevels), m_read(read)
     {
     }
 
     [[nodiscard]] JsonValue Take() { return std::move(m_root); }
 
     bool null() override { return Put(JsonValue::Type::Null); }
-    bool boolean(bool /*value*/) override { return Put(JsonValue::Type::Boolean); }
+    bool boolean(bool value) override
+    {
+        if (IsSkipped()) {
+            return true;
+        }
+        JsonValue& put = Place();
+        put.type = JsonValue::Type::Boolean;
+        put.integer = value ? 1 : 0;
+        return true;
+    }
     bool number_integer(number_integer_t value) override
     {
         if (IsSkipped()) {
@@ -141,6 +148,7 @@ private:
 
     std::string_view m_text;
     std::string_view m_ignored;
+    std::size_t m_mostLevels;
     const std::size_t& m_read;
     bool m_isSkipping = false;        ///< in the value of the ignored member
     std::size_t m_skippedLevels = 0;  ///< that are open in it
@@ -176,7 +184,7 @@ bool Builder::Open(JsonValue::Type type)
         ++m_skippedLevels;
         return true;
     }
-    if (m_levels.size() == kMostLevels) {
+    if (m_levels.size() == m_mostLevels) {
         throw JsonComplaint{m_read - 1, "the value is nested too deeply"};
     }
     JsonValue& value = Place();
@@ -251,11 +259,11 @@ std::string WithSmallNumbers(std::string_view text)
 
 }  // namespace
 
-JsonValue ReadJson(std::string_view text, std::string_view ignored)
+JsonValue ReadJson(std::string_view text, const ReadingLimits& limits)
 {
     const std::string small = WithSmallNumbers(text);
     std::size_t read = 0;
-    Builder builder(small, ignored, read);
+    Builder builder(small, limits, read);
     // The end is never moved, so it needs no count of its own.
     json::sax_parse(Reading(small.data(), read), Reading(small.data() + small.size(), read), &builder);
     return builder.Take();

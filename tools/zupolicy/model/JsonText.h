@@ -19,7 +19,7 @@ struct JsonValue {
     Type type = Type::Null;
     std::size_t at = 0;        ///< the byte that it begins at
     std::string text;          ///< of a text
-    std::int64_t integer = 0;  ///< of an integer of 64 bits; one that is larger has type Number
+    std::int64_t integer = 0;  ///< of an integer of 64 bits (one that is larger has type Number), or 1 for true
     std::vector<JsonValue> items;
     std::vector<Member> members;
 };
@@ -36,9 +36,15 @@ struct JsonComplaint {
     std::string message;
 };
 
-/// Reads a text that is one JSON value. Refused are also two members of one name and more levels than any edit has. The
-/// member `ignored` of the outermost object may have any value that is JSON; its value is reported as null. Throws
-/// JsonComplaint, std::bad_alloc.
-[[nodiscard]] JsonValue ReadJson(std::string_view text, std::string_view ignored = {});
+/// What a reading of JSON takes.
+struct ReadingLimits {
+    /// A member of the outermost object that may have any value that is JSON; its value is reported as null.
+    std::string_view ignored = {};
+    std::size_t mostLevels = 16;  ///< more than any edit has
+};
+
+/// Reads a text that is one JSON value. Refused are also two members of one name, and more levels than `limits` has.
+/// Throws JsonComplaint, std::bad_alloc.
+[[nodiscard]] JsonValue ReadJson(std::string_view text, const ReadingLimits& limits = {});
 
 }  // namespace zupm::model

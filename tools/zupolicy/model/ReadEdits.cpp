@@ -66,6 +66,9 @@ EditRequest ReadEdit(const JsonValue& value)
     Members members(value, "an edit");
     RequireSchema(members);
     const std::string kind = members.Text("edit");
+    if (members.Find("redacted") != nullptr) {
+        members.Refuse("values of this edit are hidden, so it cannot be made; compare without --redact");
+    }
     EditRequest edit;
     if (kind == "set") {
         ReadSet(members, edit);
@@ -75,7 +78,9 @@ EditRequest ReadEdit(const JsonValue& value)
         edit.kind = EditRequest::Kind::Entry;
         ReadContent(members, edit);
     } else if (kind == "unsupported") {
-        members.Refuse("no edit can make this difference; compare with --ignore-versions to leave out versions");
+        const std::optional<std::string> reason = members.FindText("reason");
+        members.Refuse("no edit can make this difference" +
+                       (reason ? ": " + *reason : "; compare with --ignore-versions to leave out versions"));
     } else {
         throw JsonComplaint{members.Find("edit")->at, "there is no edit \"" + kind + "\": set, absent or create"};
     }
@@ -88,7 +93,7 @@ EditRequest ReadLine(const std::string& line, std::uint32_t number, std::size_t 
     try {
         const std::string_view text = std::string_view(line).substr(skipped);
         RequireNoNull(text);
-        const JsonValue value = ReadJson(text, "before");
+        const JsonValue value = ReadJson(text, {.ignored = "before"});
         EditRequest edit = ReadEdit(value);
         edit.place = {number, ColumnOf(text, value.at)};
         return edit;

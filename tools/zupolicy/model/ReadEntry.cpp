@@ -49,7 +49,7 @@ EditRequest ReadEntry(std::string_view text)
     text.remove_prefix(text.starts_with(kMark) ? kMark.size() : 0);
     try {
         RequireNoNull(text);
-        const JsonValue value = ReadJson(text, "version");
+        const JsonValue value = ReadJson(text, {.ignored = "version"});
         EditRequest edit = ReadObject(value);
         edit.place = PlaceOf(text, value.at);
         return edit;

@@ -73,7 +73,10 @@ const FileView = (() => {
 
   function spread(node, state) {
     const same = Data.distributions[node.key].count.get(state);
-    return Dom.make("p", {}, Dom.make("a", {href: `#setting=${node.key}`}, same === Data.readable
+    const {isHidden} = Data.keys[node.key];
+    return Dom.make("p", {}, Dom.make("a", {href: `#setting=${node.key}`}, isHidden
+      ? `${Format.number(same)} of ${Format.number(Data.readable)} files have it`
+      : same === Data.readable
       ? `All ${Format.number(same)} files have this value`
       : `${Format.number(same)} of ${Format.number(Data.readable)} files have this value`));
   }

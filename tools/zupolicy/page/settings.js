@@ -33,7 +33,11 @@ const Settings = (() => {
     }));
   }
 
-  function summary({count, missing, outliers, varies}) {
+  function summary({key, count, missing, outliers, varies}) {
+    if (Data.keys[key].isHidden) {
+      return Dom.make("span", {}, Dom.make("span", {class: "badge muted"}, "values are hidden"),
+        missing > 0 ? ` ${Format.counted(missing, "file misses", "files miss")} it` : "");
+    }
     if (outliers === 0 && !varies) {
       return Dom.make("span", {class: "badge good"}, "the same everywhere");
     }

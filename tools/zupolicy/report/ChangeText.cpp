@@ -24,49 +24,87 @@ char SignOf(bool isNew, bool isGone)
     return isNew ? '+' : isGone ? '-' : '~';
 }
 
-void WriteSetting(std::ostream& out, const std::string& entry, const model::SettingChange& change)
-{
-    out << SignOf(!change.before, !change.after) << ' ' << entry << ' ' << Visible(change.section) << '/'
-        << Visible(change.name) << ": ";
-    if (change.before) {
-        out << InQuotes(*change.before) << (change.after ? " -> " : "");
+/// Writes the lines about one entry.
+class ChangeLines {
+public:
+    ChangeLines(std::ostream& out, const EntryChange& change, const ChangeStyle& style)
+        : m_out(out), m_change(change), m_style(style), m_entry(Visible(Describe(change.id)))
+    {
     }
-    out << (change.after ? InQuotes(*change.after) : "") << '\n';
-}
 
-void WriteSection(std::ostream& out, const std::string& entry, const model::SectionChange& change)
-{
-    out << SignOf(change.isAdded, !change.isAdded) << ' ' << entry << " section " << Visible(change.section)
-        << (change.settings == 0 ? " (empty)" : Count(change.settings, "setting")) << '\n';
-}
+    void WriteAll()
+    {
+        if (m_change.entry != nullptr) {
+            WriteEntry();
+        }
+        for (const model::FieldChange& field : m_change.fields) {
+            WriteField(field);
+        }
+        for (const EntryChange::Step& step : m_change.steps) {
+            if (step.setting) {
+                WriteSetting(*step.setting);
+            } else {
+                WriteSection(*step.section);
+            }
+        }
+    }
+
+private:
+    std::ostream& Begin(char sign) { return m_out << m_style.linePrefix << sign << ' ' << m_entry; }
+
+    void WriteEntry()
+    {
+        const std::size_t sections = m_change.entry->sections.Size();
+        Begin(SignOf(m_change.kind == EntryChange::Kind::Added, m_change.kind == EntryChange::Kind::Removed))
+            << (sections == 0 ? "" : Count(sections, "section")) << '\n';
+    }
+
+    void WriteField(const model::FieldChange& field)
+    {
+        const std::string_view name = model::kFieldNames[static_cast<std::size_t>(field.field)];
+        const auto shown = [&](const std::string& value) {
+            return InQuotes(m_style.redaction.ShownField(name, value));
+        };
+        Begin('~') << ' ' << name << ": " << shown(field.before) << " -> " << shown(field.after) << '\n';
+    }
+
+    void WriteSetting(const model::SettingChange& change)
+    {
+        const auto shown = [&](const std::string& value) {
+            return InQuotes(m_style.redaction.Shown(m_change.id, change.section, change.name, value));
+        };
+        Begin(SignOf(!change.before, !change.after))
+            << ' ' << Visible(change.section) << '/' << Visible(change.name) << ": ";
+        if (change.before) {
+            m_out << shown(*change.before) << (change.after ? " -> " : "");
+        }
+        m_out << (change.after ? shown(*change.after) : "") << '\n';
+    }
+
+    void WriteSection(const model::SectionChange& change)
+    {
+        Begin(SignOf(change.isAdded, !change.isAdded))
+            << " section " << Visible(change.section)
+            << (change.settings == 0 ? " (empty)" : Count(change.settings, "setting")) << '\n';
+    }
+
+    std::ostream& m_out;
+    const EntryChange& m_change;
+    const ChangeStyle& m_style;
+    std::string m_entry;
+};
 
 }  // namespace
 
-void WriteAsText(std::ostream& out, const FileDifference& difference)
+void WriteAsText(std::ostream& out, const FileDifference& difference, const ChangeStyle& style)
 {
-    out << "~ " << difference.what << ": " << InQuotes(difference.before) << " -> " << InQuotes(difference.after)
-        << '\n';
+    out << style.linePrefix << "~ " << difference.what << ": " << InQuotes(difference.before) << " -> "
+        << InQuotes(difference.after) << '\n';
 }
 
-void WriteAsText(std::ostream& out, const EntryChange& change)
+void WriteAsText(std::ostream& out, const EntryChange& change, const ChangeStyle& style)
 {
-    const std::string entry = Visible(Describe(change.id));
-    if (change.entry != nullptr) {
-        const std::size_t sections = change.entry->sections.Size();
-        out << SignOf(change.kind == EntryChange::Kind::Added, change.kind == EntryChange::Kind::Removed) << ' '
-            << entry << (sections == 0 ? "" : Count(sections, "section")) << '\n';
-    }
-    for (const model::FieldChange& field : change.fields) {
-        out << "~ " << entry << ' ' << model::kFieldNames[static_cast<std::size_t>(field.field)] << ": "
-            << InQuotes(field.before) << " -> " << InQuotes(field.after) << '\n';
-    }
-    for (const EntryChange::Step& step : change.steps) {
-        if (step.setting) {
-            WriteSetting(out, entry, *step.setting);
-        } else {
-            WriteSection(out, entry, *step.section);
-        }
-    }
+    ChangeLines(out, change, style).WriteAll();
 }
 
 }  // namespace zupm::tool

@@ -26,6 +26,11 @@ void PrintReport(Messages& messages, const CheckReport& report)
     for (LONG i = 0; i < notices.Count(); ++i) {
         PrintWarning(messages, report.file, notices.At(i));
     }
+    if (report.sound->problems) {
+        for (const RuleProblem& problem : *report.sound->problems) {
+            PrintProblem(messages, report.file, problem);
+        }
+    }
 }
 
 void PrintWarning(Messages& messages, const std::string& file, const Notice& notice)

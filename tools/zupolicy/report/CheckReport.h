@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/zupolicy/client/Notices.h"
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/report/Problem.h"
+#include "tools/zupolicy/report/RuleReport.h"
 #include "tools/zupolicy/report/Streams.h"
 
 namespace zupm::tool {
@@ -16,6 +18,8 @@ namespace zupm::tool {
 struct SoundFile {
     Notices notices;
     Counts counts;  ///< 0 where nobody asks for them
+    /// What breaks the rules; nothing without rules.
+    std::optional<std::vector<RuleProblem>> problems;
 };
 
 /// A broken file has a problem, with a place where the breakage has one.
@@ -26,7 +30,7 @@ struct CheckReport {
 };
 
 /// "file:line:column: message" for a broken file, one "file:line:column: warning: message" for each warning about a
-/// sound one; nothing else for a sound file.
+/// sound one, and a line for each part of it that breaks a rule; nothing else for a sound file.
 void PrintReport(Messages& messages, const CheckReport& report);
 
 /// "file:line:column: warning: message".

@@ -27,8 +27,7 @@ void WriteSection(JsonWriter& json, const model::Section& section)
 void WriteEntryAsJson(std::ostream& out, const model::Entry& entry)
 {
     JsonWriter json(out);
-    json.BeginObject();
-    json.Key("schema").Number(1);
+    json.BeginDocument();
     json.Member("kind", entry.id.taskId ? "task" : "policy");
     json.Member("softwareId", entry.id.softwareId);
     if (entry.id.taskId) {

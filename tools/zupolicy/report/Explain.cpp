@@ -54,21 +54,6 @@ std::string Suggestion(const zupm::PolicyFile& file, result::Code code, const So
     }
 }
 
-/// The first element on the way to a new entry that the file does not have.
-std::string_view MissingElement(const Places& places, const Target& target)
-{
-    if (target.taskId) {
-        return places.taskRoot ? std::string_view() : "TaskRoot";
-    }
-    if (!places.policyRoot) {
-        return "PolicyRoot";
-    }
-    if (!places.policyGroup) {
-        return "PolicyGroup";
-    }
-    return places.policy ? std::string_view() : "Policy";
-}
-
 /// The problem with the name of the missing element, when that can be found out.
 Problem WithMissingElement(Problem problem, const Sought& sought)
 {
@@ -86,6 +71,20 @@ Problem WithMissingElement(Problem problem, const Sought& sought)
 }
 
 }  // namespace
+
+std::string_view MissingElement(const Places& places, const Target& target)
+{
+    if (target.taskId) {
+        return places.taskRoot ? std::string_view() : "TaskRoot";
+    }
+    if (!places.policyRoot) {
+        return "PolicyRoot";
+    }
+    if (!places.policyGroup) {
+        return "PolicyGroup";
+    }
+    return places.policy ? std::string_view() : "Policy";
+}
 
 Problem Explained(Problem problem, const Sought& sought)
 {

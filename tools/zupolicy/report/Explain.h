@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "tools/zupolicy/client/Target.h"
 #include "tools/zupolicy/report/Problem.h"
@@ -23,6 +24,9 @@ struct Sought {
 
 /// `did you mean "General"?` when something is missing and the file has a name much like it; nothing otherwise.
 [[nodiscard]] std::string SuggestionFor(result::Code code, const Sought& sought);
+
+/// The first element on the way to a new entry that a file does not have; empty when it has all.
+[[nodiscard]] std::string_view MissingElement(const Places& places, const Target& target);
 
 /// Calls `call`; a ProblemFailure leaves it explained, with a suggestion as its hint.
 template <typename Call>

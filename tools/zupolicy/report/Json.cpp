@@ -1,54 +1,60 @@
 #include "tools/zupolicy/report/Json.h"
 
 #include <string_view>
+#include <type_traits>
 
 #include "tools/zupolicy/report/CheckReport.h"
 
 namespace zupm::tool {
 namespace {
 
-void WriteSettings(JsonWriter& json, const FileContents& contents, const Section& section)
+void WriteSettings(JsonWriter& json, const FileContents& contents, const Section& section, const Redaction& redaction,
+                   bool isTask)
 {
     json.Key("settings").BeginArray();
     for (std::uint32_t number = section.firstSetting; number != kNone; number = contents.settings[number].next) {
         const Setting& setting = contents.settings[number];
         json.BeginObject();
         json.Member("name", contents.Text(setting.name));
-        json.Member("value", contents.Text(setting.value));
+        const bool isHidden = redaction.HidesSetting(contents.Text(section.name), contents.Text(setting.name), isTask);
+        json.Member("value", isHidden ? kHidden : contents.Text(setting.value));
         json.EndObject();
     }
     json.EndArray();
 }
 
 template <typename Record>
-void WriteSections(JsonWriter& json, const FileContents& contents, const Record& record)
+void WriteSections(JsonWriter& json, const FileContents& contents, const Record& record, const Redaction& redaction)
 {
     json.Key("sections").BeginArray();
     for (std::uint32_t number = record.firstSection; number < record.endSection; ++number) {
         const Section& section = contents.sections[number];
         json.BeginObject();
         json.Member("name", contents.Text(section.name));
-        WriteSettings(json, contents, section);
+        WriteSettings(json, contents, section, redaction, std::is_same_v<Record, Task>);
         json.EndObject();
     }
     json.EndArray();
 }
 
-void WriteFields(JsonWriter& json, const FileContents& contents, const Policy& policy)
+void WriteFields(JsonWriter& json, const FileContents& contents, const Policy& policy, const Redaction& /*redaction*/)
 {
     json.Member("softwareId", contents.Text(policy.softwareId));
     json.Member("version", contents.Text(policy.version));
 }
 
-void WriteFields(JsonWriter& json, const FileContents& contents, const Task& task)
+void WriteFields(JsonWriter& json, const FileContents& contents, const Task& task, const Redaction& redaction)
 {
+    const auto write = [&](std::string_view name, Piece value) {
+        json.Member(name, redaction.ShownField(name, contents.Text(value)));
+    };
     json.Member("softwareId", contents.Text(task.softwareId));
     json.Member("taskId", contents.Text(task.taskId));
-    json.Member("displayName", contents.Text(task.displayName));
-    json.Member("type", contents.Text(task.type));
-    json.Member("platforms", contents.Text(task.platforms));
-    json.Member("priority", contents.Text(task.priority));
-    json.Member("creator", contents.Text(task.creator));
+    write("displayName", task.displayName);
+    write("type", task.type);
+    write("platforms", task.platforms);
+    write("priority", task.priority);
+    write("creator", task.creator);
     json.Member("version", contents.Text(task.version));
 }
 
@@ -61,9 +67,9 @@ void WriteRecords(JsonWriter& json, const FileContents& contents, const Records&
             continue;
         }
         json.BeginObject();
-        WriteFields(json, contents, record);
+        WriteFields(json, contents, record, selection.redaction);
         if (selection.withSections) {
-            WriteSections(json, contents, record);
+            WriteSections(json, contents, record, selection.redaction);
         }
         json.EndObject();
     }
@@ -104,6 +110,13 @@ void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
     json.Key("sections").Number(sound.counts.sections);
     json.Key("settings").Number(sound.counts.settings);
     WriteWarnings(json, sound.notices, [](LONG /*index*/) { return true; });
+    if (sound.problems) {
+        json.Key("problems").BeginArray();
+        for (const RuleProblem& problem : *sound.problems) {
+            WriteProblem(json, problem);
+        }
+        json.EndArray();
+    }
 }
 
 void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields)

@@ -10,7 +10,7 @@ namespace zupm::tool {
 namespace {
 
 /// The time as the component writes versions: GMT, yyyymmddHHMMSS.
-std::string Now()
+std::string TimeStamp()
 {
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     const auto day = std::chrono::floor<std::chrono::days>(now);
@@ -62,6 +62,35 @@ PageData::Number PageData::Text(std::string_view text)
     return number;
 }
 
+PageData::Number PageData::Value(std::string_view value, bool isHidden)
+{
+    if (!isHidden) {
+        return Text(value);
+    }
+    if (m_hidden == Hidden::Alike) {
+        return Text(kHidden);
+    }
+    const auto [place, isNew] = m_hiddenNumbers.try_emplace(std::string(value), static_cast<Number>(m_texts.size()));
+    if (isNew) {
+        m_texts.emplace_back(kHidden);
+    }
+    return place->second;
+}
+
+bool PageData::IsHidden(const Key& key) const
+{
+    const auto [entry, kind, section, name] = key;
+    switch (kind) {
+        case Kind::Field:
+            return m_redaction.HidesField(m_texts[name]);
+        case Kind::Setting:
+            return m_redaction.HidesSetting(m_texts[section], m_texts[name],
+                                            m_entries.order[entry]->second.has_value());
+        default:
+            return false;
+    }
+}
+
 void PageData::AddEntry(const PageEntry& added, Contents& contents)
 {
     const model::Entry& entry = added.entry;
@@ -70,7 +99,9 @@ void PageData::AddEntry(const PageEntry& added, Contents& contents)
     const Number none = Text("");
     contents.Add(m_keys.Of({id, Kind::Version, none, none}), Text(added.version));
     for (std::size_t field = 0; taskId && field < entry.fields.size(); ++field) {
-        contents.Add(m_keys.Of({id, Kind::Field, none, Text(model::kFieldNames[field])}), Text(entry.fields[field]));
+        const std::string_view name = model::kFieldNames[field];
+        contents.Add(m_keys.Of({id, Kind::Field, none, Text(name)}),
+                     Value(entry.fields[field], m_redaction.HidesField(name)));
     }
     for (const model::Section& section : entry.sections) {
         const Number name = Text(section.name);
@@ -78,7 +109,8 @@ void PageData::AddEntry(const PageEntry& added, Contents& contents)
             contents.Add(m_keys.Of({id, Kind::Section, name, none}), none);
         }
         for (const model::Setting& setting : section.settings) {
-            contents.Add(m_keys.Of({id, Kind::Setting, name, Text(setting.name)}), Text(setting.value));
+            contents.Add(m_keys.Of({id, Kind::Setting, name, Text(setting.name)}),
+                         Value(setting.value, m_redaction.Hides(entry.id, section.name, setting.name)));
         }
     }
 }
@@ -127,6 +159,9 @@ void PageData::WriteTables(JsonWriter& json) const
         json.Number(static_cast<Number>(kind));
         json.Number(section);
         json.Number(name);
+        if (IsHidden(*key)) {
+            json.Number(1);
+        }
         json.EndArray();
     }
     json.EndArray();
@@ -178,7 +213,7 @@ void PageData::Write(std::ostream& out, const PageHead& head) const
     json.Member("program", "zupolicy " ZUPM_VERSION);
     json.Member("kind", head.kind == PageHead::Kind::Files ? "files" : "differences");
     json.Member("title", head.title);
-    json.Member("made", Now());
+    json.Member("made", TimeStamp());
     json.Member("shell", std::filesystem::path::preferred_separator == '/' ? "posix" : "powershell");
     json.Key("ignoreVersions").Boolean(head.ignoreVersions);
     json.Member("edits", head.edits);

@@ -17,6 +17,7 @@
 #include "tools/zupolicy/model/Entry.h"
 #include "tools/zupolicy/report/JsonWriter.h"
 #include "tools/zupolicy/report/Problem.h"
+#include "tools/zupolicy/report/Redaction.h"
 
 namespace zupm::tool {
 
@@ -60,9 +61,20 @@ struct PageHead {
 /// Many files, with every text once.
 ///
 /// A file is the number of its shape, which is a list of keys, and a value for each of them. A key is one thing that a
-/// policy or task may have. Files that were made alike have one shape.
+/// policy or task may have. Files that were made alike have one shape. Hidden values are not in it.
 class PageData {
 public:
+    /// How much a page says about hidden values.
+    enum class Hidden {
+        Alike,      ///< nothing: all of them are the same text
+        Different,  ///< which of them are equal
+    };
+
+    explicit PageData(Redaction redaction = {}, Hidden hidden = Hidden::Alike)
+        : m_redaction(std::move(redaction)), m_hidden(hidden)
+    {
+    }
+
     void Add(const PageFile& file);
     /// One JSON document, which a script element can hold.
     void Write(std::ostream& out, const PageHead& head) const;
@@ -104,12 +116,17 @@ private:
     struct Contents;
 
     Number Text(std::string_view text);
+    Number Value(std::string_view value, bool isHidden);
+    [[nodiscard]] bool IsHidden(const Key& key) const;
     void AddEntry(const PageEntry& entry, Contents& contents);
     void WriteTables(JsonWriter& json) const;
     void WriteFiles(JsonWriter& json) const;
 
+    Redaction m_redaction;
+    Hidden m_hidden;
     std::deque<std::string> m_texts;
     std::unordered_map<std::string_view, Number> m_textNumbers;  ///< of `m_texts`
+    std::map<std::string, Number, std::less<>> m_hiddenNumbers;  ///< of hidden values, whose texts are kHidden
     Numbers<std::pair<Number, std::optional<Number>>> m_entries;
     Numbers<Key> m_keys;
     Numbers<std::vector<Number>> m_shapes;

@@ -81,9 +81,6 @@ void QueryCount::Add(const QueryResult& result)
 
 void QueryCount::End()
 {
-    if (m_files.empty()) {
-        return;
-    }
     std::vector<std::pair<std::string, std::size_t>> rows;
     for (const auto& [value, count] : m_files) {
         rows.emplace_back("\"" + Visible(value) + "\"", count);

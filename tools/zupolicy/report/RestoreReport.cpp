@@ -33,8 +33,7 @@ std::string TimeText(std::filesystem::file_time_type time)
 void WriteAsJson(std::ostream& out, const RestoreResult& result)
 {
     JsonWriter json(out);
-    json.BeginObject();
-    json.Key("schema").Number(1);
+    json.BeginDocument();
     json.Member("file", result.file);
     json.Key("dryRun").Boolean(result.isDryRun);
     json.Key("changed").Boolean(result.changed);
@@ -90,8 +89,7 @@ void WriteBackups(std::ostream& out, const std::string& file, const std::vector<
         return;
     }
     JsonWriter json(out);
-    json.BeginObject();
-    json.Key("schema").Number(1);
+    json.BeginDocument();
     json.Member("file", file);
     json.Key("backups").BeginArray();
     for (const BackupFile& backup : backups) {

@@ -35,7 +35,7 @@ public:
         Value(policy.softwareId);
         m_out << '\n';
         Field("  ", "Version", policy.version);
-        Sections(policy.firstSection, policy.endSection);
+        Sections(policy.firstSection, policy.endSection, false);
     }
 
     void Entry(const Task& task)
@@ -45,13 +45,13 @@ public:
         m_out << ' ';
         Value(task.taskId);
         m_out << '\n';
-        Field("  ", "Name", task.displayName);
-        Field("  ", "Type", task.type);
-        Field("  ", "Platforms", task.platforms);
-        Field("  ", "Priority", task.priority);
-        Field("  ", "Creator", task.creator);
+        TaskField("Name", "displayName", task.displayName);
+        TaskField("Type", "type", task.type);
+        TaskField("Platforms", "platforms", task.platforms);
+        TaskField("Priority", "priority", task.priority);
+        TaskField("Creator", "creator", task.creator);
         Field("  ", "Version", task.version);
-        Sections(task.firstSection, task.endSection);
+        Sections(task.firstSection, task.endSection, true);
     }
 
 private:
@@ -60,28 +60,36 @@ private:
         Field(indent, label, m_contents.Text(value));
     }
 
+    void TaskField(std::string_view label, std::string_view name, Piece value)
+    {
+        const std::string_view text = m_contents.Text(value);
+        Field("  ", label, text.empty() ? text : m_selection.redaction.ShownField(name, text));
+    }
+
     void Value(std::string_view text) { WriteVisible(m_out, text, Backslash::Escaped); }
     void Value(Piece piece) { Value(m_contents.Text(piece)); }
 
-    void Sections(std::uint32_t first, std::uint32_t end)
+    void Sections(std::uint32_t first, std::uint32_t end, bool isTask)
     {
         for (std::uint32_t number = first; m_selection.withSections && number < end; ++number) {
             const Section& section = m_contents.sections[number];
             m_out << "  [";
             Value(section.name);
             m_out << "]\n";
-            Settings(section);
+            Settings(section, isTask);
         }
     }
 
-    void Settings(const Section& section)
+    void Settings(const Section& section, bool isTask)
     {
         for (std::uint32_t number = section.firstSetting; number != kNone;) {
             const Setting& setting = m_contents.settings[number];
             m_out << "    ";
             Value(setting.name);
             m_out << " = ";
-            Value(setting.value);
+            const bool isHidden = m_selection.redaction.HidesSetting(m_contents.Text(section.name),
+                                                                     m_contents.Text(setting.name), isTask);
+            Value(isHidden ? kHidden : m_contents.Text(setting.value));
             m_out << '\n';
             number = setting.next;
         }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tools/zupolicy/client/contents/FileContents.h"
+#include "tools/zupolicy/report/Redaction.h"
 
 namespace zupm::tool {
 
@@ -14,6 +15,7 @@ struct Selection {
     std::optional<std::string> softwareId;
     std::optional<std::string> taskId;
     bool withSections = true;
+    Redaction redaction = {};
 
     [[nodiscard]] bool Has(const FileContents& contents, const Policy& policy) const
     {

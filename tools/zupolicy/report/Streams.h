@@ -9,7 +9,7 @@ namespace zupm::tool {
 
 /// What standard error is.
 struct Console {
-    bool isTerminal = false;
+    bool isTerminal = false;  ///< a person reads it, and may see lines of the file
     bool hasColour = false;
 };
 

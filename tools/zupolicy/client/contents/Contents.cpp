@@ -38,18 +38,18 @@ Stamp StampOf(const std::string& path)
 }
 
 /// The records of a file that the component has accepted already.
-FileContents ReadRecords(const std::string& path)
+PlacedContents ReadRecords(const std::string& path)
 {
-    const std::optional<std::string> text = DecodeSource(ReadBytes(path));
+    std::optional<std::string> text = DecodeSource(ReadBytes(path));
     std::optional<FileContents> contents = text ? ReadDocument(*text) : std::nullopt;
     if (!contents) {
         ThrowChanged(path);
     }
-    return std::move(*contents);
+    return {std::move(*contents), std::move(*text)};
 }
 
 /// Loads the file for `whileLoaded`, and then reads the records.
-FileContents ReadTwice(const std::string& name, const std::function<void(PolicyFile&)>& whileLoaded)
+PlacedContents ReadTwice(const std::string& name, const std::function<void(PolicyFile&)>& whileLoaded)
 {
     RequireName(name);
     return Reading(name, [&](const std::string& path) {
@@ -58,7 +58,7 @@ FileContents ReadTwice(const std::string& name, const std::function<void(PolicyF
             PolicyFile file(path, Access::ReadOnly);
             whileLoaded(file);
         }
-        FileContents contents = ReadRecords(path);
+        PlacedContents contents = ReadRecords(path);
         if (StampOf(path) != before) {
             ThrowChanged(path);
         }
@@ -68,20 +68,32 @@ FileContents ReadTwice(const std::string& name, const std::function<void(PolicyF
 
 }  // namespace
 
-FileContents ReadContents(const std::string& path)
+PlacedContents ReadPlaced(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded)
 {
     FileVersions versions;
-    FileContents contents = ReadTwice(path, [&](PolicyFile& file) { versions = file.Versions(); });
-    contents.policyVersion = std::move(versions.policy);
-    contents.taskVersion = std::move(versions.task);
-    contents.assignmentList = std::move(versions.assignmentList);
-    return contents;
+    PlacedContents placed = ReadTwice(path, [&](PolicyFile& file) {
+        versions = file.Versions();
+        whileLoaded(file);
+    });
+    placed.contents.policyVersion = std::move(versions.policy);
+    placed.contents.taskVersion = std::move(versions.task);
+    placed.contents.assignmentList = std::move(versions.assignmentList);
+    return placed;
+}
+
+FileContents ReadContents(const std::string& path)
+{
+    return ReadPlaced(path, [](PolicyFile&) {}).contents;
+}
+
+Counts CountsOf(const FileContents& contents)
+{
+    return {contents.policies.size(), contents.tasks.size(), contents.sections.size(), contents.settings.size()};
 }
 
 Counts CountContents(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded)
 {
-    const FileContents contents = ReadTwice(path, whileLoaded);
-    return {contents.policies.size(), contents.tasks.size(), contents.sections.size(), contents.settings.size()};
+    return CountsOf(ReadTwice(path, whileLoaded).contents);
 }
 
 }  // namespace zupm::tool

@@ -7,6 +7,7 @@
 
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/client/contents/FileContents.h"
+#include "tools/zupolicy/client/contents/PlaceFinder.h"
 
 namespace zupm::tool {
 
@@ -15,6 +16,15 @@ namespace zupm::tool {
 /// the component refuses the file, and (Changed) when another program writes it at the same time.
 [[nodiscard]] FileContents ReadContents(const std::string& path);
 
+/// Contents with the text that their offsets are about.
+struct PlacedContents {
+    FileContents contents;
+    std::string text;
+};
+
+/// As ReadContents; `whileLoaded` may look at the file before it is released.
+[[nodiscard]] PlacedContents ReadPlaced(const std::string& path, const std::function<void(PolicyFile&)>& whileLoaded);
+
 /// What a file has, each policy, task, section and setting once.
 struct Counts {
     std::size_t policies = 0;
@@ -22,6 +32,8 @@ struct Counts {
     std::size_t sections = 0;
     std::size_t settings = 0;
 };
+
+[[nodiscard]] Counts CountsOf(const FileContents& contents);
 
 /// The counts of a file that the component has accepted and that `whileLoaded` may look at before it is released.
 /// Throws as ReadContents does.

@@ -17,7 +17,7 @@ std::uint32_t SizeOf(const Records& records)
 
 }  // namespace
 
-ContentsBuilder::ContentsBuilder(std::string_view document)
+ContentsBuilder::ContentsBuilder(std::string_view document) : m_document(document)
 {
     // Decoded, no text gets longer; so this room is never outgrown, and what is not used of it costs nothing.
     m_contents.texts.reserve(document.size() + 1024);
@@ -108,7 +108,11 @@ ContentsBuilder::Place ContentsBuilder::OpenRootChild(const Markup& tag)
     if (!isPolicies && tag.text != "TaskRoot") {
         return Place::Other;
     }
-    (isPolicies ? m_contents.places.policyRoot : m_contents.places.taskRoot) = true;
+    bool& isKnown = isPolicies ? m_contents.places.policyRoot : m_contents.places.taskRoot;
+    if (!isKnown) {
+        (isPolicies ? m_contents.places.policyRootAt : m_contents.places.taskRootAt) = OffsetOf(tag);
+    }
+    isKnown = true;
     return isPolicies ? Place::PolicyRoot : Place::TaskRoot;
 }
 
@@ -146,7 +150,7 @@ ContentsBuilder::Place ContentsBuilder::OpenProduct(const Markup& tag)
         return Place::Other;
     }
     const std::uint32_t section = SizeOf(m_contents.sections);
-    policies.push_back({Keep(*softwareId), m_policyVersion, section, section});
+    policies.push_back({Keep(*softwareId), m_policyVersion, section, section, OffsetOf(tag)});
     ++m_entry;
     return Place::Product;
 }
@@ -166,6 +170,7 @@ ContentsBuilder::Place ContentsBuilder::OpenTaskGroup(const Markup& tag)
     m_group.platforms = KeepAttribute(tag, "Platforms");
     m_group.creator = KeepAttribute(tag, "CreatorID");
     m_group.priority = KeepAttribute(tag, "TaskPriority");
+    m_group.group = OffsetOf(tag);
     m_isNewGroup = !HasTaskOfGroup();
     return Place::TaskGroup;
 }
@@ -198,6 +203,7 @@ ContentsBuilder::Place ContentsBuilder::OpenTask(const Markup& tag)
     std::deque<Task>& tasks = m_contents.tasks;
     m_taskKeys.Add(KeyOfGroup(), SizeOf(tasks));
     tasks.push_back(m_group);
+    tasks.back().at = OffsetOf(tag);
     tasks.back().version = KeepAttribute(tag, "TaskVersion");
     tasks.back().firstSection = tasks.back().endSection = SizeOf(m_contents.sections);
     ++m_entry;
@@ -216,7 +222,7 @@ ContentsBuilder::Place ContentsBuilder::OpenSection(const Markup& tag)
     });
     if (m_section == kNone) {
         m_section = SizeOf(sections);
-        sections.push_back({Keep(*name), m_entry});
+        sections.push_back({Keep(*name), m_entry, kNone, kNone, OffsetOf(tag)});
     }
     return Place::Section;
 }
@@ -237,7 +243,7 @@ ContentsBuilder::Place ContentsBuilder::OpenSetting(const Markup& tag)
         return Place::Other;
     }
     const Piece kept = Keep(*name);
-    settings.push_back({kept, {SizeOf(m_contents.texts), 0}, m_section});
+    settings.push_back({kept, {SizeOf(m_contents.texts), 0}, m_section, kNone, OffsetOf(tag)});
     if (section.lastSetting == kNone) {
         section.firstSetting = number;
     } else {
@@ -245,6 +251,12 @@ ContentsBuilder::Place ContentsBuilder::OpenSetting(const Markup& tag)
     }
     section.lastSetting = number;
     return Place::Setting;
+}
+
+Offset ContentsBuilder::OffsetOf(const Markup& tag) const
+{
+    // The name follows the bracket that begins the tag.
+    return static_cast<Offset>(tag.text.data() - m_document.data() - 1);
 }
 
 Piece ContentsBuilder::Keep(std::string_view text)

@@ -62,10 +62,13 @@ private:
     [[nodiscard]] bool HasTaskOfGroup() const;
     [[nodiscard]] std::uint32_t KeyOfGroup() const;
 
+    /// Where the start tag begins.
+    [[nodiscard]] Offset OffsetOf(const Markup& tag) const;
     [[nodiscard]] Piece Keep(std::string_view text);
     /// An attribute's value among the texts; missing when the tag does not have it.
     [[nodiscard]] Piece KeepAttribute(const Markup& tag, std::string_view name);
 
+    std::string_view m_document;
     FileContents m_contents;
 
     /// From the document down to a setting: eight levels. Level 0 is the document itself.

@@ -22,6 +22,9 @@ struct Piece {
     return piece.offset == 0;
 }
 
+/// A place in the document, by its byte; see PlaceFinder.
+using Offset = std::uint32_t;
+
 /// No record.
 inline constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
 
@@ -30,14 +33,16 @@ struct Setting {
     Piece value;
     std::uint32_t section = kNone;
     std::uint32_t next = kNone;  ///< the section's next setting
+    Offset at = 0;               ///< its start tag; the same holds for the other records
 };
 
-/// The sections of one name in one entry.
+/// The sections of one name in one entry; `at` is the first one's.
 struct Section {
     Piece name;
     std::uint32_t entry = kNone;
     std::uint32_t firstSetting = kNone;
     std::uint32_t lastSetting = kNone;
+    Offset at = 0;
 };
 
 /// A product's policy. Its sections are those from `firstSection` to before `endSection`; the same holds for tasks.
@@ -46,6 +51,7 @@ struct Policy {
     Piece version;
     std::uint32_t firstSection = 0;
     std::uint32_t endSection = 0;
+    Offset at = 0;
 };
 
 /// Fields that the file does not have are empty.
@@ -60,6 +66,8 @@ struct Task {
     Piece version;
     std::uint32_t firstSection = 0;
     std::uint32_t endSection = 0;
+    Offset at = 0;
+    Offset group = 0;  ///< the start tag of its TaskGroup, which has the fields
 };
 
 /// The elements that a new entry needs, as far as the file has them.
@@ -68,6 +76,9 @@ struct Places {
     bool policyGroup = false;
     bool policy = false;
     bool taskRoot = false;
+    // The first of each; the beginning of the document where there is none.
+    Offset policyRootAt = 0;
+    Offset taskRootAt = 0;
 };
 
 struct FileContents {

@@ -63,32 +63,6 @@ void AppendReplaced(std::string& out, std::string_view text, std::string_view sp
     out += text;
 }
 
-/// One attribute in front of a tag's others, taken off them.
-struct RawAttribute {
-    std::string_view name;
-    std::string_view value;
-};
-
-std::optional<RawAttribute> TakeAttribute(std::string_view& attributes)
-{
-    const std::size_t begin = attributes.find_first_not_of(kBlanks);
-    const std::size_t equals = attributes.find('=');
-    const std::size_t quote = attributes.find_first_of("\"'");
-    if (begin == std::string_view::npos || equals == std::string_view::npos || quote == std::string_view::npos ||
-        equals < begin) {
-        return std::nullopt;
-    }
-    const std::size_t close = attributes.find(attributes[quote], quote + 1);
-    if (close == std::string_view::npos) {
-        return std::nullopt;
-    }
-    std::string_view name = attributes.substr(begin, equals - begin);
-    name = name.substr(0, name.find_first_of(kBlanks));
-    const RawAttribute attribute{name, attributes.substr(quote + 1, close - quote - 1)};
-    attributes.remove_prefix(close + 1);
-    return attribute;
-}
-
 }  // namespace
 
 std::optional<Markup> TagReader::Next()
@@ -194,6 +168,26 @@ std::optional<Markup> TagReader::TakeTag()
     const std::size_t length = std::min(inside.find_first_of(kBlanks), inside.size());
     return Markup{closes ? Markup::Kind::OpenAndClose : Markup::Kind::Open, inside.substr(0, length),
                   inside.substr(length)};
+}
+
+std::optional<RawAttribute> TakeAttribute(std::string_view& attributes)
+{
+    const std::size_t begin = attributes.find_first_not_of(kBlanks);
+    const std::size_t equals = attributes.find('=');
+    const std::size_t quote = attributes.find_first_of("\"'");
+    if (begin == std::string_view::npos || equals == std::string_view::npos || quote == std::string_view::npos ||
+        equals < begin) {
+        return std::nullopt;
+    }
+    const std::size_t close = attributes.find(attributes[quote], quote + 1);
+    if (close == std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::string_view name = attributes.substr(begin, equals - begin);
+    name = name.substr(0, name.find_first_of(kBlanks));
+    const RawAttribute attribute{name, attributes.substr(quote + 1, close - quote - 1)};
+    attributes.remove_prefix(close + 1);
+    return attribute;
 }
 
 std::optional<std::string> AttributeOf(std::string_view attributes, std::string_view name)

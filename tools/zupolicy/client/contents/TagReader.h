@@ -32,6 +32,8 @@ public:
     [[nodiscard]] std::optional<Markup> Next();
     /// Whether reading ended at text that is not well-formed.
     [[nodiscard]] bool IsBroken() const noexcept { return m_broken; }
+    /// The byte that follows what was read last.
+    [[nodiscard]] std::size_t Position() const noexcept { return m_at; }
 
 private:
     [[nodiscard]] std::optional<Markup> TakeTag();
@@ -45,6 +47,15 @@ private:
     std::size_t m_at = 0;
     bool m_broken = false;
 };
+
+/// An attribute as the document holds it.
+struct RawAttribute {
+    std::string_view name;
+    std::string_view value;
+};
+
+/// Takes the first attribute off those of a start tag; nothing when there is none.
+[[nodiscard]] std::optional<RawAttribute> TakeAttribute(std::string_view& attributes);
 
 /// The decoded value of an attribute of a start tag; nothing when the tag does not have it.
 [[nodiscard]] std::optional<std::string> AttributeOf(std::string_view attributes, std::string_view name);

@@ -1,0 +1,17 @@
+/// The option that hides values.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace zupm::tool {
+
+/// Declares --redact, which may be given several times; `patterns` are those that Redaction takes, and must live until
+/// the line is parsed.
+void AddRedact(CLI::App& line, std::vector<std::string>& patterns);
+
+}  // namespace zupm::tool

@@ -1,0 +1,57 @@
+/// Values that must not be shown.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tools/zupolicy/model/Entry.h"
+
+namespace zupm::tool {
+
+/// What is printed in place of such a value.
+inline constexpr std::string_view kHidden = "***";
+
+/// Which values are secrets. A pattern is one of names, or one of SECTION/NAME; `*` and `?` are wildcards, upper and
+/// lower case differ. A task's field goes by the name that `show --json` gives it, and a setting that repeats a hidden
+/// field is hidden as well, and the other way round.
+class Redaction {
+public:
+    Redaction() = default;
+    explicit Redaction(std::vector<std::string> patterns) : m_patterns(std::move(patterns)) {}
+
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_patterns.empty(); }
+
+    /// Whether the setting's value is hidden. It is one of a task when the entry has a task ID.
+    [[nodiscard]] bool Hides(const model::EntryId& id, std::string_view section, std::string_view name) const
+    {
+        return HidesSetting(section, name, id.taskId.has_value());
+    }
+    [[nodiscard]] bool HidesSetting(std::string_view section, std::string_view name, bool isTask) const;
+    /// The same for a field of a task; its name is one of kFieldNames.
+    [[nodiscard]] bool HidesField(std::string_view name) const;
+
+    /// The value of the setting or field, or kHidden.
+    [[nodiscard]] std::string_view Shown(const model::EntryId& id, std::string_view section, std::string_view name,
+                                         std::string_view value) const
+    {
+        return Hides(id, section, name) ? kHidden : value;
+    }
+    [[nodiscard]] std::string_view ShownField(std::string_view name, std::string_view value) const
+    {
+        return HidesField(name) ? kHidden : value;
+    }
+
+private:
+    [[nodiscard]] bool Names(std::string_view section, std::string_view name) const;
+
+    std::vector<std::string> m_patterns;
+};
+
+/// The text of a policy file (UTF-8) with kHidden in place of each hidden value: between the tags of a setting, and
+/// between the quotes of a task's field. Line breaks outside of hidden values stay. When the text is not well-formed,
+/// what follows the mistake is hidden as a whole, because nobody can say what it is.
+[[nodiscard]] std::string RedactedSource(const Redaction& redaction, std::string_view document);
+
+}  // namespace zupm::tool
