@@ -37,13 +37,15 @@ extern const Command kDoctor;
 extern const Command kDiff;
 extern const Command kQuery;
 extern const Command kApply;
+extern const Command kReport;
 extern const Command kWatch;
 extern const Command kExport;
 extern const Command kImport;
 extern const Command kRestore;
 
 /// In the order in which the help lists them.
-inline constexpr const Command* kCommands[] = {&kShow,  &kGet,   &kSet,   &kRemove, &kExportIni, &kCheck,   &kDiff,
-                                               &kQuery, &kWatch, &kApply, &kExport, &kImport,    &kRestore, &kDoctor};
+inline constexpr const Command* kCommands[] = {&kShow,   &kGet,    &kSet,    &kRemove,  &kExportIni,
+                                               &kCheck,  &kDiff,   &kQuery,  &kWatch,   &kApply,
+                                               &kReport, &kExport, &kImport, &kRestore, &kDoctor};
 
 }  // namespace zupm::tool

@@ -3,12 +3,14 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/PageFiles.h"
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/CompareSides.h"
 #include "tools/zupolicy/model/ReadFile.h"
@@ -24,6 +26,8 @@ struct DiffOptions {
     std::string after;
     bool ignoreVersions = false;
     bool json = false;
+    bool html = false;
+    std::string output = "-";
     std::vector<std::string> hidden;
 };
 
@@ -122,11 +126,9 @@ Side Load(const std::string& path)
     }
 }
 
-ExitCode RunDiff(const DiffOptions& options, Streams streams)
+ExitCode Compare(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
 {
-    const Side before = Load(options.before);
-    const Side after = Load(options.after);
-    Differences differences(streams.data, options);
+    Differences differences(out, options);
     differences.Compare("assignmentList", before.file.AssignmentList(), after.file.AssignmentList());
     if (!options.ignoreVersions) {
         differences.Compare("policyVersion", before.file.PolicyVersion(), after.file.PolicyVersion());
@@ -136,13 +138,46 @@ ExitCode RunDiff(const DiffOptions& options, Streams streams)
     return differences.HasOne() ? ExitCode::NotFound : ExitCode::Ok;
 }
 
+/// The page has edits that `apply` takes, so the versions are no edits there.
+ExitCode ComparePage(const Side& before, const Side& after, const DiffOptions& options, std::ostream& out)
+{
+    RequireOtherFile(options.output, {options.before, options.after});
+    const bool sameVersions = options.ignoreVersions || (before.file.PolicyVersion() == after.file.PolicyVersion() &&
+                                                         before.file.TaskVersion() == after.file.TaskVersion());
+    DiffOptions asEdits = options;
+    asEdits.json = true;
+    asEdits.ignoreVersions = true;
+    std::ostringstream edits;
+    const ExitCode code = Compare(before, after, asEdits, edits);
+    PageData data(Redaction(options.hidden), PageData::Hidden::Different);
+    data.Add(ReadForPage(options.before, before.file));
+    data.Add(ReadForPage(options.after, after.file));
+    const std::string title = "Differences: " + options.before + ", " + options.after;
+    WritePageTo(options.output, data,
+                {PageHead::Kind::Differences, title, options.ignoreVersions, std::move(edits).str()}, out);
+    return sameVersions ? code : ExitCode::NotFound;
+}
+
+ExitCode RunDiff(const DiffOptions& options, Streams streams)
+{
+    const Side before = Load(options.before);
+    const Side after = Load(options.after);
+    return options.html ? ComparePage(before, after, options, streams.data)
+                        : Compare(before, after, options, streams.data);
+}
+
 Action DeclareDiff(CLI::App& line)
 {
     const auto options = std::make_shared<DiffOptions>();
     line.add_option("OLD", options->before, "The file before")->required();
     line.add_option("NEW", options->after, "The file after")->required();
     line.add_flag("--ignore-versions", options->ignoreVersions, "Leave out the versions of the files");
-    line.add_flag("--json", options->json, "Print edits as JSON, one a line, which apply can make");
+    CLI::Option* const json =
+        line.add_flag("--json", options->json, "Print edits as JSON, one a line, which apply can make");
+    CLI::Option* const html =
+        line.add_flag("--html", options->html, "Write a page of HTML that shows the files side by side");
+    html->excludes(json);
+    AddPageOutput(line, options->output)->needs(html);
     AddRedact(line, options->hidden);
     return [options](Streams streams) { return RunDiff(*options, streams); };
 }
@@ -157,7 +192,8 @@ constinit const Command kDiff{
     .examples =
         "  zupolicy diff policy.xml new.xml\n"
         "  zupolicy diff policy.xml new.xml --ignore-versions\n"
-        "  zupolicy diff policy.xml new.xml --ignore-versions --json > edits.jsonl",
+        "  zupolicy diff policy.xml new.xml --ignore-versions --json > edits.jsonl\n"
+        "  zupolicy diff policy.xml new.xml --html -o diff.html",
     .declare = DeclareDiff,
 };
 

@@ -75,6 +75,14 @@ void AddLockTimeout(CLI::App& line, unsigned& seconds)
         ->check(CLI::Range(0, 86'400));
 }
 
+CLI::Option* AddPageOutput(CLI::App& line, std::string& output)
+{
+    return line
+        .add_option("-o,--output", output,
+                    "Write the page to PATH, and replace a file that is there in one step (default: standard output)")
+        ->type_name("PATH");
+}
+
 void RequireSuffix(const std::string& suffix)
 {
     if (suffix.find_first_of("/\\") != suffix.npos) {

@@ -10,7 +10,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace zupm::tool {
 
@@ -45,6 +46,8 @@ void AddQuiet(CLI::App& line, bool& quiet, const char* description);
 /// The number of threads, whose default stays when the option is missing.
 void AddJobs(CLI::App& line, unsigned& jobs, const char* description);
 void AddLockTimeout(CLI::App& line, unsigned& seconds);
+/// Where a page goes; "-" is standard output.
+CLI::Option* AddPageOutput(CLI::App& line, std::string& output);
 /// A suffix is part of a name: a backup always lies beside its file. Throws the parser's error.
 void RequireSuffix(const std::string& suffix);
 /// All of WriteOptions but the backup.

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "tools/zupolicy/client/FolderWatch.h"
+#include "tools/zupolicy/client/Interrupt.h"
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
-#include "tools/zupolicy/client/Interrupt.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/report/WatchReport.h"

@@ -8,15 +8,10 @@
 namespace zupm::tool {
 namespace {
 
-bool IsPlain(char c)
-{
-    return c >= 0x20 && c < 0x7F && c != '"' && c != '\\';
-}
-
 void WriteEscaped(std::ostream& out, char c)
 {
-    constexpr std::string_view kShort = "\"\"\\\\\bb\ff\nn\rr\tt";
     constexpr std::string_view kDigits = "0123456789abcdef";
+    constexpr std::string_view kShort = "\"\"\\\\\bb\ff\nn\rr\tt";
     for (std::size_t i = 0; i < kShort.size(); i += 2) {
         if (kShort[i] == c) {
             out << '\\' << kShort[i + 1];
@@ -46,7 +41,7 @@ JsonWriter& JsonWriter::Key(std::string_view name)
 {
     BeginValue();
     Quote(name);
-    m_out << ": ";
+    m_out << (m_form == Form::Embedded ? ":" : ": ");
     m_afterKey = true;
     return *this;
 }
@@ -130,7 +125,7 @@ void JsonWriter::BeginValue()
 
 void JsonWriter::BeginLine()
 {
-    if (m_form == Form::OneLine) {
+    if (m_form != Form::Indented) {
         return;
     }
     m_out << '\n';
@@ -146,11 +141,31 @@ void JsonWriter::EndValue()
     }
 }
 
+bool JsonWriter::IsPlain(char c) const
+{
+    constexpr std::string_view kMarkup = "<>&";
+    return c >= 0x20 && c < 0x7F && c != '"' && c != '\\' &&
+           (m_form != Form::Embedded || kMarkup.find(c) == std::string_view::npos);
+}
+
+void JsonWriter::WriteCharacter(char32_t character, std::string_view bytes)
+{
+    constexpr char32_t kLineSeparator = 0x2028;
+    constexpr char32_t kParagraphSeparator = 0x2029;
+    if (m_form == Form::Embedded && character == kLineSeparator) {
+        m_out << "\\u2028";
+    } else if (m_form == Form::Embedded && character == kParagraphSeparator) {
+        m_out << "\\u2029";
+    } else {
+        m_out << bytes;
+    }
+}
+
 void JsonWriter::Quote(std::string_view text)
 {
     m_out << '"';
     while (!text.empty()) {
-        const auto* const end = std::find_if_not(text.begin(), text.end(), IsPlain);
+        const auto* const end = std::find_if_not(text.begin(), text.end(), [&](char c) { return IsPlain(c); });
         const std::string_view rest = text.substr(static_cast<std::size_t>(end - text.begin()));
         m_out << text.substr(0, text.size() - rest.size());
         text = rest;
@@ -160,8 +175,8 @@ void JsonWriter::Quote(std::string_view text)
         if (static_cast<unsigned char>(text.front()) < 0x7F) {
             WriteEscaped(m_out, text.front());
             text.remove_prefix(1);
-        } else if (TakeCharacter(text)) {
-            m_out << rest.substr(0, rest.size() - text.size());
+        } else if (const std::optional<char32_t> character = TakeCharacter(text)) {
+            WriteCharacter(*character, rest.substr(0, rest.size() - text.size()));
         } else {
             m_out << "\xEF\xBF\xBD";
             text.remove_prefix(1);

@@ -9,13 +9,16 @@
 
 namespace zupm::tool {
 
-/// Writes documents, each indented by two blanks a level or on one line; each ends with a line break. In an object each
-/// value follows the Key that it belongs to.
+/// Writes documents; each ends with a line break. In an object each value follows the Key that it belongs to.
 ///
 /// Errors    The caller closes what it opened. The stream keeps its own errors.
 class JsonWriter {
 public:
-    enum class Form { Indented, OneLine };
+    enum class Form {
+        Indented,  ///< by two blanks a level
+        OneLine,
+        Embedded,  ///< without blanks, for a script element of HTML: no text can end it or begin a comment
+    };
     /// The version of what the tool prints as JSON. It grows when a member is removed or changes its meaning.
     static constexpr std::uint64_t kSchema = 1;
 
@@ -56,6 +59,9 @@ private:
     /// The line break at the document's end.
     void EndValue();
     void Quote(std::string_view text);
+    [[nodiscard]] bool IsPlain(char c) const;
+    /// Writes a character that is more than one byte.
+    void WriteCharacter(char32_t character, std::string_view bytes);
 
     std::ostream& m_out;
     Form m_form;
