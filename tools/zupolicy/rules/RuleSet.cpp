@@ -65,8 +65,8 @@ auto FindWord(const Table& table, std::string_view name)
         nearest.Offer(word);
     }
     const std::string suggestion = nearest.Suggestion();
-    throw JsonComplaint{member.at, "rules have no word " + InQuotes(member.name) +
-                                       (suggestion.empty() ? "" : "; " + suggestion)};
+    throw JsonComplaint{member.at,
+                        "rules have no word " + InQuotes(member.name) + (suggestion.empty() ? "" : "; " + suggestion)};
 }
 
 /// A name of a JSON pointer without its escapes.

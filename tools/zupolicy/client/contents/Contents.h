@@ -11,9 +11,9 @@
 
 namespace zupm::tool {
 
-/// The contents of the file at a UTF-8 path; "-" is standard input. The component loads the file first and decides whether it can be; its
-/// document is gone before the records are made, so both are never in memory together. Throws ProblemFailure when
-/// the component refuses the file, and (Changed) when another program writes it at the same time.
+/// The contents of the file at a UTF-8 path; "-" is standard input. The component loads the file first and decides
+/// whether it can be; its document is gone before the records are made, so both are never in memory together. Throws
+/// ProblemFailure when the component refuses the file, and (Changed) when another program writes it at the same time.
 [[nodiscard]] FileContents ReadContents(const std::string& path);
 
 /// Contents with the text that their offsets are about.
