@@ -34,6 +34,8 @@ install(TARGETS zupolicy RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # JSON Schemas of what the tool prints and reads.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/zupolicy/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/zuPolicyManager)
 
+include(cmake/Help.cmake)
+
 # The component loads its texts from its own folder only: from that folder itself, natively also from a folder in it.
 install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/AgentRes.dll DESTINATION ${resourceFolder})
 install(FILES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/0407/AgentRes.dll DESTINATION ${resourceFolder}/0407)

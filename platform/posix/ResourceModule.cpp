@@ -77,12 +77,12 @@ std::optional<Identity> IdentityOf(const std::string& path)
     return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim, status.st_ctim};
 }
 
-/// Whether the next change of the file gets another time than the last one.
+/// Whether the next change of the bytes gets another time than the last one.
 bool IsOld(const Identity& identity) noexcept
 {
     constexpr time_t kSeconds = 2;
     timespec now{};
-    return clock_gettime(CLOCK_REALTIME, &now) == 0 && identity.changed.tv_sec + kSeconds < now.tv_sec;
+    return clock_gettime(CLOCK_REALTIME, &now) == 0 && identity.written.tv_sec + kSeconds < now.tv_sec;
 }
 
 /// The module that was loaded last. Every creation of an object may load the module again, and mostly it is the same.

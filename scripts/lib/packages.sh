@@ -155,3 +155,15 @@ make_deb() {
     set_times "$folder"
     dpkg-deb --root-owner-group --build "$folder" "$4/${package}_${version}_$architecture.deb"
 }
+
+# make_collection FOLDER OUTPUT-FOLDER: the archive of an Ansible collection. Its tool makes other bytes in each run.
+make_collection() {
+    local work archive
+    work=$(mktemp -d)
+    git -C "$root" ls-files -z -- "$1" | (cd "$root" && xargs -0 cp --parents -t "$work")
+    # The tool writes into the folder of its user.
+    HOME=$work ANSIBLE_LOCAL_TEMP=$work/temp ansible-galaxy collection build "$work/$1" --output-path "$work" >/dev/null
+    archive=$(echo "$work"/*.tar.gz)
+    "$root/scripts/lib/same-archive" "$archive" "$2/$(basename "$archive")" "$SOURCE_DATE_EPOCH"
+    rm -rf "$work"
+}

@@ -7,6 +7,9 @@
 #include <utility>
 
 #include "tools/zupolicy/commands/Version.h"
+#include "tools/zupolicy/commands/help/Completion.h"
+#include "tools/zupolicy/commands/help/FindCommand.h"
+#include "tools/zupolicy/commands/help/ManPage.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Visible.h"
 
@@ -91,16 +94,26 @@ UsageFailure NoSuchCommand(const std::string& name)
 /// The command of that name. Throws UsageFailure.
 const Command& CommandOf(const std::string& name)
 {
-    const auto* const found =
-        std::ranges::find_if(kCommands, [&](const Command* command) { return command->name == name; });
-    if (found == std::end(kCommands)) {
+    const Command* const found = FindCommand(name);
+    if (found == nullptr) {
         throw NoSuchCommand(name);
     }
-    return **found;
+    return *found;
+}
+
+std::string ManPage(const std::vector<std::string>& arguments)
+{
+    if (arguments.size() > 3) {
+        throw UsageFailure("help --man prints one page at a time", {}, kHelpAdvice);
+    }
+    return arguments.size() == 2 ? ManPageOfProgram(kDescription, kFooter) : ManPageOf(CommandOf(arguments[2]));
 }
 
 std::string Help(const std::vector<std::string>& arguments)
 {
+    if (arguments.size() > 1 && arguments[1] == "--man") {
+        return ManPage(arguments);
+    }
     if (arguments.size() > 2) {
         throw UsageFailure("help explains one command at a time", {}, kHelpAdvice);
     }
@@ -184,6 +197,9 @@ ParsedLine ParseCommandLine(const std::vector<std::string>& arguments)
     }
     if (first == "--version") {
         return {{}, VersionOfProgram()};
+    }
+    if (first == kCompleteCommand) {
+        return {{}, CompletionFor({arguments.begin() + 1, arguments.end()})};
     }
     return CommandParser(CommandOf(first)).Parse({arguments.begin() + 1, arguments.end()});
 }
