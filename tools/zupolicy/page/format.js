@@ -45,7 +45,7 @@ const Format = (() => {
     }
     const [year, month, day, hour, minute, second] = parts.slice(1).map(Number);
     const time = new Date(Date.UTC(year, month - 1, day, hour, minute, second));
-    const isReal = time.getUTCMonth() === month - 1 && time.getUTCDate() === day && hour < 24 && minute < 60 &&
+    const isReal = time.getUTCFullYear() === year && time.getUTCMonth() === month - 1 && hour < 24 && minute < 60 &&
       second < 60;
     return isReal ? `${time.toISOString().slice(0, 19).replace("T", " ")} GMT` : null;
   }
