@@ -20,9 +20,10 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "\nExit codes:\n"
     "  0  done\n"
-    "  1  the policy, task, section or setting is not in the file; diff: the files differ\n"
+    "  1  the policy, task, section or setting is not in the file; diff: the files differ; query: nothing was found;\n"
+    "     watch: no change before the time was over\n"
     "  2  the command line is wrong\n"
-    "  3  a file cannot be read, parsed or written\n"
+    "  3  a file cannot be read, parsed or written; check: or it breaks a rule\n"
     "  4  anything else that failed\n"
     "  5  another program changed the file in the meantime\n"
     "  6  another process held the lock of the file for too long\n"
