@@ -1,4 +1,4 @@
-// apply and what only the native system has: signals, owners, links, limits, the shell; and diff under git.
+// apply and what only the native system has: signals, owners, links, limits, the shell.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -8,7 +8,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <thread>
 
 #include "EditsTest.h"
@@ -253,83 +252,6 @@ TEST_F(NativeApply, FileThatChangesMeanwhile_IsNotOverwrittenAndHasNoBackup)
               "[FileChanged, 0xFFFFFAEA]; --force overwrites it\n");
     EXPECT_EQ(Bytes(u"large.xml"), "other");
     EXPECT_FALSE(Folder().Has(u"large.xml.bak"));
-}
-
-/// The set-ups of docs/automation.md.
-class Git : public NativeApply {
-protected:
-    Git()
-    {
-        EXPECT_EQ(Shell("export HOME=\"$PWD\" && git init -q && git config user.name n && git config user.email e@x && "
-                        "echo '*.xml diff=zupolicy' > .gitattributes && git add .gitattributes policy.xml && "
-                        "git commit -qm one"),
-                  0);
-        EXPECT_EQ(Shell("$tool set policy.xml PRODUCTA1000 General ScanInterval 15"), 0);
-    }
-    /// The commands of the page, one block for each mark, with the tool of this build.
-    [[nodiscard]] static std::string Block(const std::string& mark)
-    {
-        const std::string page = ReadBytes(std::filesystem::path(ZUPM_AUTOMATION).u16string());
-        const std::size_t begin = page.find("\n    ", page.find(mark));
-        EXPECT_NE(page.find(mark), page.npos) << mark;
-        const std::size_t end = page.find("\n\n", begin);
-        return std::regex_replace(page.substr(begin, end - begin), std::regex("\n    "), "\n");
-    }
-    /// Runs a block of the page, then a command; the output of the command.
-    [[nodiscard]] std::string AfterBlock(const std::string& mark, const std::string& command) const
-    {
-        Folder().Write(u"block.sh", Block(mark) + "\n" + command + " > out\n");
-        EXPECT_EQ(Shell("mkdir -p bin && ln -sf \"$tool\" bin/zupolicy && "
-                        "HOME=\"$PWD\" PATH=\"$PWD/bin:$PATH\" GIT_PAGER=cat sh -e block.sh 2> messages"),
-                  0)
-            << Bytes(u"messages");
-        return Bytes(u"out");
-    }
-};
-
-TEST_F(Git, ExternalDiff_PrintsWhatTheFilesMean)
-{
-    const std::string out = AfterBlock("### Differences as edits", "git diff");
-    EXPECT_THAT(out, HasSubstr("\n~ policy PRODUCTA1000 General/ScanInterval: \"60\" -> \"15\"\n"));
-    EXPECT_THAT(out, testing::Not(HasSubstr("policyVersion")));
-    EXPECT_THAT(out, testing::StartsWith("policy.xml\n"));
-    // A file that is new, or gone, has nothing to compare with.
-    EXPECT_EQ(Shell("cp policy.xml other.xml && git add other.xml && git rm -q --cached policy.xml"), 0);
-    EXPECT_THAT(AfterBlock("### Differences as edits", "git diff --cached --no-renames"),
-                testing::AllOf(HasSubstr("other.xml\nthe file is new\n"), HasSubstr("policy.xml\nthe file is gone\n")));
-}
-
-TEST_F(Git, TextForm_GivesGitsOwnDiff)
-{
-    const std::string out = AfterBlock("### Git's own differences", "git diff");
-    EXPECT_THAT(out, HasSubstr("\n-"));
-    EXPECT_THAT(out, testing::AllOf(MatchesPattern("[^]*\n-[^\n]*ScanInterval[^\n]*60\n[^]*"),
-                                    MatchesPattern("[^]*\n\\+[^\n]*ScanInterval[^\n]*15\n[^]*")));
-    EXPECT_THAT(out, testing::Not(HasSubstr("\n-File")));
-}
-
-TEST_F(Git, Difftool_RunsDiff)
-{
-    EXPECT_THAT(AfterBlock("### git difftool", "git difftool --no-prompt --tool=zupolicy"),
-                HasSubstr("~ policy PRODUCTA1000 General/ScanInterval: \"60\" -> \"15\"\n"));
-    EXPECT_EQ(Shell("cp policy.xml other.xml && git add other.xml && git rm -q --cached policy.xml"), 0);
-    EXPECT_THAT(AfterBlock("### git difftool", "git difftool --cached --no-renames --no-prompt --tool=zupolicy"),
-                testing::AllOf(HasSubstr("other.xml is new\n"), HasSubstr("policy.xml is gone\n")));
-    EXPECT_EQ(Bytes(u"messages"), "");
-}
-
-TEST_F(Git, ARepositorysHook_RefusesBrokenFiles)
-{
-    Folder().Write(u"policy.xml", "<a>");
-    (void)AfterBlock("### A hook", "git add policy.xml; ! git commit -qm broken");
-    EXPECT_THAT(Bytes(u"messages"), HasSubstr("policy.xml:1:"));
-    EXPECT_EQ(Shell("git show HEAD:policy.xml > committed"), 0);
-    EXPECT_NE(Bytes(u"committed"), "<a>");
-    // A file whose name looks like an option is checked like others.
-    EXPECT_EQ(Shell("git checkout -q HEAD policy.xml && cp policy.xml ./--json.xml && git add -- --json.xml && "
-                    "export HOME=\"$PWD\" PATH=\"$PWD/bin:$PATH\" && git commit -qm dashes 2> messages"),
-              0)
-        << Bytes(u"messages");
 }
 
 }  // namespace

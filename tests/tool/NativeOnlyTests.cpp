@@ -128,6 +128,9 @@ TEST_F(NativeTool, RefusesArgumentsThatAreNotUtf8)
         EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", row.value}),
                     Fails(2, std::string("zupolicy: an argument is not valid UTF-8: ") + row.shown + "\n"));
     }
+    EXPECT_THAT(
+        Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "secret\xFF", "--redact", "LogLevel"}),
+        Fails(2, "zupolicy: a value is not valid UTF-8\n"));
 }
 
 TEST_F(NativeTool, Check_GoesOnAfterANameThatIsNotUtf8)

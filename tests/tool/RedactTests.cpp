@@ -35,6 +35,12 @@ protected:
                              "' TaskType='Y'><Task><S name='Task'><s name='TaskName'>" + two +
                              "</s></S><S name='Vault'><s name='Key'>" + three + "</s></S></Task></TaskGroup>");
     }
+    static void ExpectNoSecret(const ToolRun& run, const std::string& label)
+    {
+        for (const char* secret : kSecrets) {
+            EXPECT_THAT(run.out + run.messages, Not(HasSubstr(secret))) << label;
+        }
+    }
     [[nodiscard]] ToolRun Hidden(std::vector<std::string> arguments) const
     {
         arguments.insert(arguments.end(), {"--redact", "Pass*", "--redact", "Vault/?ey", "--redact", "Task/TaskName"});
@@ -59,11 +65,85 @@ TEST_F(Redact, NoOutputOfAnyCommandShowsAHiddenValue)
     };
     for (const std::vector<std::string>& row : rows) {
         const ToolRun run = Hidden(row);
-        const std::string label = testing::PrintToString(row);
-        EXPECT_THAT(run.out + run.messages, HasSubstr("***")) << label;
-        for (const char* secret : kSecrets) {
-            EXPECT_THAT(run.out + run.messages, Not(HasSubstr(secret))) << label;
-        }
+        EXPECT_THAT(run.out + run.messages, HasSubstr("***")) << testing::PrintToString(row);
+        ExpectNoSecret(run, testing::PrintToString(row));
+    }
+}
+
+TEST_F(Redact, NoOutputOfACommandThatWritesShowsAHiddenValue)
+{
+    Folder().Write(u"edits.jsonl",
+                   R"({"edit": "set", "softwareId": "P", "section": "Login", "name": "Password", "value": "geheim3"}
+{"edit": "set", "softwareId": "P", "taskId": "T", "section": "Vault", "name": "Key", "value": "a\ntresor3\nb"}
+{"edit": "set", "softwareId": "P", "taskId": "T", "fields": {"displayName": "verborgen3"}}
+)");
+    Folder().Write(u"entry.json", R"({"schema": 1, "kind": "policy", "softwareId": "P", "sections": [{"name": "Login",
+        "settings": [{"name": "Password", "value": "geheim4"}]}]})");
+    Folder().Write(u"old.xml.bak", Bytes(u"new.xml"));
+    const std::vector<std::string> rows[] = {
+        {"set", "old.xml", "P", "Login", "Password", "geheim3", "--dry-run"},
+        {"set", "old.xml", "P", "Login", "Password", "geheim1\ngeheim3", "--dry-run", "--diff", "-v"},
+        {"set", "old.xml", "P", "Vault", "Key", "tresor3", "--task", "T", "--display-name", "verborgen3", "-n"},
+        {"set", "old.xml", "P", "Vault", "Key", "tresor3", "--task", "T", "--display-name", "verborgen3", "-n",
+         "--diff", "--json"},
+        {"remove", "old.xml", "P", "Login", "Password", "--json", "--diff", "-n"},
+        {"remove", "old.xml", "P", "Login", "Password", "-n"},
+        {"apply", "old.xml", "new.xml", "--edits", "edits.jsonl", "--dry-run", "-v"},
+        {"apply", "old.xml", "--edits", "edits.jsonl", "--dry-run", "--diff", "--json"},
+        {"import", "old.xml", "entry.json", "--replace", "--dry-run", "-v"},
+        {"import", "old.xml", "entry.json", "--merge", "--diff"},
+        {"restore", "old.xml", "--diff", "-v"},
+        {"restore", "old.xml", "--diff", "--json"},
+    };
+    for (const std::vector<std::string>& row : rows) {
+        const ToolRun run = Hidden(row);
+        EXPECT_EQ(run.exitCode, 0) << testing::PrintToString(row);
+        EXPECT_THAT(run.out, HasSubstr("***")) << testing::PrintToString(row);
+        ExpectNoSecret(run, testing::PrintToString(row));
+    }
+}
+
+TEST_F(Redact, ADifferenceOfTextsHasAChangedSecretAsOneLine)
+{
+    Folder().Write(u"lines.xml",
+                   SmallFile("<Product SoftwareID='P'>\n<S name='Login'>\n<s name='Password'>geheim\n1</s>\n"
+                             "<s name='User'>anna</s>\n</S>\n</Product>"));
+    const ToolRun run = Hidden({"set", "lines.xml", "P", "Login", "Password", "geheim\n\n3", "--diff"});
+    EXPECT_THAT(run.out, HasSubstr("\n <S name='Login'>\n-<s name='Password'>***</s>\n+<s name='Password'>***</s>\n"
+                                   " <s name='User'>anna</s>\n"));
+    const ToolRun other = Hidden({"set", "lines.xml", "P", "Login", "User", "berta", "--diff"});
+    EXPECT_THAT(other.out, HasSubstr("\n <s name='Password'>***</s>\n-<s name='User'>anna</s>\n"));
+    EXPECT_EQ(Hidden({"set", "old.xml", "P", "Login", "Password", "geheim1", "-n"}).out,
+              "policy P: Login/Password: \"***\" (unchanged)\n");
+    EXPECT_EQ(Hidden({"set", "old.xml", "P", "Login", "Password", "geheim2", "-n"}).out,
+              "policy P: Login/Password: \"***\" -> \"***\"\n");
+}
+
+TEST_F(Redact, ABrokenFileIsHiddenAsAWhole)
+{
+    Folder().Write(u"old.xml.bak", Bytes(u"old.xml"));
+    Folder().Write(u"old.xml", "<F>\n<S name='Login'/></S>\n<s name='Password'>geheim9</s>\n</F>\n");
+    const ToolRun run = Hidden({"restore", "old.xml", "--diff", "-n"});
+    EXPECT_THAT(run.out, HasSubstr("\n-***\n"));
+    ExpectNoSecret(run, "a broken file");
+}
+
+TEST_F(Redact, NoMessageShowsAValueOfTheCommandLineOrOfEdits)
+{
+    Folder().Write(u"edits.jsonl", R"({"edit": "set", "value": "geheim\x"})");
+    Folder().Write(u"entry.json", R"({"value": "geheim)");
+    const std::vector<std::string> rows[] = {
+        {"set", "old.xml", "P", "Login", "Password", "x", "geheim", "--json"},
+        {"set", "old.xml", "P", "Login", "Password", "-geheim"},
+        {"set", "old.xml", "P", "--task", "T", "--priority", "geheim"},
+        {"set", "old.xml", "P", "Login", "Password", "geheim", "--output", "-"},
+        {"apply", "old.xml", "--edits", "edits.jsonl", "--json"},
+        {"import", "old.xml", "entry.json"},
+    };
+    for (const std::vector<std::string>& row : rows) {
+        const ToolRun run = Hidden(row);
+        EXPECT_TRUE(run.exitCode == 2 || run.exitCode == 3) << testing::PrintToString(row) << run.messages;
+        ExpectNoSecret(run, testing::PrintToString(row));
     }
 }
 

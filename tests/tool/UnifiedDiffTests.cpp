@@ -47,6 +47,18 @@ std::string Lines(int count, const char* text = "line ")
     return lines;
 }
 
+TEST(UnifiedDiff, HiddenPartsAreComparedAndNotPrinted)
+{
+    const std::string_view before = "a\nb=x\ny\nc\n";
+    const std::string_view after = "a\nb=z\nc\n";
+    EXPECT_EQ(UnifiedDiff({"a", "b", before, after, {{4, 7}}, {{4, 5}}}, Form::Exact),
+              "--- a\n+++ b\n@@ -1,3 +1,3 @@\n a\n-b=***\n+b=***\n c\n");
+    // A line that did not change may be printed around one that did. The last part reaches to the end.
+    EXPECT_EQ(UnifiedDiff({"a", "b", "k=x\n1\nr\ns\n", "k=x\n2\nr\ns\n", {{2, 3}, {6, 10}}, {{2, 3}, {6, 10}}},
+                          Form::Visible),
+              "--- a\n+++ b\n@@ -1,3 +1,3 @@\n k=***\n-1\n+2\n ***\n\\ No newline at end of file\n");
+}
+
 TEST(UnifiedDiff, HunksHaveThreeLinesAroundEachChange)
 {
     EXPECT_EQ(Diff("x\n", "x\n"), "");

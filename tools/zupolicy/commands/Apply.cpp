@@ -9,7 +9,9 @@
 
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/EditFiles.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadEdits.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -23,27 +25,27 @@ ProblemFailure Unreadable(const std::string& name)
     return ProblemFailure({{}, ExitCode::FileError, name, 0, 0, "the edits cannot be read", {}});
 }
 
-std::vector<model::EditRequest> ReadStream(std::istream& in, const std::string& name)
+std::vector<model::EditRequest> ReadStream(std::istream& in, const ApplyOptions& options)
 {
     try {
         return model::ReadEdits(in);
     } catch (const model::EditsComplaint& complaint) {
         throw ProblemFailure({result::SyntaxError,
                               ExitCode::FileError,
-                              name,
+                              options.edits,
                               complaint.place.line,
                               complaint.place.column,
-                              complaint.message,
+                              ComplaintToShow(complaint.message, options.hidden),
                               {}});
     } catch (const std::ios_base::failure&) {
-        throw Unreadable(name);
+        throw Unreadable(options.edits);
     }
 }
 
 std::vector<model::EditRequest> ReadEditsOf(const ApplyOptions& options)
 {
     if (options.edits == "-") {
-        std::vector<model::EditRequest> edits = ReadStream(std::cin, "-");
+        std::vector<model::EditRequest> edits = ReadStream(std::cin, options);
         // The stream takes an error for the end, and half of the edits must not pass for all of them.
         if (std::ferror(stdin) != 0) {
             throw Unreadable("-");
@@ -55,7 +57,7 @@ std::vector<model::EditRequest> ReadEditsOf(const ApplyOptions& options)
     if (!file) {
         throw Unreadable(options.edits);
     }
-    return ReadStream(file, options.edits);
+    return ReadStream(file, options);
 }
 
 ExitCode RunApply(const ApplyOptions& options, Streams streams)

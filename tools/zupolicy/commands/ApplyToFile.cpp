@@ -100,7 +100,7 @@ bool States::Write(std::ostream& differences) const
             continue;
         }
         differs = true;
-        WriteAsText(differences, change);
+        WriteAsText(differences, change, {.redaction = m_task.redaction, .linePrefix = {}, .writeMembers = {}});
         WriteEntry(change, state.after);
     }
     return differs;
@@ -215,8 +215,8 @@ void Apply(const ApplyTask& task, ApplyResult& result)
         return;
     }
     if (task.diff) {
-        result.diff =
-            UnifiedDiff({result.file, result.file, TextOfFile(result.file), TextOfDocument(edit.File())}, *task.diff);
+        result.diff = Difference(result.file, result.file, TextOfFile(result.file, task.redaction),
+                                 TextOfDocument(edit.File(), task.redaction), *task.diff);
     }
     if (task.dryRun) {
         if (task.backupSuffix) {

@@ -8,6 +8,7 @@
 
 #include "tools/zupolicy/model/EditRequest.h"
 #include "tools/zupolicy/report/ApplyReport.h"
+#include "tools/zupolicy/report/Redaction.h"
 #include "tools/zupolicy/report/UnifiedDiff.h"
 
 namespace zupm::tool {
@@ -21,6 +22,7 @@ struct ApplyTask {
     bool force = false;
     std::optional<Form> diff;  ///< the form of the differences of texts that are wanted
     std::chrono::milliseconds patience{};
+    Redaction redaction;
 };
 
 /// Makes all edits in a file, or none: a file that is not reported as changed has the bytes that it had. A failure is

@@ -114,7 +114,7 @@ Action DeclareCheck(CLI::App& line)
     line.add_option("--rules", options->rules, "Also check the files against these rules, a JSON Schema")
         ->type_name("RULES");
     AddRedact(line, options->hidden);
-    line.add_flag("--verbose", options->verbose, "Print counts for each sound file");
+    line.add_flag("-v,--verbose", options->verbose, "Print counts for each sound file");
     line.add_flag("--strict", options->strict, "Fail on warnings, too");
     AddJson(line, options->json);
     return [options](Streams streams) { return RunCheck(*options, streams); };

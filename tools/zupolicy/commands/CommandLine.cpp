@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "tools/zupolicy/commands/Version.h"
@@ -11,6 +10,7 @@
 #include "tools/zupolicy/commands/help/FindCommand.h"
 #include "tools/zupolicy/commands/help/ManPage.h"
 #include "tools/zupolicy/report/NearestName.h"
+#include "tools/zupolicy/report/Redaction.h"
 #include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
@@ -23,9 +23,10 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "\nExit codes:\n"
     "  0  done\n"
-    "  1  the policy, task, section or setting is not in the file; diff: the files differ\n"
+    "  1  the policy, task, section or setting is not in the file; diff: the files differ; query: nothing was found;\n"
+    "     watch: no change before the time was over\n"
     "  2  the command line is wrong\n"
-    "  3  a file cannot be read, parsed or written\n"
+    "  3  a file cannot be read, parsed or written; check: or it breaks a rule\n"
     "  4  anything else that failed\n"
     "  5  another program changed the file in the meantime\n"
     "  6  another process held the lock of the file for too long\n"
@@ -66,6 +67,7 @@ private:
     const Command& m_command;
     CLI::App m_line;
     Action m_action;
+    bool m_hides = false;  ///< the line has values that no message may show
 };
 
 std::string HelpOfProgram()
@@ -126,11 +128,11 @@ bool IsOption(const std::string& argument)
     return argument.size() > 1 && argument.front() == '-' && argument != "--";
 }
 
-/// The complaint about an argument that the command does not take.
+/// The complaint about an argument that the command does not take. It may be a value in the wrong place.
 UsageFailure CommandParser::Unexpected(const std::string& argument) const
 {
     if (!IsOption(argument)) {
-        return {"unexpected argument: " + Quoted(argument), {}, Advice()};
+        return {"unexpected argument: " + (m_hides ? Quoted(kHidden) : Quoted(argument)), {}, Advice()};
     }
     const std::string name = argument.substr(0, argument.find('='));
     NearestName nearest(name);
@@ -139,7 +141,7 @@ UsageFailure CommandParser::Unexpected(const std::string& argument) const
             nearest.Offer("--" + longName);
         }
     }
-    return {"no such option: " + Quoted(name), nearest.Suggestion(), Advice()};
+    return {"no such option: " + (m_hides ? Quoted(kHidden) : Quoted(name)), nearest.Suggestion(), Advice()};
 }
 
 /// What is wrong with the line: first of all an option that does not exist, which may be why something is missing.
@@ -151,7 +153,12 @@ UsageFailure CommandParser::ComplaintAbout(const CLI::ParseError& error) const
         return Unexpected(*option);
     }
     const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr && !rest.empty();
-    return isExtra ? Unexpected(rest.front()) : UsageFailure(error.what(), {}, Advice());
+    if (isExtra) {
+        return Unexpected(rest.front());
+    }
+    const std::string complaint = error.what();
+    // "Could not convert: --priority = 1x"
+    return {m_hides ? complaint.substr(0, complaint.find(" = ")) : complaint, {}, Advice()};
 }
 
 std::string CommandParser::Advice() const
@@ -165,6 +172,7 @@ std::string CommandParser::Advice() const
 
 ParsedLine CommandParser::Parse(const std::vector<std::string>& arguments)
 {
+    m_hides = HasOption(arguments, "--redact");
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         m_line.parse(reversed);
@@ -184,6 +192,14 @@ UsageFailure::UsageFailure(const std::string& complaint, const std::string& sugg
                      complaint + (suggestion.empty() ? "" : "; " + suggestion)),
       m_advice(std::move(advice))
 {
+}
+
+bool HasOption(const std::vector<std::string>& arguments, std::string_view option)
+{
+    const auto end = std::ranges::find(arguments, "--");
+    return std::any_of(arguments.begin(), end, [&](std::string_view argument) {
+        return argument.starts_with(option) && (argument.size() == option.size() || argument[option.size()] == '=');
+    });
 }
 
 ParsedLine ParseCommandLine(const std::vector<std::string>& arguments)

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,6 +29,9 @@ public:
 private:
     std::string m_advice;
 };
+
+/// Whether an option is on the line, also when the rest of the line is wrong.
+[[nodiscard]] bool HasOption(const std::vector<std::string>& arguments, std::string_view option);
 
 /// Reads a command line. Throws UsageFailure.
 [[nodiscard]] ParsedLine ParseCommandLine(const std::vector<std::string>& arguments);

@@ -108,12 +108,13 @@ void Print(const Change& change, const EditOptions& options, Streams streams)
     if (options.verbose) {
         streams.messages.Line(OutcomeText(change, options));
     }
+    const Redaction redaction(options.hidden);
     if (options.json) {
-        WriteChangeAsJson(streams.data, change);
+        WriteChangeAsJson(streams.data, change, redaction);
     } else if (change.diff) {
         WriteDiff(streams.data, *change.diff, HasColour(StandardStream::Output));
     } else if (options.dryRun && !options.quiet) {
-        streams.data << ChangeAsText(change);
+        streams.data << ChangeAsText(change, redaction);
     }
     streams.data.flush();
     if (!streams.data && change.written) {
@@ -127,9 +128,9 @@ std::string DiffOf(PolicyFile& file, const EditOptions& options)
     const TemporaryFolder folder;
     const std::string path = ToUtf8((folder.Path() / "document.xml").u16string());
     file.Write(path);
-    const std::string newName = options.output.value_or(file.Path());
-    return UnifiedDiff({file.Path(), newName, TextOfFile(file.Path()), TextOfFile(path)},
-                       options.json ? Form::Exact : Form::Visible);
+    const Redaction redaction(options.hidden);
+    return Difference(file.Path(), options.output.value_or(file.Path()), TextOfFile(file.Path(), redaction),
+                      TextOfFile(path, redaction), options.json ? Form::Exact : Form::Visible);
 }
 
 }  // namespace

@@ -31,6 +31,7 @@ ApplyTask TaskOf(const FilesOptions& options, Edits edits)
     if (options.diff) {
         task.diff = options.json ? Form::Exact : Form::Visible;
     }
+    task.redaction = Redaction(options.hidden);
     task.patience = std::chrono::seconds(options.lockTimeoutSeconds);
     return task;
 }

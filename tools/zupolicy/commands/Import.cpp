@@ -6,7 +6,9 @@
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/EditFiles.h"
 #include "tools/zupolicy/commands/Input.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadEntry.h"
+#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -30,7 +32,7 @@ model::EditRequest ReadEntryOf(const ImportOptions& options)
                               options.entry,
                               complaint.place.line,
                               complaint.place.column,
-                              complaint.message,
+                              ComplaintToShow(complaint.message, options.hidden),
                               {}});
     }
 }

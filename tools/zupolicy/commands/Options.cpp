@@ -2,18 +2,21 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/zupolicy/commands/RedactOption.h"
+
 namespace zupm::tool {
 namespace {
 
 /// Standard output takes either the document or a report.
 void RequireOneUseOfStandardOutput(const EditOptions& edit)
 {
-    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun || edit.diff)) {
+    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun || edit.diff || !edit.hidden.empty())) {
         throw CLI::ValidationError(
             std::string("--output - writes the document to standard output and cannot be used with ") +
             (edit.json     ? "--json"
              : edit.dryRun ? "--dry-run"
-                           : "--diff"));
+             : edit.diff   ? "--diff"
+                           : "--redact"));
     }
 }
 
@@ -100,6 +103,7 @@ void AddWrite(CLI::App& line, WriteOptions& write)
     CLI::Option* const quiet =
         line.add_flag("-q,--quiet", write.quiet, "Print no report; failures, --json and --diff are printed");
     line.add_flag("-v,--verbose", write.verbose, "Say for each file whether it changed, as a message")->excludes(quiet);
+    AddRedact(line, write.hidden);
 }
 
 void AddBackup(CLI::App& line, WriteOptions& write)

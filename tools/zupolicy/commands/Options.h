@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/Target.h"
@@ -25,6 +26,7 @@ struct WriteOptions {
     bool verbose = false;
     std::string backupSuffix;  ///< empty for no backup
     unsigned lockTimeoutSeconds = 10;
+    std::vector<std::string> hidden;  ///< the patterns of --redact
 };
 
 /// Where and how `set` and `remove` write their result.

@@ -13,4 +13,9 @@ void AddRedact(CLI::App& line, std::vector<std::string>& patterns)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+std::string ComplaintToShow(const std::string& message, const std::vector<std::string>& patterns)
+{
+    return patterns.empty() ? message : message.substr(0, message.find("; last read: "));
+}
+
 }  // namespace zupm::tool

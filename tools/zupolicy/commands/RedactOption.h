@@ -14,4 +14,8 @@ namespace zupm::tool {
 /// the line is parsed.
 void AddRedact(CLI::App& line, std::vector<std::string>& patterns);
 
+/// A complaint about JSON. The parser's own end with what it has read last, which may be a value; with `patterns` this
+/// is left out.
+[[nodiscard]] std::string ComplaintToShow(const std::string& message, const std::vector<std::string>& patterns);
+
 }  // namespace zupm::tool

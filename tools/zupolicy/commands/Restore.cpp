@@ -55,10 +55,27 @@ void RequirePolicyFile(const std::string& backup)
     }
 }
 
-std::string DiffOf(const RestoreOptions& options, const std::string& before, const std::string& after)
+/// The text of a file with these bytes. Which values a broken file has nobody can say, so all of it is hidden when one
+/// is to be.
+FileText TextToShow(const std::string& path, const std::string& bytes, const Redaction& redaction)
 {
-    return UnifiedDiff({options.file, options.file, TextOf(before), TextOf(after)},
-                       options.json ? Form::Exact : Form::Visible);
+    FileText text = TextOf(bytes, redaction);
+    if (!redaction.IsEmpty()) {
+        try {
+            static_cast<void>(model::OpenToRead(path));
+        } catch (const Error&) {
+            text.HideAll();
+        }
+    }
+    return text;
+}
+
+std::string DiffOf(const RestoreOptions& options, const std::string& backup, const std::string& before,
+                   const std::string& after)
+{
+    const Redaction redaction(options.hidden);
+    return Difference(options.file, options.file, TextToShow(options.file, before, redaction),
+                      TextToShow(backup, after, redaction), options.json ? Form::Exact : Form::Visible);
 }
 
 /// Replaces the file with a backup of it; a backup of a file that was not replaced goes again.
@@ -87,7 +104,7 @@ RestoreResult Restore(const RestoreOptions& options)
     const std::string bytes = ReadBackup(result.restored);
     const std::string present = file.Read();
     if (options.diff) {
-        result.diff = DiffOf(options, present, bytes);
+        result.diff = DiffOf(options, result.restored, present, bytes);
     }
     if (bytes == present) {
         return result;

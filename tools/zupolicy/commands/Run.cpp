@@ -2,11 +2,9 @@
 
 #include <zuPolicyManager/client/Runtime.h>
 
-#include <algorithm>
 #include <exception>
 #include <ostream>
 #include <string>
-#include <string_view>
 
 #include "tools/zupolicy/client/Terminal.h"
 #include "tools/zupolicy/commands/CommandLine.h"
@@ -17,19 +15,10 @@
 namespace zupm::tool {
 namespace {
 
-/// Whether an option is on the line, also when the rest of the line is wrong.
-bool Has(const std::vector<std::string>& arguments, std::string_view option)
-{
-    const auto end = std::ranges::find(arguments, "--");
-    return std::any_of(arguments.begin(), end, [&](std::string_view argument) {
-        return argument.starts_with(option) && (argument.size() == option.size() || argument[option.size()] == '=');
-    });
-}
-
 /// What standard error is. A line of the file that goes with a message may hold a value that is to be hidden.
 Console StandardError(const std::vector<std::string>& arguments)
 {
-    return {IsTerminal(StandardStream::Error) && !Has(arguments, "--redact"), HasColour(StandardStream::Error)};
+    return {IsTerminal(StandardStream::Error) && !HasOption(arguments, "--redact"), HasColour(StandardStream::Error)};
 }
 
 /// Standard output on a full disk must not look like success.
@@ -90,7 +79,7 @@ ExitCode RunGuarded(const std::vector<std::string>& arguments, Streams streams)
         return ParseAndExecute(arguments, streams);
     } catch (const std::exception&) {
         const Problem problem = Report(streams);
-        if (Has(arguments, "--json")) {
+        if (HasOption(arguments, "--json")) {
             PrintFailure(problem, streams.data);
         }
         return problem.exit;

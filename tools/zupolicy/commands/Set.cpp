@@ -160,10 +160,24 @@ ExitCode SetIn(const SetOptions& options, Streams streams)
     return ExitCode::Ok;
 }
 
+/// Throws Failure (Usage) for the values that others would complain about later. They would show the value.
+void RequireUtf8WithoutShowing(const SetOptions& options)
+{
+    const TaskFields& fields = options.fields;
+    for (const auto& value : {options.value, fields.displayName, fields.type, fields.platforms, fields.creator}) {
+        if (value && !IsUtf8(*value)) {
+            throw Failure(ExitCode::Usage, "a value is not valid UTF-8");
+        }
+    }
+}
+
 ExitCode RunSet(SetOptions options, Streams streams)
 {
     if (options.valueFile) {
         options.value = ReadValue(*options.valueFile);
+    }
+    if (!options.edit.hidden.empty()) {
+        RequireUtf8WithoutShowing(options);
     }
     if (options.value) {
         static_cast<void>(Valid(*options.value));

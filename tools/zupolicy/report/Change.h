@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/report/Redaction.h"
 
 namespace zupm::tool {
 
@@ -33,6 +34,12 @@ struct Change {
 /// For a change of a task's fields alone there is no line about a setting.
 ///
 /// One line such as `policy PRODUCTA1000: General/Enabled: "0" -> "1"`, and one for each field of a task that changes.
-[[nodiscard]] std::string ChangeAsText(const Change& change);
+[[nodiscard]] std::string ChangeAsText(const Change& change, const Redaction& redaction);
+
+/// The value of the setting before or after the change, or kHidden.
+[[nodiscard]] std::optional<std::string> ShownValue(const Change& change, const std::optional<std::string>& value,
+                                                    const Redaction& redaction);
+/// The field with its values, or with kHidden in place of each.
+[[nodiscard]] FieldChange Shown(FieldChange field, const Redaction& redaction);
 
 }  // namespace zupm::tool

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/client/contents/FileContents.h"
 #include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {

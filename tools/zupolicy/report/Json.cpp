@@ -119,10 +119,11 @@ void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
     }
 }
 
-void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields)
+void WriteFieldChanges(JsonWriter& json, const std::vector<FieldChange>& fields, const Redaction& redaction)
 {
     json.Key("fields").BeginArray();
-    for (const FieldChange& field : fields) {
+    for (const FieldChange& each : fields) {
+        const FieldChange field = Shown(each, redaction);
         json.BeginObject();
         json.Member("name", field.name);
         json.Key("before").TextOrNull(field.before);
@@ -162,7 +163,7 @@ void WriteValueAsJson(std::ostream& out, const Target& target, const std::string
     json.EndObject();
 }
 
-void WriteChangeAsJson(std::ostream& out, const Change& change)
+void WriteChangeAsJson(std::ostream& out, const Change& change, const Redaction& redaction)
 {
     JsonWriter json(out);
     json.BeginDocument();
@@ -170,10 +171,10 @@ void WriteChangeAsJson(std::ostream& out, const Change& change)
     json.Key("new").Boolean(change.createsTarget);
     json.Key("section").TextOrNull(change.section);
     json.Key("name").TextOrNull(change.name);
-    json.Key("before").TextOrNull(change.before);
-    json.Key("after").TextOrNull(change.after);
+    json.Key("before").TextOrNull(ShownValue(change, change.before, redaction));
+    json.Key("after").TextOrNull(ShownValue(change, change.after, redaction));
     if (change.target.taskId) {
-        WriteFieldChanges(json, change.fields);
+        WriteFieldChanges(json, change.fields, redaction);
     }
     json.Key("changed").Boolean(change.changed);
     json.Key("written").TextOrNull(change.written);

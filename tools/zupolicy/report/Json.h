@@ -18,7 +18,7 @@ void WriteContentsAsJson(std::ostream& out, const std::string& file, const FileC
                          const Selection& selection);
 void WriteValueAsJson(std::ostream& out, const Target& target, const std::string& section, const std::string& name,
                       const std::string& value);
-void WriteChangeAsJson(std::ostream& out, const Change& change);
+void WriteChangeAsJson(std::ostream& out, const Change& change, const Redaction& redaction);
 /// A task that was written into an INI file, with the notices of its policy file.
 void WriteExportAsJson(std::ostream& out, const Target& task, const std::string& written, const Notices& notices);
 /// One item of the list that `check` prints.

@@ -1,6 +1,7 @@
 /// Values that must not be shown.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -49,9 +50,15 @@ private:
     std::vector<std::string> m_patterns;
 };
 
-/// The text of a policy file (UTF-8) with kHidden in place of each hidden value: between the tags of a setting, and
-/// between the quotes of a task's field. Line breaks outside of hidden values stay. When the text is not well-formed,
-/// what follows the mistake is hidden as a whole, because nobody can say what it is.
-[[nodiscard]] std::string RedactedSource(const Redaction& redaction, std::string_view document);
+/// The bytes of a text from `begin` up to `end`.
+struct TextPart {
+    std::size_t begin;
+    std::size_t end;
+};
+
+/// The hidden values in the text of a policy file (UTF-8), in its order: what is between the tags of a setting, and
+/// between the quotes of a task's field. When the text is cut off, or something in it has no end, what follows is
+/// hidden as a whole, because nobody can say what it is.
+[[nodiscard]] std::vector<TextPart> HiddenParts(const Redaction& redaction, std::string_view document);
 
 }  // namespace zupm::tool

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <deque>
 #include <ostream>
 #include <sstream>
 #include <vector>
@@ -15,6 +16,64 @@ namespace {
 constexpr std::size_t kContext = 3;
 
 using Lines = std::vector<std::string_view>;
+
+/// As model::LinesOf, but a line break in a hidden part ends no line.
+Lines LinesOf(std::string_view text, const std::vector<TextPart>& hidden)
+{
+    Lines lines;
+    auto part = hidden.begin();
+    std::size_t begin = 0;
+    for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at)) {
+        while (part != hidden.end() && part->end <= at) {
+            ++part;
+        }
+        if (part != hidden.end() && part->begin <= at) {
+            at = part->end;
+            continue;
+        }
+        lines.push_back(text.substr(begin, ++at - begin));
+        begin = at;
+    }
+    if (begin != text.size()) {
+        lines.push_back(text.substr(begin));
+    }
+    return lines;
+}
+
+/// The lines of one side: those that are compared, and those that are printed. They refer to the text.
+class SideLines {
+public:
+    SideLines(std::string_view text, const std::vector<TextPart>& hidden)
+        : m_exact(LinesOf(text, hidden)), m_shown(m_exact)
+    {
+        auto part = hidden.begin();
+        for (std::string_view& line : m_shown) {
+            const auto begin = static_cast<std::size_t>(line.data() - text.data());
+            const std::size_t end = begin + line.size();
+            if (part == hidden.end() || part->begin >= end) {
+                continue;
+            }
+            std::string shown;
+            std::size_t copied = begin;
+            for (; part != hidden.end() && part->begin < end; ++part) {
+                shown += text.substr(copied, part->begin - copied);
+                shown += kHidden;
+                copied = part->end;
+            }
+            line = m_replaced.emplace_back(shown.append(text.substr(copied, end - copied)));
+        }
+    }
+    SideLines(const SideLines&) = delete;
+    SideLines& operator=(const SideLines&) = delete;
+
+    [[nodiscard]] const Lines& Exact() const { return m_exact; }
+    [[nodiscard]] const Lines& Shown() const { return m_shown; }
+
+private:
+    Lines m_exact;
+    Lines m_shown;
+    std::deque<std::string> m_replaced;  ///< lines with hidden parts, as they are printed
+};
 
 /// Writes hunks: changes with the lines around them.
 class Hunks {
@@ -173,9 +232,9 @@ std::string UnifiedDiff(const TwoTexts& texts, Form form)
     std::ostringstream out;
     PutName(out, "--- ", texts.oldName);
     PutName(out, "+++ ", texts.newName);
-    const Lines before = model::LinesOf(texts.before);
-    const Lines after = model::LinesOf(texts.after);
-    Hunks(before, after, form, out).Write(model::CompareLines(before, after));
+    const SideLines before(texts.before, texts.hiddenBefore);
+    const SideLines after(texts.after, texts.hiddenAfter);
+    Hunks(before.Shown(), after.Shown(), form, out).Write(model::CompareLines(before.Exact(), after.Exact()));
     return std::move(out).str();
 }
 

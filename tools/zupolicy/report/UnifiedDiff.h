@@ -4,15 +4,21 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "tools/zupolicy/report/Redaction.h"
 
 namespace zupm::tool {
 
-/// Names and texts of both sides; UTF-8, and what is not is kept or escaped as Form says.
+/// Names and texts of both sides; UTF-8, and what is not is kept or escaped as Form says. Hidden parts are compared as
+/// they are, and printed as kHidden. Each is a part of one line, whatever line breaks it has.
 struct TwoTexts {
     std::string_view oldName;
     std::string_view newName;
     std::string_view before;
     std::string_view after;
+    std::vector<TextPart> hiddenBefore = {};
+    std::vector<TextPart> hiddenAfter = {};
 };
 
 enum class Form {

@@ -1,4 +1,4 @@
-// The text of a policy file without secrets.
+// Where a text has values that must not be shown.
 #include <algorithm>
 #include <cstddef>
 #include <optional>
@@ -21,18 +21,18 @@ constexpr AttributeOfField kFields[] = {{"DisplayName", "displayName"},
                                         {"TaskPriority", "priority"},
                                         {"CreatorID", "creator"}};
 
-/// Follows the tags of a document, and writes it without what is hidden.
+/// Follows the tags of a document, and finds what is hidden.
 ///
 /// Whether an entry or setting can be reached does not matter: a second one of a name is a secret like the first. So
 /// every element with a name in an element with a name counts as a setting.
-class SourceRedactor {
+class PartFinder {
 public:
-    SourceRedactor(const Redaction& redaction, std::string_view document)
+    PartFinder(const Redaction& redaction, std::string_view document)
         : m_redaction(redaction), m_document(document), m_reader(document)
     {
     }
 
-    std::string Run()
+    std::vector<TextPart> Run()
     {
         std::size_t sound = 0;
         while (const std::optional<Markup> markup = m_reader.Next()) {
@@ -44,8 +44,7 @@ public:
         } else if (m_reader.IsBroken()) {
             Hide(sound, m_document.size());
         }
-        m_result += m_document.substr(m_copied);
-        return std::move(m_result);
+        return std::move(m_parts);
     }
 
 private:
@@ -116,18 +115,12 @@ private:
         }
     }
 
-    void Hide(std::size_t begin, std::size_t end)
-    {
-        m_result += m_document.substr(m_copied, begin - m_copied);
-        m_result += kHidden;
-        m_copied = end;
-    }
+    void Hide(std::size_t begin, std::size_t end) { m_parts.push_back({begin, end}); }
 
     const Redaction& m_redaction;
     std::string_view m_document;
     TagReader m_reader;
-    std::string m_result;
-    std::size_t m_copied = 0;  ///< bytes of the document that are in the result, or hidden
+    std::vector<TextPart> m_parts;
     std::vector<Level> m_levels;
     std::size_t m_depth = 0;
     std::size_t m_hiddenDepth = 0;  ///< of the open element whose content is hidden; 0 for none
@@ -136,9 +129,9 @@ private:
 
 }  // namespace
 
-std::string RedactedSource(const Redaction& redaction, std::string_view document)
+std::vector<TextPart> HiddenParts(const Redaction& redaction, std::string_view document)
 {
-    return redaction.IsEmpty() ? std::string(document) : SourceRedactor(redaction, document).Run();
+    return redaction.IsEmpty() ? std::vector<TextPart>() : PartFinder(redaction, document).Run();
 }
 
 }  // namespace zupm::tool

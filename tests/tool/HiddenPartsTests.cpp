@@ -1,4 +1,4 @@
-// The text of a file without secrets. No command prints it by itself, so the function is called directly.
+// Which parts of a file's text are hidden. No command prints them by themselves, so the function is called directly.
 #include "tools/zupolicy/report/Redaction.h"
 
 #include <gtest/gtest.h>
@@ -6,10 +6,22 @@
 namespace zupm::test {
 namespace {
 
-using tool::RedactedSource;
 using tool::Redaction;
 
-TEST(RedactedSource, ReplacesEveryHiddenValueAndNothingElse)
+/// The text with kHidden in place of each hidden part.
+std::string RedactedSource(const Redaction& redaction, std::string_view text)
+{
+    std::string result;
+    std::size_t copied = 0;
+    for (const tool::TextPart& part : HiddenParts(redaction, text)) {
+        result += text.substr(copied, part.begin - copied);
+        result += tool::kHidden;
+        copied = part.end;
+    }
+    return result.append(text.substr(copied));
+}
+
+TEST(HiddenParts, AreEveryHiddenValueAndNothingElse)
 {
     const Redaction redaction({"Password", "Task/TaskName"});
     struct Row {
