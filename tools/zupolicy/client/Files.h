@@ -42,7 +42,9 @@ public:
     /// Throws std::system_error.
     ScratchFile();
     ~ScratchFile();
+    ScratchFile(const ScratchFile&) = delete;
     ScratchFile(ScratchFile&&) noexcept;
+    ScratchFile& operator=(const ScratchFile&) = delete;
     ScratchFile& operator=(ScratchFile&&) = delete;
 
     [[nodiscard]] const std::filesystem::path& Path() const noexcept { return m_path; }

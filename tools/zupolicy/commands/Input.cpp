@@ -36,12 +36,12 @@ std::string ReadAll(std::istream& in, const std::function<bool(std::string_view 
 std::string Read(const std::string& name, const std::string& what,
                  const std::function<bool(std::string_view piece)>& isEnough)
 {
-    const Failure failure(ExitCode::FileError, name, what + " cannot be read");
+    const auto unreadable = [&] { return Failure(ExitCode::FileError, name, what + " cannot be read"); };
     if (name == "-") {
         std::string bytes = ReadAll(std::cin, isEnough);
         // The stream takes an error for the end, and a part must not pass for all.
         if (std::ferror(stdin) != 0 || std::cin.bad()) {
-            throw failure;
+            throw unreadable();
         }
         return bytes;
     }
@@ -50,13 +50,13 @@ std::string Read(const std::string& name, const std::string& what,
     }
     std::ifstream file(std::filesystem::path(std::u8string(name.begin(), name.end())), std::ios::binary);
     if (!file) {
-        throw failure;
+        throw unreadable();
     }
     try {
         file.exceptions(std::ios::badbit);
         return ReadAll(file, isEnough);
     } catch (const std::ios_base::failure&) {
-        throw failure;
+        throw unreadable();
     }
 }
 

@@ -62,12 +62,12 @@ Problem Report(Streams streams)
         streams.messages.Line(failure.Advice());
         return failure.What();
     } catch (const Failure& failure) {
-        const Problem problem = CurrentProblem({});
+        Problem problem = CurrentProblem({});
         streams.messages.Complain(failure.what());
         PrintExcerpt(streams.messages, problem);
         return problem;
     } catch (const std::exception&) {
-        const Problem problem = CurrentProblem({});
+        Problem problem = CurrentProblem({});
         streams.messages.Complain(LineOf(problem));
         return problem;
     }

@@ -14,7 +14,7 @@ void RequireKind(Members& members, const EditRequest& edit)
     const std::optional<std::string> kind = members.FindText("kind");
     const char* const actual = edit.id.taskId ? "task" : "policy";
     if (kind && *kind != actual) {
-        throw JsonComplaint{members.Find("kind")->at, std::string("\"kind\" must be \"") + actual + "\" for an entry " +
+        throw JsonComplaint{members.Find("kind")->at, std::string(R"("kind" must be ")") + actual + "\" for an entry " +
                                                           (edit.id.taskId ? "with" : "without") +
                                                           R"( the member "taskId")"};
     }

@@ -118,7 +118,7 @@ private:
     Number Text(std::string_view text);
     Number Value(std::string_view value, bool isHidden);
     [[nodiscard]] bool IsHidden(const Key& key) const;
-    void AddEntry(const PageEntry& entry, Contents& contents);
+    void AddEntry(const PageEntry& added, Contents& contents);
     void WriteTables(JsonWriter& json) const;
     void WriteFiles(JsonWriter& json) const;
 

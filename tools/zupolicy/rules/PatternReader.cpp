@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace zupm::rules {
@@ -15,14 +16,20 @@ constexpr char32_t kLastCharacter = 0x10FFFF;
 
 using Ranges = std::vector<CharacterSet::Range>;
 
-const Ranges kDigits = {{U'0', U'9'}};
-const Ranges kWords = {{U'0', U'9'}, {U'A', U'Z'}, {U'_', U'_'}, {U'a', U'z'}};
-const Ranges kBlanks = {{U'\t', U'\r'},   {U' ', U' '},     {0xA0, 0xA0},     {0x1680, 0x1680}, {0x2000, 0x200A},
-                        {0x2028, 0x2029}, {0x202F, 0x202F}, {0x205F, 0x205F}, {0x3000, 0x3000}, {0xFEFF, 0xFEFF}};
-const Ranges kLineEnds = {{U'\n', U'\n'}, {U'\r', U'\r'}, {0x2028, 0x2029}};
+constexpr CharacterSet::Range kDigits[] = {{U'0', U'9'}};
+constexpr CharacterSet::Range kWords[] = {{U'0', U'9'}, {U'A', U'Z'}, {U'_', U'_'}, {U'a', U'z'}};
+constexpr CharacterSet::Range kBlanks[] = {{U'\t', U'\r'},   {U' ', U' '},     {0xA0, 0xA0},     {0x1680, 0x1680},
+                                           {0x2000, 0x200A}, {0x2028, 0x2029}, {0x202F, 0x202F}, {0x205F, 0x205F},
+                                           {0x3000, 0x3000}, {0xFEFF, 0xFEFF}};
+constexpr CharacterSet::Range kLineEnds[] = {{U'\n', U'\n'}, {U'\r', U'\r'}, {0x2028, 0x2029}};
+
+Ranges All(std::span<const CharacterSet::Range> ranges)
+{
+    return {ranges.begin(), ranges.end()};
+}
 
 /// All characters that the ranges, which are sorted, do not have.
-Ranges Others(const Ranges& ranges)
+Ranges Others(std::span<const CharacterSet::Range> ranges)
 {
     Ranges others;
     char32_t next = 0;
@@ -41,15 +48,15 @@ std::optional<Ranges> ClassOf(char32_t letter)
 {
     switch (letter) {
         case U'd':
-            return kDigits;
+            return All(kDigits);
         case U'D':
             return Others(kDigits);
         case U'w':
-            return kWords;
+            return All(kWords);
         case U'W':
             return Others(kWords);
         case U's':
-            return kBlanks;
+            return All(kBlanks);
         case U'S':
             return Others(kBlanks);
         default:
@@ -234,7 +241,7 @@ PatternNode Reader::Atom()
         return OfKind(PatternNode::Kind::End);
     }
     if (Take(".")) {
-        return OfSet(kLineEnds, true);
+        return OfSet(All(kLineEnds), true);
     }
     const char32_t character = TakeCharacter();
     return OfSet({{character, character}});
