@@ -31,7 +31,7 @@ protected:
         EXPECT_NE(page.find(mark), page.npos) << mark;
         // A block may have empty lines; what follows it has no indentation.
         std::size_t end = page.find("\n\n", begin);
-        while (page.compare(end, 6, "\n\n    ") == 0) {
+        while (end != page.npos && page.compare(end, 6, "\n\n    ") == 0) {
             end = page.find("\n\n", end + 2);
         }
         return std::regex_replace(page.substr(begin, end - begin), std::regex("\n    "), "\n");
