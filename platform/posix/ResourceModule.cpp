@@ -1,8 +1,8 @@
 #include "platform/Modules.h"
 
 #include <fcntl.h>
-#include <time.h>
 
+#include <ctime>
 #include <map>
 #include <mutex>
 #include <new>

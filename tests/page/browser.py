@@ -1,9 +1,11 @@
 """A headless browser on one page, and what went wrong in it."""
+import contextlib
 import json
 import pathlib
 import time
 
 from selenium import webdriver
+from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
@@ -29,6 +31,9 @@ class Browser:
         self.size(1280, 800)
 
     def close(self):
+        # The driver's end alone leaves the browser running, and the browser's end breaks off the call.
+        with contextlib.suppress(WebDriverException):
+            self.driver.execute_cdp_cmd("Browser.close", {})
         self.driver.quit()
 
     def size(self, width, height, scale=1):
@@ -43,6 +48,7 @@ class Browser:
         self.driver.get("about:blank")
         self.complaints()
         self.driver.get(pathlib.Path(path).resolve().as_uri() + place)
+        self.settle()
 
     def go(self, place):
         self.run("location.hash = arguments[0]", place)

@@ -1,5 +1,7 @@
 #include "tests/support/ComponentHost.h"
 
+#include <chrono>
+
 #include "common/Resources.h"
 #include "platform/Modules.h"
 #include "tests/support/ClassAnnouncement.h"
@@ -23,7 +25,11 @@ std::u16string HostFolder()
 ComponentHost::ComponentHost()
 {
     const std::filesystem::path own(OwnModuleFolder());
-    std::filesystem::copy_file(own / kResourceModule, m_resources.Folder() / kResourceModule);
+    const std::filesystem::path copy = m_resources.Folder() / kResourceModule;
+    std::filesystem::copy_file(own / kResourceModule, copy);
+    // The component keeps what it reads from a file that is some seconds old. A new one becomes that old in the middle
+    // of a test that counts allocations.
+    std::filesystem::last_write_time(copy, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
     g_resources = &m_resources;
     SetResourceFolder(HostFolder());
     m_started = CoInitializeEx(nullptr, COINIT_MULTITHREADED);

@@ -249,6 +249,8 @@ TEST_F(ApplyEdits, WhatAppearsTwiceInAFile_IsEditedUntilALookupFindsTheResult)
         EXPECT_EQ(Differences("before.xml", "policy.xml"), row.difference) << row.edit;
         EXPECT_THAT(Apply(row.edit).out, HasSubstr("policy.xml: unchanged")) << row.edit;
     }
+    Folder().Write(u"policy.xml", twice);
+    EXPECT_THAT(Apply(rows[3].edit, {"--dry-run"}).out, HasSubstr("\n- policy P (1 other one of this ID)\n"));
 }
 
 TEST_F(ApplyEdits, DryRun_PrintsTheDifferencesAndWritesNothing)

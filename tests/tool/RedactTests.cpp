@@ -1,4 +1,6 @@
 // Values that no output shows.
+#include <nlohmann/json.hpp>
+
 #include "EditsTest.h"
 
 namespace zupm::test {
@@ -160,6 +162,14 @@ TEST_F(Redact, ADifferenceStaysOne_AndItsEditIsRefused)
               "\"anna\"}]}], \"redacted\": true}\n");
     EXPECT_THAT(ApplyTo({"empty.xml"}, edits.out),
                 Fails(3, HasSubstr("edits.jsonl:1:1: values of this edit are hidden")));
+}
+
+TEST_F(Redact, AnEntryThatWasShownWithHiddenValues_IsNotImported)
+{
+    const ToolRun run = Tool({"show", "policy.xml", "PRODUCTA1000", "--json", "--redact", "Enabled"});
+    Folder().Write(u"entry.json", nlohmann::json::parse(run.out).at("policies").at(0).dump());
+    EXPECT_THAT(Tool({"import", "policy.xml", "entry.json", "--replace"}),
+                Fails(3, HasSubstr("values of this entry may be hidden")));
 }
 
 TEST_F(Redact, PatternsAreThoseOfQuery)

@@ -43,7 +43,8 @@ private:
     };
 
     [[nodiscard]] State& StateOf(const EntryId& id);
-    void WriteEntry(const model::EntryChange& change, const std::optional<model::Entry>& after) const;
+    [[nodiscard]] std::size_t WriteEntry(const model::EntryChange& change,
+                                         const std::optional<model::Entry>& after) const;
     [[noreturn]] void Refuse(const model::EditRequest& edit, const model::Refusal& refusal) const;
     [[nodiscard]] std::string SimilarTo(const EntryId& id) const;
 
@@ -101,16 +102,20 @@ bool States::Write(std::ostream& differences) const
         }
         differs = true;
         WriteAsText(differences, change, {.redaction = m_task.redaction, .linePrefix = {}, .writeMembers = {}});
-        WriteEntry(change, state.after);
+        const std::size_t others = WriteEntry(change, state.after);
+        if (others != 0) {
+            differences << "- " << Describe(id) << " (" << others << (others == 1 ? " other one" : " other ones")
+                        << " of this ID)\n";
+        }
     }
     return differs;
 }
 
 /// As model::Write; a failure names the policy or task.
-void States::WriteEntry(const model::EntryChange& change, const std::optional<model::Entry>& after) const
+std::size_t States::WriteEntry(const model::EntryChange& change, const std::optional<model::Entry>& after) const
 {
     try {
-        model::Write(m_file, change, after);
+        return model::Write(m_file, change, after);
     } catch (const Error&) {
         Problem problem = CurrentProblem(m_file.Path());
         if (const std::string about = Describe(change.id) + ": "; !problem.message.starts_with(about)) {

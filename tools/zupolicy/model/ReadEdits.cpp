@@ -79,8 +79,11 @@ EditRequest ReadEdit(const JsonValue& value)
         ReadContent(members, edit);
     } else if (kind == "unsupported") {
         const std::optional<std::string> reason = members.FindText("reason");
+        const bool isAssignmentList = members.FindText("what") == "assignmentList";
         members.Refuse("no edit can make this difference" +
-                       (reason ? ": " + *reason : "; compare with --ignore-versions to leave out versions"));
+                       (reason             ? ": " + *reason
+                        : isAssignmentList ? std::string(": the assignment list; leave this line out")
+                                           : "; compare with --ignore-versions to leave out versions"));
     } else {
         throw JsonComplaint{members.Find("edit")->at, "there is no edit \"" + kind + "\": set, absent or create"};
     }

@@ -24,6 +24,9 @@ EditRequest ReadObject(const JsonValue& value)
 {
     Members members(value, "an entry");
     RequireSchema(members);
+    if (members.Find("redacted") != nullptr) {
+        members.Refuse("values of this entry may be hidden; show it without --redact");
+    }
     EditRequest edit;
     edit.kind = EditRequest::Kind::Entry;
     ReadContent(members, edit);

@@ -101,15 +101,15 @@ void Remove(const PolicyFile& file, const EntryId& id)
 }
 
 /// An entry with the same ID that comes before the one that was written hides it: such a copy goes. What was written is
-/// found in the end, because it is never the one that goes.
-void RemoveWhatHides(const PolicyFile& file, const Entry& written)
+/// found in the end, because it is never the one that goes. Returns how many went.
+std::size_t RemoveWhatHides(const PolicyFile& file, const Entry& written)
 {
-    for (;;) {
+    for (std::size_t removed = 0;; ++removed) {
         std::optional<Entry> found = Find(file, written.id);
         if (found) {
             DropRepeated(*found);
             if (Compare(&*found, &written).IsEmpty()) {
-                return;
+                return removed;
             }
         }
         Remove(file, written.id);
@@ -118,13 +118,13 @@ void RemoveWhatHides(const PolicyFile& file, const Entry& written)
 
 }  // namespace
 
-void Write(const PolicyFile& file, const EntryChange& change, const std::optional<Entry>& after)
+std::size_t Write(const PolicyFile& file, const EntryChange& change, const std::optional<Entry>& after)
 {
     if (change.kind == EntryChange::Kind::Removed) {
         while (Find(file, change.id)) {
             Remove(file, change.id);
         }
-        return;
+        return 0;
     }
     // A new entry is the change from an empty one to what it becomes.
     const Entry empty = NewEntry(change.id);
@@ -136,7 +136,7 @@ void Write(const PolicyFile& file, const EntryChange& change, const std::optiona
     } else {
         AddWith(file, isNew ? MakePolicy(id) : file.Policy(id.softwareId), steps);
     }
-    RemoveWhatHides(file, *after);
+    return RemoveWhatHides(file, *after);
 }
 
 }  // namespace zupm::model

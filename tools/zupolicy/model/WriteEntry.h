@@ -3,14 +3,15 @@
 
 #include <zuPolicyManager/Client.h>
 
+#include <cstddef>
 #include <optional>
 
 #include "tools/zupolicy/model/Change.h"
 
 namespace zupm::model {
 
-/// Makes this change in the document. Afterwards a lookup finds `after`, also in a file that holds the entry twice.
-/// Nothing is written to disk. Throws Error; the document is of no use then.
-void Write(const PolicyFile& file, const EntryChange& change, const std::optional<Entry>& after);
+/// Makes this change in the document. Afterwards a lookup finds `after`, also in a file that holds the entry twice: then
+/// the entries that would be found in its place are removed. Returns how many. Nothing is written to disk. Throws Error; the document is of no use then.
+[[nodiscard]] std::size_t Write(const PolicyFile& file, const EntryChange& change, const std::optional<Entry>& after);
 
 }  // namespace zupm::model

@@ -67,6 +67,9 @@ void WriteRecords(JsonWriter& json, const FileContents& contents, const Records&
             continue;
         }
         json.BeginObject();
+        if (!selection.redaction.IsEmpty()) {
+            json.Key("redacted").Boolean(true);
+        }
         WriteFields(json, contents, record, selection.redaction);
         if (selection.withSections) {
             WriteSections(json, contents, record, selection.redaction);

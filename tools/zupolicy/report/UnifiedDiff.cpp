@@ -63,6 +63,7 @@ public:
             line = m_replaced.emplace_back(shown.append(text.substr(copied, end - copied)));
         }
     }
+    ~SideLines() = default;
     SideLines(const SideLines&) = delete;
     SideLines& operator=(const SideLines&) = delete;
 
