@@ -74,6 +74,7 @@ function tasksToJson(file) {
 
 function fileToJson(file) {
     return "{" + [
+        quoted("schema") + ": 1",
         member("file", path), member("policyVersion", file.VersionPolicy), member("taskVersion", file.VersionTask),
         member("assignmentList", file.PolicyAssignmentList),
         quoted("policies") + ": " + arrayOf(file.PolicyIDs, function (id) { return policyToJson(file, id); }),
