@@ -10,8 +10,9 @@
 
 namespace zupm::model {
 
-/// Makes this change in the document. Afterwards a lookup finds `after`, also in a file that holds the entry twice: then
-/// the entries that would be found in its place are removed. Returns how many. Nothing is written to disk. Throws Error; the document is of no use then.
+/// Makes this change in the document. Afterwards a lookup finds `after`. In a file that holds the entry twice, the ones
+/// that would be found in its place are removed; returns how many. Nothing is written to disk. Throws Error; the
+/// document is of no use then.
 [[nodiscard]] std::size_t Write(const PolicyFile& file, const EntryChange& change, const std::optional<Entry>& after);
 
 }  // namespace zupm::model
