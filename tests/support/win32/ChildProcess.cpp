@@ -66,8 +66,13 @@ HANDLE Start(std::wstring line, const ChildPlace& place, const ChildStreams& str
     start.hStdOutput = OutputFile(streams.Out());
     start.hStdError = OutputFile(streams.Messages());
     PROCESS_INFORMATION process{};
-    const bool isStarted = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                          place.folder.c_str(), &start, &process) != 0;
+    // On a busy machine Wine sometimes fails to start a program; the next try succeeds.
+    bool isStarted = false;
+    for (int tries = 0; !isStarted && tries < 3; ++tries) {
+        std::wstring copy = line;
+        isStarted = CreateProcessW(nullptr, copy.data(), nullptr, nullptr, TRUE, 0, nullptr, place.folder.c_str(),
+                                   &start, &process) != 0;
+    }
     if (start.hStdInput != nullptr) {
         CloseHandle(start.hStdInput);
     }
