@@ -16,7 +16,7 @@ enum class MemberKind : WORD { Method = 1, PropertyGet = 2, PropertyPut = 4 };
 enum class ParameterType { String, Number, Object, StringSlot, NumberSlot, ObjectSlot, DispatchSlot };
 
 /// The most parameters of one member: calls have room for no more.
-inline constexpr std::size_t kMostParameters = 4;
+inline constexpr std::size_t kMostParameters = 5;
 
 /// One parameter; `isResult` marks the output that a script gets as the call's value.
 struct Parameter {

@@ -18,6 +18,10 @@ constexpr Member kPolicyFileContentsMembers[] = {
     MethodRow<&IPolicyFileContents::WriteIfUnchanged, u"lTimeout">(
         1005, u"WriteIfUnchanged", "Replaces the loaded file if it is still the one that was loaded"),
     GetRow<&IPolicyFileContents::get_Notices, u"pVal">(1006, u"Notices", "What is odd in the loaded document"),
+    MethodRow<&IPolicyFileContents::GetStoredPolicySetting, u"strSoftwareID", u"strSection", u"strName", u"pstrValue">(
+        1007, u"GetStoredPolicySetting", "Returns a setting of a policy as the document has it"),
+    MethodRow<&IPolicyFileContents::GetStoredTaskSetting, u"strSoftwareID", u"strTaskID", u"strSection", u"strName",
+              u"pstrValue">(1008, u"GetStoredTaskSetting", "Returns a setting of a task as the document has it"),
 };
 
 constexpr InterfaceDescription kPolicyFileContentsDescription{IID_IPolicyFileContents, u"IPolicyFileContents",

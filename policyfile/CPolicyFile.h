@@ -71,6 +71,10 @@ public:
     HRESULT get_HasChangedOnDisk(LONG* pVal) noexcept override;
     HRESULT WriteIfUnchanged(LONG lTimeout) noexcept override;
     HRESULT get_Notices(IPolicyNotices** pVal) noexcept override;
+    HRESULT GetStoredPolicySetting(BSTR strSoftwareID, BSTR strSection, BSTR strName,
+                                   BSTR* pstrValue) noexcept override;
+    HRESULT GetStoredTaskSetting(BSTR strSoftwareID, BSTR strTaskID, BSTR strSection, BSTR strName,
+                                 BSTR* pstrValue) noexcept override;
 
 protected:
     ~CPolicyFile() = default;
@@ -137,6 +141,10 @@ private:
     /// Hands out the names that `names(data)` gives; NotInitialised.
     template <class Names>
     [[nodiscard]] HRESULT ListNames(std::u16string_view operation, IPolicyNames** slot, Names names) noexcept;
+
+    /// Hands out the setting that `read(value)` reads under the lock; NotInitialised.
+    template <class Read>
+    [[nodiscard]] HRESULT HandOutSetting(std::u16string_view operation, BSTR* slot, Read read) noexcept;
 
     [[nodiscard]] result::Code HandOutPolicy(std::u16string_view softwareId, IUnknown** slot) ZUPM_REQUIRES(m_lock);
     [[nodiscard]] result::Code HandOutTask(std::u16string_view softwareId, std::u16string_view taskId, IUnknown** slot)

@@ -143,6 +143,12 @@ std::u16string NodeContainer::GetText() const
     return Wide(TextOf(*m_tree, m_index));
 }
 
+std::unique_ptr<SpanTree> Element::TreeOfHiddenInside() const
+{
+    const bool isHidden = !IsNull() && m_tree->MayHideElements(m_index);
+    return isHidden ? m_tree->WholeTreeOf(m_index) : nullptr;
+}
+
 void NodeContainer::AddText(std::u16string_view text)
 {
     if (!IsNull()) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -117,6 +118,10 @@ public:
     Element CreateElement(std::u16string_view name) { return AddElementInto(name); }
 
     [[nodiscard]] ElementClone Clone() const noexcept { return ElementClone{this}; }
+
+    /// A tree of the element and everything in it when its document may not know its inside; otherwise null. For
+    /// WholeElement.
+    [[nodiscard]] std::unique_ptr<SpanTree> TreeOfHiddenInside() const;
 };
 
 /// A handle to an attribute: its element and its name. Null while the element has no attribute of that name.

@@ -407,6 +407,16 @@ struct IPolicyFileContents : IUnknown {
     /// [1006] What is odd in the document, as it is at the moment of the call. Nothing is read from the disk: the call
     /// goes over the whole text in memory. -4 nothing is loaded.
     virtual HRESULT get_Notices(IPolicyNotices** pVal) = 0;
+
+    /// [1007] A setting of a policy as the document has it: what IPolicySections::GetStoredSetting of a copy that
+    /// GetPolicy makes would give, but without that copy. It searches the policy's text, so for many settings of one
+    /// policy a copy is faster. -4 nothing is loaded; -1207 no such policy; -1200 no such section; -1201 no such
+    /// setting; -3 the string could not be allocated (the slot holds what it held).
+    virtual HRESULT GetStoredPolicySetting(BSTR strSoftwareID, BSTR strSection, BSTR strName, BSTR* pstrValue) = 0;
+
+    /// [1008] The same for a task and GetTask. -1208 no such task; otherwise the codes of GetStoredPolicySetting.
+    virtual HRESULT GetStoredTaskSetting(BSTR strSoftwareID, BSTR strTaskID, BSTR strSection, BSTR strName,
+                                         BSTR* pstrValue) = 0;
 };
 
 /// The sections of a product policy or task: a second interface of every such object, found by QueryInterface. It lists

@@ -99,6 +99,8 @@ POLICY_FILE_CONTENTS = Interface(
         _method("get_HasChangedOnDisk", NUMBER_OUT),
         _method("WriteIfUnchanged", NUMBER),
         _method("get_Notices", OBJECT_OUT),
+        _method("GetStoredPolicySetting", TEXT, TEXT, TEXT, TEXT_OUT),
+        _method("GetStoredTaskSetting", TEXT, TEXT, TEXT, TEXT, TEXT_OUT),
     ),
 )
 

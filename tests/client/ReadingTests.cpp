@@ -138,9 +138,35 @@ TEST_F(Reading, WhatIsMissing_IsFoundMissingWithoutAnException)
     EXPECT_FALSE(policy.Section("General").Contains("None"));
 }
 
+TEST_F(Reading, StoredSettings_AreReadWithoutACopy)
+{
+    const PolicyFile file = Open(Access::ReadOnly);
+    EXPECT_EQ(file.FindStored("Scanner", "General", "Folder"), "<Home>/in");
+    EXPECT_EQ(file.FindStored("Nobody", "General", "Folder"), std::nullopt);
+    EXPECT_EQ(file.FindStored("Scanner", "None", "Folder"), std::nullopt);
+    EXPECT_EQ(file.FindStored("Scanner", "General", "None"), std::nullopt);
+    EXPECT_EQ(file.FindStoredInTask("Scanner", "Daily", "Plan", "Hour"), "4");
+    EXPECT_EQ(file.FindStoredInTask("Scanner", "Update", "Plan", "Hour"), std::nullopt);
+    EXPECT_EQ(file.FindStoredInTask("Scanner", "Daily", "Plan", "Minute"), std::nullopt);
+    PolicyFile moved = file;
+    const PolicyFile taken = std::move(moved);
+    EXPECT_EQ(Thrown<Error>([&] { static_cast<void>(moved.FindStored("Scanner", "General", "Mode")); }).Code(),
+              result::NotInitialised);
+}
+
+TEST_F(Reading, StoredSettings_OfAFileThatWasNotLoadedAreAnError)
+{
+    const PolicyFile file(client::Create<IPolicyFile>(), "policy.xml");
+    EXPECT_STREQ(Thrown<Error>([&] { static_cast<void>(file.FindStored("Scanner", "General", "Mode")); }).what(),
+                 "policy.xml: policy Scanner: section \"General\", setting \"Mode\": The object is not initialised: no "
+                 "policy file is loaded, or no data is bound. [NotInitialised, 0xFFFFFFFC]");
+}
+
 TEST_F(Reading, WhatIsFoundMissing_LeavesNoErrorInformation)
 {
-    const Policy policy = Open().Policy("Scanner");
+    const PolicyFile file = Open();
+    EXPECT_EQ(file.FindStored("Nobody", "General", "Mode"), std::nullopt);
+    const Policy policy = file.Policy("Scanner");
     EXPECT_EQ(policy.Find("Nowhere", "Mode"), std::nullopt);
     EXPECT_FALSE(policy.Contains("Nowhere"));
     EXPECT_EQ(client::TakeDescription(), "");

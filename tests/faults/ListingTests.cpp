@@ -35,6 +35,18 @@ HRESULT ListTasks(World& world)
     return ContentsOf(world)->GetTaskIDs(world.softwareId.Get(), world.names.Slot());
 }
 
+HRESULT GetStoredOfAPolicy(World& world)
+{
+    return ContentsOf(world)->GetStoredPolicySetting(world.softwareId.Get(), world.section.Get(), world.setting.Get(),
+                                                     world.text.Slot());
+}
+
+HRESULT GetStoredOfATask(World& world)
+{
+    return ContentsOf(world)->GetStoredTaskSetting(world.softwareId.Get(), world.taskId.Get(), world.section.Get(),
+                                                   world.setting.Get(), world.text.Slot());
+}
+
 template <auto object>
 HRESULT ListSections(World& world)
 {
@@ -219,6 +231,18 @@ const std::vector<Operation> kOperations = {
      .codes = {result::OutOfMemory},
      .afterFailure = NoSlotIsTouched,
      .afterSuccess = TheTasksAreListed,
+     .fewestFailures = 5},
+    {.name = "GetStoredPolicySetting",
+     .run = GetStoredOfAPolicy,
+     .codes = {result::OutOfMemory, result::AllocationFailed},
+     .afterFailure = NoSlotIsTouched,
+     .afterSuccess = TheValueIsThere,
+     .fewestFailures = 5},
+    {.name = "GetStoredTaskSetting",
+     .run = GetStoredOfATask,
+     .codes = {result::OutOfMemory, result::AllocationFailed},
+     .afterFailure = NoSlotIsTouched,
+     .afterSuccess = TheValueIsThere,
      .fewestFailures = 5},
     {.name = "TakenVersion_OfAProduct",
      .run = GetTakenVersion<&World::product>,

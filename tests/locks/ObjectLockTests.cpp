@@ -114,6 +114,15 @@ constexpr MemberRow kFileContentsMembers[] = {
      [](World& w) { return w.Contents()->get_HasChangedOnDisk(w.number.Slot()); }},
     {"WriteIfUnchanged", ObjectLock::Taken, [](World& w) { return w.Contents()->WriteIfUnchanged(0); }},
     {"Notices", ObjectLock::Taken, [](World& w) { return w.Contents()->get_Notices(ComPtr<IPolicyNotices>().Put()); }},
+    {"GetStoredPolicySetting", ObjectLock::Taken,
+     [](World& w) {
+         return w.Contents()->GetStoredPolicySetting(w.a.Get(), w.section.Get(), w.name.Get(), w.text.Slot());
+     }},
+    {"GetStoredTaskSetting", ObjectLock::Taken,
+     [](World& w) {
+         return w.Contents()->GetStoredTaskSetting(w.a.Get(), w.one.Get(), w.section.Get(), w.name.Get(),
+                                                   w.text.Slot());
+     }},
 };
 
 constexpr MemberRow kFileEditMembers[] = {

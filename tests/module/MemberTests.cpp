@@ -110,6 +110,8 @@ const MemberRow kPolicyFileContentsMembers[] = {
     {1004, u"HasChangedOnDisk", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_HasChangedOnDisk)},
     {1005, u"WriteIfUnchanged", MemberKind::Method, SlotOf(&IPolicyFileContents::WriteIfUnchanged)},
     {1006, u"Notices", MemberKind::PropertyGet, SlotOf(&IPolicyFileContents::get_Notices)},
+    {1007, u"GetStoredPolicySetting", MemberKind::Method, SlotOf(&IPolicyFileContents::GetStoredPolicySetting)},
+    {1008, u"GetStoredTaskSetting", MemberKind::Method, SlotOf(&IPolicyFileContents::GetStoredTaskSetting)},
 };
 
 const MemberRow kPolicySectionsMembers[] = {

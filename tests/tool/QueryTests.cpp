@@ -115,6 +115,54 @@ TEST_F(Query, FileThatCannotBeRead_IsAnErrorAndTheOthersGoOn)
     EXPECT_EQ(results[2].at("error").at("line"), 2);
 }
 
+TEST_F(Query, OneJob_KeepsNothingOfAFileForTheNextOnes)
+{
+    Folder().Write(u"a.xml", SmallFile("<Product SoftwareID='Product A'><S name='General'><s name='Interval'>1</s></S>"
+                                       "</Product>"));
+    WriteFile("b.xml", "2");
+    Folder().Write(u"broken.xml", "<a><b></a>");
+    for (const char* name : {"Interval", "Int*"}) {
+        const ToolRun run = Tool({"query", "a.xml", "b.xml", "broken.xml", "b.xml", "missing.xml", "a.xml", "--jobs",
+                                  "1", "--name", name, "--section", "General"});
+        EXPECT_EQ(run.out,
+                  "a.xml: policy Product A General/Interval: \"1\"\nb.xml: policy P General/Interval: \"2\"\n"
+                  "b.xml: policy P General/Interval: \"2\"\na.xml: policy Product A General/Interval: \"1\"\n")
+            << name;
+        EXPECT_EQ(run.exitCode, 3);
+    }
+}
+
+TEST_F(Query, IDWithoutWildcards_FindsItsPolicyThenItsTasks)
+{
+    const std::string found =
+        "policy.xml: policy PRODUCTA1000 Schedule/AtStart: \"p\"\n"
+        "policy.xml: task PRODUCTA1000 two Schedule/AtStart: \"2\"\n"
+        "policy.xml: task PRODUCTA1000 one Schedule/AtStart: \"1\"\n";
+    const auto section = [](const std::string& value) {
+        return "<S name='Schedule'><s name='AtStart'>" + value + "</s></S>";
+    };
+    const auto task = [&](const std::string& id, const std::string& value) {
+        return "<TaskGroup SoftwareID='PRODUCTA1000' TaskID='" + id + "'><Task>" + section(value) +
+               "</Task></TaskGroup>";
+    };
+    Folder().Write(u"policy.xml", "<R><PolicyRoot><PolicyGroup><Policy><Product SoftwareID='PRODUCTA1000'>" +
+                                      section("p") + "</Product><Product SoftwareID='Other'>" + section("o") +
+                                      "</Product></Policy></PolicyGroup></PolicyRoot><TaskRoot>" + task("two", "2") +
+                                      task("one", "1") + "</TaskRoot></R>");
+    for (const char* id : {"PRODUCTA1000", "PRODUCTA100?"}) {
+        EXPECT_EQ(Of({"--software", id, "--section", "Schedule", "--name", "AtStart"}).out, found) << id;
+        EXPECT_EQ(Of({"--software", id, "--section", "Schedule"}).out, found) << id;
+        EXPECT_EQ(Of({"--software", id, "--task", "one", "--name", "AtStart", "--section", "Schedule"}).out,
+                  "policy.xml: task PRODUCTA1000 one Schedule/AtStart: \"1\"\n")
+            << id;
+        EXPECT_EQ(Of({"--software", id, "--section", "Schedule", "--name", "AtStart", "--value", "?"}).out, found);
+        EXPECT_EQ(Of({"--software", id, "--section", "Schedule", "--name", "AtStart", "--value", "p"}).out,
+                  found.substr(0, found.find('\n') + 1));
+    }
+    EXPECT_EQ(Of({"--software", "None", "--section", "Schedule", "--name", "AtStart"}).exitCode, 1);
+    EXPECT_EQ(Of({"--software", "None"}).exitCode, 1);
+}
+
 TEST_F(Query, Json_HasEveryMatchWithEveryMember)
 {
     const ToolRun run = Of({"--value", "1", "--section", "*e*", "--json"});

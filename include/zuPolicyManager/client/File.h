@@ -12,7 +12,9 @@
 #include <chrono>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -86,6 +88,26 @@ public:
         ComPtr<IPolicyNames> names;
         Check(get(*As<IPolicyFileContents>(), names.Put()));
         return NamesOf(*names, [this](HRESULT result) { Check(result); });
+    }
+
+    /// The text that a call to IPolicyFileContents hands out for a setting; nothing when it does not exist. `entry`
+    /// names the policy or task, for messages.
+    template <class Get, class... Entry>
+    [[nodiscard]] std::optional<std::string> FindText(const Get& get, std::string_view section, std::string_view name,
+                                                      const Entry&... entry) const
+    {
+        Bstr text;
+        const HRESULT result =
+            get(*As<IPolicyFileContents>(), BSTR(Argument(section)), BSTR(Argument(name)), text.Slot());
+        for (const result::Code missing :
+             {result::PolicyNotFound, result::TaskNotFound, result::SectionNotFound, result::SettingNotFound}) {
+            if (result == missing) {
+                static_cast<void>(TakeDescription());
+                return std::nullopt;
+            }
+        }
+        Check(result, entry..., ": section \"", section, "\", setting \"", name, "\"");
+        return ToText(text);
     }
 
 private:

@@ -150,6 +150,16 @@ public:
     {
         return client::Optional([&] { return Policy(softwareId); });
     }
+    /// The stored text of a policy's setting; nothing when the policy, the section or the setting is missing. No copy
+    /// of the policy is made, so this is the fastest way to one setting; for many of one policy, FindPolicy is.
+    [[nodiscard]] std::optional<std::string> FindStored(std::string_view softwareId, std::string_view section,
+                                                        std::string_view name) const
+    {
+        const client::Argument id(softwareId);
+        return Shared().FindText(
+            [&](auto& contents, auto... rest) { return contents.GetStoredPolicySetting(id, rest...); }, section, name,
+            "policy ", softwareId);
+    }
     [[nodiscard]] bool ContainsPolicy(std::string_view softwareId) const { return FindPolicy(softwareId).has_value(); }
     /// The software IDs of all policies, in file order.
     [[nodiscard]] std::vector<std::string> PolicyIds() const
@@ -167,6 +177,16 @@ public:
     [[nodiscard]] std::optional<zupm::Task> FindTask(std::string_view softwareId, std::string_view taskId) const
     {
         return client::Optional([&] { return Task(softwareId, taskId); });
+    }
+    /// As FindStored, of a task.
+    [[nodiscard]] std::optional<std::string> FindStoredInTask(std::string_view softwareId, std::string_view taskId,
+                                                              std::string_view section, std::string_view name) const
+    {
+        const client::Argument software(softwareId);
+        const client::Argument task(taskId);
+        return Shared().FindText(
+            [&](auto& contents, auto... rest) { return contents.GetStoredTaskSetting(software, task, rest...); },
+            section, name, "task ", softwareId, " ", taskId);
     }
     [[nodiscard]] bool ContainsTask(std::string_view softwareId, std::string_view taskId) const
     {

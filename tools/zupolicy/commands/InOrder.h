@@ -17,8 +17,8 @@ namespace zupm::tool {
 /// Calls `make(0)` to `make(count - 1)` on as many threads as `jobs` says, and `report(number, result)` for each in
 /// this order, one at a time. No more than twice as many results as jobs exist at a time, whatever `count` is.
 ///
-/// Threads   `make` is called on several threads at once, `report` on any of them.
-/// Errors    What `make` or `report` throws ends the work, and is thrown again once every thread has ended.
+/// Threads   Each thread calls a copy of `make` of its own, which ends with the thread; `report` is called on any of
+/// them. Errors    What `make` or `report` throws ends the work, and is thrown again once every thread has ended.
 template <class Make, class Report>
 class InOrder {
 public:
@@ -41,13 +41,14 @@ public:
     }
 
 private:
-    using Result = std::invoke_result_t<Make, std::size_t>;
+    using Result = std::invoke_result_t<Make&, std::size_t>;
 
     void Work() noexcept
     {
         try {
+            Make make = m_make;
             while (const std::optional<std::size_t> number = Next()) {
-                Keep(*number, m_make(*number));
+                Keep(*number, make(*number));
             }
         } catch (...) {
             const std::lock_guard lock(m_mutex);

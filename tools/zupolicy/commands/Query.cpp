@@ -27,11 +27,17 @@ struct QueryOptions {
     unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 };
 
-QueryResult ResultOf(const std::string& file, const model::Patterns& patterns, const Redaction& redaction)
+/// What a thread keeps from file to file.
+struct Reader {
+    zupm::Runtime runtime;
+    model::FileReader files;
+};
+
+QueryResult ResultOf(const std::string& file, Reader& reader, const model::Patterns& patterns,
+                     const Redaction& redaction)
 {
     try {
-        const zupm::Runtime runtime;
-        QueryResult result{file, model::Search(model::OpenToRead(file), patterns), {}};
+        QueryResult result{file, model::Search(reader.files.Open(file), patterns), {}};
         for (model::Match& match : result.matches) {
             if (redaction.Hides(match.id, match.section, match.name)) {
                 match.value = kHidden;
@@ -63,8 +69,11 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
     bool hasMatch = false;
     bool hasProblem = false;
     const Redaction redaction(options.hidden);
-    const auto search = [&](std::size_t number) {
-        return ResultOf(options.files[number], options.patterns, redaction);
+    const auto search = [&, reader = std::shared_ptr<Reader>()](std::size_t number) mutable {
+        if (!reader) {
+            reader = std::make_shared<Reader>();
+        }
+        return ResultOf(options.files[number], *reader, options.patterns, redaction);
     };
     const auto print = [&](std::size_t /*number*/, const QueryResult& result) {
         hasMatch = hasMatch || !result.matches.empty();

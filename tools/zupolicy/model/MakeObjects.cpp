@@ -19,12 +19,12 @@ ComPtr<Interface> NewObject()
 
 }  // namespace
 
-PolicyFile MakeFile(const std::string& path)
+PolicyFile MakeFile(const std::string& path, ComPtr<IPolicyFile> object)
 {
     if (!tool::IsUtf8(path)) {
         throw tool::Failure(tool::ExitCode::FileError, path, "the file name is not valid UTF-8");
     }
-    return PolicyFile(NewObject<IPolicyFile>(), path);
+    return PolicyFile(object ? std::move(object) : NewObject<IPolicyFile>(), path);
 }
 
 Policy MakePolicy(const EntryId& id)

@@ -10,8 +10,9 @@
 
 namespace zupm::model {
 
-/// A file object without a file. Throws Error, or tool::Failure, also for a path that is not valid UTF-8.
-[[nodiscard]] PolicyFile MakeFile(const std::string& path);
+/// A file object for a path, and nothing loaded into it: `object`, or a new one when that is null. Throws Error, or
+/// tool::Failure, also for a path that is not valid UTF-8.
+[[nodiscard]] PolicyFile MakeFile(const std::string& path, ComPtr<IPolicyFile> object = nullptr);
 
 /// A policy without sections, and a task with the fields of NewEntry; PolicyFile::Add puts them into a file. Each
 /// throws Error, or tool::Failure.

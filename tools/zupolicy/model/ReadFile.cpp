@@ -23,9 +23,16 @@ void ReadSections(const Source& source, Entry& entry)
 
 PolicyFile OpenToRead(const std::string& path)
 {
+    return FileReader().Open(path);
+}
+
+PolicyFile FileReader::Open(const std::string& path)
+{
     return tool::Reading(path, [&](const std::string& source) {
-        PolicyFile file = MakeFile(path);
+        // An object whose load fails is not used again: it may keep entries of that file.
+        PolicyFile file = MakeFile(path, std::exchange(m_object, nullptr));
         Load(file, source, true);
+        m_object = ComPtr<IPolicyFile>(file.Get());
         return file;
     });
 }

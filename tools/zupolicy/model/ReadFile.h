@@ -14,6 +14,19 @@ namespace zupm::model {
 /// Loads a file to be read only; "-" is standard input. Throws Error; tool::Failure for a path that is not valid UTF-8.
 [[nodiscard]] PolicyFile OpenToRead(const std::string& path);
 
+/// Loads one file after another into the same object, which saves the making of an object for each.
+///
+/// Lifetime  What Open gave and what was taken from it must be gone at the next Open.
+/// Threads   One thread at a time.
+class FileReader {
+public:
+    /// As OpenToRead.
+    [[nodiscard]] PolicyFile Open(const std::string& path);
+
+private:
+    ComPtr<IPolicyFile> m_object;
+};
+
 /// Loads from `path` what keeps its own name in messages. Throws Error, about `path`.
 void Load(const PolicyFile& file, const std::string& path, bool readOnly);
 
