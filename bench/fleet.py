@@ -17,6 +17,7 @@ SCRIPTS = pathlib.Path(__file__).resolve().parent / "python"
 PYTHON = "/usr/bin/python3"
 TURNS = 3
 SETTINGS = 40
+SMALL = 20_000
 
 
 def product(number):
@@ -116,27 +117,52 @@ def rows(tool, folder):
     yield Row("report", lambda turn: [tool, "report", *files, "-o", str(folder / "report.html")])
 
 
+def cells(count, result):
+    seconds, peak = result["ours"]
+    yield f"{seconds:.2f}"
+    yield f"{count / seconds:,.0f}"
+    yield f"{peak:.0f} MB"
+    if "theirs" in result:
+        their_seconds, their_peak = result["theirs"]
+        yield f"{their_seconds:.2f}"
+        yield f"{their_peak:.0f} MB"
+        yield f"{their_seconds / seconds:.2f}x"
+    else:
+        yield from ("", "", "")
+
+
+def print_row(*columns):
+    print("| " + " | ".join(columns) + " |", flush=True)
+
+
+def print_growth(few, many, results):
+    """How many times as long the work over the many files takes."""
+    print()
+    print_row(f"from {few:,} to {many:,} files", "time grows", "Python with lxml")
+    print_row("---", "---", "---")
+    for name, small in results[few].items():
+        large = results[many][name]
+        growth = [f"{large[who][0] / small[who][0]:.1f}x" for who in small]
+        print_row(name, *growth, *[""] * (2 - len(growth)))
+
+
 def main():
     tool = str(pathlib.Path(sys.argv[1]).resolve())
-    shapes = [(1_000, 20_000), (10_000, 20_000), (100, 16_000_000)]
+    few, many, large = 1_000, 10_000, (100, 16_000_000)
     if "--quick" in sys.argv:
-        shapes = [(100, 20_000), (1_000, 20_000)]
-    print("| work | files | seconds | files a second | peak memory | Python with lxml | its peak | ratio |")
-    print("|---|---|---|---|---|---|---|---|")
-    for count, size in shapes:
+        few, many, large = 100, 1_000, None
+    print_row("work", "files", "seconds", "files a second", "peak memory", "Python with lxml, seconds", "its peak", "ratio")
+    print_row(*["---"] * 8)
+    results = {}
+    for count, size in [(few, SMALL), (many, SMALL)] + ([large] if large else []):
         with tempfile.TemporaryDirectory() as temporary:
             folder = pathlib.Path(temporary) / "fleet"
             make_files(folder, count, size)
+            results[count, size] = {}
             for row in rows(tool, folder):
-                result = row.measure()
-                seconds, peak = result["ours"]
-                line = f"| {row.name} | {count:,} of {size // 1000:,} KB | {seconds:.2f} | {count / seconds:,.0f} | {peak:.0f} MB |"
-                if "theirs" in result:
-                    their_seconds, their_peak = result["theirs"]
-                    line += f" {their_seconds:.2f} s | {their_peak:.0f} MB | {their_seconds / seconds:.2f}x |"
-                else:
-                    line += " | | |"
-                print(line, flush=True)
+                result = results[count, size][row.name] = row.measure()
+                print_row(row.name, f"{count:,} of {size // 1000:,} KB", *cells(count, result))
+    print_growth(few, many, {count: results[count, SMALL] for count in (few, many)})
 
 
 main()
