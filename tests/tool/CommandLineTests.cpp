@@ -44,10 +44,16 @@ TEST_F(CommandLine, HelpGoesToStandardOutputAndNamesTheExitCodes)
 
 TEST_F(CommandLine, EveryCommandIsInTheDocumentationAndRefusesToRunWithoutArguments)
 {
-    const std::string manual = ReadBytes(std::filesystem::path(ZUPM_MANUAL).u16string());
+    const std::filesystem::path manual(ZUPM_MANUAL);
+    const std::string synopsis = ReadBytes(manual.u16string());
+    std::string pages;
+    for (const char* const page : {"reading.md", "writing.md", "many-files.md"}) {
+        pages += ReadBytes((manual.parent_path() / "zupolicy" / page).u16string());
+    }
     for (const std::string& command : Commands()) {
-        EXPECT_THAT(manual, HasSubstr("\n    zupolicy " + command + " "));
-        EXPECT_THAT(manual, HasSubstr("\n## " + command + "\n"));
+        EXPECT_THAT(synopsis, HasSubstr("\n    zupolicy " + command + " "));
+        EXPECT_THAT(synopsis, HasSubstr(".md#" + command + ")"));
+        EXPECT_THAT(pages, HasSubstr("\n## " + command + "\n"));
         // The doctor examines the installation, not a file.
         if (command != "doctor") {
             EXPECT_THAT(Tool({command}), Fails(2, testing::Not("")));

@@ -87,7 +87,7 @@ TEST_F(Watch, WithoutAChange_EndsWithTheTime)
 
 TEST_F(Watch, OfStandardInput_IsRefused)
 {
-    EXPECT_THAT(Tool({"watch", "policy.xml", "-", "--json"}),
+    EXPECT_THAT(Tool({"watch", "policy.xml", "-", "--json", "--timeout", "1"}),
                 Fails(2,
                       "zupolicy: -: standard input cannot be watched: it is read once and has no later state; a file "
                       "of that name is ./-\n"));
