@@ -1,6 +1,8 @@
 // Rules that are wrong themselves. They are read alike on both targets, and each row takes a run of the tool.
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+
 #include "ToolTest.h"
 
 namespace zupm::test {
@@ -42,6 +44,23 @@ TEST_F(BrokenRules, AreRefusedWithTheirPlaceBeforeAnyFileIsChecked)
         {R"x({"pattern": "((a{1000}){1000})"})x", "repeats too much"},
         {R"({"x-severity": "info"})", R"(1:16: "x-severity" must be "error" or "warning")"},
         {R"({"minLength": -1})", "1:15: \"minLength\" must not be negative"},
+        {"{\"title\": \"\xC3\xBC\",\n \"required\": [\"tasks\", \"polices\"]}",
+         "2:24: a file has no \"polices\" here; did you mean \"policies\"?"},
+        {R"({"required": ["PRODUCTA1000"]})",
+         "1:15: a file has no \"PRODUCTA1000\" here; it has policyVersion, taskVersion, assignmentList, policies, "
+         "tasks"},
+        {R"({"dependentRequired": {"tasks": ["Policies"]}})", "1:34: a file has no \"Policies\" here"},
+        {R"({"dependentRequired": {"task": []}})", "1:24: a file has no \"task\" here"},
+        {R"({"not": {"properties": {"polices": {}}}})", "1:25: a file has no"},
+        {R"({"anyOf": [true, {"if": {"required": ["polices"]}}]})", "1:39: a file has no"},
+        {R"({"then": {"else": {"oneOf": [{"required": ["x"]}]}}})", "1:44: a file has no"},
+        {R"({"$ref": "#/$defs/a", "$defs": {"a": {"allOf": [{"required": ["polices"]}]}}})", "1:63: a file has no"},
+        {R"({"properties": {"tasks": {"properties": {"P": {"additionalProperties": {"required": ["dispalyName"]}}}}}})",
+         "1:86: a task has no \"dispalyName\" here; did you mean \"displayName\"?"},
+        {R"({"additionalProperties": {"patternProperties": {"": {"patternProperties": {"": {"required": ["x"]}}}}}})",
+         "1:94: a task has no \"x\" here; it has displayName, type, platforms, priority, creator, version, sections"},
+        {R"({"patternProperties": {"^t": {"additionalProperties": {"additionalProperties": {"required": ["x"]}}}}})",
+         "1:94: a task has no"},
     };
     // Wrong in itself, so a word about it would mean that it was read.
     Folder().Write(u"small.xml", "<a>");
@@ -50,10 +69,18 @@ TEST_F(BrokenRules, AreRefusedWithTheirPlaceBeforeAnyFileIsChecked)
                     Fails(3, testing::AllOf(testing::StartsWith("zupolicy: rules.json:"), HasSubstr(row.message))))
             << row.rules;
     }
-    EXPECT_THAT(Tool({"check", "--rules", "none.json", "small.xml"}),
-                Fails(3, "zupolicy: none.json: the rules cannot be read\n"));
     const ToolRun run = Against("{,", {"--json"});
     EXPECT_EQ(json::parse(run.out).at("error").at("line"), 1);
+}
+
+TEST_F(BrokenRules, ALoopOfLinks_IsReportedLikeThatOfAPolicyFile)
+{
+    std::filesystem::create_symlink("loop.json", Folder().Folder() / "loop.json");
+    const ToolRun run = Tool({"check", "policy.xml", "--rules", "loop.json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.messages, Tool({"get", "loop.json", "P", "S", "N"}).messages);
+    EXPECT_THAT(Tool({"check", "policy.xml", "--rules", "a\xFF"}),
+                Fails(3, "zupolicy: a\\xff: the name is not valid UTF-8\n"));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Policy files against rules.
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+
 #include "ToolTest.h"
 
 namespace zupm::test {
@@ -98,12 +100,13 @@ TEST_F(CheckRules, Warnings_FailOnlyWithStrict)
     EXPECT_EQ(run.messages, "small.xml:6:1: warning: policy P S/n: is \"1\", must be \"2\"\n");
     EXPECT_EQ(Against(rules, {"--strict"}).exitCode, 3);
     // A rule inside takes the severity of the one around it, unless it has its own.
-    const ToolRun inherited =
-        Against(R"({"x-severity": "warning", "required": ["no"], "properties": {"policies": {"required": ["A"]},
+    const ToolRun inherited = Against(
+        R"({"x-severity": "warning", "properties": {"policyVersion": {"const": "9"}, "policies": {"required": ["A"]},
                     "tasks": {"x-severity": "error", "required": ["B"]}}})");
     EXPECT_EQ(inherited.exitCode, 3);
     EXPECT_EQ(inherited.messages,
-              "small.xml:1:1: warning: no: is missing\nsmall.xml:2:1: warning: policy A: is missing\n"
+              "small.xml:2:1: warning: policy A: is missing\n"
+              "small.xml:2:1: warning: policyVersion: is \"0\", must be \"9\"\n"
               "small.xml:11:1: the tasks of B: is missing\n");
 }
 
@@ -261,12 +264,61 @@ TEST_F(CheckRules, PatternOnALongValue_EndsSoon)
               "small.xml:6:1: policy P S/n: m\n");
 }
 
-TEST_F(CheckRules, RulesThatAreMissing_AreAnErrorInJson)
+TEST_F(CheckRules, NamesThatEveryFileHas_MustBeRight)
+{
+    const ToolRun run = Against(R"({"properties": {"polices": {"required": ["A"]}}})", {"--json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.messages,
+              "zupolicy: rules.json:1:17: a file has no \"polices\" here; did you mean \"policies\"? "
+              "[SyntaxError, 0xFFFFFBAE]\n");
+    const json error = json::parse(run.out).at("error");
+    EXPECT_EQ(error.at("line"), 1);
+    EXPECT_EQ(error.at("column"), 17);
+}
+
+TEST_F(CheckRules, EveryNameThatAFileHas_IsTakenWhereverItIs)
+{
+    // Names that may be any are those of products, tasks, sections and settings.
+    Folder().Write(u"rules.json", R"({
+        "required": ["policyVersion", "taskVersion", "assignmentList", "policies", "tasks"],
+        "dependentRequired": {"tasks": ["policies"]},
+        "patternProperties": {"^polic": {}, "^tasks$": {"$ref": "#/$defs/tasks"}},
+        "properties": {
+          "policies": {"properties": {"polices": {}, "PRODUCTA1000": {"properties": {"dispalyName": {}}}},
+                       "additionalProperties": {"propertyNames": {"minLength": 1}}},
+          "tasks": {"properties": {"sections": {"properties": {"name": {}}}}}},
+        "additionalProperties": {"minLength": 1},
+        "$defs": {
+          "tasks": {"additionalProperties": {"patternProperties": {"^[{]": {"allOf": [{"$ref": "#/$defs/task"}]}}}},
+          "task": {"required": ["displayName", "type", "platforms", "priority", "creator", "version", "sections"],
+                   "properties": {"sections": {"properties": {"displayNam": {"required": ["typ"]}}}}},
+          "unused": {"properties": {"nobody": {"required": ["asks"]}}}}})");
+    EXPECT_EQ(Out({"check", "policy.xml", "--rules", "rules.json"}), "");
+}
+
+TEST_F(CheckRules, RulesThatCannotBeRead_AreReportedLikeAPolicyFile)
 {
     const ToolRun run = Tool({"check", "--rules", "none.json", "policy.xml", "--json"});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(run.messages, "zupolicy: none.json: the rules cannot be read\n");
+    EXPECT_EQ(run.messages, "zupolicy: none.json: The file does not exist. [FileNotFound, 0x80070002]\n");
     EXPECT_EQ(json::parse(run.out).at("error").at("file"), "none.json");
+    std::filesystem::create_directory(Folder().Folder() / "folder");
+    for (const char* const name : {"none.json", "folder"}) {
+        EXPECT_EQ(Tool({"check", "policy.xml", "--rules", name}).messages, Tool({"get", name, "P", "S", "N"}).messages);
+    }
+}
+
+TEST_F(CheckRules, StandardInput_HasTheRulesOrAFile)
+{
+    Folder().Write(u"rules.json", R"({"properties": {"policies": {"required": ["NONE"]}}})");
+    const ToolRun run = ToolReading(u"rules.json", {"check", "policy.xml", "--rules", "-"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.messages, MatchesPattern("policy\\.xml:[0-9]+:[0-9]+: policy NONE: is missing\n"));
+    Folder().Write(u"rules.json", "{\n,");
+    EXPECT_THAT(ToolReading(u"rules.json", {"check", "policy.xml", "--rules", "-"}),
+                Fails(3, testing::StartsWith("zupolicy: -:2:1: ")));
+    EXPECT_THAT(ToolReading(u"rules.json", {"check", "missing.xml", "-", "--rules", "-"}),
+                Fails(2, "zupolicy: -: standard input can be read only once: as FILE or as the rules\n"));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "ToolTest.h"
@@ -5,6 +7,7 @@
 namespace zupm::test {
 namespace {
 
+using nlohmann::json;
 using testing::HasSubstr;
 
 class CommandLine : public ToolTest {
@@ -41,10 +44,16 @@ TEST_F(CommandLine, HelpGoesToStandardOutputAndNamesTheExitCodes)
 
 TEST_F(CommandLine, EveryCommandIsInTheDocumentationAndRefusesToRunWithoutArguments)
 {
-    const std::string manual = ReadBytes(std::filesystem::path(ZUPM_MANUAL).u16string());
+    const std::filesystem::path manual(ZUPM_MANUAL);
+    const std::string synopsis = ReadBytes(manual.u16string());
+    std::string pages;
+    for (const char* const page : {"reading.md", "writing.md", "many-files.md"}) {
+        pages += ReadBytes((manual.parent_path() / "zupolicy" / page).u16string());
+    }
     for (const std::string& command : Commands()) {
-        EXPECT_THAT(manual, HasSubstr("\n    zupolicy " + command + " "));
-        EXPECT_THAT(manual, HasSubstr("\n## " + command + "\n"));
+        EXPECT_THAT(synopsis, HasSubstr("\n    zupolicy " + command + " "));
+        EXPECT_THAT(synopsis, HasSubstr(".md#" + command + ")"));
+        EXPECT_THAT(pages, HasSubstr("\n## " + command + "\n"));
         // The doctor examines the installation, not a file.
         if (command != "doctor") {
             EXPECT_THAT(Tool({command}), Fails(2, testing::Not("")));
@@ -96,6 +105,40 @@ TEST_F(CommandLine, HelpIsACommandAndAnOptionOfEveryCommandAndHasExamples)
     }
     EXPECT_THAT(Tool({"help", "shwo"}), Fails(2, HasSubstr("no such command: \"shwo\"; did you mean \"show\"?\n")));
     EXPECT_THAT(Tool({"help", "show", "get"}), Fails(2, HasSubstr("one command at a time")));
+}
+
+TEST_F(CommandLine, HelpAndVersionAreAvailableAsJson)
+{
+    const json commands = json::parse(Out({"help", "--json"})).at("commands");
+    std::vector<std::string> names;
+    for (const json& command : commands) {
+        names.push_back(command.at("name"));
+    }
+    EXPECT_EQ(names, Commands());
+    const std::string one = Out({"help", "--json", "set"});
+    ASSERT_EQ(json::parse(one).at("commands").size(), 1U);
+    EXPECT_EQ(json::parse(one).at("commands")[0], *std::ranges::find(commands, "set", [](const json& command) {
+                  return command.at("name").get<std::string>();
+              }));
+    EXPECT_EQ(Out({"set", "-h", "--json"}), one);
+    EXPECT_THAT(Tool({"help", "--man", "set", "--json"}), Fails(2, HasSubstr("cannot be used with --json")));
+    const json version = json::parse(Out({"--version", "--json"}));
+    EXPECT_THAT(Out({"--version"}), testing::StartsWith("zupolicy " + version.at("version").get<std::string>() + "\n"));
+}
+
+TEST_F(CommandLine, FlagsTakeNoValue)
+{
+    for (const char* const flag : {"--json=false", "--json=true", "--json=", "--names=no"}) {
+        const std::string name = std::string(flag).substr(0, std::string(flag).find('='));
+        EXPECT_THAT(Tool({"show", "policy.xml", flag}),
+                    Fails(2, testing::StartsWith("zupolicy: " + name + " takes no value\n")));
+    }
+    EXPECT_THAT(Tool({"set", "policy.xml", "P", "S", "N", "v", "-qn=false"}),
+                Fails(2, testing::StartsWith("zupolicy: -n takes no value\n")));
+    // What looks like one may be a value.
+    EXPECT_EQ(Tool({"report", "policy.xml", "--title", "--json=x", "-o", "--json=y", "--", "policy.xml"}).exitCode, 0);
+    EXPECT_TRUE(Folder().Has(u"--json=y"));
+    EXPECT_EQ(Tool({"check", "--", "--json=false"}).messages, "--json=false: The file does not exist.\n");
 }
 
 TEST_F(CommandLine, MistypedCommandsAndOptionsAreNamedAndCorrected)

@@ -31,6 +31,9 @@ tool::Action Declare(CLI::App& line)
         ->check(CLI::IsMember({"text", "two words"}));
     line.add_option("--number", values->number, "A number")->type_name("N")->check(CLI::Range(1, 64))->group("Numbers");
     line.add_option("--names", values->several, "Names")->type_name("NAME");
+    line.add_option("--by-one", values->several, "Names, each after an option of its own")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     CLI::Option* const flag = line.add_flag("--flag", values->flag, "A flag");
     line.add_flag("--copy{.bak}", values->one, "Copy, with --copy=SUFFIX to another name")->excludes(flag);
     return [values](tool::Streams) { return tool::ExitCode::Ok; };
@@ -78,6 +81,7 @@ TEST_F(CommandText, FlagsHaveNoValueUnlessTheyCanBeGivenOne)
 TEST_F(CommandText, WhatRepeatsIsKnown)
 {
     EXPECT_TRUE(Option("--names").repeats);
+    EXPECT_TRUE(Option("--by-one").repeats);
     EXPECT_FALSE(Option("--format").repeats);
     ASSERT_EQ(m_text.arguments.size(), 1U);
     EXPECT_TRUE(m_text.arguments.front().repeats);

@@ -17,6 +17,8 @@ TEST_F(CompletionRule, CommandsAndTheirOptions)
     EXPECT_THAT(Next({"help", "doc"}), ElementsAre("doctor"));
     EXPECT_THAT(Next({"set", "policy.xml", "--lock"}), ElementsAre("--lock-timeout"));
     EXPECT_THAT(Next({"set", "--dry-run", "--d"}), Not(testing::Contains("--dry-run")));
+    EXPECT_THAT(Next({"set", "--redact", "Password", "--red"}), ElementsAre("--redact"));
+    EXPECT_THAT(Next({"help", "--"}), ElementsAre("--json", "--man"));
 }
 
 TEST_F(CompletionRule, NamesFitWhatTheLineHasSoFar)

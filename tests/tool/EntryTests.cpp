@@ -60,10 +60,15 @@ TEST_F(EntryFiles, ExportIntoAFile_ReplacesItInOneStep)
     EXPECT_THAT(Tool({"export", "policy.xml", "PRODUCTA1000", "-o", "policy.xml"}),
                 Fails(2, HasSubstr("is FILE itself")));
     EXPECT_EQ(Tool({"export", "policy.xml", "PRODUCTA1000", "-o", "."}).exitCode, 3);
+    EXPECT_EQ(Out({"export", "policy.xml", "PRODUCTA1000", "--json"}), expected);
+    EXPECT_EQ(json::parse(Out({"export", "policy.xml", "PRODUCTA1000", "--json", "-o", "out.json"})),
+              json::parse(R"({"schema": 1, "softwareId": "PRODUCTA1000", "written": "out.json"})"));
     EXPECT_THAT(Tool({"export", "policy.xml", "PRODUCTA100"}),
                 Fails(1,
                       "zupolicy: policy.xml: policy PRODUCTA100: There is no product policy with that software ID. "
                       "[PolicyNotFound, 0xFFFFFB49]; did you mean \"PRODUCTA1000\"?\n"));
+    EXPECT_EQ(json::parse(Tool({"export", "policy.xml", "PRODUCTA100", "--json"}).out)["error"]["hint"],
+              "did you mean \"PRODUCTA1000\"?");
 }
 
 TEST_F(EntryFiles, AnEntryThatDiffers_IsRefusedReplacedOrMerged)

@@ -131,6 +131,9 @@ TEST_F(NativeTool, RefusesArgumentsThatAreNotUtf8)
     EXPECT_THAT(
         Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "secret\xFF", "--redact", "LogLevel"}),
         Fails(2, "zupolicy: a value is not valid UTF-8\n"));
+    EXPECT_THAT(Tool({"report", "policy.xml", "--title", "a\xFF", "-o", "page.html", "--json"}),
+                Fails(2, "zupolicy: an argument is not valid UTF-8: a\\xff\n"));
+    EXPECT_FALSE(Folder().Has(u"page.html"));
 }
 
 TEST_F(NativeTool, Check_GoesOnAfterANameThatIsNotUtf8)

@@ -312,6 +312,26 @@ TEST_F(Report, HiddenValues_AreNowhereInThePage)
     EXPECT_EQ(ContentsOf(both, 1)[1], "P setting A Password = ***");
 }
 
+TEST_F(Report, Json_SaysWhatIsInThePageAndWhichFilesAreNot)
+{
+    Write(u"one.xml", "<Product SoftwareID='P'/><Product SoftwareID='P'/>");
+    Folder().Write(u"broken.xml", "<a>\n  <b></a>");
+    const json sound = json::parse(Out({"report", "policy.xml", "one.xml", "-o", "page.html", "--json"}));
+    EXPECT_EQ(sound, json::parse(R"({"schema": 1, "written": "page.html", "files": 2, "policies": 4, "tasks": 3,
+                                     "problems": 1, "failures": []})"));
+    EXPECT_THAT(Bytes(u"page.html"), testing::EndsWith("</html>\n"));
+    const ToolRun run = Tool({"report", "broken.xml", "policy.xml", "-o", "page.html", "--json"});
+    EXPECT_EQ(run.exitCode, 3);
+    const json failures = json::parse(run.out).at("failures");
+    ASSERT_EQ(failures.size(), 1U);
+    EXPECT_EQ(failures[0].at("error").at("file"), "broken.xml");
+    EXPECT_EQ(failures[0].at("error").at("line"), 2);
+    for (const char* const output : {"--output=-", "--jobs=1"}) {
+        EXPECT_THAT(Tool({"report", "policy.xml", "--json", output}), Fails(2, HasSubstr("--json needs --output")));
+    }
+    EXPECT_EQ(json::parse(Tool({"report", "policy.xml", "--json", "-o", "none/x.html"}).out)["error"]["exit"], 3);
+}
+
 TEST_F(Report, RulesThatCannotBeRead_EndTheRunBeforeAnyFileIsRead)
 {
     const ToolRun run = Tool({"report", "missing.xml", "--rules", "missing.json"});

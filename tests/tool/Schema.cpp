@@ -34,7 +34,7 @@ private:
     [[nodiscard]] std::string Misfit(const json& schema, const json& value) const;
     [[nodiscard]] std::string Apply(const std::string& keyword, const json& rule, const json& schema,
                                     const json& value) const;
-    [[nodiscard]] std::string MisfitOfMembers(const json& schema, const json& value) const;
+    [[nodiscard]] std::string MisfitOfMembers(const json& properties, const json& value) const;
     [[nodiscard]] std::string Refer(const std::string& target, const json& value) const;
 
     json m_document;
@@ -53,23 +53,37 @@ std::string Unless(bool holds, const std::string& complaint)
     return holds ? std::string() : complaint;
 }
 
-std::string Schema::Refer(const std::string& target, const json& value) const
+/// The complaint about a member that the schema does not list.
+std::string SurplusMember(const json& properties, const json& value)
 {
-    const bool isLocal = target.starts_with("#");
-    return isLocal ? Misfit(m_document.at(json::json_pointer(target.substr(1))), value) : Schema(target).Misfit(value);
+    if (value.is_object()) {
+        for (const auto& item : value.items()) {
+            if (!properties.contains(item.key())) {
+                return "the member " + item.key() + " is too much";
+            }
+        }
+    }
+    return {};
 }
 
-std::string Schema::MisfitOfMembers(const json& schema, const json& value) const
+std::string Schema::Refer(const std::string& target, const json& value) const
 {
-    if (!value.is_object()) {
-        return {};
+    const std::size_t hash = std::min(target.find('#'), target.size());
+    const json::json_pointer pointer(target.substr(std::min(hash + 1, target.size())));
+    if (hash == 0) {
+        return Misfit(m_document.at(pointer), value);
     }
-    for (const auto& [name, member] : value.items()) {
-        const json& properties = schema.at("properties");
-        if (!properties.contains(name)) {
-            return "the member " + name + " is too much";
+    const Schema other(target.substr(0, hash));
+    return other.Misfit(other.m_document.at(pointer), value);
+}
+
+std::string Schema::MisfitOfMembers(const json& properties, const json& value) const
+{
+    for (const auto& [name, schema] : properties.items()) {
+        if (!value.is_object() || !value.contains(name)) {
+            continue;
         }
-        if (const std::string misfit = Misfit(properties.at(name), member); !misfit.empty()) {
+        if (const std::string misfit = Misfit(schema, value.at(name)); !misfit.empty()) {
             return name + ": " + misfit;
         }
     }
@@ -78,9 +92,17 @@ std::string Schema::MisfitOfMembers(const json& schema, const json& value) const
 
 std::string Schema::Apply(const std::string& keyword, const json& rule, const json& schema, const json& value) const
 {
-    static const std::set<std::string> withoutRule = {"$schema", "$id", "$defs", "title", "description"};
-    if (withoutRule.contains(keyword) || keyword == "properties") {
+    // `then` and `else` belong to `if`.
+    static const std::set<std::string> withoutRule = {"$schema",     "$id",  "$defs", "title",
+                                                      "description", "then", "else"};
+    if (withoutRule.contains(keyword)) {
         return {};
+    }
+    if (keyword == "properties") {
+        return MisfitOfMembers(rule, value);
+    }
+    if (keyword == "if") {
+        return Misfit(schema.at(Misfit(rule, value).empty() ? "then" : "else"), value);
     }
     const std::string complaint = value.dump() + " against " + keyword + " " + rule.dump();
     if (keyword == "$ref") {
@@ -125,7 +147,7 @@ std::string Schema::Apply(const std::string& keyword, const json& rule, const js
                       complaint);
     }
     if (keyword == "additionalProperties" && rule == false) {
-        return MisfitOfMembers(schema, value);
+        return SurplusMember(schema.at("properties"), value);
     }
     if (keyword == "items") {
         for (const json& item : value.is_array() ? value : json::array()) {
@@ -167,23 +189,27 @@ bool AsksForJson(const std::vector<std::string>& arguments)
     return std::find(arguments.begin(), end, "--json") != end;
 }
 
-/// Help is text.
-bool IsHelp(const std::vector<std::string>& arguments)
+bool IsHelp(const std::string& argument)
 {
-    return std::ranges::any_of(arguments, [](const std::string& argument) {
-        return argument == "help" || argument == "--help" || argument == "-h" || argument == "--version";
-    });
+    return argument == "help" || argument == "--help" || argument == "-h";
 }
 
-std::string SchemaOf(const std::string& command)
+std::string SchemaOf(const std::vector<std::string>& arguments)
 {
+    const std::string& command = arguments.front();
+    if (std::ranges::any_of(arguments, IsHelp)) {
+        return "help.json";
+    }
+    if (command == "--version") {
+        return "version.json";
+    }
     if (command == "set" || command == "remove") {
         return "change.json";
     }
     return (command == "import" ? "apply" : command) + ".json";
 }
 
-void ExpectDocument(const nlohmann::ordered_json& document, const std::string& command, int exitCode)
+void ExpectDocument(const nlohmann::ordered_json& document, const std::vector<std::string>& arguments, int exitCode)
 {
     ASSERT_TRUE(document.is_object() && !document.empty()) << document;
     EXPECT_EQ(document.begin().key(), "schema");
@@ -191,9 +217,9 @@ void ExpectDocument(const nlohmann::ordered_json& document, const std::string& c
     if (isFailure) {
         EXPECT_EQ(document["error"]["exit"], exitCode);
     }
-    const std::string schema = Schema::Exists(SchemaOf(command)) ? SchemaOf(command) : "failure.json";
+    const std::string schema = Schema::Exists(SchemaOf(arguments)) ? SchemaOf(arguments) : "failure.json";
     // Only a failure may be about a command that does not exist.
-    EXPECT_TRUE(isFailure || schema != "failure.json") << "there is no schema for the command " << command;
+    EXPECT_TRUE(isFailure || schema != "failure.json") << "there is no schema for the command " << arguments.front();
     EXPECT_EQ(Schema(schema).Misfit(json::parse(document.dump())), "") << schema << " does not fit " << document;
 }
 
@@ -201,7 +227,7 @@ void ExpectDocument(const nlohmann::ordered_json& document, const std::string& c
 
 void ExpectJsonOf(const std::vector<std::string>& arguments, const ToolRun& run)
 {
-    if (!AsksForJson(arguments) || (IsHelp(arguments) && run.exitCode == 0)) {
+    if (!AsksForJson(arguments)) {
         return;
     }
     SCOPED_TRACE(testing::PrintToString(arguments));
@@ -215,7 +241,7 @@ void ExpectJsonOf(const std::vector<std::string>& arguments, const ToolRun& run)
             ADD_FAILURE() << error.what() << "\n" << run.out;
             return;
         }
-        ExpectDocument(document, arguments.front(), run.exitCode);
+        ExpectDocument(document, arguments, run.exitCode);
     }
 }
 

@@ -168,7 +168,34 @@ TEST_F(Show, ReadsByTheComponentsRules)
                                    "-->2</Other><Nameless>no</Nameless></Any><Section name='S'><Setting "
                                    "name='a'>no</Setting><Setting name='b'>3</Setting></Section></Product>\n"
                                    "<Product SoftwareID='P'><Section name='no'/></Product>\n"));
-    EXPECT_THAT(Out({"show", "odd.xml"}), testing::EndsWith("Policy P\n  [S]\n    a = 12\n    b = 3\n"));
+    const ToolRun run = Tool({"show", "odd.xml"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, testing::EndsWith("Policy P\n  [S]\n    a = 12\n    b = 3\n"));
+}
+
+TEST_F(Show, MentionsEntriesThatNoCallerCanReach)
+{
+    (void)Folder().Write(u"twice.xml",
+                         SmallFile("<Product SoftwareID='P'>\n<S name='S'><s name='a'/><s name='a'/></S></Product>\n"
+                                   "<Product SoftwareID='Q'/>\n<Product SoftwareID='P'/>\n",
+                                   "<TaskGroup SoftwareID='P' TaskID='T'><Task/>\n <Task/>\n</TaskGroup>\n"));
+    const std::string policy = "twice.xml:8:1: warning: policy P occurs again; only the first is used\n";
+    const std::string task = "twice.xml:14:2: warning: task P T occurs again; only the first is used\n";
+    const struct {
+        std::vector<std::string> more;
+        std::string messages;
+    } rows[] = {
+        {{}, policy + task}, {{"P"}, policy + task}, {{"P", "--task", "T"}, task},
+        {{"Q"}, ""},         {{"P", "--json"}, ""},  {{"P", "--quiet"}, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.more));
+        std::vector<std::string> line = {"show", "twice.xml"};
+        line.insert(line.end(), row.more.begin(), row.more.end());
+        const ToolRun run = Tool(line);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.messages, row.messages);
+    }
 }
 
 TEST_F(Show, FailsWhenTheFilterMatchesNothing)

@@ -85,5 +85,13 @@ TEST_F(Watch, WithoutAChange_EndsWithTheTime)
     EXPECT_EQ(run.messages, "zupolicy: watching 1 file\n");
 }
 
+TEST_F(Watch, OfStandardInput_IsRefused)
+{
+    EXPECT_THAT(Tool({"watch", "policy.xml", "-", "--json", "--timeout", "1"}),
+                Fails(2,
+                      "zupolicy: -: standard input cannot be watched: it is read once and has no later state; a file "
+                      "of that name is ./-\n"));
+}
+
 }  // namespace
 }  // namespace zupm::test

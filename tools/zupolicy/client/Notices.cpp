@@ -6,6 +6,8 @@ namespace zupm::tool {
 namespace {
 
 // Kinds of notices.
+constexpr LONG kSamePolicy = 1;
+constexpr LONG kSameTask = 2;
 constexpr LONG kSameInIni = 7;
 constexpr LONG kSameAsField = 8;
 
@@ -28,18 +30,40 @@ Notice Notices::At(LONG index) const
     return {static_cast<std::uint64_t>(line), static_cast<std::uint64_t>(column), ToUtf8(text.Text())};
 }
 
-bool Notices::IsLossOf(const Target& task, LONG index) const
+LONG Notices::KindOf(LONG index) const
 {
     LONG kind = 0;
     Check(m_list->get_Kind(index, &kind), m_subject);
-    if (kind != kSameInIni && kind != kSameAsField) {
-        return false;
-    }
-    Bstr softwareId;
-    Bstr taskId;
-    Check(m_list->get_SoftwareID(index, softwareId.Slot()), m_subject);
-    Check(m_list->get_TaskID(index, taskId.Slot()), m_subject);
-    return ToUtf8(softwareId.Text()) == task.softwareId && ToUtf8(taskId.Text()) == task.taskId;
+    return kind;
+}
+
+std::string Notices::SoftwareIdOf(LONG index) const
+{
+    Bstr id;
+    Check(m_list->get_SoftwareID(index, id.Slot()), m_subject);
+    return ToUtf8(id.Text());
+}
+
+std::string Notices::TaskIdOf(LONG index) const
+{
+    Bstr id;
+    Check(m_list->get_TaskID(index, id.Slot()), m_subject);
+    return ToUtf8(id.Text());
+}
+
+bool Notices::IsRepeatedEntry(const std::optional<std::string>& softwareId, const std::optional<std::string>& taskId,
+                              LONG index) const
+{
+    const LONG kind = KindOf(index);
+    return (kind == kSamePolicy || kind == kSameTask) && (!softwareId || SoftwareIdOf(index) == *softwareId) &&
+           (!taskId || (kind == kSameTask && TaskIdOf(index) == *taskId));
+}
+
+bool Notices::IsLossOf(const Target& task, LONG index) const
+{
+    const LONG kind = KindOf(index);
+    return (kind == kSameInIni || kind == kSameAsField) && SoftwareIdOf(index) == task.softwareId &&
+           TaskIdOf(index) == task.taskId;
 }
 
 }  // namespace zupm::tool

@@ -5,6 +5,7 @@
 #include <zuPolicyManager/zuPolicyManager.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -30,10 +31,18 @@ public:
 
     [[nodiscard]] LONG Count() const noexcept { return m_count; }
     [[nodiscard]] Notice At(LONG index) const;
+    /// Whether it is about a policy or task whose IDs occurred before. With `softwareId` only those of that product
+    /// count, with `taskId` too only that task.
+    [[nodiscard]] bool IsRepeatedEntry(const std::optional<std::string>& softwareId,
+                                       const std::optional<std::string>& taskId, LONG index) const;
     /// Whether it is about a setting of that task that is lost in an INI file.
     [[nodiscard]] bool IsLossOf(const Target& task, LONG index) const;
 
 private:
+    [[nodiscard]] LONG KindOf(LONG index) const;
+    [[nodiscard]] std::string SoftwareIdOf(LONG index) const;
+    [[nodiscard]] std::string TaskIdOf(LONG index) const;
+
     ComPtr<IPolicyNotices> m_list;
     Subject m_subject;
     LONG m_count = 0;

@@ -9,10 +9,10 @@
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/commands/RulesOption.h"
 #include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Json.h"
 #include "tools/zupolicy/report/Problem.h"
-#include "tools/zupolicy/rules/ReadRules.h"
 
 namespace zupm::tool {
 namespace {
@@ -79,10 +79,7 @@ bool Passes(const CheckReport& report, const CheckOptions& options)
 // Each report is printed and dropped before the next file is read.
 ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
-    Demands demands{{}, Redaction(options.hidden)};
-    if (options.rules) {
-        demands.rules = rules::ReadRules(*options.rules);
-    }
+    const Demands demands{RulesFor(options.rules, options.files), Redaction(options.hidden)};
     JsonWriter json(streams.data);
     if (options.json) {
         json.BeginDocument();
@@ -110,9 +107,8 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
 Action DeclareCheck(CLI::App& line)
 {
     const auto options = std::make_shared<CheckOptions>();
-    line.add_option("FILE", options->files, "The policy files")->required();
-    line.add_option("--rules", options->rules, "Also check the files against these rules, a JSON Schema")
-        ->type_name("RULES");
+    line.add_option("FILE", options->files, "The policy files; - for standard input")->required();
+    AddRules(line, options->rules);
     AddRedact(line, options->hidden);
     line.add_flag("-v,--verbose", options->verbose, "Print counts for each sound file");
     line.add_flag("--strict", options->strict, "Fail on warnings, too");

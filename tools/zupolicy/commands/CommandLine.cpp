@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "tools/zupolicy/commands/FlagValue.h"
 #include "tools/zupolicy/commands/Version.h"
 #include "tools/zupolicy/commands/help/Completion.h"
 #include "tools/zupolicy/commands/help/FindCommand.h"
+#include "tools/zupolicy/commands/help/HelpJson.h"
 #include "tools/zupolicy/commands/help/ManPage.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Redaction.h"
@@ -70,6 +72,12 @@ private:
     bool m_hides = false;  ///< the line has values that no message may show
 };
 
+std::string HelpOf(const Command& command, bool isJson)
+{
+    const Command* const one[] = {&command};
+    return isJson ? HelpAsJson(one) : CommandParser(command).Help();
+}
+
 std::string HelpOfProgram()
 {
     CLI::App app(kDescription, "zupolicy");
@@ -103,24 +111,32 @@ const Command& CommandOf(const std::string& name)
     return *found;
 }
 
-std::string ManPage(const std::vector<std::string>& arguments)
+std::string ManPage(const std::vector<std::string>& names)
 {
-    if (arguments.size() > 3) {
+    if (names.size() > 1) {
         throw UsageFailure("help --man prints one page at a time", {}, kHelpAdvice);
     }
-    return arguments.size() == 2 ? ManPageOfProgram(kDescription, kFooter) : ManPageOf(CommandOf(arguments[2]));
+    return names.empty() ? ManPageOfProgram(kDescription, kFooter) : ManPageOf(CommandOf(names.front()));
 }
 
-std::string Help(const std::vector<std::string>& arguments)
+/// Answers `help`, whose arguments these are.
+std::string Help(std::vector<std::string> arguments)
 {
-    if (arguments.size() > 1 && arguments[1] == "--man") {
-        return ManPage(arguments);
+    const bool isJson = std::erase(arguments, "--json") != 0;
+    if (!arguments.empty() && arguments.front() == "--man") {
+        if (isJson) {
+            throw UsageFailure("help --man prints the source of a page and cannot be used with --json", {},
+                               kHelpAdvice);
+        }
+        return ManPage({arguments.begin() + 1, arguments.end()});
     }
-    if (arguments.size() > 2) {
+    if (arguments.size() > 1) {
         throw UsageFailure("help explains one command at a time", {}, kHelpAdvice);
     }
-    const bool isAboutProgram = arguments.size() == 1 || arguments[1] == "help";
-    return isAboutProgram ? HelpOfProgram() : CommandParser(CommandOf(arguments[1])).Help();
+    if (arguments.empty() || arguments.front() == "help") {
+        return isJson ? HelpAsJson(kCommands) : HelpOfProgram();
+    }
+    return HelpOf(CommandOf(arguments.front()), isJson);
 }
 
 bool IsOption(const std::string& argument)
@@ -173,6 +189,9 @@ std::string CommandParser::Advice() const
 ParsedLine CommandParser::Parse(const std::vector<std::string>& arguments)
 {
     m_hides = HasOption(arguments, "--redact");
+    if (const std::optional<std::string> flag = FindFlagWithValue(m_line, arguments)) {
+        throw UsageFailure(*flag + " takes no value", {}, Advice());
+    }
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         m_line.parse(reversed);
@@ -180,7 +199,7 @@ ParsedLine CommandParser::Parse(const std::vector<std::string>& arguments)
         if (error.get_exit_code() != 0) {
             throw ComplaintAbout(error);
         }
-        return {{}, Help()};
+        return {{}, HelpOf(m_command, HasOption(arguments, "--json"))};
     }
     return {m_action, {}};
 }
@@ -209,10 +228,10 @@ ParsedLine ParseCommandLine(const std::vector<std::string>& arguments)
     }
     const std::string& first = arguments.front();
     if (first == "help" || first == "--help" || first == "-h") {
-        return {{}, Help(arguments)};
+        return {{}, Help({arguments.begin() + 1, arguments.end()})};
     }
     if (first == "--version") {
-        return {{}, VersionOfProgram()};
+        return {{}, HasOption(arguments, "--json") ? VersionAsJson() : VersionOfProgram()};
     }
     if (first == kCompleteCommand) {
         return {{}, CompletionFor({arguments.begin() + 1, arguments.end()})};

@@ -24,6 +24,7 @@ struct ExportOptions {
     std::string file;
     Target target;
     std::string output = "-";
+    bool json = false;
 };
 
 std::string SimilarTo(const zupm::PolicyFile& file, const Target& target)
@@ -77,6 +78,9 @@ ExitCode RunExport(const ExportOptions& options, Streams streams)
     std::ostringstream json;
     WriteEntryAsJson(json, entry);
     WriteWhole(options.output, json.view());
+    if (options.json) {
+        WriteWrittenEntryAsJson(streams.data, entry.id, options.output);
+    }
     return ExitCode::Ok;
 }
 
@@ -86,6 +90,7 @@ Action DeclareExport(CLI::App& line)
     AddFile(line, options->file);
     AddTarget(line, options->target);
     line.add_option("-o,--output", options->output, "Write to PATH (default: -, standard output)")->type_name("PATH");
+    line.add_flag("--json", options->json, "Print also failures as JSON, and with -o what was written");
     return [options](Streams streams) { return RunExport(*options, streams); };
 }
 

@@ -4,13 +4,15 @@
 #include <memory>
 #include <thread>
 
+#include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/InOrder.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/PageFiles.h"
 #include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/commands/RulesOption.h"
 #include "tools/zupolicy/report/Excerpt.h"
-#include "tools/zupolicy/rules/ReadRules.h"
+#include "tools/zupolicy/report/PageReport.h"
 
 namespace zupm::tool {
 namespace {
@@ -21,32 +23,44 @@ struct ReportOptions {
     std::string title = "Policy report";
     std::optional<std::string> rules;
     std::vector<std::string> hidden;
+    bool json = false;
     unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 };
 
 ExitCode RunReport(const ReportOptions& options, Streams streams)
 {
+    static_cast<void>(Valid(options.title));
     RequireOtherFile(options.output, options.files);
-    const std::optional<rules::RuleSet> rules =
-        options.rules ? std::optional(rules::ReadRules(*options.rules)) : std::nullopt;
+    const std::optional<rules::RuleSet> rules = RulesFor(options.rules, options.files);
     const Redaction redaction(options.hidden);
     PageData data(redaction);
-    bool hasFailure = false;
+    PageReport report{options.output};
     const auto read = [&](std::size_t number) {
         const zupm::Runtime runtime;
         return ReadForPage(options.files[number], rules ? &*rules : nullptr, redaction);
     };
     const auto add = [&](std::size_t /*number*/, const PageFile& file) {
         data.Add(file);
+        report.Add(file);
         if (file.failure) {
-            hasFailure = true;
             streams.messages.Line(LineOf(*file.failure));
             PrintExcerpt(streams.messages, *file.failure);
         }
     };
     InOrder(options.files.size(), options.jobs, read, add).Run();
     WritePageTo(options.output, data, {PageHead::Kind::Files, options.title, false, {}}, streams.data);
-    return hasFailure ? ExitCode::FileError : ExitCode::Ok;
+    if (options.json) {
+        report.WriteAsJson(streams.data);
+    }
+    return report.Failures().empty() ? ExitCode::Ok : ExitCode::FileError;
+}
+
+/// Standard output takes either the page or the report about it.
+void RequireOneUseOfStandardOutput(const ReportOptions& options)
+{
+    if (options.json && options.output == "-") {
+        throw CLI::ValidationError("the page goes to standard output, so --json needs --output PATH");
+    }
 }
 
 Action DeclareReport(CLI::App& line)
@@ -55,10 +69,11 @@ Action DeclareReport(CLI::App& line)
     line.add_option("FILE", options->files, "The policy files; - for standard input")->required();
     AddPageOutput(line, options->output);
     line.add_option("--title", options->title, "What the page is called (default: Policy report)")->type_name("TITLE");
-    line.add_option("--rules", options->rules, "Also check the files against these rules, a JSON Schema")
-        ->type_name("RULES");
+    AddRules(line, options->rules);
     AddRedact(line, options->hidden);
     AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
+    AddJson(line, options->json);
+    line.callback([options] { RequireOneUseOfStandardOutput(*options); });
     return [options](Streams streams) { return RunReport(*options, streams); };
 }
 

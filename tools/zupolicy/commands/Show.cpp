@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/Json.h"
 #include "tools/zupolicy/report/ShowText.h"
@@ -42,9 +44,25 @@ void RequireSomething(const FileContents& contents, const ShowOptions& options, 
     throw ProblemFailure(std::move(problem), line);
 }
 
+/// Mentions the policies and tasks that the file has and that no caller can reach, as `check` does.
+void PrintRepeatedEntries(Messages& messages, const ShowOptions& options, const Notices& notices)
+{
+    for (LONG i = 0; i < notices.Count(); ++i) {
+        if (notices.IsRepeatedEntry(options.softwareId, options.taskId, i)) {
+            PrintWarning(messages, options.file, notices.At(i));
+        }
+    }
+}
+
 ExitCode RunShow(const ShowOptions& options, Streams streams)
 {
-    const FileContents contents = ReadContents(options.file);
+    std::optional<Notices> notices;
+    const auto takeNotices = [&](PolicyFile& file) {
+        if (!options.json && !options.quiet) {
+            notices = file.Notices();
+        }
+    };
+    const FileContents contents = ReadPlaced(options.file, takeNotices).contents;
     const Selection selection{options.softwareId, options.taskId, !options.namesOnly, Redaction(options.hidden)};
     if (options.quiet) {
         return Quietly([&] { RequireSomething(contents, options, selection); });
@@ -53,6 +71,7 @@ ExitCode RunShow(const ShowOptions& options, Streams streams)
     if (options.json) {
         WriteContentsAsJson(streams.data, options.file, contents, selection);
     } else {
+        PrintRepeatedEntries(streams.messages, options, *notices);
         WriteContentsAsText(streams.data, options.file, contents, selection);
     }
     return ExitCode::Ok;

@@ -1,4 +1,4 @@
-/// What `zupolicy --version` prints.
+/// What `zupolicy --version` prints, as text and with --json.
 #pragma once
 
 #include <string>
@@ -6,5 +6,6 @@
 namespace zupm::tool {
 
 [[nodiscard]] std::string VersionOfProgram();
+[[nodiscard]] std::string VersionAsJson();
 
 }  // namespace zupm::tool

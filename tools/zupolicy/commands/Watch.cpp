@@ -12,6 +12,7 @@
 #include "tools/zupolicy/client/FolderWatch.h"
 #include "tools/zupolicy/client/Interrupt.h"
 #include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
@@ -184,6 +185,15 @@ ExitCode RunWatch(const WatchOptions& options, Streams streams)
 {
     for (const std::string& file : options.files) {
         RequireName(file);
+        if (file == kStandardInput) {
+            throw ProblemFailure({{},
+                                  ExitCode::Usage,
+                                  file,
+                                  0,
+                                  0,
+                                  "standard input cannot be watched: it is read once and has no later state",
+                                  "a file of that name is ./-"});
+        }
     }
     const Interrupt interrupt;
     return WatchRun(options, streams).Run(streams);

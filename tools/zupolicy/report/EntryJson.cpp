@@ -22,6 +22,14 @@ void WriteSection(JsonWriter& json, const model::Section& section)
     json.EndObject();
 }
 
+void WriteIds(JsonWriter& json, const model::EntryId& id)
+{
+    json.Member("softwareId", id.softwareId);
+    if (id.taskId) {
+        json.Member("taskId", *id.taskId);
+    }
+}
+
 }  // namespace
 
 void WriteEntryAsJson(std::ostream& out, const model::Entry& entry)
@@ -29,9 +37,8 @@ void WriteEntryAsJson(std::ostream& out, const model::Entry& entry)
     JsonWriter json(out);
     json.BeginDocument();
     json.Member("kind", entry.id.taskId ? "task" : "policy");
-    json.Member("softwareId", entry.id.softwareId);
+    WriteIds(json, entry.id);
     if (entry.id.taskId) {
-        json.Member("taskId", *entry.id.taskId);
         for (std::size_t i = 0; i < entry.fields.size(); ++i) {
             json.Member(model::kFieldNames[i], entry.fields[i]);
         }
@@ -41,6 +48,15 @@ void WriteEntryAsJson(std::ostream& out, const model::Entry& entry)
         WriteSection(json, section);
     }
     json.EndArray();
+    json.EndObject();
+}
+
+void WriteWrittenEntryAsJson(std::ostream& out, const model::EntryId& id, const std::string& written)
+{
+    JsonWriter json(out);
+    json.BeginDocument();
+    WriteIds(json, id);
+    json.Member("written", written);
     json.EndObject();
 }
 

@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "tools/zupolicy/report/NearestName.h"
+#include "tools/zupolicy/rules/FixedNames.h"
 #include "tools/zupolicy/rules/RuleWords.h"
 
 namespace zupm::rules {
@@ -186,6 +187,7 @@ void RuleReader::ReadProperties(const JsonValue& value, Rule& rule)
 {
     Require(value, JsonValue::Type::Object, "properties", "an object");
     for (const JsonValue::Member& member : value.members) {
+        rule.names.push_back({member.name, member.at});
         rule.properties.emplace(member.name, Read(member.value));
     }
 }
@@ -254,6 +256,7 @@ RuleSet::RuleSet(std::string_view text)
 {
     const JsonValue root = model::ReadJson(text, {.mostLevels = kMostLevels});
     RuleReader(root, *this).ReadAll();
+    RequireKnownNames(Root());
 }
 
 }  // namespace zupm::rules

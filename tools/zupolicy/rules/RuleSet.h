@@ -24,6 +24,12 @@ struct NamedPattern {
     Pattern pattern;
 };
 
+/// A name that a rule gives to a member, and the byte where it is written.
+struct MemberName {
+    std::string name;
+    std::size_t at = 0;
+};
+
 /// One schema of the rules; what is missing in it does not restrict anything. Rules that it refers to belong to the
 /// set.
 struct Rule {
@@ -52,6 +58,7 @@ struct Rule {
     std::optional<std::int64_t> minProperties;
     std::optional<std::int64_t> maxProperties;
     std::vector<std::pair<std::string, std::vector<std::string>>> dependentRequired;
+    std::vector<MemberName> names;  ///< of `properties`, `required` and `dependentRequired`
 
     // Both.
     const Rule* reference = nullptr;
@@ -67,8 +74,9 @@ struct Rule {
 /// All rules of a file.
 class RuleSet {
 public:
-    /// Refused are, besides what is not JSON, every word that is not known here, so that no mistyped rule is passed
-    /// over; values of another type than the word takes; references that lead out of the text, nowhere or in a circle.
+    /// Refused are, besides what is not JSON, every word that is not known here and every name that no file can have,
+    /// so that no mistyped rule is passed over; values of another type than the word takes; references that lead out of
+    /// the text, nowhere or in a circle.
     /// Throws model::JsonComplaint.
     explicit RuleSet(std::string_view text);
     ~RuleSet() = default;

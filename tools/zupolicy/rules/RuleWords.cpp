@@ -68,12 +68,13 @@ std::string SettingOf(const JsonValue& value, std::string_view word)
     return value.text;
 }
 
-std::vector<std::string> NamesOf(const JsonValue& value, std::string_view word)
+std::vector<std::string> NamesOf(const JsonValue& value, std::string_view word, Rule& rule)
 {
     Require(value, JsonValue::Type::Array, word, "an array of texts");
     std::vector<std::string> names;
     for (const JsonValue& item : value.items) {
         names.push_back(TextOf(item, word));
+        rule.names.push_back({item.text, item.at});
     }
     return names;
 }
@@ -136,7 +137,8 @@ void ReadDependent(const JsonValue& value, Rule& rule)
 {
     Require(value, JsonValue::Type::Object, "dependentRequired", "an object");
     for (const JsonValue::Member& member : value.members) {
-        rule.dependentRequired.emplace_back(member.name, NamesOf(member.value, "dependentRequired"));
+        rule.names.push_back({member.name, member.at});
+        rule.dependentRequired.emplace_back(member.name, NamesOf(member.value, "dependentRequired", rule));
     }
 }
 
@@ -163,7 +165,7 @@ constexpr PlainWord kPlainWords[] = {
     {"maxLength", [](const JsonValue& value, Rule& rule) { rule.maxLength = CountOf(value, "maxLength"); }},
     {"x-minimum", [](const JsonValue& value, Rule& rule) { rule.minimum = IntegerOf(value, "x-minimum"); }},
     {"x-maximum", [](const JsonValue& value, Rule& rule) { rule.maximum = IntegerOf(value, "x-maximum"); }},
-    {"required", [](const JsonValue& value, Rule& rule) { rule.required = NamesOf(value, "required"); }},
+    {"required", [](const JsonValue& value, Rule& rule) { rule.required = NamesOf(value, "required", rule); }},
     {"minProperties", [](const JsonValue& value, Rule& rule) { rule.minProperties = CountOf(value, "minProperties"); }},
     {"maxProperties", [](const JsonValue& value, Rule& rule) { rule.maxProperties = CountOf(value, "maxProperties"); }},
     {"dependentRequired", ReadDependent},

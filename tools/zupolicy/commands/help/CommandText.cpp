@@ -104,7 +104,7 @@ OptionText OptionOf(const CLI::Option& option)
     text.description = option.get_description();
     text.group = option.get_group();
     text.isRequired = option.get_required();
-    text.repeats = TakesSeveral(option);
+    text.repeats = TakesSeveral(option) || option.get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
     for (const CLI::Option* other : option.get_excludes()) {
         text.others.push_back(NamesOf(*other).back());
     }

@@ -260,6 +260,10 @@ Completion CompleteCommand(const std::string& start, bool isFirst)
         all.push_back({"--help", "Explain the program"});
         all.push_back({"--version", "Print the version"});
     }
+    if (!isFirst && start.starts_with('-')) {
+        all.push_back({"--json", "Print JSON"});
+        all.push_back({"--man", "Print the source of the manual page"});
+    }
     std::erase_if(all, [&](const Candidate& candidate) { return !candidate.text.starts_with(start); });
     return {all, false};
 }
