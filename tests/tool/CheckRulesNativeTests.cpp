@@ -1,7 +1,7 @@
 // Rules that are wrong themselves. They are read alike on both targets, and each row takes a run of the tool.
 #include <nlohmann/json.hpp>
 
-#include "ToolTest.h"
+#include "RulesTest.h"
 
 namespace zupm::test {
 namespace {
@@ -9,16 +9,7 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 
-class BrokenRules : public ToolTest {
-protected:
-    [[nodiscard]] ToolRun Against(std::string_view rules, const std::vector<std::string>& more = {}) const
-    {
-        Folder().Write(u"rules.json", rules);
-        std::vector<std::string> arguments = {"check", "--rules", "rules.json", "small.xml"};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return Tool(arguments);
-    }
-};
+using BrokenRules = RulesTest;
 
 TEST_F(BrokenRules, AreRefusedWithTheirPlaceBeforeAnyFileIsChecked)
 {
