@@ -209,10 +209,10 @@ def test_arguments_that_are_refused_show_no_secret(
     assert SECRET not in outcome.output
 
 
-def failure(**members: str) -> Dict[str, Any]:
+def failure(**members: Any) -> Dict[str, Any]:
     """A failure as the tool reports it."""
-    error = dict.fromkeys(("code", "name", "file", "line", "column", "message", "hint"))
-    return {"schema": 1, "error": {**error, "exit": 4, **members}}
+    nothing = dict.fromkeys(("code", "name", "file", "line", "column", "message", "hint"))
+    return {"schema": 1, "error": {**nothing, "exit": 4, **members}}
 
 
 def test_a_program_that_quotes_a_secret_does_not_get_it_out(
@@ -307,17 +307,8 @@ def test_rules_that_are_wrong_fail_with_their_place(
 
 def test_a_tool_without_rules_says_so(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
     older = tmp_path / "older"
-    error = {
-        "code": None,
-        "name": None,
-        "exit": 2,
-        "file": None,
-        "line": None,
-        "column": None,
-        "message": "no such option: --rules",
-        "hint": None,
-    }
-    older.write_text(f"#!/bin/sh\necho '{json.dumps(failure(message='interrupted'))}'\nexit 2\n")
+    printed = json.dumps(failure(message="no such option: --rules", exit=2))
+    older.write_text(f"#!/bin/sh\necho '{printed}'\nexit 2\n")
     older.chmod(0o755)
     outcome = run_module("policy_check", path=str(policy_path), rules="/rules.json", executable=str(older))
     assert outcome.code == 1 and outcome.result["msg"] == "no such option: --rules"
