@@ -33,6 +33,13 @@ public:
 private:
     struct Handles;
 
+    /// Opens the file and takes its lock; false while another editor has it, or has just replaced the file.
+    [[nodiscard]] bool TryLock();
+    void WaitUntilLocked(std::chrono::milliseconds patience);
+    /// Whether the name still means the file that is open.
+    [[nodiscard]] bool IsInPlace() const;
+    void RequireUnchanged(const std::string* expected) const;
+
     std::string m_path;
     std::unique_ptr<Handles> m_handles;
 };
