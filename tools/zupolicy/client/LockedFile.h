@@ -18,7 +18,7 @@ namespace zupm::tool {
 class LockedFile {
 public:
     /// Waits up to `patience` for another editor.
-    LockedFile(const std::string& path, std::chrono::milliseconds patience);
+    LockedFile(std::string path, std::chrono::milliseconds patience);
     ~LockedFile();
     LockedFile(const LockedFile&) = delete;
     LockedFile& operator=(const LockedFile&) = delete;

@@ -233,7 +233,7 @@ void Put(const Handles& handles, std::string_view bytes, const std::string& path
 
 }  // namespace
 
-LockedFile::LockedFile(const std::string& path, std::chrono::milliseconds patience) : m_path(path)
+LockedFile::LockedFile(std::string path, std::chrono::milliseconds patience) : m_path(std::move(path))
 {
     WaitUntilLocked(patience);
 }

@@ -196,7 +196,7 @@ bool MoveInTheEnd(Temporary& temporary, const std::wstring& target)
 
 }  // namespace
 
-LockedFile::LockedFile(const std::string& path, std::chrono::milliseconds patience) : m_path(path)
+LockedFile::LockedFile(std::string path, std::chrono::milliseconds patience) : m_path(std::move(path))
 {
     WaitUntilLocked(patience);
 }
