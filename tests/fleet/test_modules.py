@@ -209,20 +209,17 @@ def test_arguments_that_are_refused_show_no_secret(
     assert SECRET not in outcome.output
 
 
+def failure(**members: Any) -> Dict[str, Any]:
+    """A failure as the tool reports it."""
+    nothing = dict.fromkeys(("code", "name", "file", "line", "column", "message", "hint"))
+    return {"schema": 1, "error": {**nothing, "exit": 4, **members}}
+
+
 def test_a_program_that_quotes_a_secret_does_not_get_it_out(
     run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path
 ) -> None:
     quoting = tmp_path / "quoting"
-    error: Dict[str, Any] = {
-        "code": None,
-        "name": None,
-        "exit": 4,
-        "file": None,
-        "line": None,
-        "column": None,
-        "hint": SECRET,
-    }
-    for printed in ({"schema": 1, "error": {**error, "message": f"not {SECRET}"}}, None):
+    for printed in (failure(message=f"not {SECRET}", hint=SECRET), None):
         output = f"echo '{json.dumps(printed)}'" if printed else f"echo '{SECRET}' >&2"
         quoting.write_text(f"#!/bin/sh\ncat > /dev/null\n{output}\nexit 4\n")
         quoting.chmod(0o755)
@@ -241,19 +238,9 @@ def test_a_run_that_is_ended_reports_what_it_has_done(
         {"file": "a", "result": "changed", "edits": 1, "backup": None},
         {"file": "b", "result": "not done", "edits": 0, "backup": None},
     ]
-    error = {
-        "code": None,
-        "name": None,
-        "exit": 4,
-        "file": None,
-        "line": None,
-        "column": None,
-        "message": "interrupted",
-        "hint": None,
-    }
     report = json.dumps({"schema": 1, "dryRun": False, "files": files, "summary": {}}, indent=2)
     ended.write_text(
-        f"#!/bin/sh\ncat > /dev/null\necho '{report}'\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 4\n"
+        f"#!/bin/sh\ncat > /dev/null\necho '{report}'\necho '{json.dumps(failure(message='interrupted'))}'\nexit 4\n"
     )
     ended.chmod(0o755)
     outcome = run_module("policy_file", paths=["a", "b"], policies=general(ScanInterval=15), executable=str(ended))
@@ -320,17 +307,8 @@ def test_rules_that_are_wrong_fail_with_their_place(
 
 def test_a_tool_without_rules_says_so(run_module: RunModule, policy_path: pathlib.Path, tmp_path: pathlib.Path) -> None:
     older = tmp_path / "older"
-    error = {
-        "code": None,
-        "name": None,
-        "exit": 2,
-        "file": None,
-        "line": None,
-        "column": None,
-        "message": "no such option: --rules",
-        "hint": None,
-    }
-    older.write_text(f"#!/bin/sh\necho '{json.dumps({'schema': 1, 'error': error})}'\nexit 2\n")
+    printed = json.dumps(failure(message="no such option: --rules", exit=2))
+    older.write_text(f"#!/bin/sh\necho '{printed}'\nexit 2\n")
     older.chmod(0o755)
     outcome = run_module("policy_check", path=str(policy_path), rules="/rules.json", executable=str(older))
     assert outcome.code == 1 and outcome.result["msg"] == "no such option: --rules"

@@ -1,5 +1,6 @@
 // AddPolicy and AddTask of objects that break the rules, throw, or call the same file while it asks them.
 
+#include <functional>
 #include <new>
 #include <stdexcept>
 #include <thread>
@@ -86,6 +87,21 @@ protected:
         std::thread([&] { static_cast<void>(m_file.FindPolicy(u"A")); }).join();
     }
 
+    /// Calls `body` for each add and each moment, with a new file, and with actions that do `action` at that moment.
+    template <class Body>
+    void AtEachMoment(const std::function<void()>& action, Body body)
+    {
+        for (const Add& add : kAdds) {
+            for (const Moment& moment : kMoments) {
+                SCOPED_TRACE(add.name + " "s + moment.name);
+                ASSERT_EQ(LoadText(kFile), 0);
+                Actions actions;
+                actions.*moment.when = action;
+                body(add, actions);
+            }
+        }
+    }
+
     ULONG m_references = 0;
 };
 
@@ -117,37 +133,27 @@ TEST_F(HostileObjects, PointerLeftByAQueryThatFails_IsNotReleased)
 
 TEST_F(HostileObjects, ExceptionOfAnObject_BecomesTheGuardsCodeAndItsLogLine)
 {
-    for (const Add& add : kAdds) {
-        for (const Moment& moment : kMoments) {
-            SCOPED_TRACE(add.name + " "s + moment.name);
-            ASSERT_EQ(LoadText(kFile), 0);
-            Actions actions;
-            actions.*moment.when = [] { throw std::runtime_error("the object's own"); };
-            // Every object that goes takes the log texts with it; a new one brings them back.
-            const ComPtr<ITaskInfo> texts = Create<ITaskInfo>();
-            LogCapture log;
-            EXPECT_EQ(Run(add, actions), result::Unexpected);
-            EXPECT_EQ(log.Take(), (std::vector{LogLine{1, "Unexpected exception in "s + add.operation}}));
-            EXPECT_EQ(LastErrorDescription(), result::SentenceFor(result::Unexpected));
-            ExpectNoLockIsHeld();
-        }
-    }
+    const auto throwOwn = [] { throw std::runtime_error("the object's own"); };
+    AtEachMoment(throwOwn, [&](const Add& add, const Actions& actions) {
+        // Every object that goes takes the log texts with it; a new one brings them back.
+        const ComPtr<ITaskInfo> texts = Create<ITaskInfo>();
+        LogCapture log;
+        EXPECT_EQ(Run(add, actions), result::Unexpected);
+        EXPECT_EQ(log.Take(), (std::vector{LogLine{1, "Unexpected exception in "s + add.operation}}));
+        EXPECT_EQ(LastErrorDescription(), result::SentenceFor(result::Unexpected));
+        ExpectNoLockIsHeld();
+    });
 }
 
 TEST_F(HostileObjects, LackOfMemoryInAnObject_IsOutOfMemory)
 {
-    for (const Add& add : kAdds) {
-        for (const Moment& moment : kMoments) {
-            SCOPED_TRACE(add.name + " "s + moment.name);
-            ASSERT_EQ(LoadText(kFile), 0);
-            Actions actions;
-            actions.*moment.when = [] { throw std::bad_alloc(); };
-            LogCapture log;
-            EXPECT_EQ(Run(add, actions), result::OutOfMemory);
-            EXPECT_TRUE(log.Take().empty());
-            ExpectNoLockIsHeld();
-        }
-    }
+    const auto runOutOfMemory = [] { throw std::bad_alloc(); };
+    AtEachMoment(runOutOfMemory, [&](const Add& add, const Actions& actions) {
+        LogCapture log;
+        EXPECT_EQ(Run(add, actions), result::OutOfMemory);
+        EXPECT_TRUE(log.Take().empty());
+        ExpectNoLockIsHeld();
+    });
 }
 
 TEST_F(HostileObjects, ExceptionOfAQueryOrAnID_ChangesNothing)
@@ -192,56 +198,41 @@ TEST_F(HostileObjects, ExceptionOfARelease_IsSwallowed)
 TEST_F(HostileObjects, FileLoadedWhileAnObjectIsAsked_StaysAsLoadedAndTheAddFails)
 {
     const std::u16string other = m_folder.Write(u"other.xml", kOther);
-    for (const Add& add : kAdds) {
-        for (const Moment& moment : kMoments) {
-            SCOPED_TRACE(add.name + " "s + moment.name);
-            ASSERT_EQ(LoadText(kFile), 0);
-            Actions actions;
-            actions.*moment.when = [&] { EXPECT_EQ(m_file.Load(other), 0); };
-            LogCapture log;
-            EXPECT_EQ(Run(add, actions), result::NotInitialised);
-            EXPECT_EQ(LastErrorDescription(), u"The file was loaded again while the object was asked for its data.");
-            EXPECT_TRUE(log.Take().empty()) << "no entry was put into an index twice";
-            EXPECT_EQ(m_references, 0U);
-            EXPECT_EQ(Buffer(), kOther);
-            EXPECT_EQ(m_file.FindPolicy(u"O"), 0);
-            EXPECT_EQ(m_file.FindPolicy(u"A"), result::PolicyNotFound);
-            EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"O/7"s}));
-            EXPECT_EQ(m_file.VersionPolicy(), (TextResult{0, u"3"}));
-            EXPECT_EQ(m_file.VersionTask(), (TextResult{0, u"4"}));
-        }
-    }
+    const auto loadOther = [&] { EXPECT_EQ(m_file.Load(other), 0); };
+    AtEachMoment(loadOther, [&](const Add& add, const Actions& actions) {
+        LogCapture log;
+        EXPECT_EQ(Run(add, actions), result::NotInitialised);
+        EXPECT_EQ(LastErrorDescription(), u"The file was loaded again while the object was asked for its data.");
+        EXPECT_TRUE(log.Take().empty()) << "no entry was put into an index twice";
+        EXPECT_EQ(m_references, 0U);
+        EXPECT_EQ(Buffer(), kOther);
+        EXPECT_EQ(m_file.FindPolicy(u"O"), 0);
+        EXPECT_EQ(m_file.FindPolicy(u"A"), result::PolicyNotFound);
+        EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"O/7"s}));
+        EXPECT_EQ(m_file.VersionPolicy(), (TextResult{0, u"3"}));
+        EXPECT_EQ(m_file.VersionTask(), (TextResult{0, u"4"}));
+    });
 }
 
 TEST_F(HostileObjects, SameFileLoadedAgainForReadingWhileAnObjectIsAsked_StaysAsLoaded)
 {
-    for (const Add& add : kAdds) {
-        for (const Moment& moment : kMoments) {
-            SCOPED_TRACE(add.name + " "s + moment.name);
-            ASSERT_EQ(LoadText(kFile), 0);
-            Actions actions;
-            actions.*moment.when = [&] { EXPECT_EQ(LoadText(kFile, 1), 0); };
-            EXPECT_EQ(Run(add, actions), result::NotInitialised);
-            EXPECT_EQ(Buffer(), kFile);
-            EXPECT_EQ(m_file.FindPolicy(u"B"), 0);
-            EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s, u"A/2"s}));
-        }
-    }
+    const auto loadAgain = [&] { EXPECT_EQ(LoadText(kFile, 1), 0); };
+    AtEachMoment(loadAgain, [&](const Add& add, const Actions& actions) {
+        EXPECT_EQ(Run(add, actions), result::NotInitialised);
+        EXPECT_EQ(Buffer(), kFile);
+        EXPECT_EQ(m_file.FindPolicy(u"B"), 0);
+        EXPECT_EQ(m_file.Tasks().All(), (std::vector{u"A/1"s, u"A/2"s}));
+    });
 }
 
 TEST_F(HostileObjects, LoadThatFailsWhileAnObjectIsAsked_LeavesNothingLoaded)
 {
-    for (const Add& add : kAdds) {
-        for (const Moment& moment : kMoments) {
-            SCOPED_TRACE(add.name + " "s + moment.name);
-            ASSERT_EQ(LoadText(kFile), 0);
-            Actions actions;
-            actions.*moment.when = [&] { EXPECT_EQ(LoadText("<R>"), result::SyntaxError); };
-            EXPECT_EQ(Run(add, actions), result::NotInitialised);
-            EXPECT_EQ(m_file.Buffer(), std::nullopt);
-            EXPECT_EQ(m_file.FindPolicy(u"B"), result::NotInitialised);
-        }
-    }
+    const auto failToLoad = [&] { EXPECT_EQ(LoadText("<R>"), result::SyntaxError); };
+    AtEachMoment(failToLoad, [&](const Add& add, const Actions& actions) {
+        EXPECT_EQ(Run(add, actions), result::NotInitialised);
+        EXPECT_EQ(m_file.Buffer(), std::nullopt);
+        EXPECT_EQ(m_file.FindPolicy(u"B"), result::NotInitialised);
+    });
 }
 
 TEST_F(HostileObjects, EditOfTheSameFileWhileAnObjectIsAsked_IsInTheDocumentToo)

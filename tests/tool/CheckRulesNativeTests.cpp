@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "ToolTest.h"
+#include "RulesTest.h"
 
 namespace zupm::test {
 namespace {
@@ -11,16 +11,7 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 
-class BrokenRules : public ToolTest {
-protected:
-    [[nodiscard]] ToolRun Against(std::string_view rules, const std::vector<std::string>& more = {}) const
-    {
-        Folder().Write(u"rules.json", rules);
-        std::vector<std::string> arguments = {"check", "--rules", "rules.json", "small.xml"};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return Tool(arguments);
-    }
-};
+using BrokenRules = RulesTest;
 
 TEST_F(BrokenRules, AreRefusedWithTheirPlaceBeforeAnyFileIsChecked)
 {

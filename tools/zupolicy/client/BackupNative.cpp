@@ -159,18 +159,10 @@ std::string ReadBackup(const std::string& backup)
         throw Failure(ExitCode::FileError, backup, "not a regular file");
     }
     std::string bytes;
-    constexpr std::size_t kPiece = std::size_t{64} << 10u;
-    std::vector<char> piece(kPiece);
-    for (;;) {
-        const ssize_t count = read(opened.Get(), piece.data(), piece.size());
-        if (count < 0 && errno != EINTR) {
-            Fail(backup);
-        }
-        if (count == 0) {
-            return bytes;
-        }
-        bytes.append(piece.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    if (!ReadAll(opened.Get(), bytes)) {
+        Fail(backup);
     }
+    return bytes;
 }
 
 }  // namespace zupm::tool

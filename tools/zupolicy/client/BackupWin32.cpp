@@ -168,18 +168,10 @@ std::string ReadBackup(const std::string& backup)
         throw Failure(ExitCode::FileError, backup, "not a regular file");
     }
     std::string bytes;
-    constexpr std::size_t kPiece = std::size_t{64} << 10u;
-    std::vector<char> piece(kPiece);
-    for (;;) {
-        DWORD count = 0;
-        if (ReadFile(opened.Get(), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) == 0) {
-            Fail(backup);
-        }
-        if (count == 0) {
-            return bytes;
-        }
-        bytes.append(piece.data(), count);
+    if (!ReadAll(opened.Get(), bytes)) {
+        Fail(backup);
     }
+    return bytes;
 }
 
 }  // namespace zupm::tool

@@ -18,7 +18,7 @@ namespace zupm::tool {
 class LockedFile {
 public:
     /// Waits up to `patience` for another editor.
-    LockedFile(const std::string& path, std::chrono::milliseconds patience);
+    LockedFile(std::string path, std::chrono::milliseconds patience);
     ~LockedFile();
     LockedFile(const LockedFile&) = delete;
     LockedFile& operator=(const LockedFile&) = delete;
@@ -32,6 +32,13 @@ public:
 
 private:
     struct Handles;
+
+    /// Opens the file and takes its lock; false while another editor has it, or has just replaced the file.
+    [[nodiscard]] bool TryLock();
+    void WaitUntilLocked(std::chrono::milliseconds patience);
+    /// Whether the name still means the file that is open.
+    [[nodiscard]] bool IsInPlace() const;
+    void RequireUnchanged(const std::string* expected) const;
 
     std::string m_path;
     std::unique_ptr<Handles> m_handles;

@@ -13,7 +13,6 @@
 #include <filesystem>
 #include <iterator>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -99,19 +98,8 @@ void Open(const std::string& path, Handles& handles)
     }
 }
 
-/// Whether the name still means the file that is open.
-template <class Handles>
-bool IsSameFile(const Handles& handles)
-{
-    struct stat opened {};
-    struct stat named {};
-    return fstat(handles.file.Get(), &opened) == 0 &&
-           fstatat(handles.folder.Get(), handles.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
 /// False when another process holds the lock.
-bool TryLock(const OwnedDescriptor& file, const std::string& path)
+bool TakeLock(const OwnedDescriptor& file, const std::string& path)
 {
     struct flock all {};
     all.l_type = F_WRLCK;
@@ -119,21 +107,6 @@ bool TryLock(const OwnedDescriptor& file, const std::string& path)
     const bool isLocked = fcntl(file.Get(), F_OFD_SETLK, &all) == 0;
     RequireCall(isLocked || errno == EAGAIN || errno == EACCES, path);
     return isLocked;
-}
-
-std::string ReadFrom(const OwnedDescriptor& file, const std::string& path)
-{
-    std::string bytes;
-    constexpr std::size_t kPiece = std::size_t{64} << 10u;
-    std::vector<char> piece(kPiece);
-    for (;;) {
-        const ssize_t count = pread(file.Get(), piece.data(), piece.size(), static_cast<off_t>(bytes.size()));
-        RequireCall(count >= 0 || errno == EINTR, path);
-        if (count == 0) {
-            return bytes;
-        }
-        bytes.append(piece.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
-    }
 }
 
 bool CopyAttribute(int from, int to, const char* name)
@@ -260,30 +233,36 @@ void Put(const Handles& handles, std::string_view bytes, const std::string& path
 
 }  // namespace
 
-LockedFile::LockedFile(const std::string& path, std::chrono::milliseconds patience) : m_path(path)
+LockedFile::LockedFile(std::string path, std::chrono::milliseconds patience) : m_path(std::move(path))
 {
-    constexpr std::chrono::milliseconds kPause(20);
-    const auto end = std::chrono::steady_clock::now() + patience;
-    for (;;) {
-        m_handles = std::make_unique<Handles>();
-        Open(path, *m_handles);
-        RequireCall(m_handles->file.IsOpen(), path);
-        // Whoever held the lock before may have put a new file in this one's place.
-        if (TryLock(m_handles->file, path) && IsSameFile(*m_handles)) {
-            return;
-        }
-        if (std::chrono::steady_clock::now() >= end) {
-            throw Failure(ExitCode::Locked, path, "another process is editing it (--lock-timeout)");
-        }
-        std::this_thread::sleep_for(kPause);
-    }
+    WaitUntilLocked(patience);
 }
 
 LockedFile::~LockedFile() = default;
 
+bool LockedFile::TryLock()
+{
+    m_handles = std::make_unique<Handles>();
+    Open(m_path, *m_handles);
+    RequireCall(m_handles->file.IsOpen(), m_path);
+    // Whoever held the lock before may have put a new file in this one's place.
+    return TakeLock(m_handles->file, m_path) && IsInPlace();
+}
+
+bool LockedFile::IsInPlace() const
+{
+    struct stat opened {};
+    struct stat named {};
+    return fstat(m_handles->file.Get(), &opened) == 0 &&
+           fstatat(m_handles->folder.Get(), m_handles->name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
 std::string LockedFile::Read() const
 {
-    return ReadFrom(m_handles->file, m_path);
+    std::string bytes;
+    RequireCall(ReadAll(m_handles->file.Get(), bytes), m_path);
+    return bytes;
 }
 
 void LockedFile::Rehearse() const
@@ -299,15 +278,7 @@ void LockedFile::Rehearse() const
 
 void LockedFile::Replace(std::string_view bytes, const std::string* expected)
 {
-    Put(*m_handles, bytes, m_path, [&] {
-        const bool isAsExpected =
-            expected == nullptr || (IsSameFile(*m_handles) && ReadFrom(m_handles->file, m_path) == *expected);
-        if (!isAsExpected) {
-            throw Failure(ExitCode::Changed, m_path,
-                          "something else changed it in the meantime; it was not "
-                          "overwritten (--force overwrites it)");
-        }
-    });
+    Put(*m_handles, bytes, m_path, [&] { RequireUnchanged(expected); });
     m_handles.reset();
 }
 

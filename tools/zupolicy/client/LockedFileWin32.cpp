@@ -58,39 +58,11 @@ std::wstring FinalPath(HANDLE file, const std::string& path)
 }
 
 /// The lock is on one byte far beyond the end, which disturbs no reader.
-bool TryLock(HANDLE file)
+bool TakeLock(HANDLE file)
 {
     OVERLAPPED place{};
     place.OffsetHigh = 0x7FFFFFFF;
     return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0;
-}
-
-bool IsSameFile(HANDLE file, const std::wstring& path)
-{
-    const OwnedHandle named(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
-                                        FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    BY_HANDLE_FILE_INFORMATION one{};
-    BY_HANDLE_FILE_INFORMATION other{};
-    return named.IsOpen() && GetFileInformationByHandle(file, &one) != 0 &&
-           GetFileInformationByHandle(named.Get(), &other) != 0 &&
-           one.dwVolumeSerialNumber == other.dwVolumeSerialNumber && one.nFileIndexHigh == other.nFileIndexHigh &&
-           one.nFileIndexLow == other.nFileIndexLow;
-}
-
-std::string ReadFrom(HANDLE file, const std::string& path)
-{
-    RequireCall(SetFilePointerEx(file, LARGE_INTEGER{}, nullptr, FILE_BEGIN) != 0, path);
-    std::string bytes;
-    constexpr std::size_t kPiece = std::size_t{64} << 10u;
-    std::vector<char> piece(kPiece);
-    for (;;) {
-        DWORD count = 0;
-        RequireCall(ReadFile(file, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0, path);
-        if (count == 0) {
-            return bytes;
-        }
-        bytes.append(piece.data(), count);
-    }
 }
 
 /// The access list of a file. Without it more people might read the new file than the old, so a list that cannot be
@@ -224,36 +196,46 @@ bool MoveInTheEnd(Temporary& temporary, const std::wstring& target)
 
 }  // namespace
 
-LockedFile::LockedFile(const std::string& path, std::chrono::milliseconds patience) : m_path(path)
+LockedFile::LockedFile(std::string path, std::chrono::milliseconds patience) : m_path(std::move(path))
 {
-    constexpr std::chrono::milliseconds kPause(20);
-    const auto end = std::chrono::steady_clock::now() + patience;
-    for (;;) {
-        OwnedHandle file = OpenToEdit(Wide(path));
-        RequireCall(file.IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION, path);
-        if (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) {
-            throw Failure(ExitCode::FileError, path, "not a regular file");
-        }
-        if (file.IsOpen() && TryLock(file.Get())) {
-            std::wstring final = FinalPath(file.Get(), path);
-            // Whoever held the lock before may have put a new file in this one's place.
-            if (IsSameFile(file.Get(), final)) {
-                m_handles.reset(new Handles{std::move(file), std::move(final)});
-                return;
-            }
-        }
-        if (std::chrono::steady_clock::now() >= end) {
-            throw Failure(ExitCode::Locked, path, "another process is editing it (--lock-timeout)");
-        }
-        std::this_thread::sleep_for(kPause);
-    }
+    WaitUntilLocked(patience);
 }
 
 LockedFile::~LockedFile() = default;
 
+bool LockedFile::TryLock()
+{
+    OwnedHandle file = OpenToEdit(Wide(m_path));
+    RequireCall(file.IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION, m_path);
+    if (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) {
+        throw Failure(ExitCode::FileError, m_path, "not a regular file");
+    }
+    if (!file.IsOpen() || !TakeLock(file.Get())) {
+        return false;
+    }
+    std::wstring final = FinalPath(file.Get(), m_path);
+    m_handles.reset(new Handles{std::move(file), std::move(final)});
+    // Whoever held the lock before may have put a new file in this one's place.
+    return IsInPlace();
+}
+
+bool LockedFile::IsInPlace() const
+{
+    const OwnedHandle named(CreateFileW(m_handles->path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    BY_HANDLE_FILE_INFORMATION one{};
+    BY_HANDLE_FILE_INFORMATION other{};
+    return named.IsOpen() && GetFileInformationByHandle(m_handles->file.Get(), &one) != 0 &&
+           GetFileInformationByHandle(named.Get(), &other) != 0 &&
+           one.dwVolumeSerialNumber == other.dwVolumeSerialNumber && one.nFileIndexHigh == other.nFileIndexHigh &&
+           one.nFileIndexLow == other.nFileIndexLow;
+}
+
 std::string LockedFile::Read() const
 {
-    return ReadFrom(m_handles->file.Get(), m_path);
+    std::string bytes;
+    RequireCall(ReadAll(m_handles->file.Get(), bytes), m_path);
+    return bytes;
 }
 
 void LockedFile::Rehearse() const
@@ -269,13 +251,7 @@ void LockedFile::Rehearse() const
 void LockedFile::Replace(std::string_view bytes, const std::string* expected)
 {
     Temporary temporary(m_handles->path, true, bytes, m_path);
-    const bool isAsExpected = expected == nullptr || (IsSameFile(m_handles->file.Get(), m_handles->path) &&
-                                                      ReadFrom(m_handles->file.Get(), m_path) == *expected);
-    if (!isAsExpected) {
-        throw Failure(
-            ExitCode::Changed,
-            m_path + ": something else changed it in the meantime; it was not overwritten (--force overwrites it)");
-    }
+    RequireUnchanged(expected);
     if (!temporary.MoveOverOpenFile(m_handles->path)) {
         // The lock ends here. An editor that takes it before the move finds the file changed when it replaces it.
         m_handles->file.Close();

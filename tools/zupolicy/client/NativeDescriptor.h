@@ -5,7 +5,9 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace zupm::tool {
 
@@ -35,6 +37,23 @@ public:
 private:
     int m_number = -1;
 };
+
+/// Whether the whole file was read, from its beginning; the reason is in errno.
+[[nodiscard]] inline bool ReadAll(int from, std::string& bytes)
+{
+    constexpr std::size_t kPiece = std::size_t{64} << 10u;
+    std::vector<char> piece(kPiece);
+    for (bytes.clear();;) {
+        const ssize_t count = pread(from, piece.data(), piece.size(), static_cast<off_t>(bytes.size()));
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        if (count == 0) {
+            return true;
+        }
+        bytes.append(piece.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+}
 
 /// Whether all bytes were written; the reason is in errno.
 [[nodiscard]] inline bool WriteAll(int to, const char* bytes, std::size_t size)

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
@@ -42,6 +43,20 @@ private:
 [[nodiscard]] inline std::wstring Wide(const std::string& path)
 {
     return ForOpening(std::filesystem::path(FromUtf8(path))).wstring();
+}
+
+/// Whether the whole file was read, from its beginning; the reason is the thread's last error.
+[[nodiscard]] inline bool ReadAll(HANDLE from, std::string& bytes)
+{
+    constexpr std::size_t kPiece = std::size_t{64} << 10u;
+    std::vector<char> piece(kPiece);
+    bytes.clear();
+    bool isRead = SetFilePointerEx(from, LARGE_INTEGER{}, nullptr, FILE_BEGIN) != 0;
+    for (DWORD count = 1; isRead && count != 0;) {
+        isRead = ReadFile(from, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0;
+        bytes.append(piece.data(), isRead ? count : 0);
+    }
+    return isRead;
 }
 
 /// Whether all bytes were written; the reason is the thread's last error.

@@ -14,13 +14,6 @@ description:
     rules.
   - Fails when a file does not pass. All files are checked, and the message has a line for each finding.
 options:
-  path:
-    description: The policy file.
-    type: path
-  paths:
-    description: Several policy files.
-    type: list
-    elements: path
   strict:
     description: Whether a file with a warning fails.
     type: bool
@@ -32,16 +25,7 @@ options:
     description:
       - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME).
       - They are hidden in messages about broken rules, where C(***) takes their place. Other messages have no values.
-    type: list
-    elements: str
-    default: []
-  executable:
-    description: The program C(zupolicy), as a path or as a name that is found in C(PATH).
-    type: path
-    default: zupolicy
-requirements:
-  - zupolicy on the managed machine; for I(rules) one whose C(check) knows C(--rules)
-  - Python 3.9 on the managed machine, with nothing but its standard library
+extends_documentation_fragment: zupolicy.policy.files
 attributes:
   check_mode:
     description: Changes nothing in any mode.
@@ -75,7 +59,7 @@ findings:
   elements: str
   sample: ["/srv/policies/policy.xml:2:1: no element found"]
 files:
-  description: What C(zupolicy check --json) says about each file.
+  description: What C(zupolicy check --json) reports about each file.
   returned: when the tool has reported on files
   type: list
   elements: dict

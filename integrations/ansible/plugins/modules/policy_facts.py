@@ -12,27 +12,11 @@ version_added: 1.0.0
 description:
   - Reads policy files with C(zupolicy show) and returns their policies and tasks as facts.
 options:
-  path:
-    description: The policy file.
-    type: path
-  paths:
-    description: Several policy files.
-    type: list
-    elements: path
   redact:
     description:
       - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME), or of the name
         of a task's field in C(zupolicy show --json). The facts have C(***) in place of such a value.
-    type: list
-    elements: str
-    default: []
-  executable:
-    description: The program C(zupolicy), as a path or as a name that is found in C(PATH).
-    type: path
-    default: zupolicy
-requirements:
-  - zupolicy on the managed machine
-  - Python 3.9 on the managed machine, with nothing but its standard library
+extends_documentation_fragment: zupolicy.policy.files
 attributes:
   check_mode:
     description: Changes nothing in any mode.

@@ -15,13 +15,8 @@ description:
   - A file that is as it is wanted is not written and keeps its time stamps.
   - C(zupolicy apply) is run once on the managed machine, for all files. It locks each file against other editors.
 options:
-  path:
-    description: The policy file. It must exist.
-    type: path
   paths:
     description: Several policy files, which get the same state. A file that fails does not keep the others from it.
-    type: list
-    elements: path
   policies:
     description: Policies of products.
     type: list
@@ -125,13 +120,11 @@ options:
       - Settings whose values are secrets, as patterns with C(*) and C(?) of C(NAME) or C(SECTION/NAME), or of the name
         of a task's field in C(zupolicy show --json).
       - A hidden value is C(***) in the result, the difference, the log and the invocation that C(-vvv) shows.
-    type: list
-    elements: str
-    default: []
   backup:
     description:
-      - Whether a file that changes is copied first, beside itself. A text that is no boolean is the suffix of the copy.
-      - The suffix is C(.bak) otherwise. When a copy of that name exists, its name gets a number.
+      - Whether a file that changes is copied first. The copy is in the same folder, with the suffix C(.bak). When a copy
+        of that name exists, its name gets a number.
+      - A text that is no boolean is another suffix.
     type: raw
     default: false
   lock_timeout:
@@ -142,13 +135,7 @@ options:
     description: The number of files that are changed at the same time.
     type: int
     default: 1
-  executable:
-    description: The program C(zupolicy), as a path or as a name that is found in C(PATH).
-    type: path
-    default: zupolicy
-requirements:
-  - zupolicy on the managed machine
-  - Python 3.9 on the managed machine, with nothing but its standard library
+extends_documentation_fragment: zupolicy.policy.files
 attributes:
   check_mode:
     description: Runs C(apply --dry-run), which does all but the writing and so fails where the run would fail.

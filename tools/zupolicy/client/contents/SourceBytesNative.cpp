@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 
+#include "tools/zupolicy/client/NativeDescriptor.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
 #include "tools/zupolicy/report/Problem.h"
 
@@ -22,32 +23,21 @@ namespace {
     Fail(path, std::error_code(errno, std::generic_category()).message());
 }
 
-/// An open file.
-class Descriptor {
-public:
-    // Without O_NONBLOCK a pipe waits for its writer before anybody can ask what it is.
-    explicit Descriptor(const std::string& path)
-        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own
-        : m_number(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY))
-    {
-        if (m_number < 0) {
-            FailOfSystem(path);
-        }
+// Without O_NONBLOCK a pipe waits for its writer before anybody can ask what it is.
+OwnedDescriptor Open(const std::string& path)
+{
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own
+    OwnedDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (!file.IsOpen()) {
+        FailOfSystem(path);
     }
-    ~Descriptor() { close(m_number); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
+    return file;
+}
 
-    [[nodiscard]] int Number() const noexcept { return m_number; }
-
-private:
-    int m_number;
-};
-
-std::size_t SizeOf(const Descriptor& file, const std::string& path)
+std::size_t SizeOf(const OwnedDescriptor& file, const std::string& path)
 {
     struct stat status {};
-    if (fstat(file.Number(), &status) != 0) {
+    if (fstat(file.Get(), &status) != 0) {
         FailOfSystem(path);
     }
     if (!S_ISREG(status.st_mode)) {
@@ -63,10 +53,10 @@ std::size_t SizeOf(const Descriptor& file, const std::string& path)
 
 std::string ReadBytes(const std::string& path)
 {
-    const Descriptor file(path);
+    const OwnedDescriptor file = Open(path);
     std::string bytes(SizeOf(file, path), '\0');
     for (std::size_t filled = 0; filled < bytes.size();) {
-        const ssize_t length = read(file.Number(), bytes.data() + filled, bytes.size() - filled);
+        const ssize_t length = read(file.Get(), bytes.data() + filled, bytes.size() - filled);
         if (length == 0) {
             Fail(path, "it became shorter");
         }

@@ -3,7 +3,7 @@
 #include <string>
 #include <system_error>
 
-#include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/client/WindowsHandle.h"
 #include "tools/zupolicy/client/contents/SourceBytes.h"
 #include "tools/zupolicy/report/Problem.h"
 
@@ -20,29 +20,19 @@ namespace {
     Fail(path, std::system_category().message(static_cast<int>(GetLastError())));
 }
 
-/// An open file, which others may change or delete at the same time.
-class FileHandle {
-public:
-    explicit FileHandle(const std::string& path)
-        : m_handle(CreateFileW(ForOpening(std::filesystem::path(FromUtf8(path))).c_str(), GENERIC_READ,
-                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                               FILE_ATTRIBUTE_NORMAL, nullptr))
-    {
-        if (m_handle == INVALID_HANDLE_VALUE) {
-            FailOfSystem(path);
-        }
+/// Others may change or delete the file at the same time.
+OwnedHandle Open(const std::string& path)
+{
+    OwnedHandle file(CreateFileW(Wide(path).c_str(), GENERIC_READ,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.IsOpen()) {
+        FailOfSystem(path);
     }
-    ~FileHandle() { CloseHandle(m_handle); }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
+    return file;
+}
 
-    [[nodiscard]] HANDLE Get() const noexcept { return m_handle; }
-
-private:
-    HANDLE m_handle;
-};
-
-std::size_t SizeOf(const FileHandle& file, const std::string& path)
+std::size_t SizeOf(const OwnedHandle& file, const std::string& path)
 {
     if (GetFileType(file.Get()) != FILE_TYPE_DISK) {
         Fail(path, "not a regular file");
@@ -61,7 +51,7 @@ std::size_t SizeOf(const FileHandle& file, const std::string& path)
 
 std::string ReadBytes(const std::string& path)
 {
-    const FileHandle file(path);
+    const OwnedHandle file = Open(path);
     std::string bytes(SizeOf(file, path), '\0');
     for (std::size_t filled = 0; filled < bytes.size();) {
         DWORD length = 0;
