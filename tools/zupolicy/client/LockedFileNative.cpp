@@ -1,13 +1,11 @@
 #include "tools/zupolicy/client/LockedFile.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
@@ -19,6 +17,7 @@
 
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/NativeDescriptor.h"
+#include "tools/zupolicy/client/NewFileNative.h"
 
 namespace zupm::tool {
 
@@ -101,13 +100,14 @@ void Open(const std::string& path, Handles& handles)
 
 /// Whether the name still means the file that is open.
 template <class Handles>
-bool IsSameFile(const Handles& handles)
+bool IsSameFile(const Handles& handles, const std::string& path)
 {
     struct stat opened {};
     struct stat named {};
-    return fstat(handles.file.Get(), &opened) == 0 &&
-           fstatat(handles.folder.Get(), handles.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+    RequireCall(fstat(handles.file.Get(), &opened) == 0, path);
+    const bool isNamed = fstatat(handles.folder.Get(), handles.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0;
+    RequireCall(isNamed || errno == ENOENT, path);
+    return isNamed && opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 /// False when another process holds the lock.
@@ -191,51 +191,6 @@ void CopyMetadata(int from, int to, const std::string& path)
     RequireCall(CopyAttributes(from, to) && fchmod(to, status.st_mode & kMode) == 0, path);
 }
 
-std::string UnguessableName(const std::string& path)
-{
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::array<unsigned char, 16> bytes{};
-    RequireCall(getrandom(bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()), path);
-    std::string name = ".zu";
-    for (const unsigned byte : bytes) {
-        name.push_back(kDigits[byte >> 4u]);
-        name.push_back(kDigits[byte & 0xFu]);
-    }
-    return name + ".tmp";
-}
-
-/// A new file in a folder; it goes again unless it becomes the target.
-class Temporary {
-public:
-    Temporary(int folder, mode_t mode, const std::string& path) : m_folder(folder), m_name(UnguessableName(path))
-    {
-        m_file =
-            OwnedDescriptor(openat(folder, m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-        RequireCall(m_file.IsOpen(), path);
-    }
-    ~Temporary()
-    {
-        if (!m_isInPlace) {
-            unlinkat(m_folder, m_name.c_str(), 0);
-        }
-    }
-    Temporary(const Temporary&) = delete;
-    Temporary& operator=(const Temporary&) = delete;
-
-    [[nodiscard]] int Get() const noexcept { return m_file.Get(); }
-    [[nodiscard]] bool MoveTo(const std::string& name)
-    {
-        m_isInPlace = renameat(m_folder, m_name.c_str(), m_folder, name.c_str()) == 0;
-        return m_isInPlace;
-    }
-
-private:
-    int m_folder;
-    std::string m_name;
-    OwnedDescriptor m_file;
-    bool m_isInPlace = false;
-};
-
 /// Puts the bytes in place. `check` runs last before the renaming, and may refuse it by throwing.
 template <class Handles, class Check>
 void Put(const Handles& handles, std::string_view bytes, const std::string& path, Check check)
@@ -245,14 +200,14 @@ void Put(const Handles& handles, std::string_view bytes, const std::string& path
     // Opened before anything changes: afterwards only the flush itself can fail. A folder that may not be read cannot
     // be flushed.
     const OwnedDescriptor flushed(openat(handles.folder.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    Temporary temporary(handles.folder.Get(), handles.file.IsOpen() ? kOwnerAlone : kWhatTheUmaskLeaves, path);
-    RequireCall(WriteAll(temporary.Get(), bytes.data(), bytes.size()), path);
+    NewFile file(handles.folder.Get(), handles.file.IsOpen() ? kOwnerAlone : kWhatTheUmaskLeaves);
+    RequireCall(file.IsOpen() && WriteAll(file.Get(), bytes.data(), bytes.size()), path);
     if (handles.file.IsOpen()) {
-        CopyMetadata(handles.file.Get(), temporary.Get(), path);
+        CopyMetadata(handles.file.Get(), file.Get(), path);
     }
-    RequireCall(fsync(temporary.Get()) == 0, path);
+    RequireCall(fsync(file.Get()) == 0, path);
     check();
-    RequireCall(temporary.MoveTo(handles.name), path);
+    RequireCall(file.Replace(handles.name), path);
     if (flushed.IsOpen() && fsync(flushed.Get()) != 0 && errno != EINVAL) {
         throw Failure(ExitCode::Written, path, "was written, but its folder could not be flushed");
     }
@@ -269,7 +224,7 @@ LockedFile::LockedFile(const std::string& path, std::chrono::milliseconds patien
         Open(path, *m_handles);
         RequireCall(m_handles->file.IsOpen(), path);
         // Whoever held the lock before may have put a new file in this one's place.
-        if (TryLock(m_handles->file, path) && IsSameFile(*m_handles)) {
+        if (TryLock(m_handles->file, path) && IsSameFile(*m_handles, path)) {
             return;
         }
         if (std::chrono::steady_clock::now() >= end) {
@@ -301,7 +256,7 @@ void LockedFile::Replace(std::string_view bytes, const std::string* expected)
 {
     Put(*m_handles, bytes, m_path, [&] {
         const bool isAsExpected =
-            expected == nullptr || (IsSameFile(*m_handles) && ReadFrom(m_handles->file, m_path) == *expected);
+            expected == nullptr || (IsSameFile(*m_handles, m_path) && ReadFrom(m_handles->file, m_path) == *expected);
         if (!isAsExpected) {
             throw Failure(ExitCode::Changed, m_path,
                           "something else changed it in the meantime; it was not "
