@@ -61,6 +61,7 @@ protected:
             m_messages = passed.run.messages;
             m_namesAfter = Folder().Names();
             m_callCount = static_cast<int>(passed.calls.size());
+            m_beforeTheFile = CallsBeforeTheFile();
         } catch (const std::system_error& error) {
             GTEST_SKIP() << error.what();
         }
@@ -86,6 +87,17 @@ protected:
     [[nodiscard]] FaultyRun Run(const CallFault& fault) const
     {
         return RunToolWith(fault, {Folder().Folder(), {}}, GetParam().arguments);
+    }
+
+    /// How many calls a run makes, at least, before it opens its file: those that load the program.
+    [[nodiscard]] int CallsBeforeTheFile() const
+    {
+        constexpr int kCallsOfAMessage = 4;
+        std::vector<std::string> arguments = GetParam().arguments;
+        arguments[1] = "missing.xml";
+        const FaultyRun missing = RunToolWith({}, {Folder().Folder(), {}}, arguments);
+        EXPECT_NE(missing.run.exitCode, 0);
+        return std::max(0, static_cast<int>(missing.calls.size()) - kCallsOfAMessage);
     }
 
     [[nodiscard]] std::string File() const { return Bytes(std::filesystem::path(GetParam().file).u16string()); }
@@ -126,16 +138,22 @@ protected:
             EXPECT_EQ(outcome.run.messages, m_messages);
         }
         ExpectWholeBackup();
+        if (outcome.failedCall == "renameat2" && fault.error == EINVAL && !fault.forEver) {
+            EXPECT_EQ(code, 0) << "there is another way to give a name";
+        }
         if (!fault.forEver) {
             EXPECT_EQ(outcome.run.messages.empty(), code == 0) << testing::PrintToString(outcome.run);
             EXPECT_EQ(Names(true), isWritten ? m_namesAfter : m_namesBefore);
         }
     }
 
-    void FailEachCall(int error, bool forEver, int stride)
+    /// scripts/torture begins with the first call, and a run of all tests with the first that follows the loading.
+    [[nodiscard]] int FirstCall() const { return FaultStride(2) == 1 ? 0 : m_beforeTheFile; }
+
+    void FailEachCall(int error, bool forEver)
     {
         int failures = 0;
-        for (int call = 0; !HasFailure(); call += stride) {
+        for (int call = FirstCall(); !HasFailure(); ++call) {
             ASSERT_LT(call, kMostCalls) << "it never passed";
             const CallFault fault{.call = call, .error = error, .forEver = forEver};
             Prepare();
@@ -146,7 +164,7 @@ protected:
             failures += outcome.run.exitCode == 0 ? 0 : 1;
             if (outcome.failedCall.empty()) {
                 EXPECT_EQ(outcome.run.exitCode, 0);
-                EXPECT_GT(call + stride, m_callCount);
+                EXPECT_GE(call, m_callCount);
                 break;
             }
         }
@@ -163,31 +181,32 @@ private:
     std::string m_new;
     std::string m_messages;
     int m_callCount = 0;
+    int m_beforeTheFile = 0;
 };
 
 TEST_P(FailingCalls, Once_IsReportedAndLeavesTheOldFileOrTheNewOne)
 {
-    for (const int error : {EIO, ENOSPC, EINVAL}) {
-        FailEachCall(error, false, 1);
+    for (const int error : {EIO, EINVAL}) {
+        FailEachCall(error, false);
         EXPECT_GT(m_failures, 10);
     }
 }
 
 TEST_P(FailingCalls, FromThenOn_IsReportedAndLeavesTheOldFileOrTheNewOne)
 {
-    FailEachCall(EIO, true, 1);
+    FailEachCall(EIO, true);
     EXPECT_GT(m_failures, 10);
 }
 
 TEST_P(FailingCalls, ASignalDuringACall_IsReportedOrChangesNothing)
 {
-    FailEachCall(EINTR, false, 1);
+    FailEachCall(EINTR, false);
 }
 
 TEST_P(FailingCalls, KilledAtAnyCall_LeavesTheOldFileOrTheNewOneAndNoPartOfABackup)
 {
     std::set<std::string> left;
-    for (int call = 0; !HasFailure(); ++call) {
+    for (int call = FirstCall(); !HasFailure(); ++call) {
         ASSERT_LT(call, kMostCalls) << "it never passed";
         Prepare();
         const FaultyRun outcome = Run({.call = call, .kills = true});

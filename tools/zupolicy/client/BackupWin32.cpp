@@ -92,12 +92,11 @@ bool CopyBytes(HANDLE from, HANDLE to)
 /// A copy beside the backup, under a name that nobody can guess; it goes again unless it becomes the backup.
 class Copy {
 public:
-    explicit Copy(const std::string& backup) : m_name(UnguessableName())
+    explicit Copy(const std::string& backup) : m_name(TemporaryBeside(Wide(backup)))
     {
         if (m_name.empty()) {
             FailToWrite(backup);
         }
-        m_name.insert(0, FolderOf(Wide(backup)));
     }
     ~Copy()
     {

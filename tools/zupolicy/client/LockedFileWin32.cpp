@@ -116,9 +116,9 @@ std::vector<std::byte> AccessListOf(const std::wstring& file, const std::string&
 /// A path for a temporary file beside the target.
 std::wstring PathBeside(const std::wstring& target, const std::string& path)
 {
-    const std::wstring name = UnguessableName();
-    RequireCall(!name.empty(), path);
-    return FolderOf(target) + name;
+    std::wstring beside = TemporaryBeside(target);
+    RequireCall(!beside.empty(), path);
+    return beside;
 }
 
 /// The new bytes beside the target; the file goes again unless it becomes the target.

@@ -5,10 +5,11 @@
 
 namespace zupm::tool {
 
-/// The name of a temporary file, which nobody can guess; empty when the system has no random bytes.
-[[nodiscard]] std::wstring UnguessableName();
+// Both are empty, with the thread's last error, when the system has no random bytes.
 
-/// The path up to its last separator, which is included; empty for a name alone.
-[[nodiscard]] std::wstring FolderOf(const std::wstring& path);
+/// 32 hexadecimal digits that nobody can guess.
+[[nodiscard]] std::wstring UnguessableDigits();
+/// A path with such digits for a temporary file beside another file.
+[[nodiscard]] std::wstring TemporaryBeside(const std::wstring& file);
 
 }  // namespace zupm::tool

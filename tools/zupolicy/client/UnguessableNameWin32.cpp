@@ -9,7 +9,7 @@
 
 namespace zupm::tool {
 
-std::wstring UnguessableName()
+std::wstring UnguessableDigits()
 {
     constexpr std::wstring_view kDigits = L"0123456789abcdef";
     std::array<unsigned char, 16> bytes{};
@@ -17,18 +17,20 @@ std::wstring UnguessableName()
         SetLastError(ERROR_GEN_FAILURE);
         return {};
     }
-    std::wstring name = L".zu";
+    std::wstring digits;
     for (const unsigned byte : bytes) {
-        name.push_back(kDigits[byte >> 4u]);
-        name.push_back(kDigits[byte & 0xFu]);
+        digits.push_back(kDigits[byte >> 4u]);
+        digits.push_back(kDigits[byte & 0xFu]);
     }
-    return name + L".tmp";
+    return digits;
 }
 
-std::wstring FolderOf(const std::wstring& path)
+std::wstring TemporaryBeside(const std::wstring& file)
 {
-    const std::size_t end = path.find_last_of(L"/\\");
-    return end == path.npos ? std::wstring() : path.substr(0, end + 1);
+    const std::wstring digits = UnguessableDigits();
+    const std::size_t end = file.find_last_of(L"/\\");
+    const std::wstring folder = end == file.npos ? std::wstring() : file.substr(0, end + 1);
+    return digits.empty() ? std::wstring() : folder + L".zu" + digits + L".tmp";
 }
 
 }  // namespace zupm::tool
