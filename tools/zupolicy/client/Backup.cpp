@@ -57,6 +57,11 @@ void ForEachName(const std::string& file, const std::string& suffix, std::error_
     }
 }
 
+[[noreturn]] void FailToList(const std::string& file, const std::error_code& error)
+{
+    throw Failure(ExitCode::FileError, file, "its folder cannot be read: " + error.message());
+}
+
 }  // namespace
 
 std::string BackupName(const std::string& file, const std::string& suffix, std::uint32_t number)
@@ -67,9 +72,13 @@ std::string BackupName(const std::string& file, const std::string& suffix, std::
 std::uint32_t NextBackupNumber(const std::string& file, const std::string& suffix)
 {
     std::uint32_t next = 0;
-    std::error_code ignored;
-    ForEachName(file, suffix, ignored,
+    std::error_code error;
+    ForEachName(file, suffix, error,
                 [&](const auto& /*entry*/, std::uint32_t number) { next = std::max(next, number + 1); });
+    // Who may write into a folder need not be allowed to read it. Any other failure may hide the newest backup.
+    if (error && error != std::errc::permission_denied) {
+        FailToList(file, error);
+    }
     return next;
 }
 
@@ -96,7 +105,7 @@ std::vector<BackupFile> BackupsOf(const std::string& file, const std::string& su
         backups.push_back(std::move(backup));
     });
     if (error) {
-        throw Failure(ExitCode::FileError, file, "its folder cannot be read: " + error.message());
+        FailToList(file, error);
     }
     std::ranges::sort(backups, std::ranges::greater(), &BackupFile::number);
     return backups;

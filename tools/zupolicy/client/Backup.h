@@ -11,7 +11,8 @@ namespace zupm::tool {
 /// Copies the bytes of a file into a new file beside it, flushed to the disk, with the rights (natively also the owner)
 /// of the original. The name is the file's with the suffix; when the folder has such a name already, a number follows,
 /// one more than the largest in use. So the newest backup has the largest number. Whatever exists already stays as it
-/// is, and a link of that name is not followed. Returns the name. Throws Failure (FileError), with nothing left.
+/// is, and a link of that name is not followed. The copy gets its name when it is complete, so a process that is killed
+/// leaves no part of a backup. Returns the name. Throws Failure (FileError), with nothing left.
 [[nodiscard]] std::string WriteBackup(const std::string& file, const std::string& suffix);
 
 /// Throws what WriteBackup would throw for a name that the system does not take. Nothing is created.

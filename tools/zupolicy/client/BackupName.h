@@ -13,7 +13,8 @@ namespace zupm::tool {
 /// The name of a backup: the file's with the suffix, and the number unless it is 0.
 [[nodiscard]] std::string BackupName(const std::string& file, const std::string& suffix, std::uint32_t number);
 
-/// The number of the next backup: one more than the largest in use. When the folder cannot be read, 0.
+/// The number of the next backup: one more than the largest in use. In a folder that the caller may not read, 0. Throws
+/// Failure (FileError).
 [[nodiscard]] std::uint32_t NextBackupNumber(const std::string& file, const std::string& suffix);
 
 inline constexpr std::uint32_t kLargestBackupNumber = 999'999'999;

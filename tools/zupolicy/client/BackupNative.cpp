@@ -16,6 +16,7 @@
 #include "tools/zupolicy/client/Backup.h"
 #include "tools/zupolicy/client/BackupName.h"
 #include "tools/zupolicy/client/NativeDescriptor.h"
+#include "tools/zupolicy/client/NewFileNative.h"
 #include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
@@ -43,20 +44,12 @@ OwnedDescriptor OpenOriginal(const std::string& file)
     return opened;
 }
 
-/// A new file that only its owner may read as long as it is not complete; nothing when the name is taken.
-std::optional<std::pair<std::string, OwnedDescriptor>> CreateBackup(const std::string& name)
+/// The folder that the backups of a file are in.
+OwnedDescriptor OpenFolderOf(const std::filesystem::path& file)
 {
-    // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own
-    OwnedDescriptor created(
-        open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    // NOLINTEND(cppcoreguidelines-pro-type-vararg)
-    if (created.Get() >= 0) {
-        return std::pair(name, std::move(created));
-    }
-    if (errno != EEXIST) {
-        Fail("the backup " + name + " cannot be written");
-    }
-    return std::nullopt;
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own
+    return OwnedDescriptor(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 bool CopyBytes(int from, int to)
@@ -77,17 +70,24 @@ bool CopyBytes(int from, int to)
     }
 }
 
+constexpr const char* kListOfRights = "system.posix_acl_access";
+
+/// The new file may have inherited a list from its folder, which lets others in.
+bool RemoveAccessList(int file)
+{
+    return fremovexattr(file, kListOfRights) == 0 || errno == ENODATA || errno == ENOTSUP;
+}
+
 /// The list of rights, which may give less than the mode does. A file system without such lists has none to copy.
 bool CopyAccessList(int from, int to)
 {
-    constexpr const char* kName = "system.posix_acl_access";
-    const ssize_t size = fgetxattr(from, kName, nullptr, 0);
+    const ssize_t size = fgetxattr(from, kListOfRights, nullptr, 0);
     if (size < 0) {
         return errno == ENODATA || errno == ENOTSUP;
     }
     std::vector<char> list(static_cast<std::size_t>(size));
-    const ssize_t got = fgetxattr(from, kName, list.data(), list.size());
-    return got == size && fsetxattr(to, kName, list.data(), list.size(), 0) == 0;
+    const ssize_t got = fgetxattr(from, kListOfRights, list.data(), list.size());
+    return got == size && fsetxattr(to, kListOfRights, list.data(), list.size(), 0) == 0;
 }
 
 /// Owner first: giving a file away may clear bits of its mode.
@@ -99,21 +99,29 @@ bool CopyRights(int from, const struct stat& status, int to)
         return false;
     }
     const bool hasOwner = created.st_uid == status.st_uid && created.st_gid == status.st_gid;
-    return (hasOwner || fchown(to, status.st_uid, status.st_gid) == 0) && fchmod(to, status.st_mode & kMode) == 0 &&
-           CopyAccessList(from, to);
+    return (hasOwner || fchown(to, status.st_uid, status.st_gid) == 0) && RemoveAccessList(to) &&
+           fchmod(to, status.st_mode & kMode) == 0 && CopyAccessList(from, to);
 }
 
-void Fill(int from, const std::pair<std::string, OwnedDescriptor>& backup)
+/// Only its owner may read the copy as long as it is not complete. `backup` is what it is to be called.
+void Fill(int from, const NewFile& copy, const std::string& backup)
 {
-    const int to = backup.second.Get();
     struct stat status {};
-    Require(fstat(from, &status) == 0, backup.first);
+    Require(copy.IsOpen() && fstat(from, &status) == 0, backup);
     if (!S_ISREG(status.st_mode)) {
-        throw Failure(ExitCode::FileError, "the backup " + backup.first + " cannot be written: not a regular file");
+        throw Failure(ExitCode::FileError, "the backup " + backup + " cannot be written: not a regular file");
     }
-    Require(CopyBytes(from, to), backup.first);
-    Require(CopyRights(from, status, to), backup.first);
-    Require(fsync(to) == 0, backup.first);
+    Require(CopyBytes(from, copy.Get()), backup);
+    Require(CopyRights(from, status, copy.Get()), backup);
+    Require(fsync(copy.Get()) == 0, backup);
+}
+
+/// The name of the backup; nothing when it is taken.
+std::optional<std::string> Named(NewFile& copy, const std::string& backup)
+{
+    const bool isNamed = copy.TakeFreeName(std::filesystem::path(backup).filename());
+    Require(isNamed || errno == EEXIST, backup);
+    return isNamed ? std::optional(backup) : std::nullopt;
 }
 
 }  // namespace
@@ -121,14 +129,16 @@ void Fill(int from, const std::pair<std::string, OwnedDescriptor>& backup)
 std::string WriteBackup(const std::string& file, const std::string& suffix)
 {
     const OwnedDescriptor original = OpenOriginal(file);
-    const auto backup = CreateUnderFreeName(file, suffix, CreateBackup);
-    try {
-        Fill(original.Get(), backup);
-    } catch (...) {
-        RemoveBackup(backup.first);
-        throw;
-    }
-    return backup.first;
+    const OwnedDescriptor folder = OpenFolderOf(file);
+    std::optional<NewFile> copy;
+    return CreateUnderFreeName(file, suffix, [&](const std::string& backup) {
+        if (!copy) {
+            Require(folder.IsOpen(), backup);
+            copy.emplace(folder.Get(), S_IRUSR | S_IWUSR);
+            Fill(original.Get(), *copy, backup);
+        }
+        return Named(*copy, backup);
+    });
 }
 
 void RemoveBackup(const std::string& backup) noexcept

@@ -13,6 +13,7 @@
 
 #include "tools/zupolicy/client/Backup.h"
 #include "tools/zupolicy/client/BackupName.h"
+#include "tools/zupolicy/client/UnguessableName.h"
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/client/WindowsHandle.h"
 
@@ -57,31 +58,12 @@ private:
     SECURITY_ATTRIBUTES m_attributes{};
 };
 
-using NewFile = std::pair<std::string, OwnedHandle>;
-
 /// A colon would name a stream of the original, and the other characters stand for something else too.
 void RequireSuffix(const std::string& backup, const std::string& file)
 {
     if (backup.find_first_of("<>:\"|?*", file.size()) != backup.npos) {
         throw Failure(ExitCode::FileError, "the backup " + backup + " cannot be written: the name is not possible");
     }
-}
-
-/// Nothing when the name is taken; a link counts as taken.
-std::optional<NewFile> CreateBackup(const std::string& name, SECURITY_ATTRIBUTES* rights)
-{
-    OwnedHandle created(CreateFileW(Wide(name).c_str(), GENERIC_WRITE, 0, rights, CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    if (created.IsOpen()) {
-        return NewFile(name, std::move(created));
-    }
-    const DWORD error = GetLastError();
-    const bool isTaken = GetFileAttributesW(Wide(name).c_str()) != INVALID_FILE_ATTRIBUTES;
-    if (error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS && !isTaken) {
-        SetLastError(error);
-        Fail("the backup " + name + " cannot be written");
-    }
-    return std::nullopt;
 }
 
 bool CopyBytes(HANDLE from, HANDLE to)
@@ -102,6 +84,65 @@ bool CopyBytes(HANDLE from, HANDLE to)
     }
 }
 
+[[noreturn]] void FailToWrite(const std::string& backup)
+{
+    Fail("the backup " + backup + " cannot be written");
+}
+
+/// A copy beside the backup, under a name that nobody can guess; it goes again unless it becomes the backup.
+class Copy {
+public:
+    explicit Copy(const std::string& backup) : m_name(TemporaryBeside(Wide(backup)))
+    {
+        if (m_name.empty()) {
+            FailToWrite(backup);
+        }
+    }
+    ~Copy()
+    {
+        if (m_exists) {
+            DeleteFileW(m_name.c_str());
+        }
+    }
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+
+    /// Writes the bytes of a file.
+    [[nodiscard]] bool Fill(HANDLE from, SECURITY_ATTRIBUTES* rights)
+    {
+        const OwnedHandle created(
+            CreateFileW(m_name.c_str(), GENERIC_WRITE, 0, rights, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+        m_exists = created.IsOpen();
+        return m_exists && CopyBytes(from, created.Get()) && FlushFileBuffers(created.Get()) != 0;
+    }
+    /// Fails when the name is taken; a link counts as taken.
+    [[nodiscard]] bool TakeFreeName(const std::wstring& name)
+    {
+        m_exists = MoveFileExW(m_name.c_str(), name.c_str(), MOVEFILE_WRITE_THROUGH) == 0;
+        return !m_exists;
+    }
+
+private:
+    std::wstring m_name;
+    bool m_exists = false;
+};
+
+/// The name of the backup; nothing when it is taken.
+std::optional<std::string> Named(Copy& copy, const std::string& backup)
+{
+    const std::wstring name = Wide(backup);
+    if (copy.TakeFreeName(name)) {
+        return backup;
+    }
+    const DWORD error = GetLastError();
+    const bool isTaken = GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES;
+    if (error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS && !isTaken) {
+        SetLastError(error);
+        FailToWrite(backup);
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::string WriteBackup(const std::string& file, const std::string& suffix)
@@ -109,21 +150,16 @@ std::string WriteBackup(const std::string& file, const std::string& suffix)
     RequireSuffix(file + suffix, file);
     const OwnedHandle original = OpenOriginal(file);
     Rights rights(original.Get());
-    std::string name;
-    bool isComplete = false;
-    {
-        const NewFile backup = CreateUnderFreeName(
-            file, suffix, [&](const std::string& candidate) { return CreateBackup(candidate, rights.Get()); });
-        name = backup.first;
-        isComplete = CopyBytes(original.Get(), backup.second.Get()) && FlushFileBuffers(backup.second.Get()) != 0;
-    }
-    if (!isComplete) {
-        const DWORD error = GetLastError();
-        RemoveBackup(name);
-        SetLastError(error);
-        Fail("the backup " + name + " cannot be written");
-    }
-    return name;
+    std::optional<Copy> copy;
+    return CreateUnderFreeName(file, suffix, [&](const std::string& backup) {
+        if (!copy) {
+            copy.emplace(backup);
+            if (!copy->Fill(original.Get(), rights.Get())) {
+                FailToWrite(backup);
+            }
+        }
+        return Named(*copy, backup);
+    });
 }
 
 void RemoveBackup(const std::string& backup) noexcept

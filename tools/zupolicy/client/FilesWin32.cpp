@@ -1,30 +1,21 @@
 #include <windows.h>
 
-#include <bcrypt.h>
-
-#include <array>
 #include <string>
 #include <system_error>
 
 #include "tools/zupolicy/client/Files.h"
+#include "tools/zupolicy/client/UnguessableName.h"
 
 namespace zupm::tool {
 namespace {
 
 std::wstring UnguessableName()
 {
-    std::array<unsigned char, 16> random{};
-    if (BCryptGenRandom(nullptr, random.data(), static_cast<ULONG>(random.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG) <
-        0) {
+    const std::wstring digits = UnguessableDigits();
+    if (digits.empty()) {
         throw std::system_error(std::make_error_code(std::errc::io_error));
     }
-    constexpr wchar_t kDigits[] = L"0123456789abcdef";
-    std::wstring name = L"zupolicy-";
-    for (const unsigned char byte : random) {
-        name += kDigits[byte >> 4U];
-        name += kDigits[byte & 15U];
-    }
-    return name;
+    return L"zupolicy-" + digits;
 }
 
 }  // namespace

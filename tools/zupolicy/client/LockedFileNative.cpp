@@ -1,13 +1,11 @@
 #include "tools/zupolicy/client/LockedFile.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
@@ -18,6 +16,7 @@
 
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/NativeDescriptor.h"
+#include "tools/zupolicy/client/NewFileNative.h"
 
 namespace zupm::tool {
 
@@ -164,51 +163,6 @@ void CopyMetadata(int from, int to, const std::string& path)
     RequireCall(CopyAttributes(from, to) && fchmod(to, status.st_mode & kMode) == 0, path);
 }
 
-std::string UnguessableName(const std::string& path)
-{
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::array<unsigned char, 16> bytes{};
-    RequireCall(getrandom(bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()), path);
-    std::string name = ".zu";
-    for (const unsigned byte : bytes) {
-        name.push_back(kDigits[byte >> 4u]);
-        name.push_back(kDigits[byte & 0xFu]);
-    }
-    return name + ".tmp";
-}
-
-/// A new file in a folder; it goes again unless it becomes the target.
-class Temporary {
-public:
-    Temporary(int folder, mode_t mode, const std::string& path) : m_folder(folder), m_name(UnguessableName(path))
-    {
-        m_file =
-            OwnedDescriptor(openat(folder, m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-        RequireCall(m_file.IsOpen(), path);
-    }
-    ~Temporary()
-    {
-        if (!m_isInPlace) {
-            unlinkat(m_folder, m_name.c_str(), 0);
-        }
-    }
-    Temporary(const Temporary&) = delete;
-    Temporary& operator=(const Temporary&) = delete;
-
-    [[nodiscard]] int Get() const noexcept { return m_file.Get(); }
-    [[nodiscard]] bool MoveTo(const std::string& name)
-    {
-        m_isInPlace = renameat(m_folder, m_name.c_str(), m_folder, name.c_str()) == 0;
-        return m_isInPlace;
-    }
-
-private:
-    int m_folder;
-    std::string m_name;
-    OwnedDescriptor m_file;
-    bool m_isInPlace = false;
-};
-
 /// Puts the bytes in place. `check` runs last before the renaming, and may refuse it by throwing.
 template <class Handles, class Check>
 void Put(const Handles& handles, std::string_view bytes, const std::string& path, Check check)
@@ -218,14 +172,14 @@ void Put(const Handles& handles, std::string_view bytes, const std::string& path
     // Opened before anything changes: afterwards only the flush itself can fail. A folder that may not be read cannot
     // be flushed.
     const OwnedDescriptor flushed(openat(handles.folder.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    Temporary temporary(handles.folder.Get(), handles.file.IsOpen() ? kOwnerAlone : kWhatTheUmaskLeaves, path);
-    RequireCall(WriteAll(temporary.Get(), bytes.data(), bytes.size()), path);
+    NewFile file(handles.folder.Get(), handles.file.IsOpen() ? kOwnerAlone : kWhatTheUmaskLeaves);
+    RequireCall(file.IsOpen() && WriteAll(file.Get(), bytes.data(), bytes.size()), path);
     if (handles.file.IsOpen()) {
-        CopyMetadata(handles.file.Get(), temporary.Get(), path);
+        CopyMetadata(handles.file.Get(), file.Get(), path);
     }
-    RequireCall(fsync(temporary.Get()) == 0, path);
+    RequireCall(fsync(file.Get()) == 0, path);
     check();
-    RequireCall(temporary.MoveTo(handles.name), path);
+    RequireCall(file.Replace(handles.name), path);
     if (flushed.IsOpen() && fsync(flushed.Get()) != 0 && errno != EINVAL) {
         throw Failure(ExitCode::Written, path, "was written, but its folder could not be flushed");
     }
@@ -253,9 +207,10 @@ bool LockedFile::IsInPlace() const
 {
     struct stat opened {};
     struct stat named {};
-    return fstat(m_handles->file.Get(), &opened) == 0 &&
-           fstatat(m_handles->folder.Get(), m_handles->name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+    RequireCall(fstat(m_handles->file.Get(), &opened) == 0, m_path);
+    const bool isNamed = fstatat(m_handles->folder.Get(), m_handles->name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0;
+    RequireCall(isNamed || errno == ENOENT, m_path);
+    return isNamed && opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 std::string LockedFile::Read() const

@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-#include <bcrypt.h>
-
-#include <array>
 #include <cstddef>
 #include <cstring>
 #include <optional>
@@ -14,6 +11,7 @@
 #include <vector>
 
 #include "tools/zupolicy/client/Failure.h"
+#include "tools/zupolicy/client/UnguessableName.h"
 #include "tools/zupolicy/client/WindowsHandle.h"
 
 namespace zupm::tool {
@@ -87,32 +85,19 @@ std::vector<std::byte> AccessListOf(const std::wstring& file, const std::string&
     }
 }
 
-std::wstring UnguessableName(const std::string& path)
+/// A path for a temporary file beside the target.
+std::wstring PathBeside(const std::wstring& target, const std::string& path)
 {
-    constexpr std::wstring_view kDigits = L"0123456789abcdef";
-    std::array<unsigned char, 16> bytes{};
-    if (BCryptGenRandom(nullptr, bytes.data(), static_cast<ULONG>(bytes.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG) < 0) {
-        Refuse(path, ERROR_GEN_FAILURE);
-    }
-    std::wstring name = L".zu";
-    for (const unsigned byte : bytes) {
-        name.push_back(kDigits[byte >> 4u]);
-        name.push_back(kDigits[byte & 0xFu]);
-    }
-    return name + L".tmp";
-}
-
-std::wstring FolderOf(const std::wstring& path)
-{
-    const std::size_t end = path.find_last_of(L"/\\");
-    return end == path.npos ? std::wstring() : path.substr(0, end + 1);
+    std::wstring beside = TemporaryBeside(target);
+    RequireCall(!beside.empty(), path);
+    return beside;
 }
 
 /// The new bytes beside the target; the file goes again unless it becomes the target.
 class Temporary {
 public:
     Temporary(const std::wstring& target, bool exists, std::string_view bytes, const std::string& path)
-        : m_name(FolderOf(target) + UnguessableName(path))
+        : m_name(PathBeside(target, path))
     {
         std::vector<std::byte> rights = exists ? AccessListOf(target, path) : std::vector<std::byte>();
         SECURITY_ATTRIBUTES attributes{sizeof(SECURITY_ATTRIBUTES), rights.data(), FALSE};
@@ -241,7 +226,7 @@ std::string LockedFile::Read() const
 void LockedFile::Rehearse() const
 {
     // A file that vanishes with its handle: whether the folder takes one.
-    const std::wstring name = FolderOf(m_handles->path) + UnguessableName(m_path);
+    const std::wstring name = PathBeside(m_handles->path, m_path);
     const OwnedHandle created(CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
                                           FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     RequireCall(created.IsOpen(), m_path);
