@@ -266,5 +266,15 @@ TEST_F(NativeTerminal, LongRuns_ShowTheirProgressThere)
     EXPECT_THAT(OnTerminal(apply + "-q; true"), Not(HasSubstr("of 2")));
 }
 
+TEST_F(NativeTerminal, LongRunsThatOnlyRead_ShowTheirProgressThere)
+{
+    for (const std::string command : {"check --jobs 1", "query", "report"}) {
+        const std::string run = "(sleep 1.3; cat policy.xml) | $TOOL " + command + " policy.xml - > report";
+        EXPECT_THAT(OnTerminal(run + "; true"), HasSubstr("1 of 2 files\r            \r")) << command;
+        EXPECT_THAT(OnTerminal(run + " 2> messages; true"), Not(HasSubstr("of 2"))) << command;
+        EXPECT_THAT(Bytes(u"messages"), Not(HasSubstr("of 2"))) << command;
+    }
+}
+
 }  // namespace
 }  // namespace zupm::test

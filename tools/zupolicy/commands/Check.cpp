@@ -7,6 +7,7 @@
 
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
+#include "tools/zupolicy/commands/ManyFiles.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/commands/RulesOption.h"
@@ -24,6 +25,7 @@ struct CheckOptions {
     bool verbose = false;
     bool strict = false;
     bool json = false;
+    unsigned jobs = ReadingJobs();
 };
 
 /// What the component notices about a file; with `counts` also these, which take a reading of its own.
@@ -76,7 +78,6 @@ bool Passes(const CheckReport& report, const CheckOptions& options)
     return !report.sound->problems || std::ranges::none_of(*report.sound->problems, isBad);
 }
 
-// Each report is printed and dropped before the next file is read.
 ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
     const Demands demands{RulesFor(options.rules, options.files), Redaction(options.hidden)};
@@ -86,8 +87,11 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
         json.Key("files").BeginArray();
     }
     bool allPass = true;
-    for (const std::string& path : options.files) {
-        const CheckReport report = ReportOf(path, options.verbose || options.json, demands);
+    const auto check = [&](const std::string& path) {
+        const zupm::Runtime runtime;
+        return ReportOf(path, options.verbose || options.json, demands);
+    };
+    const auto print = [&](const CheckReport& report) {
         allPass = Passes(report, options) && allPass;
         PrintReport(streams.messages, report);
         if (options.verbose && report.sound) {
@@ -96,7 +100,8 @@ ExitCode RunCheck(const CheckOptions& options, Streams streams)
         if (options.json) {
             WriteReportAsJson(json, report);
         }
-    }
+    };
+    ForEachFile(options.files, options.jobs, streams, false, check, print);
     if (options.json) {
         json.EndArray();
         json.EndObject();
@@ -113,6 +118,7 @@ Action DeclareCheck(CLI::App& line)
     line.add_flag("-v,--verbose", options->verbose, "Print counts for each sound file");
     line.add_flag("--strict", options->strict, "Fail on warnings, too");
     AddJson(line, options->json);
+    AddJobs(line, options->jobs, "How many files to check at a time (default: the processors, at most 8)");
     return [options](Streams streams) { return RunCheck(*options, streams); };
 }
 

@@ -9,11 +9,9 @@
 #include <utility>
 
 #include "tools/zupolicy/client/Interrupt.h"
-#include "tools/zupolicy/client/Terminal.h"
 #include "tools/zupolicy/commands/ApplyToFile.h"
-#include "tools/zupolicy/commands/InOrder.h"
+#include "tools/zupolicy/commands/ManyFiles.h"
 #include "tools/zupolicy/report/Colour.h"
-#include "tools/zupolicy/report/Progress.h"
 
 namespace zupm::tool {
 namespace {
@@ -64,24 +62,21 @@ ExitCode EditFiles(const FilesOptions& options, Edits edits, Streams streams)
     const ApplyTask task = TaskOf(options, std::move(edits));
     const Interrupt interrupt;
     std::atomic<bool> hasFailed = false;
-    const auto apply = [&](std::size_t number) {
+    const auto apply = [&](const std::string& path) {
         if (Interrupt::IsAsked() || (hasFailed && !options.keepGoing)) {
-            return ApplyResult{options.files[number], ApplyResult::State::NotDone, 0, {}, {}, {}, {}};
+            return ApplyResult{path, ApplyResult::State::NotDone, 0, {}, {}, {}, {}};
         }
         const zupm::Runtime runtime;
-        ApplyResult result = ApplyToFile(options.files[number], task);
+        ApplyResult result = ApplyToFile(path, task);
         hasFailed = hasFailed || result.problem;
         return result;
     };
     bool isCutShort = false;
-    {
-        Progress progress(streams, options.files.size(), !options.quiet && IsTerminal(StandardStream::Error));
-        const auto print = [&](std::size_t /*number*/, const ApplyResult& result) {
-            isCutShort = isCutShort || result.state == ApplyResult::State::NotDone;
-            progress.Step([&] { report.Add(result); });
-        };
-        InOrder(options.files.size(), options.jobs, apply, print).Run();
-    }
+    const auto print = [&](const ApplyResult& result) {
+        isCutShort = isCutShort || result.state == ApplyResult::State::NotDone;
+        report.Add(result);
+    };
+    ForEachFile(options.files, options.jobs, streams, options.quiet, apply, print);
     report.End();
     streams.data.flush();
     if (!streams.data && report.HasWritten()) {

@@ -1,11 +1,9 @@
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <memory>
-#include <thread>
 
 #include "tools/zupolicy/commands/Commands.h"
-#include "tools/zupolicy/commands/InOrder.h"
+#include "tools/zupolicy/commands/ManyFiles.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadFile.h"
@@ -24,7 +22,7 @@ struct QueryOptions {
     bool json = false;
     bool table = false;
     bool count = false;
-    unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+    unsigned jobs = ReadingJobs();
 };
 
 /// What a thread keeps from file to file.
@@ -69,13 +67,13 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
     bool hasMatch = false;
     bool hasProblem = false;
     const Redaction redaction(options.hidden);
-    const auto search = [&, reader = std::shared_ptr<Reader>()](std::size_t number) mutable {
+    const auto search = [&, reader = std::shared_ptr<Reader>()](const std::string& path) mutable {
         if (!reader) {
             reader = std::make_shared<Reader>();
         }
-        return ResultOf(options.files[number], *reader, options.patterns, redaction);
+        return ResultOf(path, *reader, options.patterns, redaction);
     };
-    const auto print = [&](std::size_t /*number*/, const QueryResult& result) {
+    const auto print = [&](const QueryResult& result) {
         hasMatch = hasMatch || !result.matches.empty();
         hasProblem = hasProblem || result.problem;
         report->Add(result);
@@ -84,7 +82,7 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
             PrintExcerpt(streams.messages, *result.problem);
         }
     };
-    InOrder(options.files.size(), options.jobs, search, print).Run();
+    ForEachFile(options.files, options.jobs, streams, false, search, print);
     report->End();
     if (hasProblem) {
         return ExitCode::FileError;

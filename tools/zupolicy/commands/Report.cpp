@@ -1,12 +1,10 @@
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <memory>
-#include <thread>
 
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
-#include "tools/zupolicy/commands/InOrder.h"
+#include "tools/zupolicy/commands/ManyFiles.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/PageFiles.h"
 #include "tools/zupolicy/commands/RedactOption.h"
@@ -24,7 +22,7 @@ struct ReportOptions {
     std::optional<std::string> rules;
     std::vector<std::string> hidden;
     bool json = false;
-    unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+    unsigned jobs = ReadingJobs();
 };
 
 ExitCode RunReport(const ReportOptions& options, Streams streams)
@@ -35,11 +33,11 @@ ExitCode RunReport(const ReportOptions& options, Streams streams)
     const Redaction redaction(options.hidden);
     PageData data(redaction);
     PageReport report{options.output};
-    const auto read = [&](std::size_t number) {
+    const auto read = [&](const std::string& path) {
         const zupm::Runtime runtime;
-        return ReadForPage(options.files[number], rules ? &*rules : nullptr, redaction);
+        return ReadForPage(path, rules ? &*rules : nullptr, redaction);
     };
-    const auto add = [&](std::size_t /*number*/, const PageFile& file) {
+    const auto add = [&](const PageFile& file) {
         data.Add(file);
         report.Add(file);
         if (file.failure) {
@@ -47,7 +45,7 @@ ExitCode RunReport(const ReportOptions& options, Streams streams)
             PrintExcerpt(streams.messages, *file.failure);
         }
     };
-    InOrder(options.files.size(), options.jobs, read, add).Run();
+    ForEachFile(options.files, options.jobs, streams, false, read, add);
     WritePageTo(options.output, data, {PageHead::Kind::Files, options.title, false, {}}, streams.data);
     if (options.json) {
         report.WriteAsJson(streams.data);
