@@ -62,6 +62,7 @@ protected:
             m_namesAfter = Folder().Names();
             m_callCount = static_cast<int>(passed.calls.size());
             m_beforeTheFile = CallsBeforeTheFile();
+            RecordProperty("calls", m_callCount);
         } catch (const std::system_error& error) {
             GTEST_SKIP() << error.what();
         }
