@@ -37,7 +37,7 @@ constexpr const char* kFooter =
     "  zupolicy show policy.xml\n"
     "  zupolicy get policy.xml PRODUCTA1000 General Enabled\n"
     "  zupolicy set policy.xml PRODUCTA1000 General Enabled 0 --dry-run\n"
-    "\nzupolicy help COMMAND explains one command.";
+    "\nzupolicy help COMMAND explains one command. With --json the help, too, is printed as JSON.";
 
 constexpr const char* kHelpAdvice = "zupolicy help lists the commands; zupolicy help COMMAND explains one.";
 

@@ -217,6 +217,7 @@ std::string ManPageOfProgram(std::string_view description, std::string_view foot
     page.Item(Bold("help"), "Explain the program, or one command.");
     page.Request("SH OPTIONS");
     page.Item(Bold("-h") + ", " + Bold("--help"), "The same as help. After a command it explains the command.");
+    page.Item(Bold("--json"), "With help, --version and every command: print JSON.");
     page.Item(Bold("--version"), "Print the version, how the program was built, and the formats that it knows.");
     AddFooter(page, footer);
     AddReferences(page, pages);
