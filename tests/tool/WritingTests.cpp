@@ -88,6 +88,9 @@ TEST_F(Writing, BackupsOfSetAndRemove_HaveTheBytesThatWereReplaced)
     EXPECT_THAT(Tool({"set", "policy.xml", "P", "S", "n", "v", "--backup", "-o", "x"}),
                 Fails(2, HasSubstr("--backup")));
     EXPECT_THAT(Tool({"remove", "policy.xml", "P", "--backup=a/b"}), Fails(2, HasSubstr("not a path")));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "P", "--backup="}),
+                Fails(2, testing::StartsWith("zupolicy: --backup= has no value\n")));
+    EXPECT_THAT(Tool({"restore", "policy.xml", "--backup="}), Fails(2, HasSubstr("--backup= has no value\n")));
 }
 
 TEST_F(Writing, AnImpossibleBackup_IsForeseenByADryRun)

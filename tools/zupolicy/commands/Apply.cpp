@@ -73,7 +73,10 @@ Action DeclareApply(CLI::App& line)
         ->type_name("EDITS")
         ->required();
     AddFiles(line, *options);
-    return [options](Streams streams) { return RunApply(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->hidden, streams, [&] { return RunApply(*options, streams); }, options->quiet);
+    };
 }
 
 }  // namespace

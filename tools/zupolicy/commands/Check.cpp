@@ -20,7 +20,7 @@ namespace {
 struct CheckOptions {
     std::vector<std::string> files;
     std::optional<std::string> rules;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     bool verbose = false;
     bool strict = false;
     bool json = false;
@@ -79,7 +79,7 @@ bool Passes(const CheckReport& report, const CheckOptions& options)
 // Each report is printed and dropped before the next file is read.
 ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
-    Demands demands{{}, Redaction(options.hidden)};
+    Demands demands{{}, options.hidden};
     if (options.rules) {
         demands.rules = rules::ReadRules(*options.rules);
     }
@@ -117,7 +117,9 @@ Action DeclareCheck(CLI::App& line)
     line.add_flag("-v,--verbose", options->verbose, "Print counts for each sound file");
     line.add_flag("--strict", options->strict, "Fail on warnings, too");
     AddJson(line, options->json);
-    return [options](Streams streams) { return RunCheck(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunCheck(*options, streams); });
+    };
 }
 
 }  // namespace

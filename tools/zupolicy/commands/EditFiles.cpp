@@ -31,7 +31,7 @@ ApplyTask TaskOf(const FilesOptions& options, Edits edits)
     if (options.diff) {
         task.diff = options.json ? Form::Exact : Form::Visible;
     }
-    task.redaction = Redaction(options.hidden);
+    task.redaction = options.hidden;
     task.patience = std::chrono::seconds(options.lockTimeoutSeconds);
     return task;
 }
@@ -66,7 +66,9 @@ ExitCode EditFiles(const FilesOptions& options, Edits edits, Streams streams)
     std::atomic<bool> hasFailed = false;
     const auto apply = [&](std::size_t number) {
         if (Interrupt::IsAsked() || (hasFailed && !options.keepGoing)) {
-            return ApplyResult{options.files[number], ApplyResult::State::NotDone, 0, {}, {}, {}, {}};
+            ApplyResult result;
+            result.file = options.files[number];
+            return result;
         }
         const zupm::Runtime runtime;
         ApplyResult result = ApplyToFile(options.files[number], task);

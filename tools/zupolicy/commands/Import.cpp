@@ -63,7 +63,10 @@ Action DeclareImport(CLI::App& line)
         options->entry = std::move(options->files.back());
         options->files.pop_back();
     });
-    return [options](Streams streams) { return RunImport(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->hidden, streams, [&] { return RunImport(*options, streams); }, options->quiet);
+    };
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ namespace {
 struct QueryOptions {
     std::vector<std::string> files;
     model::Patterns patterns;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     bool json = false;
     bool table = false;
     bool count = false;
@@ -62,7 +62,7 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
     const std::unique_ptr<QueryReport> report = MakeReport(options, streams.data);
     bool hasMatch = false;
     bool hasProblem = false;
-    const Redaction redaction(options.hidden);
+    const Redaction& redaction = options.hidden;
     const auto search = [&](std::size_t number) {
         return ResultOf(options.files[number], options.patterns, redaction);
     };
@@ -103,7 +103,9 @@ Action DeclareQuery(CLI::App& line)
         ->excludes(table);
     AddRedact(line, options->hidden);
     AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
-    return [options](Streams streams) { return RunQuery(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunQuery(*options, streams); });
+    };
 }
 
 }  // namespace

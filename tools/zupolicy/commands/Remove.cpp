@@ -6,6 +6,8 @@
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/model/Entry.h"
 #include "tools/zupolicy/report/Explain.h"
 
 namespace zupm::tool {
@@ -75,7 +77,10 @@ Action DeclareRemove(CLI::App& line)
     line.add_option("NAME", options->name, "The setting");
     line.add_flag("--ignore-missing", options->ignoreMissing, "What is not in the file is no failure (exit code 0)");
     AddEdit(line, options->edit);
-    return [options](Streams streams) { return RunRemove(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->edit.hidden, streams, [&] { return RunRemove(*options, streams); }, options->edit.quiet);
+    };
 }
 
 }  // namespace

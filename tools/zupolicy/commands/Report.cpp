@@ -20,7 +20,7 @@ struct ReportOptions {
     std::string output = "-";
     std::string title = "Policy report";
     std::optional<std::string> rules;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     unsigned jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 };
 
@@ -29,7 +29,7 @@ ExitCode RunReport(const ReportOptions& options, Streams streams)
     RequireOtherFile(options.output, options.files);
     const std::optional<rules::RuleSet> rules =
         options.rules ? std::optional(rules::ReadRules(*options.rules)) : std::nullopt;
-    const Redaction redaction(options.hidden);
+    const Redaction& redaction = options.hidden;
     PageData data(redaction);
     bool hasFailure = false;
     const auto read = [&](std::size_t number) {
@@ -59,7 +59,9 @@ Action DeclareReport(CLI::App& line)
         ->type_name("RULES");
     AddRedact(line, options->hidden);
     AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
-    return [options](Streams streams) { return RunReport(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunReport(*options, streams); });
+    };
 }
 
 }  // namespace

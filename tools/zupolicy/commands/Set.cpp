@@ -10,6 +10,8 @@
 #include "tools/zupolicy/commands/Edit.h"
 #include "tools/zupolicy/commands/Input.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/model/XmlText.h"
 #include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/Visible.h"
 
@@ -176,7 +178,7 @@ ExitCode RunSet(SetOptions options, Streams streams)
     if (options.valueFile) {
         options.value = ReadValue(*options.valueFile);
     }
-    if (!options.edit.hidden.empty()) {
+    if (!options.edit.hidden.IsEmpty()) {
         RequireUtf8WithoutShowing(options);
     }
     if (options.value) {
@@ -244,7 +246,10 @@ Action DeclareSet(CLI::App& line)
         RequireConsistent(options->edit);
         RequireWhole(*options);
     });
-    return [options](Streams streams) { return RunSet(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->edit.hidden, streams, [&] { return RunSet(*options, streams); }, options->edit.quiet);
+    };
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ struct ShowOptions {
     bool namesOnly = false;
     bool json = false;
     bool quiet = false;
-    std::vector<std::string> hidden;
+    Redaction hidden;
 };
 
 void RequireSomething(const FileContents& contents, const ShowOptions& options, const Selection& selection)
@@ -45,7 +45,7 @@ void RequireSomething(const FileContents& contents, const ShowOptions& options, 
 ExitCode RunShow(const ShowOptions& options, Streams streams)
 {
     const FileContents contents = ReadContents(options.file);
-    const Selection selection{options.softwareId, options.taskId, !options.namesOnly, Redaction(options.hidden)};
+    const Selection selection{options.softwareId, options.taskId, !options.namesOnly, options.hidden};
     if (options.quiet) {
         return Quietly([&] { RequireSomething(contents, options, selection); });
     }
@@ -68,7 +68,9 @@ Action DeclareShow(CLI::App& line)
     AddRedact(line, options->hidden);
     AddJson(line, options->json);
     AddQuiet(line, options->quiet, "Print nothing; the exit code says whether it is in the file");
-    return [options](Streams streams) { return RunShow(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunShow(*options, streams); });
+    };
 }
 
 }  // namespace
