@@ -349,8 +349,10 @@ TEST_F(ApplyEdits, UsageErrors)
     EXPECT_THAT(Tool({"apply", "policy.xml"}), Fails(2, HasSubstr("--edits")));
     EXPECT_THAT(Tool({"apply", "--edits", "edits.jsonl"}), Fails(2, HasSubstr("FILE")));
     EXPECT_THAT(Tool({"apply", "policy.xml", "--edits", "missing.jsonl"}),
-                Fails(3, "zupolicy: missing.jsonl: the edits cannot be read\n"));
-    EXPECT_THAT(Tool({"apply", "policy.xml", "--edits", "."}), Fails(3, HasSubstr("the edits cannot be read")));
+                Fails(3, "zupolicy: missing.jsonl: the edits cannot be read: The file does not exist.\n"));
+    EXPECT_THAT(Tool({"apply", "policy.xml", "--edits", "."}),
+                Fails(3, "zupolicy: .: the edits cannot be read: is a folder\n"));
+    EXPECT_EQ(ApplyTo({"."}, SetInA("ScanInterval", "1")).messages, ".: is a folder [AccessDenied, 0x80070005]\n");
 }
 
 }  // namespace

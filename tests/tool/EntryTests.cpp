@@ -131,7 +131,8 @@ TEST_F(EntryFiles, ABadEntry_IsRefusedWithItsPlace)
     }
     EXPECT_EQ(Bytes(), before);
     EXPECT_THAT(Tool({"import", "policy.xml"}), Fails(2, HasSubstr("FILE and ENTRY are required")));
-    EXPECT_THAT(Tool({"import", "policy.xml", "none.json", "--json"}).out, HasSubstr("\"the entry cannot be read\""));
+    EXPECT_THAT(Tool({"import", "policy.xml", "none.json", "--json"}).out,
+                HasSubstr("\"the entry cannot be read: The file does not exist.\""));
 }
 
 TEST_F(EntryFiles, ManyFiles_EachGetTheEntry)

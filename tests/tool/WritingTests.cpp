@@ -195,7 +195,8 @@ TEST_F(Writing, ValueFile_IsTheValueWithoutOneLineBreak)
     Folder().Write(u"value.txt", "ab\xFF");
     EXPECT_THAT(With(set, {"--value-file", "value.txt"}),
                 Fails(3, "zupolicy: value.txt: the value is not valid UTF-8 at byte 3\n"));
-    EXPECT_THAT(With(set, {"--value-file", "none"}), Fails(3, "zupolicy: none: the value cannot be read\n"));
+    EXPECT_THAT(With(set, {"--value-file", "none"}),
+                Fails(3, "zupolicy: none: the value cannot be read: The file does not exist.\n"));
     EXPECT_THAT(With(set, {"1", "--value-file", "value.txt"}), Fails(2, HasSubstr("takes the place of VALUE")));
     EXPECT_EQ(Bytes(), before);
 }
