@@ -175,6 +175,21 @@ TEST_F(Set, TakesAnyTextAsAValue)
 
 TEST_F(Set, KeepsTheOldFileWhenTheValueCannotBeWritten)
 {
+    const struct {
+        std::vector<std::string> line;
+        const char* message;
+    } rows[] = {
+        {{"PRODUCTB2000", "General", "LogLevel", "\xC3\xA4\x01"},
+         "policy PRODUCTB2000: the value holds a character that XML cannot hold: U+0001, character 2\n"},
+        {{"PRODUCTB2000", "\x1F", "LogLevel", "a"},
+         "policy PRODUCTB2000: the section holds a character that XML cannot hold: U+001F, character 1\n"},
+        {{"PRODUCTB2000", "General", "a\xEF\xBF\xBE", "a"},
+         "policy PRODUCTB2000: the name holds a character that XML cannot hold: U+FFFE, character 2\n"},
+        {{"PRODUCTB2000", "--task", "{task-1}", "--creator", "a\x02"},
+         "task PRODUCTB2000 {task-1}: the creator holds a character that XML cannot hold: U+0002, character 2\n"},
+        {{"P\x01", "S", "n", "v", "--create"},
+         "policy P\\u0001: the software ID holds a character that XML cannot hold: U+0001, character 2\n"},
+    };
     const std::string before = Bytes();
     EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "a\x01"}),
                 Fails(4, HasSubstr("[Unexpected, 0xFFFFFFFE]")));

@@ -173,6 +173,26 @@ void RequireUtf8WithoutShowing(const SetOptions& options)
     }
 }
 
+/// The component would only say that something was wrong.
+void RequireXml(const SetOptions& options)
+{
+    const TaskFields& fields = options.fields;
+    // Nothing with such an ID is found, which says enough unless it is to be added.
+    const auto softwareId = options.create ? std::optional(options.target.softwareId) : std::nullopt;
+    const auto taskId = options.create ? options.target.taskId : std::nullopt;
+    const std::pair<const char*, const std::optional<std::string>&> texts[] = {
+        {"the software ID", softwareId},  {"the task ID", taskId},
+        {"the section", options.section}, {"the name", options.name},
+        {"the value", options.value},     {"the display name", fields.displayName},
+        {"the type", fields.type},        {"the platforms", fields.platforms},
+        {"the creator", fields.creator}};
+    for (const auto& [what, text] : texts) {
+        if (const auto complaint = text ? model::ComplaintOfXml(*text) : std::nullopt) {
+            throw Failure(ExitCode::Other, options.file, Describe(options.target) + ": " + what + " " + *complaint);
+        }
+    }
+}
+
 ExitCode RunSet(SetOptions options, Streams streams)
 {
     if (options.valueFile) {
@@ -184,6 +204,7 @@ ExitCode RunSet(SetOptions options, Streams streams)
     if (options.value) {
         static_cast<void>(Valid(*options.value));
     }
+    RequireXml(options);
     return SetIn(options, streams);
 }
 
