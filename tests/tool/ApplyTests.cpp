@@ -177,6 +177,9 @@ TEST_F(ApplyEdits, AnEditThatCannotBeMade_LeavesTheFileAsItWas)
         {R"({"edit":"set","softwareId":"PRODUCTA100","section":"S"})", 1,
          "policy.xml: policy PRODUCTA100: There is no product policy with that software ID. (edits.jsonl:2:1) "
          "[PolicyNotFound, 0xFFFFFB49]; did you mean \"PRODUCTA1000\"?\n"},
+        {R"({"edit":"set","softwareId":"","section":"S"})", 1,
+         "policy.xml: policy : There is no product policy with that software ID. (edits.jsonl:2:1) "
+         "[PolicyNotFound, 0xFFFFFB49]; the software ID is empty\n"},
         {R"( {"edit":"set","softwareId":"PRODUCTA1000","taskId":"T","section":"S"})", 1,
          "policy.xml: task PRODUCTA1000 T: There is no task with that software ID and task ID. (edits.jsonl:2:2) "
          "[TaskNotFound, 0xFFFFFB48]; the edit \"create\" adds it\n"},

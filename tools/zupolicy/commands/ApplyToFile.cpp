@@ -15,6 +15,7 @@
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/model/WriteEntry.h"
 #include "tools/zupolicy/report/ChangeReport.h"
+#include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Visible.h"
 
@@ -127,6 +128,9 @@ std::size_t States::WriteEntry(const model::EntryChange& change, const std::opti
 
 std::string States::SimilarTo(const EntryId& id) const
 {
+    if (std::string complaint = ComplaintOfIds(id.softwareId, id.taskId); !complaint.empty()) {
+        return complaint;
+    }
     NearestName nearest(id.taskId ? *id.taskId : id.softwareId);
     if (id.taskId) {
         for (const std::string& taskId : m_file.TaskIds(id.softwareId)) {

@@ -70,6 +70,10 @@ std::vector<FieldChange> FieldsOfNewEntry(const SetOptions& options)
 ProblemFailure NotCreated(Problem problem, const Sought& sought)
 {
     const std::string suggestion = SuggestionFor(*problem.code, sought);
+    if (!ComplaintOfIds(sought.target.softwareId, sought.target.taskId).empty()) {
+        problem.hint = suggestion;
+        return ProblemFailure(std::move(problem));
+    }
     problem.hint = suggestion.empty() ? "--create adds it" : suggestion;
     Problem found = problem;
     found.hint.clear();
@@ -88,6 +92,10 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
         if (!options.create) {
             throw NotCreated(failure.What(), SoughtBy(options));
         }
+    }
+    if (const std::string complaint = ComplaintOfIds(options.target.softwareId, options.target.taskId);
+        !complaint.empty()) {
+        throw Failure(ExitCode::Usage, options.file, complaint + ", so nothing is added");
     }
     return {file.Create(options.target, options.fields), true, FieldsOfNewEntry(options)};
 }
