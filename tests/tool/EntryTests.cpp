@@ -148,7 +148,7 @@ TEST_F(EntryFiles, ManyFiles_EachGetTheEntry)
     EXPECT_EQ(run.exitCode, 2) << "either quiet or verbose";
     const ToolRun second = Tool({"import", "1.xml", "2.xml", "3.xml", "entry.json", "--keep-going", "-v", "--diff"});
     EXPECT_EQ(second.exitCode, 3);
-    EXPECT_THAT(second.messages, MatchesPattern("1\\.xml: changed\n2\\.xml:1:[0-9]+: [^\n]*\n3\\.xml: changed\n"));
+    EXPECT_THAT(second.messages, MatchesPattern("2\\.xml:1:[0-9]+: [^\n]*\n"));
     EXPECT_THAT(second.out, testing::StartsWith("1.xml: changed\n--- 1.xml\n+++ 1.xml\n@@ "));
     EXPECT_THAT(second.out, HasSubstr("2 changed, 0 unchanged, 1 failed, 0 not done\n"));
     EXPECT_THAT(Bytes(u"3.xml"), HasSubstr("SoftwareID=\"P\""));

@@ -103,6 +103,15 @@ std::string OutcomeText(const Change& change, const EditOptions& options)
     return text + (change.backup ? ", backup " + *change.backup : "");
 }
 
+void PrintNotes(const Change& change, const EditOptions& options, Streams streams)
+{
+    for (const std::string& note : change.notes) {
+        if (!options.quiet) {
+            streams.messages.Line(note);
+        }
+    }
+}
+
 void Print(const Change& change, const EditOptions& options, Streams streams)
 {
     if (options.verbose) {
@@ -161,6 +170,7 @@ void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Str
     change.file = file.Path();
     if (options.GoesToStandardOutput()) {
         WriteToStream(file, streams.data);
+        PrintNotes(change, options, streams);
         if (options.verbose) {
             streams.messages.Line(OutcomeText(change, options));
         }
@@ -174,6 +184,7 @@ void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Str
     } else if (!options.output && change.changed) {
         Rehearse(file, options);
     }
+    PrintNotes(change, options, streams);
     Print(change, options, streams);
 }
 

@@ -8,6 +8,7 @@
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/commands/FieldNotes.h"
 #include "tools/zupolicy/commands/Input.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/commands/RedactOption.h"
@@ -164,6 +165,9 @@ ExitCode SetIn(const SetOptions& options, Streams streams)
     change.changed = found.isNew || change.before != options.value || !found.fields.empty();
     if (change.changed) {
         Put(file, *found.entry, options);
+    }
+    if (change.changed && !found.isNew) {
+        change.notes = NotesOnFields(options.file, {found.entry->State()});
     }
     change.fields = std::move(found.fields);
     FinishEdit(file, std::move(change), options.edit, streams);
