@@ -10,6 +10,7 @@
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/Entry.h"
 #include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
 namespace {
@@ -55,6 +56,7 @@ void RequireOwn(Entry& entry, const RemoveOptions& options)
 /// Removes the section or the setting; returns the value of a removed setting.
 std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& options)
 {
+    RequireOwn(entry, options);
     if (!options.name) {
         entry.RemoveSection(*options.section);
         return std::nullopt;
