@@ -7,6 +7,17 @@
 #include "tools/zupolicy/model/Wildcard.h"
 
 namespace zupm::tool {
+namespace {
+
+/// Threads that ask about the values of many files do not write the same memory again and again.
+void Raise(std::atomic<bool>& flag)
+{
+    if (!flag.load(std::memory_order_relaxed)) {
+        flag.store(true, std::memory_order_relaxed);
+    }
+}
+
+}  // namespace
 
 Redaction::Redaction(const std::vector<std::string>& patterns)
 {
@@ -36,10 +47,10 @@ template <class Fits>
 bool Redaction::HasOneThat(const Fits& fits) const
 {
     bool hides = false;
-    m_use->isAsked = true;
+    Raise(m_use->isAsked);
     for (Pattern& pattern : m_use->patterns) {
         if (fits(pattern.text)) {
-            pattern.hasHidden = true;
+            Raise(pattern.hasHidden);
             hides = true;
         }
     }
