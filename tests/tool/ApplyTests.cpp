@@ -177,6 +177,9 @@ TEST_F(ApplyEdits, AnEditThatCannotBeMade_LeavesTheFileAsItWas)
         {R"({"edit":"set","softwareId":"PRODUCTA100","section":"S"})", 1,
          "policy.xml: policy PRODUCTA100: There is no product policy with that software ID. (edits.jsonl:2:1) "
          "[PolicyNotFound, 0xFFFFFB49]; did you mean \"PRODUCTA1000\"?\n"},
+        {R"({"edit":"set","softwareId":"","section":"S"})", 1,
+         "policy.xml: policy : There is no product policy with that software ID. (edits.jsonl:2:1) "
+         "[PolicyNotFound, 0xFFFFFB49]; the software ID is empty\n"},
         {R"( {"edit":"set","softwareId":"PRODUCTA1000","taskId":"T","section":"S"})", 1,
          "policy.xml: task PRODUCTA1000 T: There is no task with that software ID and task ID. (edits.jsonl:2:2) "
          "[TaskNotFound, 0xFFFFFB48]; the edit \"create\" adds it\n"},
@@ -349,8 +352,10 @@ TEST_F(ApplyEdits, UsageErrors)
     EXPECT_THAT(Tool({"apply", "policy.xml"}), Fails(2, HasSubstr("--edits")));
     EXPECT_THAT(Tool({"apply", "--edits", "edits.jsonl"}), Fails(2, HasSubstr("FILE")));
     EXPECT_THAT(Tool({"apply", "policy.xml", "--edits", "missing.jsonl"}),
-                Fails(3, "zupolicy: missing.jsonl: the edits cannot be read\n"));
-    EXPECT_THAT(Tool({"apply", "policy.xml", "--edits", "."}), Fails(3, HasSubstr("the edits cannot be read")));
+                Fails(3, "zupolicy: missing.jsonl: the edits cannot be read: The file does not exist.\n"));
+    EXPECT_THAT(Tool({"apply", "policy.xml", "--edits", "."}),
+                Fails(3, "zupolicy: .: the edits cannot be read: is a folder\n"));
+    EXPECT_EQ(ApplyTo({"."}, SetInA("ScanInterval", "1")).messages, ".: is a folder [AccessDenied, 0x80070005]\n");
 }
 
 }  // namespace

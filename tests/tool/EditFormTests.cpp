@@ -86,12 +86,13 @@ constexpr BadEdit kBadEdits[] = {
     {R"({"edit":"set","softwareId":"P","taskId":"T","fields":{"priority":"99999999999"}})",
      "1:66: \"priority\" must be a whole number of 32 bits"},
     {R"({"edit":"set","softwareId":"P","section":"\u0000"})",
-     "1:42: \"section\" holds a character that XML cannot hold"},
+     "1:42: \"section\" holds a character that XML cannot hold: U+0000, character 1"},
     {R"({"edit":"set","softwareId":"P","section":"S","name":"a\u001fb","value":""})",
-     "1:53: \"name\" holds a character that XML cannot hold"},
+     "1:53: \"name\" holds a character that XML cannot hold: U+001F, character 2"},
     {R"({"edit":"set","softwareId":"P","section":"S","name":"n","value":"\uffff"})",
-     "1:65: \"value\" holds a character that XML cannot hold"},
-    {R"({"edit":"absent","softwareId":"\ufffe"})", "1:31: \"softwareId\" holds a character that XML cannot hold"},
+     "1:65: \"value\" holds a character that XML cannot hold: U+FFFF, character 1"},
+    {R"({"edit":"absent","softwareId":"\ufffe"})",
+     "1:31: \"softwareId\" holds a character that XML cannot hold: U+FFFE, character 1"},
 };
 
 TEST_F(EditForm, EachFault_IsRefusedAtItsPlaceBeforeAnyFileIsTouched)

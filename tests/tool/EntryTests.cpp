@@ -121,6 +121,9 @@ TEST_F(EntryFiles, ABadEntry_IsRefusedWithItsPlace)
         {"{\n \"softwareId\": 5}", "2:16: \"softwareId\" must be a text"},
         {"{\"softwareId\":\"P\",\n\"x\":1}", "2:1: an entry has no member \"x\""},
         {"\xEF\xBB\xBF{\"schema\":2,\"softwareId\":\"P\"}", "1:11: \"schema\" must be 1"},
+        {R"({"softwareId":""})", "1:15: \"softwareId\" must not be empty"},
+        {R"({"softwareId":"P","taskId":""})", "1:28: \"taskId\" must not be empty"},
+        {R"({"softwareId":"P","taskId":"T","priority":"x"})", "1:43: \"priority\" must be a whole number"},
         {R"({"softwareId":"P","kind":"task"})", "1:26: \"kind\" must be \"policy\""},
         {R"({"softwareId":"P","displayName":"n"})", "1:1: only a task has fields"},
         {R"({"softwareId":"P","sections":[{"name":"S"},{"name":"S"}]})", "1:44: the section \"S\" occurs again"},
@@ -136,7 +139,8 @@ TEST_F(EntryFiles, ABadEntry_IsRefusedWithItsPlace)
     }
     EXPECT_EQ(Bytes(), before);
     EXPECT_THAT(Tool({"import", "policy.xml"}), Fails(2, HasSubstr("FILE and ENTRY are required")));
-    EXPECT_THAT(Tool({"import", "policy.xml", "none.json", "--json"}).out, HasSubstr("\"the entry cannot be read\""));
+    EXPECT_THAT(Tool({"import", "policy.xml", "none.json", "--json"}).out,
+                HasSubstr("\"the entry cannot be read: The file does not exist.\""));
 }
 
 TEST_F(EntryFiles, ManyFiles_EachGetTheEntry)
@@ -149,10 +153,25 @@ TEST_F(EntryFiles, ManyFiles_EachGetTheEntry)
     EXPECT_EQ(run.exitCode, 2) << "either quiet or verbose";
     const ToolRun second = Tool({"import", "1.xml", "2.xml", "3.xml", "entry.json", "--keep-going", "-v", "--diff"});
     EXPECT_EQ(second.exitCode, 3);
-    EXPECT_THAT(second.messages, MatchesPattern("1\\.xml: changed\n2\\.xml:1:[0-9]+: [^\n]*\n3\\.xml: changed\n"));
+    EXPECT_THAT(second.messages, MatchesPattern("2\\.xml:1:[0-9]+: [^\n]*\n"));
     EXPECT_THAT(second.out, testing::StartsWith("1.xml: changed\n--- 1.xml\n+++ 1.xml\n@@ "));
     EXPECT_THAT(second.out, HasSubstr("2 changed, 0 unchanged, 1 failed, 0 not done\n"));
     EXPECT_THAT(Bytes(u"3.xml"), HasSubstr("SoftwareID=\"P\""));
+}
+
+TEST_F(EntryFiles, ATaskThatShowPrintsWithoutFields_GetsThoseOfANewTask)
+{
+    Folder().Write(u"old.xml",
+                   SmallFile("", "<TaskGroup SoftwareID='P' TaskID='T' DisplayName='d'><Task/></TaskGroup>"));
+    Folder().Write(u"new.xml", SmallFile(""));
+    const json shown = json::parse(Out({"show", "old.xml", "--json"})).at("tasks")[0];
+    EXPECT_EQ(shown.at("priority"), "");
+    Folder().Write(u"entry.json", shown.dump());
+    EXPECT_EQ(Tool({"import", "new.xml", "entry.json"}).exitCode, 0);
+    const json task = json::parse(Out({"export", "new.xml", "P", "--task", "T"}));
+    EXPECT_EQ(task.at("displayName"), "d");
+    EXPECT_EQ(task.at("type"), "");
+    EXPECT_EQ(task.at("priority"), "0");
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(FailureAsJson, NamesCodeFileSentenceAndSuggestion)
         {{"diff", "none.xml", "policy.xml"},
          Failure(3, "80070002", "FileNotFound", "none.xml", "The file does not exist.", nullptr)},
         {{"apply", "policy.xml", "--edits", "none"},
-         Failure(3, nullptr, nullptr, "none", "the edits cannot be read", nullptr)},
+         Failure(3, nullptr, nullptr, "none", "the edits cannot be read: The file does not exist.", nullptr)},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.line));

@@ -179,6 +179,45 @@ TEST_F(Redact, PatternsAreThoseOfQuery)
     EXPECT_THAT(run.out, testing::AllOf(HasSubstr("geheim1"), HasSubstr("tresor1"), HasSubstr("Login/User: \"***\"")));
 }
 
+TEST_F(Redact, APatternThatHidesNothing_IsNamed)
+{
+    const std::string message = "zupolicy: --redact \"Pasword\" hides nothing\n";
+    const auto with = [&](std::vector<std::string> line) {
+        line.insert(line.end(), {"--redact", "Pasword", "--redact", "Password"});
+        return Tool(line).messages;
+    };
+    Folder().Write(u"edits.jsonl",
+                   R"({"edit": "set", "softwareId": "P", "section": "Login", "name": "Password", "value": "geheim3"})");
+    Folder().Write(u"entry.json", R"({"softwareId": "P", "sections": [{"name": "Login",
+        "settings": [{"name": "Password", "value": "geheim4"}]}]})");
+    Folder().Write(u"old.xml.bak", Bytes(u"new.xml"));
+    for (const std::vector<std::string>& row : {std::vector<std::string>{"show", "old.xml"},
+                                                {"diff", "old.xml", "new.xml"},
+                                                {"query", "old.xml"},
+                                                {"report", "old.xml", "-o", "page.html"},
+                                                {"set", "old.xml", "P", "Login", "Password", "geheim3", "-o", "x.xml"},
+                                                {"remove", "old.xml", "P", "Login", "Password", "-n"},
+                                                {"apply", "old.xml", "--edits", "edits.jsonl"},
+                                                {"import", "old.xml", "entry.json", "--merge", "-n"},
+                                                {"restore", "old.xml", "--diff", "-n"}}) {
+        EXPECT_EQ(with(row), message) << row.front();
+    }
+    EXPECT_THAT(with({"check", "old.xml", "--rules", "rules.json"}), testing::EndsWith("\n" + message));
+    EXPECT_EQ(with({"set", "old.xml", "P", "Login", "Password", "geheim3", "-o", "x.xml", "-q"}), "");
+    EXPECT_EQ(Tool({"show", "old.xml", "--redact", "Pass*", "--redact", "Login/Password"}).messages, "")
+        << "each hides the value";
+    // Where no value is looked at, there is nothing to hide.
+    EXPECT_EQ(with({"diff", "old.xml", "old.xml"}), "");
+}
+
+TEST_F(Redact, AnEmptyPatternIsRefused)
+{
+    EXPECT_THAT(Tool({"show", "old.xml", "--redact", ""}),
+                Fails(2, testing::StartsWith("zupolicy: --redact: the pattern is empty, and would hide nothing\n")));
+    EXPECT_THAT(Tool({"show", "--redact=", "old.xml"}),
+                Fails(2, testing::StartsWith("zupolicy: --redact= has no value\n")));
+}
+
 TEST_F(Redact, CountTakesHiddenValuesForOne)
 {
     EXPECT_EQ(Hidden({"query", "old.xml", "new.xml", "--count", "--name", "Password"}).out, "\"***\": 2 files\n");

@@ -102,6 +102,22 @@ TEST_F(Remove, NamesWhatIsMissingAndSuggestsASimilarName)
                 Fails(1, HasSubstr("did you mean \"{task-1}\"?")));
 }
 
+TEST_F(Remove, RefusesWhatTheComponentWritesAgain)
+{
+    EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTA1000", "General", "Own", "1", "--task", "{task-1}"}), "");
+    EXPECT_EQ(Out({"remove", "policy.xml", "PRODUCTA1000", "General", "--task", "{task-1}"}), "") << "it held more";
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTA1000", "General", "--task", "{task-1}", "--ignore-missing"}),
+                Fails(4,
+                      "zupolicy: policy.xml: task PRODUCTA1000 {task-1}: section General only repeats fields of the "
+                      "task and cannot be removed\n"));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "PRODUCTA1000", "Task", "TaskName", "--task", "{task-1}"}),
+                Fails(4,
+                      "zupolicy: policy.xml: task PRODUCTA1000 {task-1}: setting TaskName of section Task repeats a "
+                      "field of the task and cannot be removed\n"));
+    EXPECT_EQ(Bytes(), before);
+}
+
 TEST_F(Remove, FailsAndWritesNothingWhenThereIsNothingToRemove)
 {
     const std::string before = Bytes();

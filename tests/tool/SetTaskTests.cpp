@@ -103,6 +103,37 @@ TEST_F(SetTask, ShowsTheFieldsOfANewTask)
               "new task PRODUCTA1000 {task-9}: priority: (none) -> \"0\"\n");
 }
 
+TEST_F(SetTask, SaysWhichFieldsTheComponentFillsIn)
+{
+    const std::string file =
+        SmallFile("",
+                  "<TaskGroup SoftwareID='P' TaskID='T' DisplayName='d' CreatorID='invalid'><Task><S name='S'>"
+                  "<s name='n'>1</s></S></Task></TaskGroup>");
+    const std::string note = "p.xml: task P T had no type, platforms; the component writes \"invalid\" there\n";
+    Folder().Write(u"edits.jsonl",
+                   R"({"edit":"set","softwareId":"P","taskId":"T","section":"S","name":"n","value":"2"})");
+    Folder().Write(u"entry.json", R"({"softwareId":"P","taskId":"T","sections":[{"name":"S2"}]})");
+    const std::vector<std::string> rows[] = {
+        {"set", "p.xml", "P", "S", "n", "2", "--task", "T", "-n"},
+        {"set", "p.xml", "P", "S", "n", "2", "--task", "T"},
+        {"set", "p.xml", "P", "S", "n", "2", "--task", "T", "-o", "-"},
+        {"remove", "p.xml", "P", "S", "n", "--task", "T"},
+        {"apply", "p.xml", "--edits", "edits.jsonl", "-n"},
+        {"apply", "p.xml", "--edits", "edits.jsonl"},
+        {"import", "p.xml", "entry.json", "--merge"},
+    };
+    for (const std::vector<std::string>& row : rows) {
+        Folder().Write(u"p.xml", file);
+        EXPECT_EQ(Tool(row).messages, note) << testing::PrintToString(row);
+    }
+    EXPECT_EQ(Tool(rows[5]).messages, "") << "the file has them now";
+    Folder().Write(u"p.xml", file);
+    EXPECT_EQ(Tool({"set", "p.xml", "P", "--task", "T", "--priority", "1", "--type", "x"}).messages,
+              "p.xml: task P T had no platforms; the component writes \"invalid\" there\n");
+    Folder().Write(u"p.xml", file);
+    EXPECT_EQ(Out({"apply", "p.xml", "--edits", "edits.jsonl", "-q"}), "");
+}
+
 TEST_F(SetTask, RefusesSettingsThatTheTasksFieldsOverwrite)
 {
     const std::string before = Bytes();

@@ -142,6 +142,18 @@ TEST_F(Set, AddsAMissingPolicyWithCreate)
                                      "+ <Setting name=\"Enabled\">1</Setting>\n"));
 }
 
+TEST_F(Set, SaysThatAnIdIsEmptyAndAddsNothing)
+{
+    const std::string before = Bytes();
+    EXPECT_THAT(Tool({"set", "policy.xml", "", "S", "n", "v"}),
+                Fails(1, HasSubstr("[PolicyNotFound, 0xFFFFFB49]; the software ID is empty\n")));
+    EXPECT_THAT(Tool({"set", "policy.xml", "", "S", "n", "v", "--create"}),
+                Fails(2, "zupolicy: policy.xml: the software ID is empty, so nothing is added\n"));
+    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTA1000", "--task", "", "--create"}),
+                Fails(2, "zupolicy: policy.xml: the task ID is empty, so nothing is added\n"));
+    EXPECT_EQ(Bytes(), before);
+}
+
 TEST_F(Set, TakesANegativeNumberAsAValue)
 {
     EXPECT_EQ(Out({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "-5"}), "");
@@ -175,9 +187,27 @@ TEST_F(Set, TakesAnyTextAsAValue)
 
 TEST_F(Set, KeepsTheOldFileWhenTheValueCannotBeWritten)
 {
+    const struct {
+        std::vector<std::string> line;
+        const char* message;
+    } rows[] = {
+        {{"PRODUCTB2000", "General", "LogLevel", "\xC3\xA4\x01"},
+         "policy PRODUCTB2000: the value holds a character that XML cannot hold: U+0001, character 2\n"},
+        {{"PRODUCTB2000", "\x1F", "LogLevel", "a"},
+         "policy PRODUCTB2000: the section holds a character that XML cannot hold: U+001F, character 1\n"},
+        {{"PRODUCTB2000", "General", "a\xEF\xBF\xBE", "a"},
+         "policy PRODUCTB2000: the name holds a character that XML cannot hold: U+FFFE, character 2\n"},
+        {{"PRODUCTB2000", "--task", "{task-1}", "--creator", "a\x02"},
+         "task PRODUCTB2000 {task-1}: the creator holds a character that XML cannot hold: U+0002, character 2\n"},
+        {{"P\x01", "S", "n", "v", "--create"},
+         "policy P\\u0001: the software ID holds a character that XML cannot hold: U+0001, character 2\n"},
+    };
     const std::string before = Bytes();
-    EXPECT_THAT(Tool({"set", "policy.xml", "PRODUCTB2000", "General", "LogLevel", "a\x01"}),
-                Fails(4, HasSubstr("[Unexpected, 0xFFFFFFFE]")));
+    for (const auto& row : rows) {
+        std::vector<std::string> line = {"set", "policy.xml"};
+        line.insert(line.end(), row.line.begin(), row.line.end());
+        EXPECT_THAT(Tool(line), Fails(4, "zupolicy: policy.xml: " + std::string(row.message)));
+    }
     EXPECT_EQ(Bytes(), before);
 }
 

@@ -48,7 +48,9 @@ TEST_F(Writing, DryRunRunAndSecondRun_Agree)
         const std::vector<std::string> names = Folder().Names();
         const ToolRun dry = With(command, {"-n", "-v", "--diff"});
         EXPECT_EQ(dry.exitCode, 0) << name << dry.messages;
-        EXPECT_EQ(dry.messages, "policy.xml: would be changed\n") << name;
+        const bool hasReport = name != "set" && name != "remove";
+        EXPECT_EQ(dry.messages, hasReport ? "" : "policy.xml: would be changed\n") << name;
+        EXPECT_THAT(dry.out, testing::StartsWith(hasReport ? "policy.xml: would be " : "--- policy.xml\n")) << name;
         EXPECT_THAT(dry.out, HasSubstr("--- policy.xml\n+++ policy.xml\n@@ -")) << name;
         EXPECT_EQ(Bytes(), sample) << name;
         EXPECT_EQ(Folder().Names(), names) << name;
@@ -88,6 +90,9 @@ TEST_F(Writing, BackupsOfSetAndRemove_HaveTheBytesThatWereReplaced)
     EXPECT_THAT(Tool({"set", "policy.xml", "P", "S", "n", "v", "--backup", "-o", "x"}),
                 Fails(2, HasSubstr("--backup")));
     EXPECT_THAT(Tool({"remove", "policy.xml", "P", "--backup=a/b"}), Fails(2, HasSubstr("not a path")));
+    EXPECT_THAT(Tool({"remove", "policy.xml", "P", "--backup="}),
+                Fails(2, testing::StartsWith("zupolicy: --backup= has no value\n")));
+    EXPECT_THAT(Tool({"restore", "policy.xml", "--backup="}), Fails(2, HasSubstr("--backup= has no value\n")));
 }
 
 TEST_F(Writing, AnImpossibleBackup_IsForeseenByADryRun)
@@ -119,7 +124,14 @@ TEST_F(Writing, ShortOptions_AreThoseOfOtherTools)
     EXPECT_THAT(Tool({"set", "policy.xml", "P", "S", "n", "v", "-o", "-", "--diff"}),
                 Fails(2, HasSubstr("cannot be used with --diff")));
     EXPECT_EQ(Out({"apply", "policy.xml", "--edits", "edits.jsonl", "-q"}), "");
-    EXPECT_EQ(Tool({"apply", "policy.xml", "--edits", "edits.jsonl", "-v"}).messages, "policy.xml: unchanged\n");
+    const ToolRun apply = Tool({"apply", "policy.xml", "--edits", "edits.jsonl", "-v"});
+    EXPECT_EQ(apply.messages, "") << "the report says it";
+    EXPECT_THAT(apply.out, testing::StartsWith("policy.xml: unchanged\n"));
+    EXPECT_EQ(Tool({"apply", "policy.xml.old", "policy.xml", "--edits", "edits.jsonl", "-nv", "--json", "--keep-going"})
+                  .messages,
+              "policy.xml.old: policy PRODUCTA1000: There is no product policy with that software ID. "
+              "(edits.jsonl:1:1) [PolicyNotFound, 0xFFFFFB49]; the edit \"create\" adds it\npolicy.xml: unchanged\n");
+    EXPECT_EQ(Tool({"import", "policy.xml", "entry.json", "-nv", "--json"}).messages, "policy.xml: would be changed\n");
 }
 
 TEST_F(Writing, FieldsOfATask_ChangeWithoutASetting)
@@ -192,7 +204,8 @@ TEST_F(Writing, ValueFile_IsTheValueWithoutOneLineBreak)
     Folder().Write(u"value.txt", "ab\xFF");
     EXPECT_THAT(With(set, {"--value-file", "value.txt"}),
                 Fails(3, "zupolicy: value.txt: the value is not valid UTF-8 at byte 3\n"));
-    EXPECT_THAT(With(set, {"--value-file", "none"}), Fails(3, "zupolicy: none: the value cannot be read\n"));
+    EXPECT_THAT(With(set, {"--value-file", "none"}),
+                Fails(3, "zupolicy: none: the value cannot be read: The file does not exist.\n"));
     EXPECT_THAT(With(set, {"1", "--value-file", "value.txt"}), Fails(2, HasSubstr("takes the place of VALUE")));
     EXPECT_EQ(Bytes(), before);
 }

@@ -10,6 +10,7 @@
 
 #include "tools/zupolicy/client/Target.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
@@ -34,6 +35,8 @@ public:
     virtual void Put(const std::string& section, const std::string& name, const std::string& value) = 0;
     virtual void RemoveSetting(const std::string& section, const std::string& name) = 0;
     virtual void RemoveSection(const std::string& section) = 0;
+    /// What the policy or task means, with the fields of a task.
+    [[nodiscard]] virtual model::Entry State() const = 0;
     /// Puts a copy into the file's document.
     virtual void HandBack(const zupm::PolicyFile& file) = 0;
 
@@ -69,6 +72,10 @@ public:
     void RemoveSection(const std::string& section) override
     {
         Calling(Subject(), [&] { m_copy.Remove(Valid(section)); });
+    }
+    [[nodiscard]] model::Entry State() const override
+    {
+        return Calling(Subject(), [&] { return model::Read(m_copy); });
     }
     void HandBack(const zupm::PolicyFile& file) override
     {

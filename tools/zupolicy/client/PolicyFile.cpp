@@ -1,7 +1,5 @@
 #include "tools/zupolicy/client/PolicyFile.h"
 
-#include <filesystem>
-
 #include "tools/zupolicy/client/Component.h"
 #include "tools/zupolicy/client/Entry.h"
 #include "tools/zupolicy/client/StandardInput.h"
@@ -17,27 +15,6 @@ ComPtr<Interface> QueryFor(IUnknown& object, REFIID iid, const std::string& file
     ComPtr<Interface> wanted;
     Check(object.QueryInterface(iid, wanted.PutVoid()), {file, {}});
     return wanted;
-}
-
-bool IsFolder(const std::string& path)
-{
-    std::error_code ignored;
-    return std::filesystem::is_directory(std::filesystem::path(FromUtf8(path)), ignored);
-}
-
-/// Calls `open`, which opens the file at the path.
-template <typename Open>
-auto Opened(const std::string& path, const Open& open)
-{
-    try {
-        return open();
-    } catch (const Error& error) {
-        // The system reports a denied access, or a name that is not valid.
-        if (IsFolder(path)) {
-            throw ProblemFailure({error.Code(), ExitCode::FileError, path, 0, 0, "is a folder", {}});
-        }
-        throw ProblemFailure(ProblemOf(error, {path, {}}));
-    }
 }
 
 IfChanged IfChangedFor(bool force)
@@ -58,7 +35,7 @@ PolicyFile::PolicyFile(const std::string& path, Access access) : m_path(path), m
 {
     RequireName(path);
     Reading(path, [&](const std::string& source) {
-        Opened(source, [&] { model::Load(m_file, source, access == Access::ReadOnly); });
+        Calling({source, {}}, [&] { model::Load(m_file, source, access == Access::ReadOnly); });
     });
 }
 
@@ -67,7 +44,7 @@ PolicyFile::PolicyFile(const std::string& path, std::chrono::seconds patience)
 {
     RequireName(path);
     RequireReplaceable(path);
-    m_edit = Opened(path, [&] { return zupm::Edit(m_file, patience); });
+    m_edit = Calling({path, {}}, [&] { return zupm::Edit(m_file, patience); });
 }
 
 std::unique_ptr<Entry> PolicyFile::Find(const Target& target)

@@ -1,17 +1,14 @@
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/EditFiles.h"
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadEdits.h"
-#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -20,49 +17,10 @@ struct ApplyOptions : FilesOptions {
     std::string edits;
 };
 
-ProblemFailure Unreadable(const std::string& name)
-{
-    return ProblemFailure({{}, ExitCode::FileError, name, 0, 0, "the edits cannot be read", {}});
-}
-
-std::vector<model::EditRequest> ReadStream(std::istream& in, const ApplyOptions& options)
-{
-    try {
-        return model::ReadEdits(in);
-    } catch (const model::EditsComplaint& complaint) {
-        throw ProblemFailure({result::SyntaxError,
-                              ExitCode::FileError,
-                              options.edits,
-                              complaint.place.line,
-                              complaint.place.column,
-                              ComplaintToShow(complaint.message, options.hidden),
-                              {}});
-    } catch (const std::ios_base::failure&) {
-        throw Unreadable(options.edits);
-    }
-}
-
-std::vector<model::EditRequest> ReadEditsOf(const ApplyOptions& options)
-{
-    if (options.edits == "-") {
-        std::vector<model::EditRequest> edits = ReadStream(std::cin, options);
-        // The stream takes an error for the end, and half of the edits must not pass for all of them.
-        if (std::ferror(stdin) != 0) {
-            throw Unreadable("-");
-        }
-        return edits;
-    }
-    std::ifstream file(std::filesystem::path(std::u8string(options.edits.begin(), options.edits.end())),
-                       std::ios::binary);
-    if (!file) {
-        throw Unreadable(options.edits);
-    }
-    return ReadStream(file, options);
-}
-
 ExitCode RunApply(const ApplyOptions& options, Streams streams)
 {
-    return EditFiles(options, {options.edits, ReadEditsOf(options), true}, streams);
+    std::vector<model::EditRequest> edits = ReadingInput(options.edits, "the edits", options.hidden, model::ReadEdits);
+    return EditFiles(options, {options.edits, std::move(edits), true}, streams);
 }
 
 Action DeclareApply(CLI::App& line)
@@ -73,7 +31,10 @@ Action DeclareApply(CLI::App& line)
         ->type_name("EDITS")
         ->required();
     AddFiles(line, *options);
-    return [options](Streams streams) { return RunApply(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->hidden, streams, [&] { return RunApply(*options, streams); }, options->quiet);
+    };
 }
 
 }  // namespace

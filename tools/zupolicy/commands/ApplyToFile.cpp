@@ -10,11 +10,13 @@
 #include "tools/zupolicy/client/Backup.h"
 #include "tools/zupolicy/client/Interrupt.h"
 #include "tools/zupolicy/client/StandardInput.h"
+#include "tools/zupolicy/commands/FieldNotes.h"
 #include "tools/zupolicy/commands/FileText.h"
 #include "tools/zupolicy/model/MakeObjects.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/model/WriteEntry.h"
 #include "tools/zupolicy/report/ChangeReport.h"
+#include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/NearestName.h"
 #include "tools/zupolicy/report/Visible.h"
 
@@ -34,7 +36,9 @@ public:
     /// Makes every edit; returns the number of those that made a difference. Throws ProblemFailure.
     std::size_t MakeAll();
     /// Puts what differs in the end into the document; returns whether anything does.
-    [[nodiscard]] bool Write(std::ostream& differences) const;
+    [[nodiscard]] bool Write(std::ostream& differences);
+    /// The entries that were in the file and that Write has changed, without their sections.
+    [[nodiscard]] const std::vector<model::Entry>& Rewritten() const noexcept { return m_rewritten; }
 
 private:
     struct State {
@@ -52,6 +56,7 @@ private:
     const ApplyTask& m_task;
     std::map<EntryId, State> m_states;
     std::vector<EntryId> m_order;
+    std::vector<model::Entry> m_rewritten;
 };
 
 States::State& States::StateOf(const EntryId& id)
@@ -87,7 +92,7 @@ std::size_t States::MakeAll()
     return effective;
 }
 
-bool States::Write(std::ostream& differences) const
+bool States::Write(std::ostream& differences)
 {
     bool differs = false;
     for (const EntryId& id : m_order) {
@@ -101,6 +106,9 @@ bool States::Write(std::ostream& differences) const
             continue;
         }
         differs = true;
+        if (state.before && state.after) {
+            m_rewritten.push_back({id, state.after->fields, {}});
+        }
         WriteAsText(differences, change, {.redaction = m_task.redaction, .linePrefix = {}, .writeMembers = {}});
         const std::size_t others = WriteEntry(change, state.after);
         if (others != 0) {
@@ -127,6 +135,9 @@ std::size_t States::WriteEntry(const model::EntryChange& change, const std::opti
 
 std::string States::SimilarTo(const EntryId& id) const
 {
+    if (std::string complaint = ComplaintOfIds(id.softwareId, id.taskId); !complaint.empty()) {
+        return complaint;
+    }
     NearestName nearest(id.taskId ? *id.taskId : id.softwareId);
     if (id.taskId) {
         for (const std::string& taskId : m_file.TaskIds(id.softwareId)) {
@@ -219,6 +230,7 @@ void Apply(const ApplyTask& task, ApplyResult& result)
         result.state = ApplyResult::State::Unchanged;
         return;
     }
+    result.notes = NotesOnFields(result.file, states.Rewritten());
     if (task.diff) {
         result.diff = Difference(result.file, result.file, TextOfFile(result.file, task.redaction),
                                  TextOfDocument(edit.File(), task.redaction), *task.diff);

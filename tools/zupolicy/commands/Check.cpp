@@ -21,7 +21,7 @@ namespace {
 struct CheckOptions {
     std::vector<std::string> files;
     std::optional<std::string> rules;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     bool verbose = false;
     bool strict = false;
     bool json = false;
@@ -80,7 +80,7 @@ bool Passes(const CheckReport& report, const CheckOptions& options)
 
 ExitCode RunCheck(const CheckOptions& options, Streams streams)
 {
-    const Demands demands{RulesFor(options.rules, options.files), Redaction(options.hidden)};
+    const Demands demands{RulesFor(options.rules, options.files), options.hidden};
     JsonWriter json(streams.data);
     if (options.json) {
         json.BeginDocument();
@@ -119,7 +119,9 @@ Action DeclareCheck(CLI::App& line)
     line.add_flag("--strict", options->strict, "Fail on warnings, too");
     AddJson(line, options->json);
     AddJobs(line, options->jobs, "How many files to check at a time (default: the processors, at most 8)");
-    return [options](Streams streams) { return RunCheck(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunCheck(*options, streams); });
+    };
 }
 
 }  // namespace

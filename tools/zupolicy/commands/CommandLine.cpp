@@ -64,6 +64,7 @@ public:
 private:
     [[nodiscard]] UsageFailure Unexpected(const std::string& argument) const;
     [[nodiscard]] UsageFailure ComplaintAbout(const CLI::ParseError& error) const;
+    void RequireValues(const std::vector<std::string>& arguments) const;
     [[nodiscard]] std::string Advice() const;
 
     const Command& m_command;
@@ -186,12 +187,27 @@ std::string CommandParser::Advice() const
     return std::string("zupolicy help ") + m_command.name + " explains the command.";
 }
 
+/// Throws UsageFailure for an option with nothing after its "=". The parser would take `--backup=` for `--backup`, and
+/// the argument that follows for the value of another option.
+void CommandParser::RequireValues(const std::vector<std::string>& arguments) const
+{
+    const auto isEmpty = [&](const std::string& argument) {
+        return argument.find('=') + 1 == argument.size() && argument.starts_with("--") &&
+               m_line.get_option_no_throw(argument.substr(0, argument.size() - 1)) != nullptr;
+    };
+    const auto end = std::ranges::find(arguments, "--");
+    if (const auto empty = std::find_if(arguments.begin(), end, isEmpty); empty != end) {
+        throw UsageFailure(*empty + " has no value", {}, Advice());
+    }
+}
+
 ParsedLine CommandParser::Parse(const std::vector<std::string>& arguments)
 {
     m_hides = HasOption(arguments, "--redact");
     if (const std::optional<std::string> flag = FindFlagWithValue(m_line, arguments)) {
         throw UsageFailure(*flag + " takes no value", {}, Advice());
     }
+    RequireValues(arguments);
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         m_line.parse(reversed);

@@ -28,7 +28,7 @@ struct DiffOptions {
     bool json = false;
     bool html = false;
     std::string output = "-";
-    std::vector<std::string> hidden;
+    Redaction hidden;
 };
 
 /// The reason why no edit can put an entry into the file; empty when one can.
@@ -44,7 +44,7 @@ public:
     Differences(std::ostream& out, const DiffOptions& options)
         : m_out(out), m_options(options), m_json(out, JsonWriter::Form::OneLine)
     {
-        m_style.redaction = Redaction(options.hidden);
+        m_style.redaction = options.hidden;
     }
 
     void Compare(std::string_view what, const std::string& before, const std::string& after)
@@ -149,7 +149,7 @@ ExitCode ComparePage(const Side& before, const Side& after, const DiffOptions& o
     asEdits.ignoreVersions = true;
     std::ostringstream edits;
     const ExitCode code = Compare(before, after, asEdits, edits);
-    PageData data(Redaction(options.hidden), PageData::Hidden::Different);
+    PageData data(options.hidden, PageData::Hidden::Different);
     data.Add(ReadForPage(options.before, before.file));
     data.Add(ReadForPage(options.after, after.file));
     const std::string title = "Differences: " + options.before + ", " + options.after;
@@ -179,7 +179,9 @@ Action DeclareDiff(CLI::App& line)
     html->excludes(json);
     AddPageOutput(line, options->output)->needs(html);
     AddRedact(line, options->hidden);
-    return [options](Streams streams) { return RunDiff(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunDiff(*options, streams); });
+    };
 }
 
 }  // namespace

@@ -103,18 +103,28 @@ std::string OutcomeText(const Change& change, const EditOptions& options)
     return text + (change.backup ? ", backup " + *change.backup : "");
 }
 
+void PrintNotes(const Change& change, const EditOptions& options, Streams streams)
+{
+    for (const std::string& note : change.notes) {
+        if (!options.quiet) {
+            streams.messages.Line(note);
+        }
+    }
+}
+
 void Print(const Change& change, const EditOptions& options, Streams streams)
 {
     if (options.verbose) {
         streams.messages.Line(OutcomeText(change, options));
     }
-    const Redaction redaction(options.hidden);
+    // Made in any case: of a change that is not printed, too, a pattern of --redact may hide nothing.
+    const std::string text = ChangeAsText(change, options.hidden);
     if (options.json) {
-        WriteChangeAsJson(streams.data, change, redaction);
+        WriteChangeAsJson(streams.data, change, options.hidden);
     } else if (change.diff) {
         WriteDiff(streams.data, *change.diff, HasColour(StandardStream::Output));
     } else if (options.dryRun && !options.quiet) {
-        streams.data << ChangeAsText(change, redaction);
+        streams.data << text;
     }
     streams.data.flush();
     if (!streams.data && change.written) {
@@ -128,7 +138,7 @@ std::string DiffOf(PolicyFile& file, const EditOptions& options)
     const TemporaryFolder folder;
     const std::string path = ToUtf8((folder.Path() / "document.xml").u16string());
     file.Write(path);
-    const Redaction redaction(options.hidden);
+    const Redaction& redaction = options.hidden;
     return Difference(file.Path(), options.output.value_or(file.Path()), TextOfFile(file.Path(), redaction),
                       TextOfFile(path, redaction), options.json ? Form::Exact : Form::Visible);
 }
@@ -160,6 +170,7 @@ void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Str
     change.file = file.Path();
     if (options.GoesToStandardOutput()) {
         WriteToStream(file, streams.data);
+        PrintNotes(change, options, streams);
         if (options.verbose) {
             streams.messages.Line(OutcomeText(change, options));
         }
@@ -173,6 +184,7 @@ void FinishEdit(PolicyFile& file, Change change, const EditOptions& options, Str
     } else if (!options.output && change.changed) {
         Rehearse(file, options);
     }
+    PrintNotes(change, options, streams);
     Print(change, options, streams);
 }
 

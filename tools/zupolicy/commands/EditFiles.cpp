@@ -29,7 +29,7 @@ ApplyTask TaskOf(const FilesOptions& options, Edits edits)
     if (options.diff) {
         task.diff = options.json ? Form::Exact : Form::Visible;
     }
-    task.redaction = Redaction(options.hidden);
+    task.redaction = options.hidden;
     task.patience = std::chrono::seconds(options.lockTimeoutSeconds);
     return task;
 }
@@ -64,7 +64,9 @@ ExitCode EditFiles(const FilesOptions& options, Edits edits, Streams streams)
     std::atomic<bool> hasFailed = false;
     const auto apply = [&](const std::string& path) {
         if (Interrupt::IsAsked() || (hasFailed && !options.keepGoing)) {
-            return ApplyResult{path, ApplyResult::State::NotDone, 0, {}, {}, {}, {}};
+            ApplyResult result;
+            result.file = path;
+            return result;
         }
         const zupm::Runtime runtime;
         ApplyResult result = ApplyToFile(path, task);

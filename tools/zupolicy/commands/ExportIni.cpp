@@ -1,17 +1,22 @@
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <system_error>
 
 #include "tools/zupolicy/client/Files.h"
 #include "tools/zupolicy/client/PolicyFile.h"
+#include "tools/zupolicy/client/StandardInput.h"
 #include "tools/zupolicy/client/Utf8.h"
+#include "tools/zupolicy/client/contents/Contents.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Options.h"
 #include "tools/zupolicy/report/CheckReport.h"
 #include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/IniLosses.h"
 #include "tools/zupolicy/report/Json.h"
 
 namespace zupm::tool {
@@ -27,10 +32,34 @@ struct ExportIniOptions {
     [[nodiscard]] bool GoesToStandardOutput() const { return iniFile == "-"; }
 };
 
+/// An export writes the fields first, so it would begin and then fail.
+void RequireFieldsOfOneLine(const model::Entry& task, const ExportIniOptions& options)
+{
+    const auto require = [&](std::string_view name, std::string_view text) {
+        if (text.find_first_of("\r\n") != text.npos) {
+            throw ShortFailure({result::GeneralFailure,
+                                ExitCode::FileError,
+                                options.iniFile,
+                                0,
+                                0,
+                                "the INI file cannot be written: " + Describe(options.target) +
+                                    " has a line break in its " + std::string(name),
+                                {}});
+        }
+    };
+    require("software ID", task.id.softwareId);
+    require("task ID", *task.id.taskId);
+    for (std::size_t i = 0; i < task.fields.size(); ++i) {
+        require(model::kFieldNames[i], task.fields[i]);
+    }
+}
+
 void Export(PolicyFile& file, const ExportIniOptions& options, const std::filesystem::path& ini)
 {
+    const auto task = file.FindTask(options.target);
+    RequireFieldsOfOneLine(task->State(), options);
     try {
-        file.FindTask(options.target)->WriteIni(ToUtf8(ini.u16string()));
+        task->WriteIni(ToUtf8(ini.u16string()));
     } catch (const ProblemFailure& failure) {
         if (failure.What().code != result::GeneralFailure) {
             throw;
@@ -86,24 +115,34 @@ void Export(PolicyFile& file, const ExportIniOptions& options, std::ostream& dat
     }
 }
 
-void PrintLosses(Messages& messages, const PolicyFile& file, const Notices& notices, const Target& task)
+/// What is lost of a task in its INI file.
+struct Losses {
+    std::optional<Notices> notices;
+    std::optional<PlacedContents> placed;  ///< nothing when no setting is lost by itself
+};
+
+void ForEach(const Losses& losses, const Target& task, const std::function<void(const Notice&)>& take)
 {
-    for (LONG i = 0; i < notices.Count(); ++i) {
-        if (notices.IsLossOf(task, i)) {
-            PrintWarning(messages, file.Path(), notices.At(i));
+    for (LONG i = 0; i < losses.notices->Count(); ++i) {
+        if (losses.notices->IsLossOf(task, i)) {
+            take(losses.notices->At(i));
         }
+    }
+    if (losses.placed) {
+        ForEachIniLoss(*losses.placed, task, take);
     }
 }
 
 /// What is lost of the task, after it was written.
-void Report(PolicyFile& file, const ExportIniOptions& options, Streams streams)
+void Report(const ExportIniOptions& options, const Losses& losses, Streams streams)
 {
-    const Notices notices = file.Notices();
     if (!options.quiet) {
-        PrintLosses(streams.messages, file, notices, options.target);
+        ForEach(losses, options.target,
+                [&](const Notice& loss) { PrintWarning(streams.messages, options.file, loss); });
     }
     if (options.json) {
-        WriteExportAsJson(streams.data, options.target, options.iniFile, notices);
+        WriteExportAsJson(streams.data, options.target, options.iniFile,
+                          [&](const auto& take) { ForEach(losses, options.target, take); });
         streams.data.flush();
         if (!streams.data) {
             throw Failure(ExitCode::Written, "writing to standard output failed");
@@ -111,13 +150,37 @@ void Report(PolicyFile& file, const ExportIniOptions& options, Streams streams)
     }
 }
 
+/// Exports from the file at `source`, which is FILE or a copy of it. Sets `isWritten` as soon as the INI file is.
+Losses ExportFrom(const std::string& source, const ExportIniOptions& options, std::ostream& data, bool& isWritten)
+{
+    Losses losses;
+    bool hasIniLoss = false;
+    {
+        PolicyFile file(source, Access::ReadOnly);
+        Explaining({options.file, options.target, {}, {}}, [&] { Export(file, options, data); });
+        isWritten = true;
+        losses.notices = file.Notices();
+        hasIniLoss = HasIniLoss(file.FindTask(options.target)->State());
+    }
+    // The component does not say where a setting is.
+    if (hasIniLoss) {
+        losses.placed = ReadPlaced(source, [](PolicyFile&) {});
+    }
+    return losses;
+}
+
 ExitCode RunExportIni(const ExportIniOptions& options, Streams streams)
 {
-    PolicyFile file(options.file, Access::ReadOnly);
-    Explaining({options.file, options.target, {}, {}}, [&] { Export(file, options, streams.data); });
+    bool isWritten = false;
     try {
-        Report(file, options, streams);
+        const Losses losses = Reading(options.file, [&](const std::string& source) {
+            return ExportFrom(source, options, streams.data, isWritten);
+        });
+        Report(options, losses, streams);
     } catch (const Failure& failure) {
+        if (!isWritten) {
+            throw;
+        }
         Problem problem = CurrentProblem(options.file);
         problem.exit = ExitCode::Written;
         problem.message = "the export was written, but: " + problem.message;

@@ -5,10 +5,8 @@
 
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/EditFiles.h"
-#include "tools/zupolicy/commands/Input.h"
 #include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadEntry.h"
-#include "tools/zupolicy/report/Problem.h"
 
 namespace zupm::tool {
 namespace {
@@ -22,19 +20,9 @@ struct ImportOptions : FilesOptions {
 model::EditRequest ReadEntryOf(const ImportOptions& options)
 {
     using Kind = model::EditRequest::Kind;
-    try {
-        model::EditRequest edit = model::ReadEntry(ReadInput(options.entry, "the entry"));
-        edit.kind = options.merge ? Kind::Entry : options.replace ? Kind::ExactEntry : Kind::OwnEntry;
-        return edit;
-    } catch (const model::EditsComplaint& complaint) {
-        throw ProblemFailure({result::SyntaxError,
-                              ExitCode::FileError,
-                              options.entry,
-                              complaint.place.line,
-                              complaint.place.column,
-                              ComplaintToShow(complaint.message, options.hidden),
-                              {}});
-    }
+    model::EditRequest edit = ReadingInput(options.entry, "the entry", options.hidden, model::ReadEntry);
+    edit.kind = options.merge ? Kind::Entry : options.replace ? Kind::ExactEntry : Kind::OwnEntry;
+    return edit;
 }
 
 ExitCode RunImport(const ImportOptions& options, Streams streams)
@@ -63,7 +51,10 @@ Action DeclareImport(CLI::App& line)
         options->entry = std::move(options->files.back());
         options->files.pop_back();
     });
-    return [options](Streams streams) { return RunImport(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->hidden, streams, [&] { return RunImport(*options, streams); }, options->quiet);
+    };
 }
 
 }  // namespace

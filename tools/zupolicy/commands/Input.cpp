@@ -1,5 +1,7 @@
 #include "tools/zupolicy/commands/Input.h"
 
+#include <zuPolicyManager/client/Error.h>
+
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
@@ -8,6 +10,7 @@
 #include <iostream>
 #include <istream>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "tools/zupolicy/client/Failure.h"
@@ -33,30 +36,48 @@ std::string ReadAll(std::istream& in, const std::function<bool(std::string_view 
     return bytes;
 }
 
+/// Why a file cannot be opened, in the words that failures of policy files have.
+std::string ReasonFor(const std::filesystem::path& path)
+{
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(path, error).type();
+    if (type == std::filesystem::file_type::directory) {
+        return ": is a folder";
+    }
+    if (type == std::filesystem::file_type::not_found) {
+        return ": " + client::SentenceOf(result::FileNotFound);
+    }
+    // A name that is too long, or links that lead to each other.
+    return error ? ": " + client::SentenceOf(result::InvalidName) : "";
+}
+
 std::string Read(const std::string& name, const std::string& what,
                  const std::function<bool(std::string_view piece)>& isEnough)
 {
-    const auto unreadable = [&] { return Failure(ExitCode::FileError, name, what + " cannot be read"); };
+    const auto unreadable = [&](const std::string& reason) {
+        return Failure(ExitCode::FileError, name, what + " cannot be read" + reason);
+    };
     if (name == "-") {
         std::string bytes = ReadAll(std::cin, isEnough);
         // The stream takes an error for the end, and a part must not pass for all.
         if (std::ferror(stdin) != 0 || std::cin.bad()) {
-            throw unreadable();
+            throw unreadable("");
         }
         return bytes;
     }
     if (!IsUtf8(name)) {
         throw Failure(ExitCode::FileError, name, "the name is not valid UTF-8");
     }
-    std::ifstream file(std::filesystem::path(std::u8string(name.begin(), name.end())), std::ios::binary);
+    const std::filesystem::path path(std::u8string(name.begin(), name.end()));
+    std::ifstream file(path, std::ios::binary);
     if (!file) {
-        throw unreadable();
+        throw unreadable(ReasonFor(path));
     }
     try {
         file.exceptions(std::ios::badbit);
         return ReadAll(file, isEnough);
     } catch (const std::ios_base::failure&) {
-        throw unreadable();
+        throw unreadable(ReasonFor(path));
     }
 }
 

@@ -10,7 +10,7 @@ namespace {
 /// Standard output takes either the document or a report.
 void RequireOneUseOfStandardOutput(const EditOptions& edit)
 {
-    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun || edit.diff || !edit.hidden.empty())) {
+    if (edit.GoesToStandardOutput() && (edit.json || edit.dryRun || edit.diff || !edit.hidden.IsEmpty())) {
         throw CLI::ValidationError(
             std::string("--output - writes the document to standard output and cannot be used with ") +
             (edit.json     ? "--json"

@@ -4,10 +4,10 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/Target.h"
+#include "tools/zupolicy/report/Redaction.h"
 
 namespace CLI {
 class App;
@@ -26,7 +26,7 @@ struct WriteOptions {
     bool verbose = false;
     std::string backupSuffix;  ///< empty for no backup
     unsigned lockTimeoutSeconds = 10;
-    std::vector<std::string> hidden;  ///< the patterns of --redact
+    Redaction hidden;
 };
 
 /// Where and how `set` and `remove` write their result.

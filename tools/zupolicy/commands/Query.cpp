@@ -18,7 +18,7 @@ namespace {
 struct QueryOptions {
     std::vector<std::string> files;
     model::Patterns patterns;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     bool json = false;
     bool table = false;
     bool count = false;
@@ -66,7 +66,7 @@ ExitCode RunQuery(const QueryOptions& options, Streams streams)
     const std::unique_ptr<QueryReport> report = MakeReport(options, streams.data);
     bool hasMatch = false;
     bool hasProblem = false;
-    const Redaction redaction(options.hidden);
+    const Redaction& redaction = options.hidden;
     const auto search = [&, reader = std::shared_ptr<Reader>()](const std::string& path) mutable {
         if (!reader) {
             reader = std::make_shared<Reader>();
@@ -110,7 +110,9 @@ Action DeclareQuery(CLI::App& line)
         ->excludes(table);
     AddRedact(line, options->hidden);
     AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
-    return [options](Streams streams) { return RunQuery(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunQuery(*options, streams); });
+    };
 }
 
 }  // namespace

@@ -5,8 +5,12 @@
 #include "tools/zupolicy/client/PolicyFile.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/commands/FieldNotes.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/model/Entry.h"
 #include "tools/zupolicy/report/Explain.h"
+#include "tools/zupolicy/report/Visible.h"
 
 namespace zupm::tool {
 namespace {
@@ -21,9 +25,38 @@ struct RemoveOptions {
     EditOptions edit;
 };
 
+/// Whether the section exists and holds nothing of its own.
+bool OnlyRepeats(model::Entry task, const std::string& section)
+{
+    const bool exists = task.sections.Find(section) != nullptr;
+    DropRepeated(task);
+    return exists && task.sections.Find(section) == nullptr;
+}
+
+/// When a task goes back into the file, the component writes its fields into some settings again. A removal of one
+/// would change nothing but time stamps, each time.
+void RequireOwn(Entry& entry, const RemoveOptions& options)
+{
+    if (!options.target.taskId) {
+        return;
+    }
+    const std::string section = " section " + Shortened(*options.section) + " ";
+    if (options.name && model::RepeatedBy(*options.section, *options.name)) {
+        throw Failure(ExitCode::Other, options.file,
+                      Describe(options.target) + ": setting " + Shortened(*options.name) + " of" + section +
+                          "repeats a field of the task and cannot be removed");
+    }
+    if (!options.name && OnlyRepeats(entry.State(), *options.section)) {
+        throw Failure(
+            ExitCode::Other, options.file,
+            Describe(options.target) + ":" + section + "only repeats fields of the task and cannot be removed");
+    }
+}
+
 /// Removes the section or the setting; returns the value of a removed setting.
 std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& options)
 {
+    RequireOwn(entry, options);
     if (!options.name) {
         entry.RemoveSection(*options.section);
         return std::nullopt;
@@ -33,17 +66,17 @@ std::optional<std::string> RemoveInside(Entry& entry, const RemoveOptions& optio
     return before;
 }
 
-/// Removes what the options name from the document; returns the value of a removed setting.
-std::optional<std::string> Remove(PolicyFile& file, const RemoveOptions& options)
+/// Removes what the options name from the document.
+void Remove(PolicyFile& file, const RemoveOptions& options, Change& change)
 {
     if (!options.section) {
         file.Remove(options.target);
-        return std::nullopt;
+        return;
     }
     const auto entry = file.Find(options.target);
-    std::optional<std::string> before = RemoveInside(*entry, options);
+    change.before = RemoveInside(*entry, options);
     file.Add(*entry);
-    return before;
+    change.notes = NotesOnFields(options.file, {entry->State()});
 }
 
 ExitCode RunRemove(const RemoveOptions& options, Streams streams)
@@ -55,7 +88,7 @@ ExitCode RunRemove(const RemoveOptions& options, Streams streams)
     change.name = options.name;
     try {
         Explaining({options.file, options.target, options.section, options.name},
-                   [&] { change.before = Remove(file, options); });
+                   [&] { Remove(file, options, change); });
     } catch (const ProblemFailure& failure) {
         if (!options.ignoreMissing || failure.Code() != ExitCode::NotFound) {
             throw;
@@ -75,7 +108,10 @@ Action DeclareRemove(CLI::App& line)
     line.add_option("NAME", options->name, "The setting");
     line.add_flag("--ignore-missing", options->ignoreMissing, "What is not in the file is no failure (exit code 0)");
     AddEdit(line, options->edit);
-    return [options](Streams streams) { return RunRemove(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->edit.hidden, streams, [&] { return RunRemove(*options, streams); }, options->edit.quiet);
+    };
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ struct ReportOptions {
     std::string output = "-";
     std::string title = "Policy report";
     std::optional<std::string> rules;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     bool json = false;
     unsigned jobs = ReadingJobs();
 };
@@ -30,7 +30,7 @@ ExitCode RunReport(const ReportOptions& options, Streams streams)
     static_cast<void>(Valid(options.title));
     RequireOtherFile(options.output, options.files);
     const std::optional<rules::RuleSet> rules = RulesFor(options.rules, options.files);
-    const Redaction redaction(options.hidden);
+    const Redaction& redaction = options.hidden;
     PageData data(redaction);
     PageReport report{options.output};
     const auto read = [&](const std::string& path) {
@@ -72,7 +72,9 @@ Action DeclareReport(CLI::App& line)
     AddJobs(line, options->jobs, "How many files to read at a time (default: the processors, at most 8)");
     AddJson(line, options->json);
     line.callback([options] { RequireOneUseOfStandardOutput(*options); });
-    return [options](Streams streams) { return RunReport(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunReport(*options, streams); });
+    };
 }
 
 }  // namespace

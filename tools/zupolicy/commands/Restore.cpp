@@ -15,6 +15,7 @@
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/FileText.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
 #include "tools/zupolicy/model/ReadFile.h"
 #include "tools/zupolicy/report/RestoreReport.h"
 #include "tools/zupolicy/report/UnifiedDiff.h"
@@ -73,7 +74,7 @@ FileText TextToShow(const std::string& path, const std::string& bytes, const Red
 std::string DiffOf(const RestoreOptions& options, const std::string& backup, const std::string& before,
                    const std::string& after)
 {
-    const Redaction redaction(options.hidden);
+    const Redaction& redaction = options.hidden;
     return Difference(options.file, options.file, TextToShow(options.file, before, redaction),
                       TextToShow(backup, after, redaction), options.json ? Form::Exact : Form::Visible);
 }
@@ -161,7 +162,10 @@ Action DeclareRestore(CLI::App& line)
             throw CLI::ValidationError("--backup takes a suffix such as .bak");
         }
     });
-    return [options](Streams streams) { return RunRestore(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->hidden, streams, [&] { return RunRestore(*options, streams); }, options->quiet);
+    };
 }
 
 }  // namespace

@@ -8,8 +8,11 @@
 #include "tools/zupolicy/client/Utf8.h"
 #include "tools/zupolicy/commands/Commands.h"
 #include "tools/zupolicy/commands/Edit.h"
+#include "tools/zupolicy/commands/FieldNotes.h"
 #include "tools/zupolicy/commands/Input.h"
 #include "tools/zupolicy/commands/Options.h"
+#include "tools/zupolicy/commands/RedactOption.h"
+#include "tools/zupolicy/model/XmlText.h"
 #include "tools/zupolicy/report/Explain.h"
 #include "tools/zupolicy/report/Visible.h"
 
@@ -68,6 +71,10 @@ std::vector<FieldChange> FieldsOfNewEntry(const SetOptions& options)
 ProblemFailure NotCreated(Problem problem, const Sought& sought)
 {
     const std::string suggestion = SuggestionFor(*problem.code, sought);
+    if (!ComplaintOfIds(sought.target.softwareId, sought.target.taskId).empty()) {
+        problem.hint = suggestion;
+        return ProblemFailure(std::move(problem));
+    }
     problem.hint = suggestion.empty() ? "--create adds it" : suggestion;
     Problem found = problem;
     found.hint.clear();
@@ -86,6 +93,10 @@ Found FindOrCreate(PolicyFile& file, const SetOptions& options)
         if (!options.create) {
             throw NotCreated(failure.What(), SoughtBy(options));
         }
+    }
+    if (const std::string complaint = ComplaintOfIds(options.target.softwareId, options.target.taskId);
+        !complaint.empty()) {
+        throw Failure(ExitCode::Usage, options.file, complaint + ", so nothing is added");
     }
     return {file.Create(options.target, options.fields), true, FieldsOfNewEntry(options)};
 }
@@ -155,6 +166,9 @@ ExitCode SetIn(const SetOptions& options, Streams streams)
     if (change.changed) {
         Put(file, *found.entry, options);
     }
+    if (change.changed && !found.isNew) {
+        change.notes = NotesOnFields(options.file, {found.entry->State()});
+    }
     change.fields = std::move(found.fields);
     FinishEdit(file, std::move(change), options.edit, streams);
     return ExitCode::Ok;
@@ -171,17 +185,38 @@ void RequireUtf8WithoutShowing(const SetOptions& options)
     }
 }
 
+/// The component would only say that something was wrong.
+void RequireXml(const SetOptions& options)
+{
+    const TaskFields& fields = options.fields;
+    // Nothing with such an ID is found, which says enough unless it is to be added.
+    const auto softwareId = options.create ? std::optional(options.target.softwareId) : std::nullopt;
+    const auto taskId = options.create ? options.target.taskId : std::nullopt;
+    const std::pair<const char*, const std::optional<std::string>&> texts[] = {
+        {"the software ID", softwareId},  {"the task ID", taskId},
+        {"the section", options.section}, {"the name", options.name},
+        {"the value", options.value},     {"the display name", fields.displayName},
+        {"the type", fields.type},        {"the platforms", fields.platforms},
+        {"the creator", fields.creator}};
+    for (const auto& [what, text] : texts) {
+        if (const auto complaint = text ? model::ComplaintOfXml(*text) : std::nullopt) {
+            throw Failure(ExitCode::Other, options.file, Describe(options.target) + ": " + what + " " + *complaint);
+        }
+    }
+}
+
 ExitCode RunSet(SetOptions options, Streams streams)
 {
     if (options.valueFile) {
         options.value = ReadValue(*options.valueFile);
     }
-    if (!options.edit.hidden.empty()) {
+    if (!options.edit.hidden.IsEmpty()) {
         RequireUtf8WithoutShowing(options);
     }
     if (options.value) {
         static_cast<void>(Valid(*options.value));
     }
+    RequireXml(options);
     return SetIn(options, streams);
 }
 
@@ -244,7 +279,10 @@ Action DeclareSet(CLI::App& line)
         RequireConsistent(options->edit);
         RequireWhole(*options);
     });
-    return [options](Streams streams) { return RunSet(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(
+            options->edit.hidden, streams, [&] { return RunSet(*options, streams); }, options->edit.quiet);
+    };
 }
 
 }  // namespace

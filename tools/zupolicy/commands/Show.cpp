@@ -24,7 +24,7 @@ struct ShowOptions {
     bool namesOnly = false;
     bool json = false;
     bool quiet = false;
-    std::vector<std::string> hidden;
+    Redaction hidden;
 };
 
 void RequireSomething(const FileContents& contents, const ShowOptions& options, const Selection& selection)
@@ -63,7 +63,7 @@ ExitCode RunShow(const ShowOptions& options, Streams streams)
         }
     };
     const FileContents contents = ReadPlaced(options.file, takeNotices).contents;
-    const Selection selection{options.softwareId, options.taskId, !options.namesOnly, Redaction(options.hidden)};
+    const Selection selection{options.softwareId, options.taskId, !options.namesOnly, options.hidden};
     if (options.quiet) {
         return Quietly([&] { RequireSomething(contents, options, selection); });
     }
@@ -87,7 +87,9 @@ Action DeclareShow(CLI::App& line)
     AddRedact(line, options->hidden);
     AddJson(line, options->json);
     AddQuiet(line, options->quiet, "Print nothing; the exit code says whether it is in the file");
-    return [options](Streams streams) { return RunShow(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunShow(*options, streams); });
+    };
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ constexpr milliseconds kGrace{300};
 
 struct WatchOptions {
     std::vector<std::string> files;
-    std::vector<std::string> hidden;
+    Redaction hidden;
     std::optional<std::uint64_t> exitAfter;
     std::optional<unsigned> timeoutSeconds;
     bool json = false;
@@ -127,7 +127,7 @@ class WatchRun {
 public:
     WatchRun(const WatchOptions& options, Streams streams)
         : m_options(options),
-          m_report(streams, options.json, Redaction(options.hidden), options.exitAfter),
+          m_report(streams, options.json, options.hidden, options.exitAfter),
           m_files(options.files.begin(), options.files.end()),
           m_folders(FoldersOf(options.files))
     {
@@ -211,7 +211,9 @@ Action DeclareWatch(CLI::App& line)
         ->check(CLI::Range(1U, 100'000'000U));
     AddRedact(line, options->hidden);
     line.add_flag("--json", options->json, "Print JSON, one object a line");
-    return [options](Streams streams) { return RunWatch(*options, streams); };
+    return [options](Streams streams) {
+        return Hiding(options->hidden, streams, [&] { return RunWatch(*options, streams); });
+    };
 }
 
 }  // namespace

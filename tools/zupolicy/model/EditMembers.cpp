@@ -1,35 +1,13 @@
 #include "tools/zupolicy/model/EditMembers.h"
 
-#include <zuPolicyManager/client/Utf.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 
+#include "tools/zupolicy/model/XmlText.h"
+
 namespace zupm::model {
 namespace {
-
-/// Whether XML 1.0 has the character.
-bool IsXml(char32_t character)
-{
-    if (character < 0x20) {
-        return character == U'\t' || character == U'\n' || character == U'\r';
-    }
-    return character != 0xFFFE && character != 0xFFFF;
-}
-
-/// The text is valid UTF-8, as the parser has made sure.
-bool IsXmlText(std::string_view text)
-{
-    for (std::size_t at = 0; at < text.size();) {
-        const client::Character character = client::Utf8CharacterAt(text, at);
-        if (character.length == 0 || !IsXml(character.value)) {
-            return false;
-        }
-        at += character.length;
-    }
-    return true;
-}
 
 std::string Quoted(std::string_view name)
 {
@@ -74,8 +52,8 @@ std::optional<std::string> Members::FindText(std::string_view name)
     if (value->type != JsonValue::Type::Text) {
         throw JsonComplaint{value->at, Quoted(name) + " must be a text"};
     }
-    if (!IsXmlText(value->text)) {
-        throw JsonComplaint{value->at, Quoted(name) + " holds a character that XML cannot hold"};
+    if (const std::optional<std::string> complaint = ComplaintOfXml(value->text)) {
+        throw JsonComplaint{value->at, Quoted(name) + " " + *complaint};
     }
     return value->text;
 }

@@ -1,6 +1,6 @@
 #include "tools/zupolicy/model/ReadEdits.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -91,37 +91,33 @@ EditRequest ReadEdit(const JsonValue& value)
     return edit;
 }
 
-EditRequest ReadLine(const std::string& line, std::uint32_t number, std::size_t skipped)
+EditRequest ReadLine(std::string_view text, std::uint32_t number)
 {
     try {
-        const std::string_view text = std::string_view(line).substr(skipped);
         RequireNoNull(text);
         const JsonValue value = ReadJson(text, {.ignored = "before"});
         EditRequest edit = ReadEdit(value);
         edit.place = {number, ColumnOf(text, value.at)};
         return edit;
     } catch (const JsonComplaint& complaint) {
-        const std::string_view text = std::string_view(line).substr(skipped);
         throw EditsComplaint{{number, ColumnOf(text, complaint.at)}, complaint.message};
     }
 }
 
 }  // namespace
 
-std::vector<EditRequest> ReadEdits(std::istream& in)
+std::vector<EditRequest> ReadEdits(std::string_view text)
 {
     // Some editors and shells begin a file of UTF-8 with this mark, which JSON does not know.
     constexpr std::string_view kMark = "\xEF\xBB\xBF";
     std::vector<EditRequest> edits;
-    std::string line;
-    for (std::uint32_t number = 1; std::getline(in, line); ++number) {
-        const std::size_t skipped = number == 1 && line.starts_with(kMark) ? kMark.size() : 0;
-        if (line.find_first_not_of(" \t\r", skipped) != line.npos) {
-            edits.push_back(ReadLine(line, number, skipped));
+    text.remove_prefix(text.starts_with(kMark) ? kMark.size() : 0);
+    for (std::uint32_t number = 1; !text.empty(); ++number) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        if (line.find_first_not_of(" \t\r") != line.npos) {
+            edits.push_back(ReadLine(line, number));
         }
-    }
-    if (!in.eof()) {
-        throw std::ios_base::failure("cannot be read");
     }
     return edits;
 }

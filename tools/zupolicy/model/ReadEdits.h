@@ -1,8 +1,8 @@
 /// Edits written as JSON, one object a line.
 #pragma once
 
-#include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/zupolicy/model/EditRequest.h"
@@ -16,8 +16,7 @@ struct EditsComplaint {
 };
 
 /// Reads all edits; blank lines are passed over. Refused are, besides what is not JSON, a member that no edit or not
-/// this edit has, a member that is missing or of another type, and a text that XML cannot hold. Throws EditsComplaint;
-/// std::ios_base::failure when the stream cannot be read.
-[[nodiscard]] std::vector<EditRequest> ReadEdits(std::istream& in);
+/// this edit has, a member that is missing or of another type, and a text that XML cannot hold. Throws EditsComplaint.
+[[nodiscard]] std::vector<EditRequest> ReadEdits(std::string_view text);
 
 }  // namespace zupm::model

@@ -20,6 +20,24 @@ void RequireKind(Members& members, const EditRequest& edit)
     }
 }
 
+/// `show` prints an empty text for the priority of a task that has none.
+void DropEmptyPriority(JsonValue& entry)
+{
+    std::erase_if(entry.members, [](const JsonValue::Member& member) {
+        return member.name == "priority" && member.value.type == JsonValue::Type::Text && member.value.text.empty();
+    });
+}
+
+/// An ID that is empty comes from a script with a variable that is not set.
+void RequireIds(Members& members)
+{
+    for (const char* name : {"softwareId", "taskId"}) {
+        if (members.FindText(name) == "") {
+            throw JsonComplaint{members.Find(name)->at, "\"" + std::string(name) + "\" must not be empty"};
+        }
+    }
+}
+
 EditRequest ReadObject(const JsonValue& value)
 {
     Members members(value, "an entry");
@@ -30,6 +48,7 @@ EditRequest ReadObject(const JsonValue& value)
     EditRequest edit;
     edit.kind = EditRequest::Kind::Entry;
     ReadContent(members, edit);
+    RequireIds(members);
     RequireKind(members, edit);
     static_cast<void>(members.Find("version"));
     members.RequireNoOther();
@@ -52,7 +71,8 @@ EditRequest ReadEntry(std::string_view text)
     text.remove_prefix(text.starts_with(kMark) ? kMark.size() : 0);
     try {
         RequireNoNull(text);
-        const JsonValue value = ReadJson(text, {.ignored = "version"});
+        JsonValue value = ReadJson(text, {.ignored = "version"});
+        DropEmptyPriority(value);
         EditRequest edit = ReadObject(value);
         edit.place = PlaceOf(text, value.at);
         return edit;

@@ -73,7 +73,13 @@ void ApplyReport::AddMessages(const ApplyResult& result)
         m_streams.messages.Line(LineOf(*result.problem));
         PrintExcerpt(m_streams.messages, *result.problem);
     }
-    if (m_form.isVerbose && result.state != State::Failed) {
+    for (const std::string& note : result.notes) {
+        if (!m_form.isQuiet) {
+            m_streams.messages.Line(note);
+        }
+    }
+    // The report for people has a line of each file anyway.
+    if (m_form.isVerbose && m_form.isJson && result.state != State::Failed) {
         const bool isForeseen = m_form.isDryRun && result.state == State::Changed;
         m_streams.messages.Line(result.file + ": " + (isForeseen ? "would be " : "") +
                                 std::string(NameOf(result.state)));

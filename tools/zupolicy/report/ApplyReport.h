@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/zupolicy/report/JsonWriter.h"
 #include "tools/zupolicy/report/Problem.h"
@@ -28,6 +29,7 @@ struct ApplyResult {
     std::string differences;         ///< in a dry run: lines for people
     std::string diff;                ///< the difference of the texts, when it is wanted
     std::optional<Problem> problem;  ///< also of a file that was changed: it could not be flushed
+    std::vector<std::string> notes;  ///< what else to say about it, line by line
 };
 
 /// How results are printed.
@@ -35,7 +37,7 @@ struct ApplyForm {
     bool isJson = false;
     bool isDryRun = false;
     bool isQuiet = false;     ///< only differences that are wanted, and failures
-    bool isVerbose = false;   ///< each file also as a message
+    bool isVerbose = false;   ///< each file also as a message, next to JSON
     bool hasDiff = false;     ///< the difference of the texts in place of the lines of a dry run
     bool hasColour = false;   ///< in that difference
     bool countsEdits = true;  ///< with the number of edits

@@ -27,6 +27,8 @@ struct Change {
     std::optional<std::string> written;
     /// The backup of the file that was replaced.
     std::optional<std::string> backup;
+    /// What else to say about it, line by line.
+    std::vector<std::string> notes;
     /// The difference of the texts, when it is wanted.
     std::optional<std::string> diff;
 };

@@ -101,8 +101,16 @@ Problem Explained(Problem problem, const Sought& sought)
     return problem;
 }
 
+std::string ComplaintOfIds(const std::string& softwareId, const std::optional<std::string>& taskId)
+{
+    return softwareId.empty() ? "the software ID is empty" : taskId && taskId->empty() ? "the task ID is empty" : "";
+}
+
 std::string SuggestionFor(result::Code code, const Sought& sought)
 {
+    if (std::string complaint = ComplaintOfIds(sought.target.softwareId, sought.target.taskId); !complaint.empty()) {
+        return complaint;
+    }
     try {
         return Suggestion(model::OpenToRead(sought.file), code, sought);
     } catch (const std::exception&) {

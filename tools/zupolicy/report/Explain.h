@@ -23,8 +23,12 @@ struct Sought {
 /// not have. Any other problem stays as it is.
 [[nodiscard]] Problem Explained(Problem problem, const Sought& sought);
 
-/// `did you mean "General"?` when something is missing and the file has a name much like it; nothing otherwise.
+/// `did you mean "General"?` when something is missing and the file has a name much like it, and that an ID is empty;
+/// nothing otherwise.
 [[nodiscard]] std::string SuggestionFor(result::Code code, const Sought& sought);
+
+/// What an empty ID means: nothing else explains why it is not found. Nothing for IDs that are not empty.
+[[nodiscard]] std::string ComplaintOfIds(const std::string& softwareId, const std::optional<std::string>& taskId);
 
 /// The first element on the way to a new entry that a file does not have; empty when it has all.
 [[nodiscard]] std::string_view MissingElement(const Places& places, const Target& target);

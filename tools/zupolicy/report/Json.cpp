@@ -87,23 +87,13 @@ void WriteIds(JsonWriter& json, const Target& target)
     }
 }
 
-/// The notices that `isWanted(index)` picks.
-template <typename IsWanted>
-void WriteWarnings(JsonWriter& json, const Notices& notices, const IsWanted& isWanted)
+void WriteWarning(JsonWriter& json, const Notice& notice)
 {
-    json.Key("warnings").BeginArray();
-    for (LONG i = 0; i < notices.Count(); ++i) {
-        if (!isWanted(i)) {
-            continue;
-        }
-        const Notice notice = notices.At(i);
-        json.BeginObject();
-        json.Key("line").Number(notice.line);
-        json.Key("column").Number(notice.column);
-        json.Member("message", notice.text);
-        json.EndObject();
-    }
-    json.EndArray();
+    json.BeginObject();
+    json.Key("line").Number(notice.line);
+    json.Key("column").Number(notice.column);
+    json.Member("message", notice.text);
+    json.EndObject();
 }
 
 void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
@@ -112,7 +102,11 @@ void WriteSoundReport(JsonWriter& json, const SoundFile& sound)
     json.Key("tasks").Number(sound.counts.tasks);
     json.Key("sections").Number(sound.counts.sections);
     json.Key("settings").Number(sound.counts.settings);
-    WriteWarnings(json, sound.notices, [](LONG /*index*/) { return true; });
+    json.Key("warnings").BeginArray();
+    for (LONG i = 0; i < sound.notices.Count(); ++i) {
+        WriteWarning(json, sound.notices.At(i));
+    }
+    json.EndArray();
     if (sound.problems) {
         json.Key("problems").BeginArray();
         for (const RuleProblem& problem : *sound.problems) {
@@ -190,13 +184,16 @@ void WriteChangeAsJson(std::ostream& out, const Change& change, const Redaction&
     json.EndObject();
 }
 
-void WriteExportAsJson(std::ostream& out, const Target& task, const std::string& written, const Notices& notices)
+void WriteExportAsJson(std::ostream& out, const Target& task, const std::string& written,
+                       const std::function<void(const std::function<void(const Notice&)>&)>& forEachLoss)
 {
     JsonWriter json(out);
     json.BeginDocument();
     WriteIds(json, task);
     json.Member("written", written);
-    WriteWarnings(json, notices, [&](LONG index) { return notices.IsLossOf(task, index); });
+    json.Key("warnings").BeginArray();
+    forEachLoss([&](const Notice& loss) { WriteWarning(json, loss); });
+    json.EndArray();
     json.EndObject();
 }
 

@@ -1,8 +1,11 @@
 #include "tools/zupolicy/report/Problem.h"
 
+#include <filesystem>
 #include <new>
 #include <ostream>
 #include <string_view>
+
+#include "tools/zupolicy/client/Utf8.h"
 
 namespace zupm::tool {
 namespace {
@@ -25,6 +28,12 @@ ExitCode ExitCodeOf(const Error& error)
         dynamic_cast<const FileError*>(&error) != nullptr || dynamic_cast<const SyntaxError*>(&error) != nullptr ||
         dynamic_cast<const InvalidText*>(&error) != nullptr || error.Code() == result::OwnerNotKept;
     return isAboutFile ? ExitCode::FileError : ExitCode::Other;
+}
+
+bool IsFolder(const std::string& path)
+{
+    std::error_code ignored;
+    return IsUtf8(path) && std::filesystem::is_directory(std::filesystem::path(FromUtf8(path)), ignored);
 }
 
 /// A text without "file: " in front: a problem names its file itself.
@@ -115,8 +124,13 @@ Problem CurrentProblem(const std::string& file)
 
 Problem ProblemOf(const Error& error, const Subject& subject)
 {
+    const std::string& file = error.File().empty() ? subject.file : error.File();
+    // The system reports a denied access, or a name that is not valid.
+    if (dynamic_cast<const FileError*>(&error) != nullptr && IsFolder(file)) {
+        return {error.Code(), ExitCode::FileError, file, 0, 0, "is a folder", {}};
+    }
     const bool hasAbout = error.Line() == 0 && !subject.about.empty();
-    return {error.Code(),  ExitCodeOf(error), error.File().empty() ? subject.file : error.File(),
+    return {error.Code(),  ExitCodeOf(error), file,
             error.Line(),  error.Column(),    (hasAbout ? subject.about + ": " : std::string()) + error.Sentence(),
             HintFor(error)};
 }

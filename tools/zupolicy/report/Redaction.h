@@ -1,10 +1,12 @@
 /// Values that must not be shown.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "tools/zupolicy/model/Entry.h"
@@ -17,12 +19,17 @@ inline constexpr std::string_view kHidden = "***";
 /// Which values are secrets. A pattern is one of names, or one of SECTION/NAME; `*` and `?` are wildcards, upper and
 /// lower case differ. A task's field goes by the name that `show --json` gives it, and a setting that repeats a hidden
 /// field is hidden as well, and the other way round.
+///
+/// Lifetime  A value. Copies share what they know about the use of each pattern.
+/// Threads   Any number may ask at the same time.
 class Redaction {
 public:
     Redaction() = default;
-    explicit Redaction(std::vector<std::string> patterns) : m_patterns(std::move(patterns)) {}
+    explicit Redaction(const std::vector<std::string>& patterns);
 
-    [[nodiscard]] bool IsEmpty() const noexcept { return m_patterns.empty(); }
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_use == nullptr; }
+    /// The patterns that have hidden no value so far; none as long as nobody has asked about a value.
+    [[nodiscard]] std::vector<std::string> Unused() const;
 
     /// Whether the setting's value is hidden. It is one of a task when the entry has a task ID.
     [[nodiscard]] bool Hides(const model::EntryId& id, std::string_view section, std::string_view name) const
@@ -45,9 +52,22 @@ public:
     }
 
 private:
+    template <class Fits>
+    [[nodiscard]] bool HasOneThat(const Fits& fits) const;
     [[nodiscard]] bool Names(std::string_view section, std::string_view name) const;
 
-    std::vector<std::string> m_patterns;
+    struct Pattern {
+        explicit Pattern(const std::string& pattern) : text(pattern) {}
+
+        std::string text;
+        std::atomic<bool> hasHidden = false;
+    };
+    struct Use {
+        std::deque<Pattern> patterns;
+        std::atomic<bool> isAsked = false;
+    };
+
+    std::shared_ptr<Use> m_use;  ///< null without patterns
 };
 
 /// The bytes of a text from `begin` up to `end`.

@@ -61,7 +61,8 @@ void WriteAsText(std::ostream& out, const RestoreResult& result)
 
 void WriteRestore(Streams streams, const RestoreResult& result, RestoreForm form)
 {
-    if (form.isVerbose) {
+    // The report for people says so anyway.
+    if (form.isVerbose && form.isJson) {
         streams.messages.Line(result.file + (!result.changed   ? ": unchanged"
                                              : result.isDryRun ? ": would be changed"
                                                                : ": changed"));
