@@ -75,6 +75,10 @@ TEST_F(StandardInput, IsRefusedWhenItCannotBeReadOrWasRead)
     EXPECT_THAT(Shell("$tool diff - - < policy.xml"), Fails(2, "zupolicy: -: standard input can be read only once\n"));
     EXPECT_THAT(Shell("$tool show - <&-"), Fails(3, "zupolicy: -: standard input cannot be read\n"));
     EXPECT_THAT(Shell("$tool show - < ."), Fails(3, "zupolicy: -: standard input cannot be read\n"));
+    EXPECT_THAT(Shell("$tool check policy.xml --rules - < ."),
+                Fails(3, "zupolicy: -: standard input cannot be read\n"));
+    EXPECT_THAT(Shell("$tool check policy.xml --rules - < /dev/zero"),
+                Fails(3, "zupolicy: -: the rules are larger than 16 MiB\n"));
     EXPECT_THAT(Shell("TMPDIR=/nonexistent $tool show - < policy.xml"),
                 Fails(3, testing::StartsWith("zupolicy: -: a temporary file cannot be used: ")));
     EXPECT_THAT(Shell("ulimit -f 1; $tool show - < policy.xml"),
