@@ -1,7 +1,11 @@
-// Backups and access lists: a backup lets nobody in who may not read the file.
+// Backups and rights: a backup lets nobody in who may not read the file, and needs no right to list the folder.
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <optional>
 
 #include "ToolTest.h"
@@ -66,6 +70,37 @@ TEST_F(BackupRights, TheListOfTheFile_IsThatOfTheBackup)
     ASSERT_NE(before, std::nullopt);
     MakeBackup();
     EXPECT_EQ(ListOf("policy.xml.bak"), before);
+}
+
+class UnreadableFolder : public ToolTest {
+protected:
+    /// Runs the tool as somebody who may write into the folder and use its files, and not list it; the exit code.
+    [[nodiscard]] int Run(const std::string& arguments) const
+    {
+        const bool isRoot = geteuid() == 0;
+        const std::string owner = isRoot ? "chown -h 65534:65534 policy.xml* && " : "";
+        const std::string run = isRoot ? "setpriv --reuid 65534 --regid 65534 --clear-groups " : "";
+        const int status =
+            std::system(("cd '" + Folder().Folder().string() + "' && " + owner + "chmod 333 . && " + run +
+                         "'" ZUPM_TOOL "' " + arguments + " 2> /dev/null; code=$?; chmod 700 .; exit $code")
+                            .c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+};
+
+TEST_F(UnreadableFolder, ABackupThere_TakesANameThatIsFree)
+{
+    if (geteuid() == 0 && std::system("command -v setpriv > /dev/null") != 0) {
+        GTEST_SKIP() << "nothing restricts this user";
+    }
+    const std::string before = Bytes();
+    Folder().Write(u"policy.xml.bak", "a backup");
+    std::filesystem::create_symlink("nowhere", Folder().Folder() / "policy.xml.bak.1");
+    ASSERT_EQ(Run("set policy.xml PRODUCTA1000 General Enabled 7 --backup"), 0);
+    EXPECT_EQ(Bytes(u"policy.xml.bak"), "a backup");
+    EXPECT_TRUE(std::filesystem::is_symlink(Folder().Folder() / "policy.xml.bak.1"));
+    EXPECT_FALSE(Folder().Has(u"nowhere"));
+    EXPECT_EQ(Bytes(u"policy.xml.bak.2"), before);
 }
 
 }  // namespace
