@@ -124,6 +124,12 @@ std::string Schema::Apply(const std::string& keyword, const json& rule, const js
     if (keyword == "minProperties") {
         return Unless(!value.is_object() || value.size() >= rule.get<std::size_t>(), complaint);
     }
+    if (keyword == "minLength") {
+        const auto isFirstByte = [](char byte) { return (byte & 0xC0) != 0x80; };
+        return Unless(!value.is_string() ||
+                          std::ranges::count_if(value.get<std::string>(), isFirstByte) >= rule.get<std::ptrdiff_t>(),
+                      complaint);
+    }
     if (keyword == "pattern") {
         // Regular expressions of bytes do not know \u; check-schemas looks at those.
         const auto pattern = rule.get<std::string>();
