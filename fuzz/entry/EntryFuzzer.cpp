@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -117,9 +116,8 @@ void MakeTwice(const std::vector<EditRequest>& edits)
 
 void ReadAsEdits(std::string_view text)
 {
-    std::istringstream in{std::string(text)};
     try {
-        MakeTwice(model::ReadEdits(in));
+        MakeTwice(model::ReadEdits(text));
     } catch (const model::EditsComplaint& complaint) {
         DemandComplaint(complaint, text);
     }

@@ -230,8 +230,8 @@ const std::vector<Operation> kOperations = {
      .codes = {result::OutOfMemory, result::GeneralFailure, result::Unexpected},
      .afterFailure = TheIniFileHasTheFirstLines,
      .afterSuccess = TheIniFileHasTheIdentity,
-     .fewestFailures = 30,
-     .stride = 7},  // a file is replaced for each line, in steps that are the same for all
+     .fewestFailures = 8,
+     .stride = 29},  // a file is replaced for each line, in steps that are the same for all
 };
 
 const std::vector<Operation> kSteps = {

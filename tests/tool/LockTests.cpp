@@ -123,7 +123,7 @@ TEST_F(Lock, WhatDoesNotReplaceTheFile_WaitsForNobody)
 
 TEST_F(Lock, ExportsOfSeveralProcessesIntoOneIniFile_LoseNothing)
 {
-    constexpr int kSettings = 30;
+    constexpr int kSettings = 12;
     std::string tasks;
     for (int process = 0; process < kProcesses; ++process) {
         const std::string id = std::to_string(process);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <string_view>
+#include <utility>
 
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/contents/Contents.h"
@@ -50,8 +51,9 @@ std::vector<std::string> NotesOnFields(const std::string& path, const std::vecto
                 suspects.find({std::string(contents.Text(task.softwareId)), std::string(contents.Text(task.taskId))});
             const std::string names = found == suspects.end() ? "" : FilledFields(task, *found->second);
             if (!names.empty()) {
-                notes.push_back(path + ": " + model::Describe(found->first) + " had no " + names +
-                                "; the component writes \"invalid\" there");
+                std::string note = path + ": " + model::Describe(found->first);
+                note += " had no " + names + "; the component writes \"invalid\" there";
+                notes.push_back(std::move(note));
             }
         }
     } catch (const Failure&) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tools/zupolicy/model/Entry.h"
@@ -57,7 +58,7 @@ private:
     [[nodiscard]] bool Names(std::string_view section, std::string_view name) const;
 
     struct Pattern {
-        explicit Pattern(const std::string& pattern) : text(pattern) {}
+        explicit Pattern(std::string pattern) : text(std::move(pattern)) {}
 
         std::string text;
         std::atomic<bool> hasHidden = false;
