@@ -53,11 +53,4 @@ TextSnapshot Document::Snapshot() const
     return {m_tree->Runs(), m_tree->ParsedText()};
 }
 
-WholeElement::WholeElement(const Element& element) : m_element(element)
-{
-    if (std::unique_ptr<SpanTree> inside = element.TreeOfHiddenInside()) {
-        m_inside = std::make_unique<Document>(std::move(inside));
-    }
-}
-
 }  // namespace AdvXMLParser

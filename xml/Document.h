@@ -42,21 +42,4 @@ private:
     std::unique_ptr<SpanTree> m_tree;
 };
 
-/// An element with everything in it, also below the levels that its document was asked for. What the document does not
-/// know is read into a document of its own, which the edits of neither reach.
-///
-/// Lifetime  Handles to the inside are valid while this and the element's document live.
-/// Threads   Only reads the element's document; see Node.
-/// Errors    The constructor throws std::bad_alloc.
-class WholeElement {
-public:
-    explicit WholeElement(const Element& element);
-
-    [[nodiscard]] Element Get() const noexcept { return m_inside ? m_inside->GetRoot() : m_element; }
-
-private:
-    Element m_element;
-    std::unique_ptr<Document> m_inside;
-};
-
 }  // namespace AdvXMLParser

@@ -143,10 +143,9 @@ std::u16string NodeContainer::GetText() const
     return Wide(TextOf(*m_tree, m_index));
 }
 
-std::unique_ptr<SpanTree> Element::TreeOfHiddenInside() const
+std::string Element::GetXml() const
 {
-    const bool isHidden = !IsNull() && m_tree->MayHideElements(m_index);
-    return isHidden ? m_tree->WholeTreeOf(m_index) : nullptr;
+    return IsNull() ? std::string() : m_tree->TextOf(m_index);
 }
 
 void NodeContainer::AddText(std::u16string_view text)

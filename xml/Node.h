@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -119,9 +118,8 @@ public:
 
     [[nodiscard]] ElementClone Clone() const noexcept { return ElementClone{this}; }
 
-    /// A tree of the element and everything in it when its document may not know its inside; otherwise null. For
-    /// WholeElement.
-    [[nodiscard]] std::unique_ptr<SpanTree> TreeOfHiddenInside() const;
+    /// The element with everything in it as UTF-8, from its start tag to its end tag. Throws std::bad_alloc.
+    [[nodiscard]] std::string GetXml() const;
 };
 
 /// A handle to an attribute: its element and its name. Null while the element has no attribute of that name.

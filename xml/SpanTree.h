@@ -66,6 +66,9 @@ public:
     /// A tree of its own of an element with everything in it, with a record for every element.
     [[nodiscard]] std::unique_ptr<SpanTree> WholeTreeOf(std::uint32_t element) const;
 
+    /// The text of an element with everything in it, from its start tag to its end tag.
+    [[nodiscard]] std::string TextOf(std::uint32_t element) const;
+
     /// The text that was parsed.
     [[nodiscard]] std::string_view ParsedText() const noexcept { return m_original; }
     /// The whole text as it is now, in pieces that lie in the tree and are valid until the next edit. A piece ends
@@ -121,8 +124,6 @@ private:
     [[nodiscard]] std::size_t LiveEditSize() const noexcept;
 
     [[nodiscard]] bool MayHideElementsBelow(std::uint32_t element) const noexcept;
-    /// The text of an element with everything in it, from its start tag to its end tag.
-    [[nodiscard]] std::string TextOf(std::uint32_t element) const;
     /// AddCopy of an element that is given as its text.
     std::uint32_t AddCopyOfText(std::uint32_t parent, std::string text);
     /// The same with its white space as it is; kNone, and nothing was changed, when the scanner does not accept it.

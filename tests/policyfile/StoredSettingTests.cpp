@@ -119,13 +119,16 @@ TEST_F(StoredSettings, AreThoseOfAPrivateCopy)
         "</Setting></Section>",
         // Elements of any name.
         "<a name='S'><b name='x'>1</b><Section name='T'><Setting name='x'>2</Setting></Section></a>",
+        "<Section name='S'><Setting name='a'>1<Setting name='x'>2</Setting>3</Setting><q><Setting "
+        "name='y'>4</Setting></q>"
+        "</Section><Section name='T'><Section name='S'><Setting name='y'>5</Setting></Section></Section>",
         "<!-- <Section name='S'> --><?pi <Section name='S'?><Section name='S'><![CDATA[<Setting name='x'>]]>"
         "<Setting name='x'> a<![CDATA[<b>]]><i>c</i><!-- d -->&#xE4;&amp;\r\n </Setting></Section>",
         "\n  <Section\n name = \"S\" other='&gt;'\n>\n    <Setting name='x'>1\n2</Setting>\n  </Section>\n",
         "<Section name='&#x53;'><Setting name='&#120;&amp;&quot;'>1</Setting><Setting name='x'>&#x1F680;</Setting>"
         "</Section>",
     };
-    const std::u16string_view names[] = {u"S", u"T", u"General", u"", u"x", u"y", u"x&\"", u"Mode"};
+    const std::u16string_view names[] = {u"S", u"T", u"General", u"", u"a", u"x", u"y", u"x&\"", u"Mode"};
     for (const char* text : sections) {
         for (const char* lineBreak : {"", "\n"}) {
             Load(text, lineBreak);
