@@ -4,6 +4,7 @@
 #include <chrono>
 #include <filesystem>
 #include <ostream>
+#include <span>
 #include <utility>
 
 namespace zupm::tool {
@@ -126,11 +127,11 @@ void PageData::Add(const PageFile& file)
                Text(file.taskVersion),
                Text(file.assignmentList),
                m_shapes.Of(contents.keys),
-               std::move(contents.values),
+               m_values.size(),
                file.problems,
                file.moreProblems,
                file.failure};
-    added.values.shrink_to_fit();
+    m_values.insert(m_values.end(), contents.values.begin(), contents.values.end());
     m_files.push_back(std::move(added));
 }
 
@@ -192,7 +193,8 @@ void PageData::WriteFiles(JsonWriter& json) const
         json.Key("assignmentList").Number(file.assignmentList);
         json.Key("shape").Number(file.shape);
         json.Key("values").BeginArray();
-        for (const Number value : file.values) {
+        const std::size_t count = m_shapes.order[file.shape]->size();
+        for (const Number value : std::span(m_values).subspan(file.firstValue, count)) {
             json.Number(value);
         }
         json.EndArray();

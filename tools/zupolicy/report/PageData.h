@@ -106,7 +106,7 @@ private:
         Number taskVersion = 0;
         Number assignmentList = 0;
         Number shape = 0;
-        std::vector<Number> values;
+        std::size_t firstValue = 0;  ///< in `m_values`; as many as the shape has keys
         std::vector<PageProblem> problems;
         std::size_t moreProblems = 0;
         std::optional<Problem> failure;
@@ -130,6 +130,7 @@ private:
     Numbers<std::pair<Number, std::optional<Number>>> m_entries;
     Numbers<Key> m_keys;
     Numbers<std::vector<Number>> m_shapes;
+    std::vector<Number> m_values;  ///< of all files, in one piece
     std::vector<File> m_files;
 };
 
