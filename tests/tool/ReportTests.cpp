@@ -221,9 +221,13 @@ TEST_F(Report, Output_ThatCannotBeWritten_LeavesEverythingAsItWas)
     EXPECT_THAT(Tool({"report", "policy.xml", "-o", "folder"}), Fails(3, HasSubstr("folder: ")));
     EXPECT_THAT(Tool({"report", "policy.xml", "-o", "missing/x.html"}), Fails(3, HasSubstr("missing/x.html: ")));
     EXPECT_THAT(Tool({"report", "policy.xml", "-o", "./policy.xml"}),
-                Fails(2, HasSubstr("is one of the files that the page is about")));
+                Fails(2, HasSubstr("is one of the files that are read")));
+    Folder().Write(u"rules.json", "{}");
+    EXPECT_THAT(Tool({"report", "policy.xml", "--rules", "rules.json", "-o", "./rules.json"}),
+                Fails(2, HasSubstr("is one of the files that are read")));
+    EXPECT_EQ(Bytes(u"rules.json"), "{}");
     EXPECT_EQ(Bytes(), before);
-    EXPECT_EQ(Folder().Names(), (std::vector<std::string>{"folder", "policy.xml"}));
+    EXPECT_EQ(Folder().Names(), (std::vector<std::string>{"folder", "policy.xml", "rules.json"}));
 }
 
 TEST_F(Report, WrongLines_AreRefused)

@@ -56,6 +56,7 @@ TEST_F(Restore, AnyBackupOfTheList_CanBeChosen)
     EXPECT_EQ(Bytes(), first);
     EXPECT_THAT(Tool({"restore", "policy.xml", "--from", "policy.xml"}),
                 Fails(3, "zupolicy: policy.xml: is no backup of policy.xml (--list names them)\n"));
+    EXPECT_THAT(Tool({"restore", "policy.xml", "--from", ""}), Fails(3, HasSubstr("is no backup of policy.xml")));
 }
 
 TEST_F(Restore, TheLargestNumber_IsTheNewestBackup)

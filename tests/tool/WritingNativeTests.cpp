@@ -108,6 +108,11 @@ TEST_F(NativeWriting, StandardOutputOnAFullDisk_HasItsOwnExitCode)
         EXPECT_NE(Bytes(), before) << command;
     }
     EXPECT_EQ(Shell("$tool export policy.xml PRODUCTA1000 > /dev/full 2> messages"), 4);
+    for (const std::string command : {"export policy.xml PRODUCTA1000", "report policy.xml"}) {
+        EXPECT_EQ(Shell("$tool " + command + " --json -o new > /dev/full 2> messages"), 7) << command;
+        EXPECT_EQ(Bytes(u"messages"), "zupolicy: new: was written, but writing to standard output failed\n");
+        EXPECT_EQ(Shell("$tool " + command + " -o new > /dev/full 2> messages"), 0) << command;
+    }
 }
 
 TEST_F(NativeWriting, Restore_KeepsRightsOwnerAndAttributesOfTheFile)

@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "tests/support/ChildStreams.h"
 
@@ -21,18 +23,54 @@ void Redirect(const char* path, int stream)
     }
 }
 
-[[noreturn]] void Become(const ChildPlace& place, const ChildStreams& streams, char* const* arguments)
+/// Texts as the system takes them: pointers, the last one null.
+std::vector<char*> PointersTo(std::vector<std::string>& texts)
 {
-    Redirect(place.outDevice.empty() ? streams.Out().c_str() : place.outDevice.c_str(), STDOUT_FILENO);
-    Redirect(streams.Messages().c_str(), STDERR_FILENO);
-    if (!place.input.empty() && dup2(open(place.input.c_str(), O_RDONLY), STDIN_FILENO) < 0) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// This process's environment, with a registry file that does not exist: the program must find the component all the
+/// same.
+std::vector<std::string> EnvironmentOfChild()
+{
+    std::vector<std::string> variables;
+    for (char* const* variable = environ; *variable != nullptr; ++variable) {
+        if (!std::string_view(*variable).starts_with("ZUREGISTRY=")) {
+            variables.emplace_back(*variable);
+        }
+    }
+    variables.emplace_back("ZUREGISTRY=no-such-registry");
+    return variables;
+}
+
+/// What a new process needs. All of it is made before the fork: another thread may hold the lock of the heap at that
+/// moment, and nobody would release it in the new process.
+struct Start {
+    std::string folder;
+    std::string program;
+    std::string input;
+    std::string out;
+    std::string messages;
+    std::vector<char*> arguments;
+    std::vector<char*> environment;
+};
+
+[[noreturn]] void Become(const Start& start)
+{
+    Redirect(start.out.c_str(), STDOUT_FILENO);
+    Redirect(start.messages.c_str(), STDERR_FILENO);
+    if (!start.input.empty() && dup2(open(start.input.c_str(), O_RDONLY), STDIN_FILENO) < 0) {
         _exit(126);
     }
-    // A registry file that does not exist: the program must find the component all the same.
-    if (chdir(place.folder.c_str()) != 0 || setenv("ZUREGISTRY", "no-such-registry", 1) != 0) {
+    if (chdir(start.folder.c_str()) != 0) {
         _exit(126);
     }
-    execv(place.program.c_str(), arguments);
+    execve(start.program.c_str(), start.arguments.data(), start.environment.data());
     _exit(127);
 }
 
@@ -51,21 +89,23 @@ int WaitFor(pid_t child)
 
 ChildRun RunChild(const ChildPlace& place, const std::vector<std::string>& arguments)
 {
-    std::string name = place.program.filename().string();
-    std::vector<std::string> texts = arguments;
-    std::vector<char*> pointers{name.data()};
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-
+    std::vector<std::string> texts = {place.program.filename().string()};
+    texts.insert(texts.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> variables = EnvironmentOfChild();
     const ChildStreams streams(place.folder);
+    const Start start{place.folder.string(),
+                      place.program.string(),
+                      place.input.string(),
+                      place.outDevice.empty() ? std::string(streams.Out()) : place.outDevice,
+                      std::string(streams.Messages()),
+                      PointersTo(texts),
+                      PointersTo(variables)};
     const pid_t child = fork();
     if (child < 0) {
         throw std::runtime_error("fork failed");
     }
     if (child == 0) {
-        Become(place, streams, pointers.data());
+        Become(start);
     }
     const int exitCode = WaitFor(child);
     return {exitCode, ChildStreams::TextOf(streams.Out()), ChildStreams::TextOf(streams.Messages())};

@@ -126,9 +126,8 @@ void Print(const Change& change, const EditOptions& options, Streams streams)
     } else if (options.dryRun && !options.quiet) {
         streams.data << text;
     }
-    streams.data.flush();
-    if (!streams.data && change.written) {
-        throw Failure(ExitCode::Written, *change.written, "was written, but writing to standard output failed");
+    if (change.written) {
+        RequirePrinted(streams, *change.written);
     }
 }
 

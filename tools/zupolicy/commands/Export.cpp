@@ -80,6 +80,7 @@ ExitCode RunExport(const ExportOptions& options, Streams streams)
     WriteWhole(options.output, json.view());
     if (options.json) {
         WriteWrittenEntryAsJson(streams.data, entry.id, options.output);
+        RequirePrinted(streams, options.output);
     }
     return ExitCode::Ok;
 }

@@ -78,6 +78,14 @@ void AddLockTimeout(CLI::App& line, unsigned& seconds)
         ->check(CLI::Range(0, 86'400));
 }
 
+void RequirePrinted(Streams streams, const std::string& written)
+{
+    streams.data.flush();
+    if (!streams.data) {
+        throw Failure(ExitCode::Written, written, "was written, but writing to standard output failed");
+    }
+}
+
 CLI::Option* AddPageOutput(CLI::App& line, std::string& output)
 {
     return line

@@ -48,6 +48,8 @@ void AddQuiet(CLI::App& line, bool& quiet, const char* description);
 /// The number of threads, whose default stays when the option is missing.
 void AddJobs(CLI::App& line, unsigned& jobs, const char* description);
 void AddLockTimeout(CLI::App& line, unsigned& seconds);
+/// After a report about a file that is written: throws Failure (Written) when the report could not be printed.
+void RequirePrinted(Streams streams, const std::string& written);
 /// Where a page goes; "-" is standard output.
 CLI::Option* AddPageOutput(CLI::App& line, std::string& output);
 /// A suffix is part of a name: a backup always lies beside its file. Throws the parser's error.

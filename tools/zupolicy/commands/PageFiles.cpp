@@ -93,7 +93,7 @@ void RequireOtherFile(const std::string& output, const std::vector<std::string>&
 {
     for (const std::string& file : files) {
         if (output != "-" && file != "-" && AreSameFile(output, file)) {
-            throw Failure(ExitCode::Usage, output, "is one of the files that the page is about");
+            throw Failure(ExitCode::Usage, output, "is one of the files that are read");
         }
     }
 }

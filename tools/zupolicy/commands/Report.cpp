@@ -29,6 +29,9 @@ ExitCode RunReport(const ReportOptions& options, Streams streams)
 {
     static_cast<void>(Valid(options.title));
     RequireOtherFile(options.output, options.files);
+    if (options.rules) {
+        RequireOtherFile(options.output, {*options.rules});
+    }
     const std::optional<rules::RuleSet> rules = RulesFor(options.rules, options.files);
     const Redaction& redaction = options.hidden;
     PageData data(redaction);
@@ -49,6 +52,7 @@ ExitCode RunReport(const ReportOptions& options, Streams streams)
     WritePageTo(options.output, data, {PageHead::Kind::Files, options.title, false, {}}, streams.data);
     if (options.json) {
         report.WriteAsJson(streams.data);
+        RequirePrinted(streams, options.output);
     }
     return report.Failures().empty() ? ExitCode::Ok : ExitCode::FileError;
 }

@@ -25,7 +25,7 @@ namespace {
 
 struct RestoreOptions : WriteOptions {
     std::string file;
-    std::string from;
+    std::optional<std::string> from;
     bool list = false;
 };
 
@@ -35,13 +35,13 @@ std::string ChosenFrom(const std::vector<BackupFile>& backups, const RestoreOpti
     if (backups.empty()) {
         throw Failure(ExitCode::FileError, options.file, "there is no backup " + options.file + options.backupSuffix);
     }
-    if (options.from.empty()) {
+    if (!options.from) {
         return backups.front().name;
     }
-    if (std::ranges::find(backups, options.from, &BackupFile::name) == backups.end()) {
-        throw Failure(ExitCode::FileError, options.from, "is no backup of " + options.file + " (--list names them)");
+    if (std::ranges::find(backups, *options.from, &BackupFile::name) == backups.end()) {
+        throw Failure(ExitCode::FileError, *options.from, "is no backup of " + options.file + " (--list names them)");
     }
-    return options.from;
+    return *options.from;
 }
 
 /// A backup that is no policy file would only break the file.
@@ -126,9 +126,8 @@ RestoreResult Restore(const RestoreOptions& options)
 void Print(const RestoreOptions& options, const RestoreResult& result, Streams streams)
 {
     WriteRestore(streams, result, {options.json, options.quiet, options.verbose});
-    streams.data.flush();
-    if (!streams.data && result.backup) {
-        throw Failure(ExitCode::Written, options.file, "was written, but writing to standard output failed");
+    if (result.backup) {
+        RequirePrinted(streams, options.file);
     }
 }
 
