@@ -8,6 +8,7 @@
 #include "tools/zupolicy/client/Failure.h"
 #include "tools/zupolicy/client/Target.h"
 #include "tools/zupolicy/report/Redaction.h"
+#include "tools/zupolicy/report/Streams.h"
 
 namespace CLI {
 class App;
