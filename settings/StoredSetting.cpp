@@ -16,7 +16,7 @@ using AdvXMLParser::TagKind;
 
 namespace {
 
-/// Whether a start tag has that "name". A name that is no Unicode text is no element's.
+/// Whether a start tag has that "name". No tag has a name that is not valid Unicode.
 bool HasName(std::string_view tag, const std::optional<std::string>& name)
 {
     AdvXMLParser::TagScanner scanner(tag);
@@ -29,7 +29,7 @@ bool HasName(std::string_view tag, const std::optional<std::string>& name)
     return false;
 }
 
-/// Reads the text of a product or task up to the end of the setting.
+/// Reads the text of a product or task up to the end of the setting. For one search.
 class SettingFinder {
 public:
     SettingFinder(std::string_view text, std::u16string_view section, std::u16string_view name)
