@@ -17,8 +17,8 @@ namespace zupm::tool {
 /// Calls `make(0)` to `make(count - 1)` on as many threads as `jobs` says, and `report(number, result)` for each in
 /// this order, one at a time. No more than twice as many results as jobs exist at a time, whatever `count` is.
 ///
-/// Threads   Each thread calls a copy of `make` of its own, which ends with the thread. `report` is called on any of the
-///           threads.
+/// Threads   Each thread calls a copy of `make` of its own, which ends with the thread. Any of the threads calls
+///           `report`.
 /// Errors    What `make` or `report` throws ends the work, and is thrown again once every thread has ended.
 template <class Make, class Report>
 class InOrder {
